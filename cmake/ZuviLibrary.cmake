@@ -1,0 +1,39 @@
+# One static library a folder: every .cpp below it, includes rooted at the repository.
+#
+#   zuvi_library(<name> LINKS <library>... PACKAGES <pkg-config name>...)
+#   zuvi_program(<name> LINKS <library>... PACKAGES <pkg-config name>...)
+
+add_library(zuvi_options INTERFACE)
+target_include_directories(zuvi_options INTERFACE ${CMAKE_SOURCE_DIR})
+target_compile_options(zuvi_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+                                              -Woverloaded-virtual -Werror)
+if(ZUVI_SANITIZE)
+  target_compile_options(zuvi_options INTERFACE -fsanitize=${ZUVI_SANITIZE} -fno-omit-frame-pointer
+                                                -fno-sanitize-recover=all)
+  target_link_options(zuvi_options INTERFACE -fsanitize=${ZUVI_SANITIZE})
+endif()
+
+function(zuvi_use_packages target)
+  foreach(package IN LISTS ARGN)
+    string(MAKE_C_IDENTIFIER "PKG_${package}" prefix)
+    pkg_check_modules(${prefix} REQUIRED IMPORTED_TARGET ${package})
+    target_link_libraries(${target} PRIVATE PkgConfig::${prefix})
+  endforeach()
+endfunction()
+
+function(zuvi_library name)
+  cmake_parse_arguments(ARG "" "" "LINKS;PACKAGES" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_library(${name} STATIC ${sources})
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  target_link_libraries(${name} PUBLIC zuvi_options ${ARG_LINKS})
+  zuvi_use_packages(${name} ${ARG_PACKAGES})
+endfunction()
+
+function(zuvi_program name)
+  cmake_parse_arguments(ARG "" "" "LINKS;PACKAGES" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE zuvi_options ${ARG_LINKS})
+  zuvi_use_packages(${name} ${ARG_PACKAGES})
+endfunction()

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+class CameraProvider;
+
+/// Whether this program may use the camera.
+enum class AVAuthorizationStatus { NotDetermined = 0, Restricted = 1, Denied = 2, Authorized = 3 };
+
+/// Which way a camera looks, seen from the screen.
+enum class AVCaptureDevicePosition { Unspecified = 0, Back = 1, Front = 2 };
+
+/// What is known of a camera before it is opened.
+struct CameraDescription {
+  std::string uniqueID;
+  std::string localizedName;
+  AVCaptureDevicePosition position = AVCaptureDevicePosition::Unspecified;
+  bool simulated = false; ///< a drawing or a file that stands for a camera
+};
+
+/// A camera of this machine. Any thread.
+class AVCaptureDevice {
+public:
+  static AVAuthorizationStatus authorizationStatus();
+  /// Asks for the camera, with a dialogue where the system has one. The answer comes once, on a
+  /// platform queue; at once when it is known already.
+  static void requestAccess(std::function<void(bool granted)> handler);
+  /// The video cameras that are there now.
+  static std::vector<std::shared_ptr<AVCaptureDevice>> devices();
+
+  /// Where cameras come from; null: the machine's own (`SystemCameraProvider`), which is also what
+  /// holds at start. Devices, inputs and sessions made before keep the provider that they had.
+  static void setProvider(std::shared_ptr<CameraProvider> provider);
+  static std::shared_ptr<CameraProvider> provider();
+
+  AVCaptureDevice(std::shared_ptr<CameraProvider> provider, CameraDescription description);
+
+  AVCaptureDevicePosition position() const { return description_.position; }
+  const std::string& uniqueID() const { return description_.uniqueID; }
+  const std::string& localizedName() const { return description_.localizedName; }
+  /// Whether a drawing or a file stands for this camera.
+  bool isSimulated() const { return description_.simulated; }
+
+  const std::shared_ptr<CameraProvider>& source() const { return provider_; }
+
+private:
+  std::shared_ptr<CameraProvider> provider_;
+  CameraDescription description_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/AVFoundation/AVCaptureConnection.h"
+#include "platform/Dispatch/DispatchQueue.h"
+
+#include <memory>
+#include <vector>
+
+namespace zuvi {
+
+class AVCaptureSession;
+class CameraStream;
+
+/// Something that takes pictures from a session's camera. Main queue only.
+class AVCaptureOutput {
+public:
+  virtual ~AVCaptureOutput() = default;
+  AVCaptureOutput(const AVCaptureOutput&) = delete;
+  AVCaptureOutput& operator=(const AVCaptureOutput&) = delete;
+
+  /// Empty until the output belongs to a session that has an input.
+  std::vector<std::shared_ptr<AVCaptureConnection>> connections() const;
+
+protected:
+  AVCaptureOutput() = default;
+  /// The camera of the running session; null when there is none.
+  std::shared_ptr<CameraStream> runningStream() const;
+  /// Where this output's user hears of results.
+  DispatchQueue& callbackQueue() const;
+
+private:
+  friend class AVCaptureSession;
+  /// The session is about to go.
+  virtual void sessionWillEnd() {}
+
+  std::weak_ptr<AVCaptureSession> session_;
+  mutable std::shared_ptr<AVCaptureConnection> connection_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+namespace zuvi {
+
+class AVCaptureDeviceInput;
+class AVCaptureOutput;
+class CameraPreview;
+class CameraStream;
+
+/// How large and how often pictures come. `High` is 1280 x 720 at 30 a second, or what the camera
+/// has nearest to it.
+enum class AVCaptureSessionPreset { High };
+inline constexpr auto AVCaptureSessionPresetHigh = AVCaptureSessionPreset::High;
+
+/// Joins a camera with outputs. Several sessions may run on one camera. Main queue only; none of
+/// its calls waits for the camera.
+class AVCaptureSession : public std::enable_shared_from_this<AVCaptureSession> {
+public:
+  AVCaptureSession() = default;
+  /// Stops; a film under way is given up and its file removed.
+  ~AVCaptureSession();
+  AVCaptureSession(const AVCaptureSession&) = delete;
+  AVCaptureSession& operator=(const AVCaptureSession&) = delete;
+
+  AVCaptureSessionPreset sessionPreset = AVCaptureSessionPreset::High;
+
+  /// A session takes one input, and an input or output one session: any further one changes
+  /// nothing and gives false.
+  bool addInput(const std::shared_ptr<AVCaptureDeviceInput>& input);
+  bool addOutput(const std::shared_ptr<AVCaptureOutput>& output);
+  const std::shared_ptr<AVCaptureDeviceInput>& input() const { return input_; }
+  const std::vector<std::shared_ptr<AVCaptureOutput>>& outputs() const { return outputs_; }
+
+  /// Without an input, or while running, without effect. A camera that fails ends the run; the next
+  /// start tries again.
+  void startRunning();
+  /// Frees the camera soon after. Stills that wait get no picture; a film under way ends as if it
+  /// had been stopped.
+  void stopRunning();
+  bool isRunning() const;
+
+  /// For the preview layer.
+  void addPreview(const std::shared_ptr<CameraPreview>& preview);
+  /// Null without an input.
+  std::shared_ptr<CameraStream> stream() const;
+
+private:
+  std::shared_ptr<AVCaptureDeviceInput> input_;
+  std::vector<std::shared_ptr<AVCaptureOutput>> outputs_;
+  std::vector<std::weak_ptr<CameraPreview>> previews_;
+};
+
+} // namespace zuvi

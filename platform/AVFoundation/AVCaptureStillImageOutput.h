@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/AVFoundation/AVCaptureOutput.h"
+#include "platform/AVFoundation/CMSampleBuffer.h"
+#include "platform/Foundation/Error.h"
+#include "platform/Foundation/Value.h"
+
+#include <functional>
+#include <optional>
+
+namespace zuvi {
+
+/// Takes single pictures at the camera's full size. Main queue only.
+class AVCaptureStillImageOutput final : public AVCaptureOutput {
+public:
+  using Handler = std::function<void(std::optional<CMSampleBuffer>, std::optional<Error>)>;
+
+  /// `AVVideoCodecKey` may name `AVVideoCodecJPEG`, which also holds without an entry.
+  Value::Dictionary outputSettings;
+
+  /// Takes the next picture that the camera sees after this call. The handler comes once, on a
+  /// platform queue; without a buffer when none comes within a few seconds or the session stops.
+  void captureStillImageAsynchronously(const std::shared_ptr<AVCaptureConnection>& connection,
+                                       Handler handler);
+
+  /// The JPEG file's bytes; absent when the buffer holds something else.
+  static std::optional<Data>
+  jpegStillImageNSDataRepresentation(const std::optional<CMSampleBuffer>& buffer);
+};
+
+} // namespace zuvi

@@ -1,0 +1,36 @@
+#include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
+
+#include "platform/AVFoundation/AVCaptureSession.h"
+#include "platform/AVFoundation/PreviewFeed.h"
+#include "platform/Foundation/Make.h"
+
+namespace zuvi {
+
+AVCaptureVideoPreviewLayer::AVCaptureVideoPreviewLayer(
+    const std::shared_ptr<AVCaptureSession>& session)
+    : session_(session) {
+  setMasksToBounds(true);
+  setVideoGravity(videoGravity_);
+}
+
+AVCaptureVideoPreviewLayer::~AVCaptureVideoPreviewLayer() = default;
+
+void AVCaptureVideoPreviewLayer::didMake() {
+  feed_ = make<PreviewFeed>(
+      std::static_pointer_cast<AVCaptureVideoPreviewLayer>(shared_from_this()));
+  if (auto session = session_.lock()) session->addPreview(feed_);
+}
+
+void AVCaptureVideoPreviewLayer::setVideoGravity(AVLayerVideoGravity gravity) {
+  videoGravity_ = gravity;
+  switch (gravity) {
+  case AVLayerVideoGravity::Resize:
+    return setContentsGravity(ContentsGravity::Resize);
+  case AVLayerVideoGravity::ResizeAspect:
+    return setContentsGravity(ContentsGravity::ResizeAspect);
+  case AVLayerVideoGravity::ResizeAspectFill:
+    return setContentsGravity(ContentsGravity::ResizeAspectFill);
+  }
+}
+
+} // namespace zuvi

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/QuartzCore/CALayer.h"
+
+namespace zuvi {
+
+class AVCaptureSession;
+class PreviewFeed;
+
+enum class AVLayerVideoGravity { ResizeAspect, ResizeAspectFill, Resize };
+inline constexpr auto AVLayerVideoGravityResizeAspectFill = AVLayerVideoGravity::ResizeAspectFill;
+
+/// Shows the newest picture of a session's camera; keeps the last one when the session stops. Takes
+/// no pictures while no surface shows it. Does not keep the session alive.
+class AVCaptureVideoPreviewLayer : public CALayer {
+public:
+  explicit AVCaptureVideoPreviewLayer(const std::shared_ptr<AVCaptureSession>& session);
+  ~AVCaptureVideoPreviewLayer() override;
+  void didMake();
+
+  std::shared_ptr<AVCaptureSession> session() const { return session_.lock(); }
+  AVLayerVideoGravity videoGravity() const { return videoGravity_; }
+  void setVideoGravity(AVLayerVideoGravity gravity);
+
+private:
+  std::weak_ptr<AVCaptureSession> session_;
+  std::shared_ptr<PreviewFeed> feed_;
+  AVLayerVideoGravity videoGravity_ = AVLayerVideoGravity::ResizeAspect;
+};
+
+} // namespace zuvi

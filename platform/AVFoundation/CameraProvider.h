@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/AVFoundation/AVCaptureDevice.h"
+#include "platform/Dispatch/DispatchQueue.h"
+
+namespace zuvi {
+
+class CameraStream;
+
+/// Where cameras and the permission to use them come from; install with
+/// `AVCaptureDevice::setProvider`. Any thread.
+class CameraProvider {
+public:
+  virtual ~CameraProvider() = default;
+
+  virtual AVAuthorizationStatus authorizationStatus() = 0;
+  /// `answer` comes once, on any thread.
+  virtual void requestAccess(std::function<void(bool granted)> answer) = 0;
+  virtual std::vector<CameraDescription> devices() = 0;
+  /// A stream on that camera for one session; null when it is gone or may not be opened.
+  virtual std::shared_ptr<CameraStream> open(const std::string& uniqueID) = 0;
+  /// The platform queue on which an answer to `requestAccess` reaches the asker.
+  virtual DispatchQueue& callbackQueue() { return DispatchQueue::global(); }
+};
+
+} // namespace zuvi

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <gst/gst.h>
+
+#include <memory>
+
+namespace zuvi {
+
+struct GstUnref {
+  void operator()(gpointer object) const { gst_object_unref(object); }
+};
+/// Owns one reference to an element, pad, device or bus.
+template <class T> using GstRef = std::unique_ptr<T, GstUnref>;
+
+struct GstMiniUnref {
+  template <class T> void operator()(T* object) const {
+    gst_mini_object_unref(GST_MINI_OBJECT_CAST(object));
+  }
+};
+/// Owns one reference to a buffer, sample, message or caps.
+template <class T> using GstMini = std::unique_ptr<T, GstMiniUnref>;
+
+struct GErrorFree {
+  void operator()(GError* error) const { g_error_free(error); }
+};
+using GErrorRef = std::unique_ptr<GError, GErrorFree>;
+
+/// One picture of a camera and when it was taken, on the machine's monotonic clock.
+struct CameraFrame {
+  std::shared_ptr<GstSample> sample;
+  GstClockTime time = 0;
+};
+
+/// The machine's monotonic clock.
+inline GstClockTime monotonicTime() { return GstClockTime(g_get_monotonic_time()) * 1000; }
+
+} // namespace zuvi

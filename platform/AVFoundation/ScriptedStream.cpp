@@ -1,0 +1,82 @@
+#include "platform/AVFoundation/ScriptedStream.h"
+
+#include "platform/AVFoundation/AVError.h"
+#include "platform/AVFoundation/ScriptedCamera.h"
+#include "platform/AVFoundation/ScriptedFilm.h"
+#include "platform/Foundation/Make.h"
+
+namespace zuvi {
+
+ScriptedStream::ScriptedStream(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue)
+    : camera_(std::move(camera)), queue_(queue) {}
+
+ScriptedStream::~ScriptedStream() {
+  if (!running_) return;
+  camera_->stops++;
+  answerStills(std::nullopt);
+  for (const auto& film : films_)
+    if (auto live = film.lock()) live->discard();
+}
+
+void ScriptedStream::start() {
+  camera_->starts++;
+  running_ = true;
+  if (camera_->fails)
+    queue_.async([weak = weak_from_this()] {
+      if (auto self = weak.lock()) self->unplug();
+    });
+}
+
+void ScriptedStream::stop() {
+  if (!running_) return;
+  camera_->stops++;
+  running_ = false;
+  answerStills(std::nullopt);
+  for (const auto& film : std::exchange(films_, {}))
+    if (auto live = film.lock()) live->complete(std::nullopt);
+}
+
+void ScriptedStream::unplug() {
+  if (!running_) return;
+  running_ = false;
+  answerStills(std::nullopt);
+  for (const auto& film : std::exchange(films_, {}))
+    if (auto live = film.lock())
+      live->complete(Error{AVFoundationErrorDomain, AVErrorDeviceWasDisconnected,
+                           "The camera is gone."});
+}
+
+void ScriptedStream::addPreview(std::weak_ptr<CameraPreview> preview) {
+  previews_.push_back(std::move(preview));
+}
+
+void ScriptedStream::show(const std::shared_ptr<const CGImage>& image) {
+  if (!running_) return;
+  for (const auto& preview : previews_)
+    if (auto live = preview.lock(); live && live->wantsFrames()) live->frame(image);
+}
+
+void ScriptedStream::captureStill(StillHandler handler) {
+  camera_->stills++;
+  stills_.push_back(std::move(handler));
+  if (camera_->answersStills) answerStills(camera_->still);
+}
+
+void ScriptedStream::answerStills(const std::optional<Data>& still) {
+  std::optional<Error> error;
+  if (!still)
+    error = Error{AVFoundationErrorDomain, AVErrorNoDataCaptured, "The camera gave no picture."};
+  for (auto& handler : std::exchange(stills_, {}))
+    queue_.async([handler = std::move(handler), still, error] { handler(still, error); });
+}
+
+std::shared_ptr<CameraFilm> ScriptedStream::startFilm(const std::string& path,
+                                                      std::optional<double> maxDuration,
+                                                      FilmHandler ended) {
+  auto film = make<ScriptedFilm>(camera_, queue_, path, std::move(ended));
+  if (maxDuration) film->limit(*maxDuration);
+  films_.push_back(film);
+  return film;
+}
+
+} // namespace zuvi

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <optional>
+
+namespace zuvi {
+
+/// All lengths are points; y grows downwards.
+struct CGPoint {
+  double x = 0, y = 0;
+  bool operator==(const CGPoint&) const = default;
+};
+
+struct CGSize {
+  double width = 0, height = 0;
+  bool operator==(const CGSize&) const = default;
+};
+
+struct CGRect {
+  double x = 0, y = 0, width = 0, height = 0;
+
+  double minX() const { return x; }
+  double minY() const { return y; }
+  double midX() const { return x + width / 2; }
+  double midY() const { return y + height / 2; }
+  double maxX() const { return x + width; }
+  double maxY() const { return y + height; }
+  CGPoint origin() const { return {x, y}; }
+  CGSize size() const { return {width, height}; }
+  CGPoint center() const { return {midX(), midY()}; }
+  bool isEmpty() const { return width <= 0 || height <= 0; }
+  /// The left and top edges belong to the rectangle, the right and bottom ones do not.
+  bool contains(CGPoint p) const { return p.x >= x && p.x < maxX() && p.y >= y && p.y < maxY(); }
+  CGRect offsetBy(double dx, double dy) const { return {x + dx, y + dy, width, height}; }
+
+  bool operator==(const CGRect&) const = default;
+};
+
+/// The rectangle with `dx` taken off left and right, `dy` off top and bottom.
+CGRect CGRectInset(const CGRect& rect, double dx, double dy);
+/// Empty when they do not overlap.
+CGRect CGRectIntersection(const CGRect& a, const CGRect& b);
+/// The smallest rectangle that holds both; an empty one adds nothing.
+CGRect CGRectUnion(const CGRect& a, const CGRect& b);
+
+struct UIEdgeInsets {
+  double top = 0, left = 0, bottom = 0, right = 0;
+  bool operator==(const UIEdgeInsets&) const = default;
+};
+
+/// x' = a x + c y + tx, y' = b x + d y + ty.
+struct CGAffineTransform {
+  double a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;
+
+  static CGAffineTransform translation(double x, double y) { return {1, 0, 0, 1, x, y}; }
+  static CGAffineTransform scale(double x, double y) { return {x, 0, 0, y, 0, 0}; }
+  static CGAffineTransform rotation(double radians);
+
+  bool isIdentity() const { return *this == CGAffineTransform{}; }
+  /// First this one, then `next`.
+  CGAffineTransform concatenating(const CGAffineTransform& next) const;
+  /// Absent when the transform flattens the plane.
+  std::optional<CGAffineTransform> inverted() const;
+  CGPoint apply(CGPoint point) const;
+  /// The bounding box of the transformed rectangle.
+  CGRect apply(const CGRect& rect) const;
+
+  bool operator==(const CGAffineTransform&) const = default;
+};
+
+} // namespace zuvi

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/Foundation/Data.h"
+
+#include <memory>
+
+namespace zuvi {
+
+/// An immutable picture of pixels, ready to be drawn. May be made and dropped on any thread.
+class CGImage {
+public:
+  enum class Format {
+    BGRA, ///< four bytes a pixel, premultiplied alpha
+    BGRX, ///< four bytes a pixel, the last without meaning: opaque
+    RGB,  ///< three bytes a pixel
+  };
+
+  /// Null when the sizes are not positive or `pixels` is too short. The bytes are not copied.
+  static std::shared_ptr<const CGImage> fromPixels(Data pixels, int width, int height,
+                                                   std::size_t bytesPerRow, Format format);
+
+  int width() const;  ///< in pixels
+  int height() const; ///< in pixels
+  /// The pixels as BGRA rows of 4 * width bytes.
+  Data pixels() const;
+
+  struct Native;
+  explicit CGImage(std::unique_ptr<Native> native);
+  ~CGImage();
+  const Native& native() const { return *native_; }
+
+private:
+  std::unique_ptr<Native> native_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace zuvi {
+
+enum class FontWeight { Regular, SemiBold, Bold };
+
+/// A face at a size. Main thread.
+class CTFont {
+public:
+  /// The face of that PostScript name, size in points; null when no registered or installed font
+  /// bears it.
+  static std::shared_ptr<const CTFont> named(const std::string& postScriptName, double size);
+  /// The desktop's plain face.
+  static std::shared_ptr<const CTFont> system(double size, FontWeight weight = FontWeight::Regular);
+
+  const std::string& name() const { return name_; }
+  double pointSize() const { return size_; }
+  double lineHeight() const;
+
+  /// The toolkit's description of the face; for files that draw text.
+  const void* native() const { return description_.get(); }
+
+private:
+  std::string name_;
+  double size_ = 0;
+  std::shared_ptr<void> description_;
+};
+
+/// Makes the faces of a font file known to this process. False when the file cannot be read as a
+/// font or has been registered before.
+bool CTFontManagerRegisterFontsForURL(const std::string& path);
+
+} // namespace zuvi

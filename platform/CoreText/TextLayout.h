@@ -1,0 +1,62 @@
+#pragma once
+
+#include "platform/CoreGraphics/CGColor.h"
+#include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/CoreText/CTFont.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+/// Text in which ranges bear a colour of their own.
+struct AttributedString {
+  struct ColorRange {
+    std::size_t location = 0; ///< in characters
+    std::size_t length = 0;   ///< in characters
+    CGColor color;
+    bool operator==(const ColorRange&) const = default;
+  };
+  std::string text;
+  std::vector<ColorRange> colors;
+
+  bool operator==(const AttributedString&) const = default;
+};
+
+/// The number of characters (not bytes) of a UTF-8 text.
+std::size_t characterCount(const std::string& text);
+/// The text in upper case, by the rules of its script.
+std::string uppercased(const std::string& text);
+
+enum class NSTextAlignment { Left, Center, Right };
+
+/// A text broken into lines. Bytes that are no UTF-8 show as replacement marks.
+class TextLayout {
+public:
+  struct Style {
+    std::shared_ptr<const CTFont> font;
+    CGColor color;
+    NSTextAlignment alignment = NSTextAlignment::Left;
+    int numberOfLines = 1; ///< 0: as many as it takes
+  };
+
+  /// `width` in points; a negative width leaves the text on one line of its natural width.
+  TextLayout(const AttributedString& text, const Style& style, double width);
+
+  /// What the lines take, rounded up to whole points.
+  CGSize size() const;
+  /// Whether text was left out, with an ellipsis in its place.
+  bool isTruncated() const;
+  const CGColor& color() const { return color_; }
+
+  /// The toolkit's layout; for files that draw.
+  void* native() const { return layout_.get(); }
+
+private:
+  std::shared_ptr<void> layout_;
+  CGColor color_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,92 @@
+#include "platform/CoreText/TextLayoutPango.h"
+
+#include "platform/CoreText/TextLayout.h"
+
+#include <pango/pangocairo.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace zuvi {
+
+PangoContext* textContext() {
+  static PangoContext* context = [] {
+    PangoContext* made = pango_font_map_create_context(pango_cairo_font_map_get_default());
+    // No hinting: lines break alike at every scale of the screen.
+    cairo_font_options_t* options = cairo_font_options_create();
+    cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+    cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+    cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
+    pango_cairo_context_set_font_options(made, options);
+    cairo_font_options_destroy(options);
+    pango_context_set_round_glyph_positions(made, FALSE);
+    return made;
+  }();
+  return context;
+}
+
+std::size_t characterCount(const std::string& text) {
+  return static_cast<std::size_t>(g_utf8_strlen(text.data(), static_cast<gssize>(text.size())));
+}
+
+std::string uppercased(const std::string& text) {
+  char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+  char* upper = g_utf8_strup(valid, -1);
+  std::string result = upper;
+  g_free(upper);
+  g_free(valid);
+  return result;
+}
+
+TextLayout::TextLayout(const AttributedString& text, const Style& style, double width)
+    : color_(style.color) {
+  PangoLayout* layout = pango_layout_new(textContext());
+  layout_ = std::shared_ptr<void>(layout, g_object_unref);
+  char* valid = g_utf8_make_valid(text.text.data(), static_cast<gssize>(text.text.size()));
+  pango_layout_set_text(layout, valid, -1);
+  if (style.font)
+    pango_layout_set_font_description(
+        layout, static_cast<const PangoFontDescription*>(style.font->native()));
+  PangoAttrList* attributes = pango_attr_list_new();
+  const auto count = static_cast<std::size_t>(g_utf8_strlen(valid, -1));
+  for (const auto& range : text.colors) {
+    if (range.location >= count) continue;
+    const std::size_t end = std::min(count, range.location + range.length);
+    PangoAttribute* color = pango_attr_foreground_new(static_cast<guint16>(range.color.red * 65535),
+                                                      static_cast<guint16>(range.color.green * 65535),
+                                                      static_cast<guint16>(range.color.blue * 65535));
+    color->start_index =
+        static_cast<guint>(g_utf8_offset_to_pointer(valid, static_cast<glong>(range.location)) - valid);
+    color->end_index =
+        static_cast<guint>(g_utf8_offset_to_pointer(valid, static_cast<glong>(end)) - valid);
+    pango_attr_list_insert(attributes, color);
+  }
+  pango_layout_set_attributes(layout, attributes);
+  pango_attr_list_unref(attributes);
+  g_free(valid);
+  pango_layout_set_alignment(layout, style.alignment == NSTextAlignment::Center ? PANGO_ALIGN_CENTER
+                                     : style.alignment == NSTextAlignment::Right
+                                         ? PANGO_ALIGN_RIGHT
+                                         : PANGO_ALIGN_LEFT);
+  if (width >= 0) {
+    pango_layout_set_width(layout, static_cast<int>(std::ceil(width * PANGO_SCALE)));
+    pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);
+    if (style.numberOfLines > 0) {
+      pango_layout_set_height(layout, -style.numberOfLines);
+      pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
+    }
+  }
+}
+
+CGSize TextLayout::size() const {
+  PangoRectangle logical{};
+  pango_layout_get_extents(static_cast<PangoLayout*>(layout_.get()), nullptr, &logical);
+  return {std::ceil(logical.width / double(PANGO_SCALE)),
+          std::ceil(logical.height / double(PANGO_SCALE))};
+}
+
+bool TextLayout::isTruncated() const {
+  return pango_layout_is_ellipsized(static_cast<PangoLayout*>(layout_.get()));
+}
+
+} // namespace zuvi

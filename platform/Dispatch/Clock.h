@@ -1,0 +1,33 @@
+#pragma once
+
+#include <atomic>
+
+namespace zuvi {
+
+/// Seconds since an arbitrary fixed moment; never runs backwards.
+using TimeInterval = double;
+
+/// Where the main queue, and with it every timer and animation, reads the time.
+class Clock {
+public:
+  virtual ~Clock() = default;
+  virtual TimeInterval now() const = 0;
+};
+
+/// The machine's monotonic clock.
+class SystemClock final : public Clock {
+public:
+  TimeInterval now() const override;
+};
+
+/// A clock that stands still until it is moved; for tests.
+class VirtualClock final : public Clock {
+public:
+  TimeInterval now() const override { return now_; }
+  void set(TimeInterval now) { now_ = now; }
+
+private:
+  std::atomic<TimeInterval> now_ = 1000.0; // other threads post, and so read it
+};
+
+} // namespace zuvi

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/Foundation/Value.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// A folder of resources.
+class Bundle {
+public:
+  explicit Bundle(std::string folder) : folder_(std::move(folder)) {}
+
+  /// The host program: the folder of its executable, and the information it gave about itself.
+  static Bundle& main();
+
+  /// The path of `name`.`type` in the bundle; absent when there is no such file. A name that would
+  /// leave the folder is never found.
+  std::optional<std::string> path(const std::string& name, const std::string& type) const;
+
+  const std::string& folder() const { return folder_; }
+  const Value::Dictionary& infoDictionary() const { return info_; }
+  /// What the host says about itself, such as "CFBundleVersion".
+  void setInfoDictionary(Value::Dictionary info) { info_ = std::move(info); }
+
+private:
+  std::string folder_;
+  Value::Dictionary info_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,13 @@
+#pragma once
+
+namespace zuvi {
+
+/// A moment, in seconds since 1970-01-01T00:00:00Z.
+struct Date {
+  double timeIntervalSince1970 = 0;
+
+  static Date now();
+  bool operator==(const Date&) const = default;
+};
+
+} // namespace zuvi

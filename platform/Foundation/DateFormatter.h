@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Foundation/Date.h"
+
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// Turns moments into text and back by a pattern such as "yyyy-MM-dd'T'HH:mm:ssZ".
+class DateFormatter {
+public:
+  std::string dateFormat;
+  /// A locale such as "en_US_POSIX"; absent: the user's.
+  std::optional<std::string> locale;
+  /// A zone such as "UTC"; absent: the device's.
+  std::optional<std::string> timeZone;
+
+  /// Empty when the pattern cannot be used.
+  std::string string(Date date) const;
+  /// Absent when `text` does not fit the pattern exactly.
+  std::optional<Date> date(const std::string& text) const;
+};
+
+} // namespace zuvi

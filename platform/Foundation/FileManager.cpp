@@ -1,0 +1,119 @@
+#include "platform/Foundation/FileManager.h"
+
+#include "platform/Foundation/ProcessInfo.h"
+
+#include <cstdio>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zuvi {
+
+namespace {
+
+std::mutex documentsMutex;
+std::optional<std::optional<std::string>> replacedDocuments;
+
+class Descriptor {
+public:
+  explicit Descriptor(int number) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (number_ >= 0) ::close(number_);
+  }
+  explicit operator bool() const { return number_ >= 0; }
+  int number() const { return number_; }
+
+private:
+  int number_;
+};
+
+bool isDirectory(const std::string& path) {
+  struct stat status = {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// What is missing on the way is made for the user alone.
+bool makePrivateDirectory(const std::string& path) {
+  for (auto end = path.find('/', 1);; end = path.find('/', end + 1)) {
+    const std::string part = path.substr(0, end);
+    if (::mkdir(part.c_str(), 0700) != 0 && errno != EEXIST) break;
+    if (end == std::string::npos) break;
+  }
+  return isDirectory(path);
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+} // namespace
+
+std::optional<std::string> FileManager::documentsDirectory() {
+  const std::lock_guard lock(documentsMutex);
+  if (replacedDocuments) {
+    const auto& folder = *replacedDocuments;
+    return folder && makePrivateDirectory(*folder) ? folder : std::nullopt;
+  }
+  const auto data = ProcessInfo::userDataFolder();
+  if (!data) return std::nullopt;
+  std::string folder = *data + '/' + ProcessInfo::processName() + "/Documents";
+  if (!makePrivateDirectory(folder) || ::chmod(folder.c_str(), 0700) != 0) return std::nullopt;
+  return folder;
+}
+
+void FileManager::setDocumentsDirectory(std::optional<std::string> folder) {
+  const std::lock_guard lock(documentsMutex);
+  replacedDocuments = std::move(folder);
+}
+
+std::optional<Data> FileManager::contents(const std::string& path) {
+  // Opening a pipe must not wait for its writer.
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status = {};
+  if (!file || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
+    return std::nullopt;
+  const auto size = static_cast<std::size_t>(status.st_size);
+  const std::shared_ptr<char[]> bytes(new char[size]);
+  std::size_t length = 0;
+  while (length < size) {
+    const ssize_t count = ::read(file.number(), bytes.get() + length, size - length);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return std::nullopt;
+    if (count == 0) break;
+    length += static_cast<std::size_t>(count);
+  }
+  return Data(bytes, bytes.get(), length);
+}
+
+bool FileManager::removeItem(const std::string& path) {
+  return ::unlink(path.c_str()) == 0;
+}
+
+bool FileManager::writeAtomically(const std::string& path, std::string_view bytes) {
+  if (const auto slash = path.rfind('/'); slash != std::string::npos && slash > 0)
+    makePrivateDirectory(path.substr(0, slash));
+  std::string temporary = path + ".XXXXXX";
+  const Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+  if (!file) return false;
+  // Without the flush the new name could reach the disk before the bytes do.
+  if (writeAll(file.number(), bytes) && ::fsync(file.number()) == 0 &&
+      std::rename(temporary.c_str(), path.c_str()) == 0)
+    return true;
+  ::unlink(temporary.c_str());
+  return false;
+}
+
+} // namespace zuvi

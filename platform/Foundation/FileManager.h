@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/Foundation/Data.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zuvi {
+
+/// Files as the kit needs them. Any thread.
+class FileManager {
+public:
+  /// The folder for the program's documents, made when missing: the user's data folder and the
+  /// program's name below it, readable by the user alone. Absent when there is none.
+  static std::optional<std::string> documentsDirectory();
+  /// Replaces the documents folder; an absent folder counts as none.
+  static void setDocumentsDirectory(std::optional<std::string> folder);
+
+  /// The whole file, read into memory (not mapped: the file may be removed right away). Absent when
+  /// it cannot be read.
+  static std::optional<Data> contents(const std::string& path);
+  static bool removeItem(const std::string& path);
+  /// Writes beside the file and renames, so that a reader sees the old or the new one.
+  static bool writeAtomically(const std::string& path, std::string_view bytes);
+};
+
+} // namespace zuvi

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Foundation/Data.h"
+#include "platform/Foundation/Value.h"
+
+#include <optional>
+#include <string_view>
+
+namespace zuvi {
+
+/// JSON to values and back. Any thread.
+class JSONSerialization {
+public:
+  enum class Fragments { Refuse, Allow };
+
+  /// Absent when `bytes` is no JSON, is nested deeper than 512 levels, or is a bare string, number,
+  /// boolean or null while fragments are refused. Numbers come as the narrowest of signed, unsigned
+  /// and double that holds them.
+  static std::optional<Value> jsonObject(std::string_view bytes,
+                                         Fragments fragments = Fragments::Refuse);
+
+  /// Whether `data` would accept the value: a list or dictionary at the top, and below it only
+  /// null, booleans, finite numbers, strings, lists and dictionaries, at most 512 levels deep.
+  static bool isValidJSONObject(const Value& value);
+
+  /// Compact JSON; absent when the value is not valid or a text in it is not UTF-8.
+  static std::optional<Data> data(const Value& value);
+};
+
+} // namespace zuvi

@@ -1,0 +1,36 @@
+#include "platform/Foundation/NotificationCenter.h"
+
+#include <utility>
+#include <vector>
+
+namespace zuvi {
+
+NotificationCenter& NotificationCenter::defaultCenter() {
+  static NotificationCenter center;
+  return center;
+}
+
+NotificationObserver NotificationCenter::observe(const std::string& name,
+                                                 std::function<void(const Notification&)> handler) {
+  const auto [first, last] = observers_.equal_range(name);
+  for (auto entry = first; entry != last;)
+    entry = entry->second.expired() ? observers_.erase(entry) : std::next(entry);
+
+  auto registration = std::make_shared<Handler>(std::move(handler));
+  observers_.emplace(name, registration);
+  NotificationObserver observer;
+  observer.registration_ = std::move(registration);
+  return observer;
+}
+
+void NotificationCenter::post(const std::string& name, Value::Dictionary userInfo) {
+  const Notification notification{name, std::move(userInfo)};
+  std::vector<std::weak_ptr<Handler>> observers;
+  const auto [first, last] = observers_.equal_range(name);
+  for (auto entry = first; entry != last; ++entry)
+    observers.push_back(entry->second);
+  for (const auto& observer : observers)
+    if (const auto handler = observer.lock()) (*handler)(notification);
+}
+
+} // namespace zuvi

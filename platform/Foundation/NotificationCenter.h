@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/Foundation/Value.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace zuvi {
+
+/// Something that happened, by name, with what it carries.
+struct Notification {
+  std::string name;
+  Value::Dictionary userInfo;
+};
+
+/// Keeps one observation alive; it ends with this object.
+class NotificationObserver {
+public:
+  NotificationObserver() = default;
+  NotificationObserver(NotificationObserver&&) noexcept = default;
+  NotificationObserver& operator=(NotificationObserver&&) noexcept = default;
+
+private:
+  friend class NotificationCenter;
+  std::shared_ptr<void> registration_;
+};
+
+/// Delivers notifications by name to whoever observes them. Main queue only.
+class NotificationCenter {
+public:
+  static NotificationCenter& defaultCenter();
+
+  [[nodiscard]] NotificationObserver observe(const std::string& name,
+                                             std::function<void(const Notification&)> handler);
+  /// Calls the observers of that name, in the order of their registration, before it returns.
+  /// Observers that come or go meanwhile do not disturb it; one that has gone is not called.
+  void post(const std::string& name, Value::Dictionary userInfo = {});
+
+private:
+  using Handler = std::function<void(const Notification&)>;
+  std::multimap<std::string, std::weak_ptr<Handler>> observers_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,95 @@
+#include "platform/Foundation/PercentEncoding.h"
+
+#include "platform/Foundation/Utf8.h"
+
+namespace zuvi {
+
+namespace {
+
+constexpr std::string_view alphanumerics =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
+
+int hexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  return -1;
+}
+
+CharacterSet alphanumericsAnd(std::string_view others) {
+  CharacterSet set(alphanumerics);
+  set.insert(others);
+  return set;
+}
+
+} // namespace
+
+CharacterSet::CharacterSet(std::string_view characters) {
+  insert(characters);
+}
+
+const CharacterSet& CharacterSet::urlQueryAllowed() {
+  static const CharacterSet set = alphanumericsAnd("!$&'()*+,-./:;=?@_~");
+  return set;
+}
+
+const CharacterSet& CharacterSet::urlHostAllowed() {
+  static const CharacterSet set = alphanumericsAnd("!$&'()*+,-.:;=[]_~");
+  return set;
+}
+
+bool CharacterSet::contains(char c) const {
+  const auto code = static_cast<unsigned char>(c);
+  return code < members_.size() && members_[code];
+}
+
+void CharacterSet::insert(std::string_view characters) {
+  for (const char c : characters)
+    if (static_cast<unsigned char>(c) < members_.size())
+      members_.set(static_cast<unsigned char>(c));
+}
+
+void CharacterSet::remove(std::string_view characters) {
+  for (const char c : characters)
+    if (static_cast<unsigned char>(c) < members_.size())
+      members_.reset(static_cast<unsigned char>(c));
+}
+
+std::optional<std::string> addingPercentEncoding(std::string_view text,
+                                                 const CharacterSet& allowed) {
+  if (!isValidUtf8(text)) return std::nullopt;
+  constexpr const char* digits = "0123456789ABCDEF";
+  std::string result;
+  result.reserve(text.size());
+  for (const char c : text) {
+    if (allowed.contains(c)) {
+      result += c;
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(c);
+    result += '%';
+    result += digits[byte >> 4];
+    result += digits[byte & 15];
+  }
+  return result;
+}
+
+std::optional<std::string> removingPercentEncoding(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '%') {
+      result += text[i];
+      continue;
+    }
+    if (text.size() - i < 3) return std::nullopt;
+    const int high = hexDigit(text[i + 1]);
+    const int low = hexDigit(text[i + 2]);
+    if (high < 0 || low < 0) return std::nullopt;
+    result += static_cast<char>(high << 4 | low);
+    i += 2;
+  }
+  return isValidUtf8(result) ? std::optional(std::move(result)) : std::nullopt;
+}
+
+} // namespace zuvi

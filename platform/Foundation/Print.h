@@ -1,0 +1,14 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace zuvi {
+
+/// Writes one line to the console. Any thread.
+void print(const std::string& line);
+
+/// Also hands every printed line to `listener`, on the printing thread; null ends it.
+void setPrintListener(std::function<void(const std::string&)> listener);
+
+} // namespace zuvi

@@ -1,0 +1,42 @@
+#include "platform/Foundation/ProcessInfo.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <system_error>
+
+namespace zuvi {
+
+namespace {
+
+// A relative path would depend on where the program was started.
+std::optional<std::string> absolutePath(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
+}
+
+std::optional<std::string> userFolder(const char* variable, const char* belowHome) {
+  if (auto folder = absolutePath(variable)) return folder;
+  if (const auto home = absolutePath("HOME")) return *home + belowHome;
+  return std::nullopt;
+}
+
+} // namespace
+
+std::string ProcessInfo::executablePath() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).string();
+}
+
+std::string ProcessInfo::processName() {
+  return std::filesystem::path(executablePath()).filename().string();
+}
+
+std::optional<std::string> ProcessInfo::userConfigurationFolder() {
+  return userFolder("XDG_CONFIG_HOME", "/.config");
+}
+
+std::optional<std::string> ProcessInfo::userDataFolder() {
+  return userFolder("XDG_DATA_HOME", "/.local/share");
+}
+
+} // namespace zuvi

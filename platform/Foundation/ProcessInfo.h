@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// The running program and the folders that its user has set aside for programs.
+class ProcessInfo {
+public:
+  /// The path of the executable; empty when the system does not tell.
+  static std::string executablePath();
+  /// The file name of the executable.
+  static std::string processName();
+  /// The user's folder for settings, and for data; absent when the environment names neither it
+  /// nor a home.
+  static std::optional<std::string> userConfigurationFolder();
+  static std::optional<std::string> userDataFolder();
+};
+
+} // namespace zuvi

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Dispatch/DispatchQueue.h"
+
+#include <functional>
+#include <memory>
+
+namespace zuvi {
+
+/// Fires on the main queue every so many seconds until it is invalidated or dropped. The first
+/// firing comes one interval after the start; firings keep to the grid of the start, and those that
+/// were missed while the queue was busy are left out.
+class Timer : public std::enable_shared_from_this<Timer> {
+public:
+  enum class Repeats { No, Yes };
+
+  static std::shared_ptr<Timer> scheduled(TimeInterval interval, Repeats repeats,
+                                          std::function<void()> fire);
+  ~Timer();
+
+  void invalidate();
+  bool isValid() const { return pending_ != 0; }
+
+private:
+  void schedule();
+
+  TimeInterval interval_ = 0;
+  TimeInterval next_ = 0;
+  Repeats repeats_ = Repeats::No;
+  std::function<void()> fire_;
+  WorkId pending_ = 0;
+};
+
+} // namespace zuvi

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/Foundation/Data.h"
+#include "platform/Foundation/Error.h"
+#include "platform/Foundation/URL.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+struct URLRequest {
+  explicit URLRequest(URL address) : url(std::move(address)) {}
+
+  URL url;
+  std::string httpMethod = "GET";
+  std::map<std::string, std::string> allHTTPHeaderFields;
+  std::optional<Data> httpBody;
+  /// Seconds without any progress after which the request fails; absent: the session's.
+  std::optional<double> timeoutInterval;
+};
+
+struct URLResponse {
+  int statusCode = 0;
+  std::map<std::string, std::string> headers; // names in lower case
+};
+
+struct URLSessionConfiguration {
+  /// Seconds without any progress after which a request fails.
+  double timeoutIntervalForRequest = 60;
+};
+
+/// One request on its way. Cancelling is the only thing to do with it besides starting it.
+class URLSessionDataTask {
+public:
+  virtual ~URLSessionDataTask() = default;
+  /// Starts the request. A task that is never started never completes.
+  virtual void resume() = 0;
+  /// The completion then gets `NSURLErrorCancelled`, unless it has come already.
+  virtual void cancel() = 0;
+};
+
+/// HTTP and HTTPS requests over kept connections, HTTP/2 where it is offered. Certificates and host
+/// names are always verified, and nothing of a request is sent before. A redirect to another host,
+/// or from https to http, carries no `Authorization`. All members may be called from any thread.
+class URLSession {
+public:
+  using Completion = std::function<void(
+      std::optional<Data> data, std::optional<URLResponse> response, std::optional<Error> error)>;
+
+  explicit URLSession(const URLSessionConfiguration& configuration);
+  /// Cancels what is under way; completions that have not come by then never come.
+  ~URLSession();
+  URLSession(const URLSession&) = delete;
+
+  /// For requests that need nothing of their own.
+  static URLSession& shared();
+
+  /// `completion` comes once, on the session's own queue, which is never the main one. With an
+  /// error there is no data, not even what had arrived before it.
+  std::shared_ptr<URLSessionDataTask> dataTask(const URLRequest& request, Completion completion);
+
+  /// A file of further certificate authorities (PEM) that all sessions trust beside the system's;
+  /// empty: none. Takes effect for connections made afterwards.
+  static void setAdditionalAuthorities(const std::string& pemFile);
+
+private:
+  class Transport;
+  std::shared_ptr<Transport> transport_;
+};
+
+} // namespace zuvi

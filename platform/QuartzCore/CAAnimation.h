@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/CoreGraphics/CGColor.h"
+#include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Dispatch/DispatchQueue.h"
+
+#include <array>
+#include <functional>
+#include <memory>
+
+namespace zuvi {
+
+/// What of a layer can move over time.
+enum class LayerProperty {
+  Opacity,
+  Position,
+  Bounds,
+  Transform,
+  BackgroundColor,
+  BorderColor,
+  CornerRadius,
+  Rotation, ///< turns the layer about its centre, in radians; for an animation only
+};
+
+/// The value of one property, as numbers that can be mixed.
+using LayerValue = std::array<double, 6>;
+
+inline LayerValue layerValue(double v) { return {v}; }
+inline LayerValue layerValue(CGPoint p) { return {p.x, p.y}; }
+inline LayerValue layerValue(const CGRect& r) { return {r.x, r.y, r.width, r.height}; }
+inline LayerValue layerValue(const CGColor& c) { return {c.red, c.green, c.blue, c.alpha}; }
+inline LayerValue layerValue(const CGAffineTransform& t) {
+  return {t.a, t.b, t.c, t.d, t.tx, t.ty};
+}
+
+/// How progress runs from 0 to 1 over an animation.
+struct AnimationCurve {
+  enum class Kind { Linear, EaseIn, EaseOut, EaseInOut, Spring };
+  Kind kind = Kind::EaseInOut;
+  double damping = 1;         ///< spring only: ratio; 1 and above does not overshoot
+  double initialVelocity = 0; ///< spring only: distances a second at the start
+
+  /// Progress after the share `t` (0 to 1) of an animation of `duration` seconds.
+  double progress(double t, double duration) const;
+};
+
+/// A block of changes that are animated together and end together.
+class AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {
+public:
+  TimeInterval duration = 0.25;
+  TimeInterval delay = 0;
+  AnimationCurve curve;
+  /// Comes once on the main queue, when every animation of the group has ended; `finished` is false
+  /// if one was cut short.
+  std::function<void(bool finished)> completion;
+
+  /// The group whose block is running; null outside of one.
+  static AnimationGroup* current();
+  /// Runs `changes`; every animatable property that they set moves to its new value over time.
+  void run(const std::function<void()>& changes);
+
+  // For layers.
+  void added() { running_++; }
+  void ended(bool finished);
+
+private:
+  int running_ = 0;
+  bool allFinished_ = true;
+  bool blockDone_ = false;
+};
+
+/// One property on its way.
+struct CABasicAnimation {
+  LayerProperty property = LayerProperty::Opacity;
+  LayerValue from{}, to{};
+  TimeInterval beginTime = 0; ///< on the main queue's clock
+  TimeInterval duration = 0.25;
+  AnimationCurve curve;
+  bool repeatsForever = false;
+  std::shared_ptr<AnimationGroup> group; ///< null when it stands alone
+
+  LayerValue valueAt(TimeInterval now) const;
+};
+
+} // namespace zuvi

@@ -1,0 +1,113 @@
+#include "platform/QuartzCore/CALayer.h"
+
+#include "platform/QuartzCore/CALayerCache.h"
+
+namespace zuvi {
+
+namespace {
+
+std::string keyOf(LayerProperty property) {
+  switch (property) {
+  case LayerProperty::Opacity:
+    return "opacity";
+  case LayerProperty::Position:
+    return "position";
+  case LayerProperty::Bounds:
+    return "bounds";
+  case LayerProperty::Transform:
+    return "transform";
+  case LayerProperty::BackgroundColor:
+    return "backgroundColor";
+  case LayerProperty::BorderColor:
+    return "borderColor";
+  case LayerProperty::CornerRadius:
+    return "cornerRadius";
+  case LayerProperty::Rotation:
+    return "rotation";
+  }
+  return {};
+}
+
+} // namespace
+
+LayerValue CALayer::model(LayerProperty property) const {
+  switch (property) {
+  case LayerProperty::Opacity:
+    return layerValue(opacity_);
+  case LayerProperty::Position:
+    return layerValue(position_);
+  case LayerProperty::Bounds:
+    return layerValue(bounds_);
+  case LayerProperty::Transform:
+    return layerValue(transform_);
+  case LayerProperty::BackgroundColor:
+    return layerValue(backgroundColor_);
+  case LayerProperty::BorderColor:
+    return layerValue(borderColor_);
+  case LayerProperty::CornerRadius:
+    return layerValue(cornerRadius_);
+  case LayerProperty::Rotation:
+    break; // exists only while it is animated
+  }
+  return {};
+}
+
+LayerValue CALayer::presented(LayerProperty property) const {
+  for (const auto& [key, running] : animations_)
+    if (running.animation.property == property)
+      return running.animation.valueAt(DispatchQueue::main().now());
+  return model(property);
+}
+
+void CALayer::willChange(LayerProperty property, const LayerValue& to) {
+  AnimationGroup* group = AnimationGroup::current();
+  if (!group || group->duration <= 0) {
+    if (!animations_.empty()) finish(keyOf(property), false);
+    return;
+  }
+  CABasicAnimation animation;
+  animation.property = property;
+  animation.from = presented(property);
+  animation.to = to;
+  animation.beginTime = DispatchQueue::main().now() + group->delay;
+  animation.duration = group->duration;
+  animation.curve = group->curve;
+  animation.group = group->shared_from_this();
+  addAnimation(keyOf(property), std::move(animation));
+}
+
+void CALayer::addAnimation(const std::string& key, CABasicAnimation animation) {
+  // Counted before an older animation of the same group is cut short, lest the group end there.
+  if (animation.group) animation.group->added();
+  finish(key, false);
+  Running running{std::move(animation), 0};
+  const CABasicAnimation& added = running.animation;
+  if (!added.repeatsForever) {
+    MainQueue& queue = DispatchQueue::main();
+    running.end = queue.asyncAfter(added.beginTime + added.duration - queue.now(),
+                                   [this, key] { finish(key, true); });
+  }
+  animations_.emplace(key, std::move(running));
+  cache_->placementChanged = cache_->contentChanged = true;
+  bubbleDirty();
+}
+
+void CALayer::finish(const std::string& key, bool finished) {
+  const auto found = animations_.find(key);
+  if (found == animations_.end()) return;
+  Running running = std::move(found->second);
+  animations_.erase(found);
+  if (!finished && running.end) DispatchQueue::main().cancel(running.end);
+  cache_->placementChanged = cache_->contentChanged = true;
+  bubbleDirty();
+  if (running.animation.group) running.animation.group->ended(finished);
+}
+
+void CALayer::removeAnimation(const std::string& key) { finish(key, false); }
+
+void CALayer::removeAllAnimations() {
+  while (!animations_.empty())
+    finish(animations_.begin()->first, false);
+}
+
+} // namespace zuvi

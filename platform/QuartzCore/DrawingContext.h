@@ -1,0 +1,38 @@
+#pragma once
+
+#include "platform/CoreGraphics/CGColor.h"
+#include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/CoreGraphics/CGImage.h"
+#include "platform/CoreGraphics/CGPath.h"
+#include "platform/CoreText/TextLayout.h"
+
+#include <vector>
+
+namespace zuvi {
+
+/// What a layer draws itself with, in its own coordinates. Lives only during one `draw`.
+class DrawingContext {
+public:
+  struct Native;
+  explicit DrawingContext(Native& native) : native_(native) {}
+
+  /// Pixels a point.
+  double scale() const;
+
+  void fill(const CGRect& rect, const CGColor& color);
+  void fill(const CGRect& rect, double cornerRadius, const CGColor& color);
+  void fill(const CGPath& path, const CGColor& color);
+  /// The line is `width` points wide, with round ends and joins.
+  void stroke(const CGPath& path, const CGColor& color, double width);
+  /// From top to bottom through evenly spaced colours.
+  void fillGradient(const CGRect& rect, const std::vector<CGColor>& colors);
+  /// The picture stretched over the rectangle.
+  void drawImage(const CGImage& image, const CGRect& rect);
+  /// The text, its lines' top left corner at the point.
+  void drawText(const TextLayout& text, CGPoint origin);
+
+private:
+  Native& native_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,101 @@
+#include "platform/QuartzCore/DrawingContextGsk.h"
+
+#include "platform/CoreGraphics/CGImageGdk.h"
+
+namespace zuvi {
+
+namespace {
+
+/// Adds the outline to the context of a drawing.
+void trace(cairo_t* context, const CGPath& path) {
+  for (const CGPath::Element& element : path.elements()) {
+    const CGPoint* p = element.points;
+    switch (element.verb) {
+    case CGPath::Verb::Move:
+      cairo_move_to(context, p[0].x, p[0].y);
+      break;
+    case CGPath::Verb::Line:
+      cairo_line_to(context, p[0].x, p[0].y);
+      break;
+    case CGPath::Verb::Curve:
+      cairo_curve_to(context, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
+      break;
+    case CGPath::Verb::Close:
+      cairo_close_path(context);
+      break;
+    }
+  }
+}
+
+} // namespace
+
+double DrawingContext::scale() const { return native_.scale; }
+
+void DrawingContext::fill(const CGRect& rect, const CGColor& color) {
+  if (rect.isEmpty() || color.alpha <= 0) return;
+  const GdkRGBA rgba = toGdk(color);
+  const graphene_rect_t area = toGraphene(rect);
+  gtk_snapshot_append_color(native_.snapshot, &rgba, &area);
+}
+
+void DrawingContext::fill(const CGRect& rect, double cornerRadius, const CGColor& color) {
+  if (rect.isEmpty() || color.alpha <= 0) return;
+  if (cornerRadius <= 0) return fill(rect, color);
+  const GskRoundedRect rounded = toRounded(rect, cornerRadius);
+  gtk_snapshot_push_rounded_clip(native_.snapshot, &rounded);
+  fill(rect, color);
+  gtk_snapshot_pop(native_.snapshot);
+}
+
+void DrawingContext::fill(const CGPath& path, const CGColor& color) {
+  if (path.isEmpty() || color.alpha <= 0) return;
+  const graphene_rect_t area = toGraphene(CGRectInset(path.boundingBox(), -1, -1));
+  cairo_t* context = gtk_snapshot_append_cairo(native_.snapshot, &area);
+  trace(context, path);
+  cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
+  cairo_fill(context);
+  cairo_destroy(context);
+}
+
+void DrawingContext::stroke(const CGPath& path, const CGColor& color, double width) {
+  if (path.isEmpty() || color.alpha <= 0 || width <= 0) return;
+  const graphene_rect_t area = toGraphene(CGRectInset(path.boundingBox(), -width, -width));
+  cairo_t* context = gtk_snapshot_append_cairo(native_.snapshot, &area);
+  trace(context, path);
+  cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
+  cairo_set_line_width(context, width);
+  cairo_set_line_cap(context, CAIRO_LINE_CAP_ROUND);
+  cairo_set_line_join(context, CAIRO_LINE_JOIN_ROUND);
+  cairo_stroke(context);
+  cairo_destroy(context);
+}
+
+void DrawingContext::fillGradient(const CGRect& rect, const std::vector<CGColor>& colors) {
+  if (rect.isEmpty() || colors.empty()) return;
+  if (colors.size() == 1) return fill(rect, colors.front());
+  std::vector<GskColorStop> stops;
+  for (std::size_t i = 0; i < colors.size(); i++)
+    stops.push_back({float(i) / float(colors.size() - 1), toGdk(colors[i])});
+  const graphene_rect_t area = toGraphene(rect);
+  const graphene_point_t top = GRAPHENE_POINT_INIT(float(rect.midX()), float(rect.minY()));
+  const graphene_point_t bottom = GRAPHENE_POINT_INIT(float(rect.midX()), float(rect.maxY()));
+  gtk_snapshot_append_linear_gradient(native_.snapshot, &area, &top, &bottom, stops.data(),
+                                      stops.size());
+}
+
+void DrawingContext::drawImage(const CGImage& image, const CGRect& rect) {
+  if (rect.isEmpty()) return;
+  const graphene_rect_t area = toGraphene(rect);
+  gtk_snapshot_append_texture(native_.snapshot, image.native().texture, &area);
+}
+
+void DrawingContext::drawText(const TextLayout& text, CGPoint origin) {
+  gtk_snapshot_save(native_.snapshot);
+  const graphene_point_t offset = GRAPHENE_POINT_INIT(float(origin.x), float(origin.y));
+  gtk_snapshot_translate(native_.snapshot, &offset);
+  const GdkRGBA rgba = toGdk(text.color());
+  gtk_snapshot_append_layout(native_.snapshot, static_cast<PangoLayout*>(text.native()), &rgba);
+  gtk_snapshot_restore(native_.snapshot);
+}
+
+} // namespace zuvi

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/QuartzCore/DrawingContext.h"
+
+#include <gtk/gtk.h>
+
+namespace zuvi {
+
+struct DrawingContext::Native {
+  GtkSnapshot* snapshot;
+  double scale;
+};
+
+inline graphene_rect_t toGraphene(const CGRect& r) {
+  return GRAPHENE_RECT_INIT(float(r.x), float(r.y), float(r.width), float(r.height));
+}
+
+inline GdkRGBA toGdk(const CGColor& c) {
+  return {float(c.red), float(c.green), float(c.blue), float(c.alpha)};
+}
+
+inline GskRoundedRect toRounded(const CGRect& rect, double radius) {
+  const graphene_rect_t bounds = toGraphene(rect);
+  const double most = (rect.width < rect.height ? rect.width : rect.height) / 2;
+  GskRoundedRect rounded;
+  gsk_rounded_rect_init_from_rect(&rounded, &bounds, float(radius < most ? radius : most));
+  return rounded;
+}
+
+} // namespace zuvi

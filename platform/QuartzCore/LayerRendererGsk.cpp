@@ -1,0 +1,226 @@
+#include "platform/QuartzCore/LayerRendererGsk.h"
+
+#include "platform/CoreGraphics/CGImageGdk.h"
+#include "platform/QuartzCore/CALayerCache.h"
+#include "platform/QuartzCore/DrawingContextGsk.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace zuvi {
+
+namespace {
+
+std::shared_ptr<void> adopt(GtkSnapshot* snapshot) {
+  GskRenderNode* node = gtk_snapshot_free_to_node(snapshot);
+  if (!node) return nullptr;
+  return {node, [](GskRenderNode* held) { gsk_render_node_unref(held); }};
+}
+
+GskRenderNode* nodeOf(const std::shared_ptr<void>& held) {
+  return static_cast<GskRenderNode*>(held.get());
+}
+
+CGRect extents(const std::shared_ptr<void>& held) {
+  if (!held) return {};
+  graphene_rect_t bounds;
+  gsk_render_node_get_bounds(nodeOf(held), &bounds);
+  return {bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height};
+}
+
+/// The toolkit draws a matrix of unknown kind as an error, so the transform is handed on as two
+/// turns around a stretch, which gives every affine one.
+void applyTransform(GtkSnapshot* snapshot, const CGAffineTransform& t) {
+  const graphene_point_t offset = GRAPHENE_POINT_INIT(float(t.tx), float(t.ty));
+  gtk_snapshot_translate(snapshot, &offset);
+  if (t.a == 1 && t.b == 0 && t.c == 0 && t.d == 1) return;
+  const double e = (t.a + t.d) / 2, f = (t.a - t.d) / 2, g = (t.b + t.c) / 2, h = (t.b - t.c) / 2;
+  const double q = std::hypot(e, h), r = std::hypot(f, g);
+  const double a1 = std::atan2(g, f), a2 = std::atan2(h, e);
+  constexpr double degrees = 180 / std::numbers::pi;
+  const double first = (a2 - a1) / 2 * degrees, second = (a2 + a1) / 2 * degrees;
+  if (second != 0) gtk_snapshot_rotate(snapshot, float(second));
+  gtk_snapshot_scale(snapshot, float(q + r), float(q - r));
+  if (first != 0) gtk_snapshot_rotate(snapshot, float(first));
+}
+
+CGRect placeContents(const CGImage& image, const CGRect& bounds, ContentsGravity gravity,
+                     double scale) {
+  if (gravity == ContentsGravity::Resize) return bounds;
+  double width = image.width(), height = image.height();
+  double factor = 1 / scale;
+  if (gravity == ContentsGravity::ResizeAspect)
+    factor = std::min(bounds.width / width, bounds.height / height);
+  if (gravity == ContentsGravity::ResizeAspectFill)
+    factor = std::max(bounds.width / width, bounds.height / height);
+  width *= factor;
+  height *= factor;
+  return {bounds.midX() - width / 2, bounds.midY() - height / 2, width, height};
+}
+
+class Builder {
+public:
+  explicit Builder(double scale) : scale_(scale) {}
+
+  LayerRenderer::Frame frame;
+
+  /// Brings the cache of a layer up to date; `toRoot` leads from its superlayer to the root.
+  void update(CALayer& layer, const CGAffineTransform& toRoot) {
+    CALayer::Cache& cache = layer.cache();
+    if (!cache.dirty && !layer.hasAnimations()) return;
+    if (layer.isHidden() || layer.presentedOpacity() <= 0) return vanish(layer, toRoot);
+
+    const bool moves = layer.hasAnimations();
+    if (moves) frame.animating = true;
+    const bool moved = moves || cache.placementChanged;
+    const bool redrawn = cache.contentChanged || (moves && animatesContent(layer));
+    const CGAffineTransform own = layer.presentedTransformToSuperlayer();
+    const CGAffineTransform childrenToRoot = own.concatenating(toRoot);
+    if (redrawn) drawContent(layer);
+    // An animation somewhere below keeps the path down to it dirty.
+    const bool outerAnimating = std::exchange(frame.animating, false);
+    for (const auto& sublayer : layer.sublayers())
+      update(*sublayer, childrenToRoot);
+    const bool below = frame.animating;
+    frame.animating = below || outerAnimating;
+
+    cache.placed = place(layer, own);
+    const CGRect now = extents(cache.placed);
+    if (moved) {
+      damage(toRoot.apply(cache.drawn));
+      damage(toRoot.apply(now));
+    } else if (redrawn) {
+      damage(childrenToRoot.apply(cache.drawnContent));
+      damage(childrenToRoot.apply(contentExtents(cache)));
+    }
+    cache.drawn = now;
+    cache.drawnContent = contentExtents(cache);
+    cache.contentChanged = cache.placementChanged = false;
+    cache.dirty = below;
+  }
+
+private:
+  static CGRect contentExtents(const CALayer::Cache& cache) {
+    return CGRectUnion(extents(cache.content), extents(cache.border));
+  }
+
+  static bool animatesContent(const CALayer& layer) {
+    const auto bounds = layer.bounds();
+    return layer.presented(LayerProperty::Bounds) != layerValue(bounds) ||
+           layer.presented(LayerProperty::BackgroundColor) !=
+               layerValue(layer.backgroundColor()) ||
+           layer.presented(LayerProperty::BorderColor) != layerValue(layer.borderColor()) ||
+           layer.presented(LayerProperty::CornerRadius) != layerValue(layer.cornerRadius());
+  }
+
+  void vanish(CALayer& layer, const CGAffineTransform& toRoot) {
+    CALayer::Cache& cache = layer.cache();
+    damage(toRoot.apply(cache.drawn));
+    cache.drawn = {};
+    cache.placed = nullptr;
+    cache.placementChanged = true; // to be placed anew when it shows again
+    cache.dirty = false;
+    if (layer.hasAnimations()) frame.animating = true;
+  }
+
+  void damage(const CGRect& rect) {
+    if (!rect.isEmpty()) frame.damage.push_back(rect);
+  }
+
+  static CGRect presentedBounds(const CALayer& layer) {
+    const LayerValue b = layer.presented(LayerProperty::Bounds);
+    return {b[0], b[1], b[2], b[3]};
+  }
+
+  void drawContent(CALayer& layer) {
+    const CGRect bounds = presentedBounds(layer);
+    const double radius = layer.presented(LayerProperty::CornerRadius)[0];
+    GtkSnapshot* snapshot = gtk_snapshot_new();
+    drawShadow(snapshot, layer, bounds, radius);
+    DrawingContext::Native native{snapshot, scale_};
+    DrawingContext context(native);
+    const LayerValue c = layer.presented(LayerProperty::BackgroundColor);
+    context.fill(bounds, radius, CGColor{c[0], c[1], c[2], c[3]});
+    drawPicture(snapshot, layer, bounds, radius);
+    layer.draw(context);
+    layer.cache().content = adopt(snapshot);
+    layer.cache().border = drawBorder(layer, bounds, radius);
+  }
+
+  static void drawShadow(GtkSnapshot* snapshot, const CALayer& layer, const CGRect& bounds,
+                         double radius) {
+    if (layer.shadowOpacity() <= 0) return;
+    const CALayer::RoundedRect shape =
+        layer.shadowPath().value_or(CALayer::RoundedRect{bounds, radius});
+    if (shape.rect.isEmpty()) return;
+    const GskRoundedRect outline = toRounded(shape.rect, shape.radius);
+    CGColor color = layer.shadowColor();
+    color.alpha *= layer.shadowOpacity();
+    const GdkRGBA rgba = toGdk(color);
+    gtk_snapshot_append_outset_shadow(snapshot, &outline, &rgba,
+                                      float(layer.shadowOffset().width),
+                                      float(layer.shadowOffset().height), 0,
+                                      float(2 * layer.shadowRadius()));
+  }
+
+  void drawPicture(GtkSnapshot* snapshot, const CALayer& layer, const CGRect& bounds,
+                   double radius) const {
+    if (!layer.contents() || bounds.isEmpty()) return;
+    const CGImage& image = *layer.contents();
+    const graphene_rect_t area =
+        toGraphene(placeContents(image, bounds, layer.contentsGravity(), scale_));
+    const GskRoundedRect clip = toRounded(bounds, radius);
+    gtk_snapshot_push_rounded_clip(snapshot, &clip);
+    gtk_snapshot_append_texture(snapshot, image.native().texture, &area);
+    gtk_snapshot_pop(snapshot);
+  }
+
+  static std::shared_ptr<void> drawBorder(const CALayer& layer, const CGRect& bounds,
+                                          double radius) {
+    if (layer.borderWidth() <= 0 || bounds.isEmpty()) return nullptr;
+    const LayerValue c = layer.presented(LayerProperty::BorderColor);
+    const GdkRGBA rgba = toGdk({c[0], c[1], c[2], c[3]});
+    const GdkRGBA colors[] = {rgba, rgba, rgba, rgba};
+    const auto width = float(layer.borderWidth());
+    const float widths[] = {width, width, width, width};
+    const GskRoundedRect outline = toRounded(bounds, radius);
+    GtkSnapshot* snapshot = gtk_snapshot_new();
+    gtk_snapshot_append_border(snapshot, &outline, widths, colors);
+    return adopt(snapshot);
+  }
+
+  static std::shared_ptr<void> place(CALayer& layer, const CGAffineTransform& own) {
+    const CALayer::Cache& cache = layer.cache();
+    GtkSnapshot* snapshot = gtk_snapshot_new();
+    applyTransform(snapshot, own);
+    const double opacity = layer.presentedOpacity();
+    if (opacity < 1) gtk_snapshot_push_opacity(snapshot, opacity);
+    if (layer.masksToBounds()) {
+      const GskRoundedRect clip =
+          toRounded(presentedBounds(layer), layer.presented(LayerProperty::CornerRadius)[0]);
+      gtk_snapshot_push_rounded_clip(snapshot, &clip);
+    }
+    if (cache.content) gtk_snapshot_append_node(snapshot, nodeOf(cache.content));
+    for (const auto& sublayer : layer.sublayers())
+      if (sublayer->cache().placed) gtk_snapshot_append_node(snapshot, nodeOf(sublayer->cache().placed));
+    if (cache.border) gtk_snapshot_append_node(snapshot, nodeOf(cache.border));
+    if (layer.masksToBounds()) gtk_snapshot_pop(snapshot);
+    if (opacity < 1) gtk_snapshot_pop(snapshot);
+    return adopt(snapshot);
+  }
+
+  double scale_;
+};
+
+} // namespace
+
+LayerRenderer::Frame LayerRenderer::render(CALayer& root, double scale) {
+  Builder builder(scale);
+  builder.update(root, {});
+  builder.frame.node = nodeOf(root.cache().placed);
+  return std::move(builder.frame);
+}
+
+} // namespace zuvi

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/QuartzCore/CALayer.h"
+
+#include <gtk/gtk.h>
+
+#include <vector>
+
+namespace zuvi {
+
+/// Turns a tree of layers into drawing nodes. What did not change since the last frame keeps its
+/// node.
+class LayerRenderer {
+public:
+  struct Frame {
+    GskRenderNode* node = nullptr; ///< null: nothing to see; owned by the root's cache
+    std::vector<CGRect> damage;    ///< what differs from the last frame, in the root's coordinates
+    bool animating = false;        ///< whether the next frame differs by itself
+  };
+
+  /// `scale`: pixels a point.
+  static Frame render(CALayer& root, double scale);
+};
+
+} // namespace zuvi

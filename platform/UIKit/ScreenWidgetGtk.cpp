@@ -1,0 +1,170 @@
+#include "platform/UIKit/ScreenWidget.h"
+
+#include "platform/Dispatch/MainLoop.h"
+#include "platform/QuartzCore/LayerRendererGsk.h"
+#include "platform/UIKit/UIApplication.h"
+#include "platform/UIKit/UIScreen.h"
+
+using namespace zuvi;
+
+namespace {
+
+struct ScreenWidget {
+  GtkWidget parent;
+  UIEdgeInsets safeArea;
+  ScreenSurface* surface;
+  guint tick;
+};
+
+struct ScreenWidgetClass {
+  GtkWidgetClass parent;
+};
+
+G_DEFINE_TYPE(ScreenWidget, screen_widget, GTK_TYPE_WIDGET) // NOLINT: the macro's own code
+
+class WidgetSurface final : public ScreenSurface {
+public:
+  explicit WidgetSurface(GtkWidget* widget) : widget_(widget) {}
+  void requestFrame() override { gtk_widget_queue_draw(widget_); }
+
+private:
+  GtkWidget* widget_;
+};
+
+ScreenWidget* self(gpointer widget) { return reinterpret_cast<ScreenWidget*>(widget); }
+
+// Drawing
+
+gboolean onTick(GtkWidget* widget, GdkFrameClock*, gpointer) {
+  gtk_widget_queue_draw(widget);
+  return G_SOURCE_CONTINUE;
+}
+
+void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
+  UIScreen& screen = UIScreen::main();
+  screen.layoutIfNeeded();
+  const LayerRenderer::Frame frame =
+      LayerRenderer::render(screen.rootLayer(), gtk_widget_get_scale_factor(widget));
+  screen.takeDamage(); // the toolkit finds out by itself what differs
+  if (frame.node) gtk_snapshot_append_node(snapshot, frame.node);
+  // The frame clock runs just as long as something moves by itself.
+  ScreenWidget* me = self(widget);
+  if (frame.animating && !me->tick)
+    me->tick = gtk_widget_add_tick_callback(widget, onTick, nullptr, nullptr);
+  if (!frame.animating && me->tick) {
+    gtk_widget_remove_tick_callback(widget, me->tick);
+    me->tick = 0;
+  }
+}
+
+void sizeAllocate(GtkWidget* widget, int width, int height, int) {
+  UIScreen::main().configure({double(width), double(height)}, gtk_widget_get_scale_factor(widget),
+                             self(widget)->safeArea);
+}
+
+// Touches and keys
+
+void onPressed(GtkGestureClick* gesture, int, double x, double y, gpointer widget) {
+  gtk_widget_grab_focus(GTK_WIDGET(widget));
+  gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
+  UIApplication::shared().touchBegan({x, y});
+}
+
+void onUpdate(GtkGesture* gesture, GdkEventSequence* sequence, gpointer) {
+  double x = 0, y = 0;
+  if (gtk_gesture_get_point(gesture, sequence, &x, &y)) UIApplication::shared().touchMoved({x, y});
+}
+
+void onReleased(GtkGestureClick*, int, double x, double y, gpointer) {
+  UIApplication::shared().touchEnded({x, y});
+}
+
+void onCancel(GtkGesture*, GdkEventSequence*, gpointer) { UIApplication::shared().touchCancelled(); }
+
+gboolean onScroll(GtkEventControllerScroll* controller, double dx, double dy, gpointer) {
+  constexpr double step = 40; // points a notch of the wheel
+  GdkEvent* event = gtk_event_controller_get_current_event(GTK_EVENT_CONTROLLER(controller));
+  double x = 0, y = 0;
+  if (event) gdk_event_get_position(event, &x, &y);
+  UIApplication::shared().scrollWheel({x, y}, {dx * step, dy * step});
+  return TRUE;
+}
+
+gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state, gpointer) {
+  KeyPress key;
+  if (const char* name = gdk_keyval_name(value)) key.name = name;
+  key.shift = state & GDK_SHIFT_MASK;
+  const gunichar character = gdk_keyval_to_unicode(value);
+  if (character >= 0x20 && character != 0x7f && !(state & (GDK_CONTROL_MASK | GDK_ALT_MASK))) {
+    char text[7] = {};
+    text[g_unichar_to_utf8(character, text)] = '\0';
+    key.text = text;
+  }
+  UIApplication::shared().keyPressed(key);
+  return TRUE;
+}
+
+void onActive(GtkWindow* window, GParamSpec*, gpointer) {
+  UIApplication::shared().setActive(gtk_window_is_active(window));
+}
+
+void root(GtkWidget* widget) {
+  GTK_WIDGET_CLASS(screen_widget_parent_class)->root(widget);
+  GtkRoot* top = gtk_widget_get_root(widget);
+  if (GTK_IS_WINDOW(top))
+    g_signal_connect_object(top, "notify::is-active", G_CALLBACK(onActive), widget,
+                            GConnectFlags(0));
+}
+
+void dispose(GObject* object) {
+  ScreenWidget* me = self(object);
+  if (me->surface) {
+    UIScreen::main().setSurface(nullptr);
+    delete me->surface;
+    me->surface = nullptr;
+  }
+  G_OBJECT_CLASS(screen_widget_parent_class)->dispose(object);
+}
+
+void screen_widget_class_init(ScreenWidgetClass* type) { // NOLINT: named by the macro
+  GtkWidgetClass* widget = GTK_WIDGET_CLASS(type);
+  widget->snapshot = snapshot;
+  widget->size_allocate = sizeAllocate;
+  widget->root = root;
+  G_OBJECT_CLASS(type)->dispose = dispose;
+}
+
+void screen_widget_init(ScreenWidget* me) { // NOLINT: named by the macro
+  GtkWidget* widget = GTK_WIDGET(me);
+  gtk_widget_set_focusable(widget, TRUE);
+  gtk_widget_set_hexpand(widget, TRUE);
+  gtk_widget_set_vexpand(widget, TRUE);
+  gtk_widget_set_overflow(widget, GTK_OVERFLOW_HIDDEN);
+
+  GtkGesture* click = gtk_gesture_click_new();
+  g_signal_connect(click, "pressed", G_CALLBACK(onPressed), widget);
+  g_signal_connect(click, "update", G_CALLBACK(onUpdate), widget);
+  g_signal_connect(click, "released", G_CALLBACK(onReleased), widget);
+  g_signal_connect(click, "cancel", G_CALLBACK(onCancel), widget);
+  gtk_widget_add_controller(widget, GTK_EVENT_CONTROLLER(click));
+
+  GtkEventController* scroll = gtk_event_controller_scroll_new(GTK_EVENT_CONTROLLER_SCROLL_BOTH_AXES);
+  g_signal_connect(scroll, "scroll", G_CALLBACK(onScroll), widget);
+  gtk_widget_add_controller(widget, scroll);
+
+  GtkEventController* key = gtk_event_controller_key_new();
+  g_signal_connect(key, "key-pressed", G_CALLBACK(onKey), widget);
+  gtk_widget_add_controller(widget, key);
+
+  me->surface = new WidgetSurface(widget);
+}
+
+} // namespace
+
+GtkWidget* zuvi::screenWidgetNew(double top, double right, double bottom, double left) {
+  MainLoop::attach();
+  auto* widget = GTK_WIDGET(g_object_new(screen_widget_get_type(), nullptr));
+  self(widget)->safeArea = {top, left, bottom, right};
+  UIScreen::main().setSurface(self(widget)->surface);
+  return widget;
+}

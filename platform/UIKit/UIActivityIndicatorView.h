@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/QuartzCore/CAShapeLayer.h"
+#include "platform/UIKit/UIView.h"
+
+namespace zuvi {
+
+/// A turning arc: something is under way. Hidden while it stands still.
+class UIActivityIndicatorView : public UIView {
+public:
+  UIActivityIndicatorView();
+
+  void startAnimating();
+  void stopAnimating();
+  bool isAnimating() const { return animating_; }
+  UIColor color() const { return color_; }
+  void setColor(const UIColor& color);
+
+  void layoutSubviews() override;
+  CGSize intrinsicContentSize() const override { return {36, 36}; }
+  void describe(Value::Dictionary& description) const override;
+  bool setNibAttribute(const std::string& name, const std::string& value) override;
+
+private:
+  std::shared_ptr<CAShapeLayer> arc_;
+  UIColor color_ = UIColor::bytes(96, 104, 116);
+  bool animating_ = false;
+};
+
+} // namespace zuvi

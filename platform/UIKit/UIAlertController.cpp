@@ -1,0 +1,78 @@
+#include "platform/UIKit/UIAlertController.h"
+
+#include "platform/UIKit/UIButton.h"
+
+#include <algorithm>
+
+namespace zuvi {
+
+namespace {
+constexpr double boxWidth = 280, margin = 20, buttonHeight = 48;
+}
+
+UIAlertController::UIAlertController(std::string title, std::string message)
+    : title_(std::move(title)), message_(std::move(message)) {
+  modalPresentationStyle = UIModalPresentationStyle::OverCurrentContext;
+  modalTransitionStyle = UIModalTransitionStyle::CrossDissolve;
+}
+
+void UIAlertController::loadView() {
+  const auto backdrop = make<UIView>();
+  backdrop->setBackgroundColor(UIColor{0, 0, 0, 0.4});
+  box_ = make<UIView>();
+  box_->setBackgroundColor(UIColor::white());
+  box_->layer()->setCornerRadius(14);
+  box_->setClipsToBounds(true);
+  backdrop->addSubview(box_);
+  const auto addText = [this](const std::string& text, FontWeight weight, double size) {
+    if (text.empty()) return;
+    const auto label = make<UILabel>();
+    label->setFont(UIFont::system(size, weight));
+    label->setTextAlignment(NSTextAlignment::Center);
+    label->setNumberOfLines(0);
+    label->setText(text);
+    box_->addSubview(label);
+    texts_.push_back(label);
+  };
+  addText(title_, FontWeight::SemiBold, 17);
+  addText(message_, FontWeight::Regular, 14);
+  for (std::size_t i = 0; i < actions_.size(); i++) {
+    const auto button = make<UIButton>();
+    const bool cancel = actions_[i].style == UIAlertAction::Style::Cancel;
+    button->setTitle(actions_[i].title);
+    button->setTitleColor(UIColor::bytes(25, 118, 210));
+    button->setFont(UIFont::system(17, cancel ? FontWeight::SemiBold : FontWeight::Regular));
+    button->layer()->setBorderWidth(0.5);
+    button->layer()->setBorderColor(UIColor::bytes(224, 228, 234));
+    button->addTarget(UIControlEvent::TouchUpInside, [this, i] { choose(i); });
+    box_->addSubview(button);
+    buttons_.push_back(button);
+  }
+  setView(backdrop);
+}
+
+void UIAlertController::choose(std::size_t index) {
+  if (index >= actions_.size()) return;
+  const auto handler = actions_[index].handler;
+  dismiss(true);
+  if (handler) handler();
+}
+
+void UIAlertController::viewDidLayoutSubviews() {
+  UIViewController::viewDidLayoutSubviews();
+  double y = margin;
+  for (const auto& text : texts_) {
+    const double height = text->sizeThatFits({boxWidth - 2 * margin, -1}).height;
+    text->setFrame({margin, y, boxWidth - 2 * margin, height});
+    y += height + 6;
+  }
+  y += margin - 6;
+  for (const auto& button : buttons_) {
+    button->setFrame({-0.5, y, boxWidth + 1, buttonHeight});
+    y += buttonHeight;
+  }
+  const CGRect all = view()->bounds();
+  box_->setFrame({(all.width - boxWidth) / 2, std::max(0.0, (all.height - y) / 2), boxWidth, y});
+}
+
+} // namespace zuvi

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/UIKit/UIViewController.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+struct UIAlertAction {
+  enum class Style { Default, Cancel };
+  std::string title;
+  Style style = Style::Default;
+  std::function<void()> handler; ///< may be empty; comes once the alert has begun to leave
+};
+
+/// A short question over everything, with its answers.
+class UIAlertController final : public UIViewController {
+public:
+  UIAlertController(std::string title, std::string message);
+
+  void addAction(UIAlertAction action) { actions_.push_back(std::move(action)); }
+  const std::string& title() const { return title_; }
+  const std::string& message() const { return message_; }
+  const std::vector<UIAlertAction>& actions() const { return actions_; }
+  /// As if the person had tapped that answer.
+  void choose(std::size_t index);
+
+  void loadView() override;
+  void viewDidLayoutSubviews() override;
+
+private:
+  std::string title_, message_;
+  std::vector<UIAlertAction> actions_;
+  std::shared_ptr<UIView> box_;
+  std::vector<std::shared_ptr<UIView>> texts_, buttons_;
+};
+
+} // namespace zuvi

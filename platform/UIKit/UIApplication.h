@@ -1,0 +1,89 @@
+#pragma once
+
+#include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Foundation/URL.h"
+#include "platform/UIKit/KeyPress.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace zuvi {
+
+class UIView;
+class UIWindow;
+
+/// Posted when the program's window comes to the front or leaves it.
+inline constexpr const char* UIApplicationDidBecomeActiveNotification =
+    "UIApplicationDidBecomeActiveNotification";
+inline constexpr const char* UIApplicationWillResignActiveNotification =
+    "UIApplicationWillResignActiveNotification";
+
+/// The address that leads to the settings of this program.
+inline constexpr const char* UIApplicationOpenSettingsURLString = "app-settings:";
+
+/// The on-screen keyboard is about to show or hide. User info: the keyboard's frame on the screen
+/// at the end (a dictionary of x, y, width, height in points) and the length of its movement in
+/// seconds.
+inline constexpr const char* UIKeyboardWillShowNotification = "UIKeyboardWillShowNotification";
+inline constexpr const char* UIKeyboardWillHideNotification = "UIKeyboardWillHideNotification";
+inline constexpr const char* UIKeyboardFrameEndUserInfoKey = "UIKeyboardFrameEndUserInfoKey";
+inline constexpr const char* UIKeyboardAnimationDurationUserInfoKey =
+    "UIKeyboardAnimationDurationUserInfoKey";
+
+/// The program: who has the focus, where touches and keys go, how addresses are opened. Main queue
+/// only.
+class UIApplication {
+public:
+  static UIApplication& shared();
+
+  UIWindow* keyWindow() const { return keyWindow_; }
+  void setKeyWindow(UIWindow* window) { keyWindow_ = window; }
+
+  /// Opens an address in the program that the desktop names for it. False when there is none.
+  bool openURL(const URL& url);
+  /// Replaces the desktop's way of opening; null restores it.
+  void setURLOpener(std::function<bool(const URL&)> opener) { opener_ = std::move(opener); }
+
+  UIView* firstResponder() const { return firstResponder_; }
+  /// Null: nobody has the focus.
+  void setFirstResponder(UIView* view);
+
+  bool isActive() const { return active_; }
+  /// From the window system; posts the notice when it changes.
+  void setActive(bool active);
+
+  // Touches, at a point of the screen. While screens change places touches are not heard.
+  void touchBegan(CGPoint point);
+  void touchMoved(CGPoint point);
+  void touchEnded(CGPoint point);
+  void touchCancelled();
+  void scrollWheel(CGPoint point, CGPoint delta);
+  /// To the view with the focus, then Tab and its like to the whole window.
+  void keyPressed(const KeyPress& key);
+  /// The view that a touch there would go to; null for none.
+  UIView* hitTest(CGPoint point) const;
+  /// Passes the touch under way, if it belongs to a view below `scroller`, on to `scroller`.
+  void takeOverTouch(UIView& scroller);
+
+  bool isIgnoringInteractionEvents() const { return ignoring_ > 0; }
+  void beginIgnoringInteractionEvents() { ignoring_++; }
+  void endIgnoringInteractionEvents() { ignoring_--; }
+
+  // From views and windows on their way out.
+  void viewWillGo(UIView& view);
+  void windowWillGo(UIWindow& window);
+
+private:
+  UIApplication() = default;
+  void moveFocus(bool backwards);
+
+  UIWindow* keyWindow_ = nullptr;
+  UIView* firstResponder_ = nullptr;
+  UIView* touched_ = nullptr;
+  bool active_ = false;
+  int ignoring_ = 0;
+  std::function<bool(const URL&)> opener_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,99 @@
+#include "platform/UIKit/UIControl.h"
+
+#include "platform/UIKit/KeyPress.h"
+#include "platform/UIKit/NibValues.h"
+
+#include <vector>
+
+namespace zuvi {
+
+namespace {
+// A finger is blunt: it may slip this far off the control, in points, and still mean it.
+constexpr double slip = 48;
+} // namespace
+
+void UIControl::addTarget(UIControlEvent event, std::function<void()> target) {
+  targets_.emplace(event, std::move(target));
+}
+
+void UIControl::sendActions(UIControlEvent event) {
+  const auto alive = weak_from_this().lock(); // an action may take the control off the screen
+  std::vector<std::function<void()>> targets;
+  const auto [first, last] = targets_.equal_range(event);
+  for (auto target = first; target != last; ++target)
+    targets.push_back(target->second);
+  for (const auto& target : targets)
+    target();
+}
+
+void UIControl::setEnabled(bool enabled) {
+  enabled_ = enabled;
+  if (!enabled) touchCancelled();
+  setNeedsDisplay();
+}
+
+void UIControl::setHighlighted(bool highlighted) { highlighted_ = highlighted; }
+
+UIView* UIControl::hitTest(CGPoint point) {
+  // What a control is made of hears nothing by itself.
+  return UIView::hitTest(point) ? this : nullptr;
+}
+
+bool UIControl::reaches(CGPoint point) const {
+  return CGRectInset(bounds(), -slip, -slip).contains(point);
+}
+
+void UIControl::touchBegan(CGPoint) {
+  if (!enabled_) return;
+  tracking_ = true;
+  setHighlighted(true);
+  sendActions(UIControlEvent::TouchDown);
+}
+
+void UIControl::touchMoved(CGPoint point) {
+  if (tracking_ && reaches(point) != highlighted_) setHighlighted(reaches(point));
+}
+
+void UIControl::touchEnded(CGPoint point) {
+  if (!tracking_) return;
+  tracking_ = false;
+  if (highlighted_) setHighlighted(false);
+  sendActions(reaches(point) ? UIControlEvent::TouchUpInside : UIControlEvent::TouchUpOutside);
+}
+
+void UIControl::touchCancelled() {
+  if (!tracking_) return;
+  tracking_ = false;
+  setHighlighted(false);
+}
+
+void UIControl::didChangeFirstResponder(bool focused) {
+  if (focusRing_) focusRing_->removeFromSuperlayer();
+  focusRing_ = nullptr;
+  if (!focused) return;
+  focusRing_ = std::make_shared<CALayer>();
+  focusRing_->setFrame(CGRectInset(bounds(), -3, -3));
+  focusRing_->setCornerRadius(layer()->cornerRadius() + 3);
+  focusRing_->setBorderWidth(2);
+  focusRing_->setBorderColor(UIColor::bytes(25, 118, 210));
+  layer()->addSublayer(focusRing_);
+}
+
+bool UIControl::keyPressed(const KeyPress& key) {
+  if (key.name != "space" && key.name != "Return" && key.name != "KP_Enter") return false;
+  if (enabled_) sendActions(UIControlEvent::TouchUpInside);
+  return true;
+}
+
+void UIControl::describe(Value::Dictionary& description) const {
+  UIView::describe(description);
+  description["enabled"] = enabled_;
+  if (!actionName.empty()) description["action"] = actionName;
+}
+
+bool UIControl::setNibAttribute(const std::string& name, const std::string& value) {
+  if (name == "enabled") return nib::withBoolean(value, [&](bool v) { setEnabled(v); });
+  return UIView::setNibAttribute(name, value);
+}
+
+} // namespace zuvi

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/UIKit/UIView.h"
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace zuvi {
+
+enum class UIControlEvent { TouchDown, TouchUpInside, TouchUpOutside, ValueChanged, EditingChanged };
+
+/// A view that acts when it is touched, or when Space or Return is pressed while it has the focus.
+class UIControl : public UIView {
+public:
+  using UIView::UIView;
+
+  /// `target` holds its receiver weakly, or is owned by it.
+  void addTarget(UIControlEvent event, std::function<void()> target);
+  void sendActions(UIControlEvent event);
+
+  bool isEnabled() const { return enabled_; }
+  virtual void setEnabled(bool enabled);
+  bool isHighlighted() const { return highlighted_; }
+  /// While a finger is down on it. Runs also when the value does not change.
+  virtual void setHighlighted(bool highlighted);
+
+  /// The action that the nib names; empty: none.
+  std::string actionName;
+
+  UIView* hitTest(CGPoint point) override;
+  void touchBegan(CGPoint point) override;
+  void touchMoved(CGPoint point) override;
+  void touchEnded(CGPoint point) override;
+  void touchCancelled() override;
+  bool canBecomeFirstResponder() const override { return enabled_; }
+  void didChangeFirstResponder(bool focused) override;
+  bool keyPressed(const KeyPress& key) override;
+  void describe(Value::Dictionary& description) const override;
+  bool setNibAttribute(const std::string& name, const std::string& value) override;
+
+private:
+  bool reaches(CGPoint point) const;
+
+  std::multimap<UIControlEvent, std::function<void()>> targets_;
+  bool enabled_ = true;
+  bool highlighted_ = false;
+  bool tracking_ = false;
+  std::shared_ptr<CALayer> focusRing_;
+};
+
+} // namespace zuvi

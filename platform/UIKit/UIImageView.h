@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/Foundation/Timer.h"
+#include "platform/UIKit/UIImage.h"
+#include "platform/UIKit/UIView.h"
+
+namespace zuvi {
+
+/// Shows a picture in the view's content mode; a series plays while the view is on a window.
+class UIImageView : public UIView {
+public:
+  UIImageView();
+  explicit UIImageView(std::shared_ptr<const UIImage> image);
+
+  const std::shared_ptr<const UIImage>& image() const { return image_; }
+  /// Null shows nothing.
+  void setImage(std::shared_ptr<const UIImage> image);
+
+  CGSize intrinsicContentSize() const override;
+  CGSize sizeThatFits(CGSize size) const override;
+  void draw(DrawingContext& context) override;
+  void didMoveToWindow() override;
+  void describe(Value::Dictionary& description) const override;
+  bool setNibAttribute(const std::string& name, const std::string& value) override;
+
+private:
+  void play();
+  CGRect place(CGSize image) const;
+
+  std::shared_ptr<const UIImage> image_;
+  std::shared_ptr<Timer> timer_;
+  std::size_t shown_ = 0; ///< of a series
+};
+
+} // namespace zuvi

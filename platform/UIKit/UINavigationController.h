@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/UIKit/UIViewController.h"
+
+#include <vector>
+
+namespace zuvi {
+
+/// A stack of screens of which the last is on show.
+class UINavigationController final : public UIViewController {
+public:
+  explicit UINavigationController(std::shared_ptr<UIViewController> root);
+  void didMake();
+
+  const std::vector<std::shared_ptr<UIViewController>>& viewControllers() const { return stack_; }
+  std::shared_ptr<UIViewController> topViewController() const;
+  /// What is seen: the last presented screen above the stack, else its top.
+  std::shared_ptr<UIViewController> visibleViewController() const;
+
+  void pushViewController(std::shared_ptr<UIViewController> controller, bool animated);
+  /// Null when only the root is left; it stays.
+  std::shared_ptr<UIViewController> popViewController(bool animated);
+  /// Rewrites the stack. A new top is shown like a pushed one, or like one that was popped to when
+  /// it stood in the stack before; the same top hears nothing.
+  void setViewControllers(std::vector<std::shared_ptr<UIViewController>> stack, bool animated);
+
+  /// The stack draws no bar of its own; hidden is all that it can be.
+  bool isNavigationBarHidden() const { return true; }
+  void setNavigationBarHidden(bool, bool) {}
+
+  void viewDidLayoutSubviews() override;
+
+protected:
+  std::vector<std::shared_ptr<UIViewController>> visibleChildren() const override;
+
+private:
+  enum class Direction { Forward, Back };
+  void showTop(const std::shared_ptr<UIViewController>& old, Direction direction, bool animated);
+
+  std::vector<std::shared_ptr<UIViewController>> stack_;
+  std::shared_ptr<UIViewController> shown_; ///< whose view is in place
+  std::function<void()> settle_;            ///< ends the movement under way at once
+};
+
+} // namespace zuvi

@@ -1,0 +1,78 @@
+#include "platform/UIKit/UIScreen.h"
+
+#include "platform/Dispatch/DispatchQueue.h"
+#include "platform/UIKit/UIWindow.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zuvi {
+
+UIScreen::UIScreen() : root_(std::make_shared<CALayer>()) {
+  root_->setFrame(bounds());
+  root_->setBackgroundColor(CGColor::white());
+  root_->setHost(this);
+}
+
+UIScreen& UIScreen::main() {
+  // Never destroyed: views that outlive `main` still find it.
+  static auto* screen = new UIScreen;
+  return *screen;
+}
+
+void UIScreen::configure(CGSize size, double scale, UIEdgeInsets safeArea) {
+  if (size.width <= 0 || size.height <= 0 || scale <= 0) return;
+  const bool sameInsets = safeArea == safeArea_;
+  size_ = size;
+  scale_ = scale;
+  safeArea_ = safeArea;
+  root_->setFrame(bounds());
+  for (UIWindow* window : windows_) {
+    window->setFrame(bounds());
+    if (!sameInsets) window->setNeedsLayout();
+  }
+}
+
+void UIScreen::setSurface(ScreenSurface* surface) {
+  surface_ = surface;
+  if (surface_) surface_->requestFrame();
+}
+
+void UIScreen::show(UIWindow& window) {
+  hide(window);
+  // Above all of its level and below.
+  const auto above = std::find_if(windows_.begin(), windows_.end(), [&](const UIWindow* other) {
+    return other->windowLevel() > window.windowLevel();
+  });
+  const auto index = static_cast<std::size_t>(above - windows_.begin());
+  windows_.insert(above, &window);
+  root_->insertSublayer(window.layer(), index);
+  setNeedsLayout();
+}
+
+void UIScreen::hide(UIWindow& window) {
+  std::erase(windows_, &window);
+  if (window.layer()->superlayer() == root_.get()) window.layer()->removeFromSuperlayer();
+}
+
+void UIScreen::setNeedsLayout() {
+  if (std::exchange(layoutScheduled_, true)) return;
+  DispatchQueue::main().async([this] { layoutIfNeeded(); });
+}
+
+void UIScreen::layoutIfNeeded() {
+  layoutScheduled_ = false;
+  const auto windows = windows_;
+  for (UIWindow* window : windows)
+    window->layoutIfNeeded();
+}
+
+std::vector<CGRect> UIScreen::takeDamage() { return std::exchange(damage_, {}); }
+
+void UIScreen::setNeedsFrame() {
+  if (surface_) surface_->requestFrame();
+}
+
+void UIScreen::addDamage(const CGRect& rect) { damage_.push_back(rect); }
+
+} // namespace zuvi

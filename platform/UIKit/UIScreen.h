@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/QuartzCore/CALayer.h"
+
+#include <memory>
+#include <vector>
+
+namespace zuvi {
+
+class UIWindow;
+
+/// What shows the screen: a widget, or memory.
+class ScreenSurface {
+public:
+  virtual ~ScreenSurface() = default;
+  /// The screen has changed: draw a frame when it suits. May come many times before one.
+  virtual void requestFrame() = 0;
+};
+
+/// The one surface on which the windows stack. Main queue only.
+class UIScreen final : public LayerHost {
+public:
+  static UIScreen& main();
+
+  /// In points.
+  CGRect bounds() const { return {0, 0, size_.width, size_.height}; }
+  /// Pixels a point.
+  double scale() const { return scale_; }
+  UIEdgeInsets safeAreaInsets() const { return safeArea_; }
+
+  // For whoever shows the screen.
+  void configure(CGSize size, double scale, UIEdgeInsets safeArea = {});
+  void setSurface(ScreenSurface* surface);
+  CALayer& rootLayer() { return *root_; }
+  /// Lays out all windows; before drawing, and by itself in the next turn of the main queue after
+  /// something was marked.
+  void layoutIfNeeded();
+  /// What no longer holds what was drawn there; emptied by the call.
+  std::vector<CGRect> takeDamage();
+
+  // For windows and views.
+  /// From back to front.
+  const std::vector<UIWindow*>& windows() const { return windows_; }
+  void show(UIWindow& window);
+  void hide(UIWindow& window);
+  void setNeedsLayout();
+
+  void setNeedsFrame() override;
+  void addDamage(const CGRect& rect) override;
+
+private:
+  UIScreen();
+
+  CGSize size_{375, 812};
+  double scale_ = 2;
+  UIEdgeInsets safeArea_;
+  ScreenSurface* surface_ = nullptr;
+  std::shared_ptr<CALayer> root_;
+  std::vector<UIWindow*> windows_;
+  std::vector<CGRect> damage_;
+  bool layoutScheduled_ = false;
+};
+
+} // namespace zuvi

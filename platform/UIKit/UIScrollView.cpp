@@ -1,0 +1,50 @@
+#include "platform/UIKit/UIScrollView.h"
+
+#include <algorithm>
+
+namespace zuvi {
+
+UIScrollView::UIScrollView() { setClipsToBounds(true); }
+
+void UIScrollView::setContentSize(CGSize size) {
+  contentSize_ = size;
+  setContentOffset(contentOffset());
+}
+
+void UIScrollView::setContentOffset(CGPoint offset) {
+  const CGRect now = bounds();
+  const CGPoint end{std::max(0.0, contentSize_.width - now.width),
+                    std::max(0.0, contentSize_.height - now.height)};
+  offset = {std::clamp(offset.x, 0.0, end.x), std::clamp(offset.y, 0.0, end.y)};
+  if (offset == now.origin()) return;
+  // The layer's position is that of its centre: only what it shows moves.
+  layer()->setBounds({offset.x, offset.y, now.width, now.height});
+  setNeedsLayout();
+}
+
+void UIScrollView::touchBegan(CGPoint point) {
+  if (scrollEnabled_) dragStart_ = point;
+}
+
+void UIScrollView::touchMoved(CGPoint point) {
+  if (!dragStart_) return;
+  const CGPoint offset = contentOffset();
+  setContentOffset({offset.x + dragStart_->x - point.x, offset.y + dragStart_->y - point.y});
+}
+
+void UIScrollView::touchEnded(CGPoint) { dragStart_.reset(); }
+
+void UIScrollView::touchCancelled() { dragStart_.reset(); }
+
+bool UIScrollView::scrollWheel(CGPoint delta) {
+  const CGPoint before = contentOffset();
+  if (scrollEnabled_) setContentOffset({before.x + delta.x, before.y + delta.y});
+  return contentOffset() != before || UIView::scrollWheel(delta);
+}
+
+void UIScrollView::layoutSubviews() {
+  UIView::layoutSubviews();
+  setContentOffset(contentOffset()); // a larger view may show past the end
+}
+
+} // namespace zuvi

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/UIKit/UIView.h"
+
+namespace zuvi {
+
+/// A view onto contents that are larger than itself, moved by finger or wheel.
+class UIScrollView : public UIView {
+public:
+  UIScrollView();
+
+  CGSize contentSize() const { return contentSize_; }
+  void setContentSize(CGSize size);
+  CGPoint contentOffset() const { return bounds().origin(); }
+  /// Clamped to the contents.
+  void setContentOffset(CGPoint offset);
+  bool isScrollEnabled() const { return scrollEnabled_; }
+  void setScrollEnabled(bool enabled) { scrollEnabled_ = enabled; }
+  /// Whether a touch waits a moment, in case it scrolls, before the contents hear of it.
+  bool delaysContentTouches() const { return delaysContentTouches_; }
+  void setDelaysContentTouches(bool delays) { delaysContentTouches_ = delays; }
+
+  void touchBegan(CGPoint point) override;
+  void touchMoved(CGPoint point) override;
+  void touchEnded(CGPoint point) override;
+  void touchCancelled() override;
+  bool scrollWheel(CGPoint delta) override;
+  void layoutSubviews() override;
+
+private:
+  CGSize contentSize_;
+  bool scrollEnabled_ = true;
+  bool delaysContentTouches_ = true;
+  std::optional<CGPoint> dragStart_; ///< the content's point that follows the finger
+};
+
+} // namespace zuvi

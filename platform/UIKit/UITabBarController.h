@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/UIKit/UIViewController.h"
+
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+/// Screens side by side, of which one is on show, chosen on a bar at the bottom.
+class UITabBarController final : public UIViewController {
+public:
+  struct Tab {
+    std::string title;
+    std::shared_ptr<UIViewController> controller;
+  };
+  explicit UITabBarController(std::vector<Tab> tabs) : tabs_(std::move(tabs)) {}
+  void didMake();
+
+  /// Null without tabs.
+  std::shared_ptr<UIViewController> selectedViewController() const;
+  std::size_t selectedIndex() const { return selected_; }
+  /// An index past the end is ignored.
+  void setSelectedIndex(std::size_t index);
+
+  void viewDidLoad() override;
+  void viewDidLayoutSubviews() override;
+
+protected:
+  std::vector<std::shared_ptr<UIViewController>> visibleChildren() const override;
+
+private:
+  void markSelected();
+
+  std::vector<Tab> tabs_;
+  std::size_t selected_ = 0;
+  std::shared_ptr<UIView> bar_;
+};
+
+} // namespace zuvi

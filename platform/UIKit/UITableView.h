@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/Foundation/Bundle.h"
+#include "platform/UIKit/UINib.h"
+#include "platform/UIKit/UIScrollView.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+class UITableView;
+
+/// One row. It is laid out anew and given new contents each time it is used.
+class UITableViewCell : public UIView {
+public:
+  std::string reuseIdentifier;
+};
+
+class UITableViewDataSource {
+public:
+  virtual ~UITableViewDataSource() = default;
+  virtual std::size_t numberOfRows(UITableView& table) = 0;
+  virtual std::shared_ptr<UITableViewCell> cellForRow(UITableView& table, std::size_t row) = 0;
+};
+
+class UITableViewDelegate {
+public:
+  virtual ~UITableViewDelegate() = default;
+  /// In points.
+  virtual double heightForRow(UITableView&, std::size_t) { return 44; }
+};
+
+/// Rows below one another. Only those in sight are made; rows that leave are used again.
+class UITableView : public UIScrollView {
+public:
+  std::weak_ptr<UITableViewDataSource> dataSource;
+  std::weak_ptr<UITableViewDelegate> delegate;
+
+  void registerNib(UINib nib, const std::string& reuseIdentifier);
+  /// A row of that kind, used or new; null when the nib was refused or none is registered.
+  std::shared_ptr<UITableViewCell> dequeueReusableCell(const std::string& reuseIdentifier);
+  /// Asks the data source for everything anew.
+  void reloadData();
+  /// The row if it is in sight, else null.
+  std::shared_ptr<UITableViewCell> cellForRow(std::size_t row) const;
+
+  void layoutSubviews() override;
+  void describe(Value::Dictionary& description) const override;
+
+private:
+  void recycle(std::size_t row);
+
+  std::map<std::string, UINib> nibs_;
+  std::multimap<std::string, std::shared_ptr<UITableViewCell>> spare_;
+  std::map<std::size_t, std::shared_ptr<UITableViewCell>> visible_;
+  std::vector<double> bottoms_; ///< of each row, from the top of the contents
+};
+
+} // namespace zuvi

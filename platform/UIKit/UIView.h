@@ -1,0 +1,185 @@
+#pragma once
+
+#include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Foundation/Make.h"
+#include "platform/Foundation/Value.h"
+#include "platform/QuartzCore/CALayer.h"
+#include "platform/UIKit/NSLayoutConstraint.h"
+#include "platform/UIKit/UIColor.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+class DrawingContext;
+class NibDeclaration;
+class UIViewController;
+class UIWindow;
+struct KeyPress;
+
+enum class UIViewContentMode { ScaleToFill, ScaleAspectFit, ScaleAspectFill, Center };
+
+/// Which parts of a frame follow when the superview changes its size; combine with |.
+enum UIViewAutoresizing : unsigned {
+  AutoresizingNone = 0,
+  FlexibleLeftMargin = 1,
+  FlexibleWidth = 2,
+  FlexibleRightMargin = 4,
+  FlexibleTopMargin = 8,
+  FlexibleHeight = 16,
+  FlexibleBottomMargin = 32,
+};
+
+/// A rectangle on the screen that draws, lays out its subviews and hears touches. Made with
+/// `make<...>()`. Main queue only.
+class UIView : public std::enable_shared_from_this<UIView> {
+public:
+  UIView();
+  explicit UIView(const CGRect& frame);
+  virtual ~UIView();
+  UIView(const UIView&) = delete;
+  UIView& operator=(const UIView&) = delete;
+
+  // Tree
+  const std::vector<std::shared_ptr<UIView>>& subviews() const { return subviews_; }
+  UIView* superview() const { return superview_; }
+  virtual UIWindow* window() const;
+  /// On top of the others; a view that has another superview leaves it first.
+  void addSubview(std::shared_ptr<UIView> view);
+  void insertSubview(std::shared_ptr<UIView> view, std::size_t index);
+  void bringSubviewToFront(const std::shared_ptr<UIView>& view);
+  void removeFromSuperview();
+  bool isDescendantOf(const UIView& other) const;
+
+  // Geometry, in the superview's coordinates unless told otherwise
+  CGRect frame() const { return layer_->frame(); }
+  void setFrame(const CGRect& frame);
+  CGRect bounds() const { return layer_->bounds(); }
+  void setBounds(const CGRect& bounds);
+  CGPoint center() const { return layer_->position(); }
+  void setCenter(CGPoint center);
+  CGAffineTransform transform() const { return layer_->transform(); }
+  void setTransform(const CGAffineTransform& transform) { layer_->setTransform(transform); }
+  /// From this view's coordinates to the screen's.
+  CGPoint convertToScreen(CGPoint point) const;
+  CGRect convertToScreen(const CGRect& rect) const;
+  CGPoint convertFromScreen(CGPoint point) const;
+
+  // Appearance
+  double alpha() const { return layer_->opacity(); }
+  void setAlpha(double alpha) { layer_->setOpacity(alpha); }
+  bool isHidden() const { return layer_->isHidden(); }
+  void setHidden(bool hidden) { layer_->setHidden(hidden); }
+  UIColor backgroundColor() const { return layer_->backgroundColor(); }
+  void setBackgroundColor(const UIColor& color) { layer_->setBackgroundColor(color); }
+  bool clipsToBounds() const { return layer_->masksToBounds(); }
+  void setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }
+  UIViewContentMode contentMode() const { return contentMode_; }
+  void setContentMode(UIViewContentMode mode);
+  const std::shared_ptr<CALayer>& layer() const { return layer_; }
+  void setNeedsDisplay() { layer_->setNeedsDisplay(); }
+  /// Draws the view's own contents, in its coordinates. The base class draws nothing.
+  virtual void draw(DrawingContext& context);
+
+  // Layout
+  void setNeedsLayout();
+  /// Lays out this view and all below it at once, where marked.
+  void layoutIfNeeded();
+  /// Places the subviews. The base class applies the constraints that this view holds; a subclass
+  /// calls it first.
+  virtual void layoutSubviews();
+  /// The size that the contents ask for; a negative side has no wish.
+  virtual CGSize intrinsicContentSize() const;
+  /// The size that the contents take when `size.width` is all there is. A view with constraints
+  /// asks them.
+  virtual CGSize sizeThatFits(CGSize size) const;
+  void invalidateIntrinsicContentSize();
+  unsigned autoresizingMask() const { return autoresizingMask_; }
+  void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
+  void addConstraint(std::shared_ptr<NSLayoutConstraint> constraint);
+  const std::vector<std::shared_ptr<NSLayoutConstraint>>& constraints() const {
+    return constraints_;
+  }
+  /// How far bars and notches of the screen reach into this view.
+  UIEdgeInsets safeAreaInsets() const;
+
+  // Touches and keys
+  bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
+  void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
+  /// The view that a touch at `point`, in this view's coordinates, belongs to; null for none.
+  virtual UIView* hitTest(CGPoint point);
+  virtual bool pointInside(CGPoint point) const;
+  virtual void touchBegan(CGPoint point);
+  virtual void touchMoved(CGPoint point);
+  virtual void touchEnded(CGPoint point);
+  virtual void touchCancelled();
+  /// Called for the wheel; `delta` in points. False hands it to the superview.
+  virtual bool scrollWheel(CGPoint delta);
+
+  virtual bool canBecomeFirstResponder() const { return false; }
+  bool isFirstResponder() const;
+  bool becomeFirstResponder();
+  void resignFirstResponder();
+  virtual void didChangeFirstResponder(bool) {}
+  /// True when the key was used up.
+  virtual bool keyPressed(const KeyPress&) { return false; }
+  /// Takes the focus away from a text field at or below this view.
+  void endEditing(bool force);
+
+  // Names
+  /// The outlet that the nib connected to this view, or the id that it gave it.
+  std::string outletName;
+  /// The spoken name where the text on it does not do; empty: none.
+  std::string accessibilityLabel;
+  /// What a picture of the view in words holds beside its place: text, title, image and so on.
+  virtual void describe(Value::Dictionary& description) const;
+
+  // Nibs
+  /// Applies an attribute of a nib; false when the class has none of that name, or the value does
+  /// not fit.
+  virtual bool setNibAttribute(const std::string& name, const std::string& value);
+  /// Declares what the nib of this class has to connect, when it is the nib's owner.
+  virtual void declareNib(NibDeclaration& nib);
+  /// After the nib made the view and connected everything.
+  virtual void awakeFromNib() {}
+
+  /// Called after the view came onto a window or left it.
+  virtual void didMoveToWindow() {}
+
+  /// Runs `changes`; what they set moves over `duration` seconds (ease in and out). `completion`
+  /// comes once, with false if something else cut the movement short.
+  static void animate(TimeInterval duration, const std::function<void()>& changes,
+                      std::function<void(bool finished)> completion = {});
+  static void animate(TimeInterval duration, TimeInterval delay, const AnimationCurve& curve,
+                      const std::function<void()>& changes,
+                      std::function<void(bool finished)> completion = {});
+
+protected:
+  /// For a subclass whose layer is of a class of its own.
+  UIView(const CGRect& frame, std::shared_ptr<CALayer> layer);
+
+private:
+  friend class UIViewController;
+  friend class UIWindow;
+  void sizeChanged(CGSize old);
+  void windowChanged();
+  void layoutTree();
+  void markLayoutPath();
+
+  std::shared_ptr<CALayer> layer_;
+  UIView* superview_ = nullptr;
+  std::vector<std::shared_ptr<UIView>> subviews_;
+  std::vector<std::shared_ptr<NSLayoutConstraint>> constraints_;
+  UIViewController* controller_ = nullptr; ///< whose root view this is
+  UIViewContentMode contentMode_ = UIViewContentMode::ScaleToFill;
+  unsigned autoresizingMask_ = AutoresizingNone;
+  bool userInteractionEnabled_ = true;
+  bool needsLayout_ = true;
+  bool layoutBelow_ = true; ///< something below is marked
+};
+
+} // namespace zuvi

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "platform/Foundation/Bundle.h"
+#include "platform/Foundation/Make.h"
+#include "platform/UIKit/NibDeclaration.h"
+#include "platform/UIKit/UIView.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+class UINavigationController;
+class UITabBarController;
+
+enum class UIModalPresentationStyle { FullScreen = 0, OverCurrentContext = 6 };
+enum class UIModalTransitionStyle { CoverVertical = 0, CrossDissolve = 2 };
+
+/// One screen, or a frame around screens. Made with `make<...>()`, held by the stack or window that
+/// shows it. Main queue only.
+///
+/// The appearance calls come in pairs, `viewWillAppear` with `viewDidAppear` and `viewWillDisappear`
+/// with `viewDidDisappear`; the second of a pair follows once the movement has ended.
+class UIViewController : public std::enable_shared_from_this<UIViewController> {
+public:
+  UIViewController() = default;
+  /// The view comes from that nib when it is first asked for.
+  UIViewController(std::string nibName, std::shared_ptr<const Bundle> bundle);
+  virtual ~UIViewController();
+  UIViewController(const UIViewController&) = delete;
+  UIViewController& operator=(const UIViewController&) = delete;
+
+  /// Loads the view on first use. A nib that is refused prints why and leaves an empty view.
+  const std::shared_ptr<UIView>& view();
+  bool isViewLoaded() const { return view_ != nullptr; }
+  void setView(std::shared_ptr<UIView> view);
+
+  // Hooks; an override calls its base class first.
+  virtual void loadView();
+  virtual void viewDidLoad() {}
+  virtual void viewWillAppear(bool animated);
+  virtual void viewDidAppear(bool) {}
+  virtual void viewWillDisappear(bool) {}
+  virtual void viewDidDisappear(bool) {}
+  virtual void viewWillLayoutSubviews() {}
+  virtual void viewDidLayoutSubviews() {}
+  /// What the nib of this screen has to connect.
+  virtual void declareNib(NibDeclaration&) {}
+  /// A mask of orientations; portrait is 2.
+  virtual unsigned supportedInterfaceOrientations() const { return 2; }
+  virtual int preferredInterfaceOrientationForPresentation() const { return 1; }
+
+  // Containment
+  UIViewController* parent() const { return parent_; }
+  const std::vector<std::shared_ptr<UIViewController>>& children() const { return children_; }
+  void addChild(std::shared_ptr<UIViewController> child);
+  void removeFromParent();
+  UINavigationController* navigationController() const;
+  UITabBarController* tabBarController() const;
+  /// Pushes onto the nearest stack; without one, presents.
+  void show(std::shared_ptr<UIViewController> controller);
+
+  // Presentation
+  UIModalPresentationStyle modalPresentationStyle = UIModalPresentationStyle::FullScreen;
+  UIModalTransitionStyle modalTransitionStyle = UIModalTransitionStyle::CoverVertical;
+  /// What this screen, or the frame that it stands in, has presented; one on its way out no longer
+  /// counts.
+  std::shared_ptr<UIViewController> presentedViewController() const;
+  UIViewController* presentingViewController() const;
+  /// Lays `controller` over this screen. When something is presented already, or nothing of this
+  /// screen is on a window, it prints a line and does nothing more.
+  void present(std::shared_ptr<UIViewController> controller, bool animated,
+               std::function<void()> completion = {});
+  /// Takes away what this screen has presented, with all above it; if it has presented nothing,
+  /// the sheet that this screen belongs to.
+  void dismiss(bool animated, std::function<void()> completion = {});
+
+  // For containers
+  enum class Appearance { Disappeared, Appearing, Appeared, Disappearing };
+  Appearance appearance() const { return appearance_; }
+  /// Passes the calls on to the children that are on show.
+  void beginAppearanceTransition(bool appearing, bool animated);
+  void endAppearanceTransition();
+
+protected:
+  /// Which children appear and disappear with this one: all of them, unless a container says else.
+  virtual std::vector<std::shared_ptr<UIViewController>> visibleChildren() const {
+    return children_;
+  }
+
+private:
+  friend class UIView;
+  friend class Presentation;
+  UIViewController* topmostParent() const;
+
+  std::string nibName_;
+  std::shared_ptr<const Bundle> bundle_;
+  std::shared_ptr<UIView> view_;
+  UIViewController* parent_ = nullptr;
+  std::vector<std::shared_ptr<UIViewController>> children_;
+  std::shared_ptr<class Presentation> presentation_; ///< by this controller, as presenter
+  std::weak_ptr<class Presentation> presentedBy_;    ///< of this controller
+  Appearance appearance_ = Appearance::Disappeared;
+  bool animatedAppearance_ = false;
+};
+
+} // namespace zuvi

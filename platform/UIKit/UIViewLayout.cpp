@@ -1,0 +1,92 @@
+// How views come to their frames.
+
+#include "platform/UIKit/ConstraintSolver.h"
+#include "platform/UIKit/UIScreen.h"
+#include "platform/UIKit/UIView.h"
+#include "platform/UIKit/UIViewController.h"
+#include "platform/UIKit/UIWindow.h"
+
+#include <algorithm>
+
+namespace zuvi {
+
+void UIView::setNeedsLayout() {
+  needsLayout_ = true;
+  markLayoutPath();
+}
+
+void UIView::markLayoutPath() {
+  for (UIView* view = this; view; view = view->superview_) {
+    view->layoutBelow_ = true;
+    if (!view->superview_ && view->window()) UIScreen::main().setNeedsLayout();
+  }
+}
+
+void UIView::layoutIfNeeded() {
+  if (layoutBelow_) layoutTree();
+}
+
+void UIView::layoutTree() {
+  const auto self = weak_from_this().lock(); // a hook may remove this view
+  // A hook may mark this view again, but a view that does so every time must not hang the program.
+  for (int round = 0; round < 8 && layoutBelow_; round++) {
+    layoutBelow_ = false;
+    if (std::exchange(needsLayout_, false)) {
+      if (controller_) controller_->viewWillLayoutSubviews();
+      layoutSubviews();
+      if (controller_) controller_->viewDidLayoutSubviews();
+    }
+    const auto below = subviews_;
+    for (const auto& subview : below)
+      if (subview->layoutBelow_) subview->layoutTree();
+  }
+}
+
+void UIView::layoutSubviews() {
+  if (constraints_.empty()) return;
+  const ConstraintSolver solver(*this, bounds().width, bounds().height);
+  for (const auto& [view, frame] : solver.frames())
+    if (view->superview_ == this) {
+      // A transformed view is placed by its centre; its frame is only the box around it.
+      view->setBounds({view->bounds().x, view->bounds().y, frame.width, frame.height});
+      view->setCenter(frame.center());
+    }
+}
+
+CGSize UIView::intrinsicContentSize() const { return {-1, -1}; }
+
+CGSize UIView::sizeThatFits(CGSize size) const {
+  if (!constraints_.empty() && size.width >= 0) {
+    const ConstraintSolver solver(*this, size.width, std::nullopt);
+    return {size.width, solver.height().value_or(-1)};
+  }
+  return intrinsicContentSize();
+}
+
+void UIView::invalidateIntrinsicContentSize() {
+  // Views above may take their height from this one's.
+  for (UIView* view = this; view; view = view->superview_)
+    if (view == this || !view->constraints_.empty()) view->needsLayout_ = true;
+  markLayoutPath();
+}
+
+void UIView::addConstraint(std::shared_ptr<NSLayoutConstraint> constraint) {
+  constraint->owner = weak_from_this();
+  constraints_.push_back(std::move(constraint));
+  setNeedsLayout();
+}
+
+UIEdgeInsets UIView::safeAreaInsets() const {
+  const UIWindow* onWindow = window();
+  if (!onWindow) return {};
+  // What the insets of the screen leave of this view, wherever it stands now.
+  const UIEdgeInsets screen = UIScreen::main().safeAreaInsets();
+  const CGRect all = UIScreen::main().bounds();
+  const CGRect mine = convertToScreen(bounds());
+  return {std::clamp(screen.top - mine.minY(), 0.0, screen.top),
+          std::clamp(screen.left - mine.minX(), 0.0, screen.left),
+          std::clamp(mine.maxY() - (all.height - screen.bottom), 0.0, screen.bottom),
+          std::clamp(mine.maxX() - (all.width - screen.right), 0.0, screen.right)};
+}
+
+} // namespace zuvi

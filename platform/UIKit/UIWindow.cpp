@@ -1,0 +1,73 @@
+#include "platform/UIKit/UIWindow.h"
+
+#include "platform/UIKit/UIApplication.h"
+#include "platform/UIKit/UIScreen.h"
+#include "platform/UIKit/UIViewController.h"
+
+#include <utility>
+
+namespace zuvi {
+
+UIWindow::UIWindow() : UIView(UIScreen::main().bounds()) {}
+
+UIWindow::~UIWindow() {
+  UIScreen::main().hide(*this);
+  UIApplication::shared().windowWillGo(*this);
+}
+
+void UIWindow::setWindowLevel(double level) {
+  level_ = level;
+  if (visible_) UIScreen::main().show(*this);
+}
+
+void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controller) {
+  const auto old = std::exchange(root_, std::move(controller));
+  if (old == root_) return;
+  if (old) {
+    if (visible_) old->beginAppearanceTransition(false, false);
+    old->view()->removeFromSuperview();
+    if (visible_) old->endAppearanceTransition();
+  }
+  if (!root_) return;
+  root_->view()->setFrame(bounds());
+  if (visible_) root_->beginAppearanceTransition(true, false);
+  insertSubview(root_->view(), 0);
+  if (visible_) {
+    layoutIfNeeded();
+    root_->endAppearanceTransition();
+  }
+}
+
+bool UIWindow::isKeyWindow() const { return UIApplication::shared().keyWindow() == this; }
+
+void UIWindow::makeKeyAndVisible() {
+  UIApplication::shared().setKeyWindow(this);
+  setVisible(true);
+}
+
+void UIWindow::setVisible(bool visible) {
+  if (visible == visible_) return;
+  visible_ = visible;
+  if (root_) root_->beginAppearanceTransition(visible, false);
+  if (visible) {
+    setFrame(UIScreen::main().bounds());
+    UIScreen::main().show(*this);
+    layoutIfNeeded();
+  } else {
+    UIScreen::main().hide(*this);
+    if (isKeyWindow()) UIApplication::shared().setKeyWindow(nullptr);
+  }
+  if (root_) root_->endAppearanceTransition();
+}
+
+void UIWindow::layoutSubviews() {
+  UIView::layoutSubviews();
+  // The root's view, and those presented over it, fill the window.
+  for (const auto& subview : subviews())
+    if (subview->controller_) {
+      subview->setBounds({0, 0, bounds().width, bounds().height});
+      subview->setCenter(bounds().center());
+    }
+}
+
+} // namespace zuvi
