@@ -6,7 +6,9 @@
 
 namespace zuvi {
 
-AVCaptureMovieFileOutput::~AVCaptureMovieFileOutput() { sessionWillEnd(); }
+AVCaptureMovieFileOutput::~AVCaptureMovieFileOutput() {
+  sessionWillEnd();
+}
 
 void AVCaptureMovieFileOutput::startRecording(
     const std::string& path, std::weak_ptr<AVCaptureFileOutputRecordingDelegate> delegate) {

@@ -7,14 +7,16 @@
 namespace zuvi {
 
 AVCaptureSession::~AVCaptureSession() {
-  for (const auto& output : outputs_) output->sessionWillEnd();
+  for (const auto& output : outputs_)
+    output->sessionWillEnd();
   stopRunning();
 }
 
 bool AVCaptureSession::addInput(const std::shared_ptr<AVCaptureDeviceInput>& input) {
   if (!input || input_) return false;
   input_ = input;
-  for (const auto& preview : previews_) input_->stream()->addPreview(preview);
+  for (const auto& preview : previews_)
+    input_->stream()->addPreview(preview);
   previews_.clear();
   return true;
 }
@@ -34,7 +36,9 @@ void AVCaptureSession::stopRunning() {
   if (isRunning()) input_->stream()->stop();
 }
 
-bool AVCaptureSession::isRunning() const { return input_ && input_->stream()->isRunning(); }
+bool AVCaptureSession::isRunning() const {
+  return input_ && input_->stream()->isRunning();
+}
 
 void AVCaptureSession::addPreview(const std::shared_ptr<CameraPreview>& preview) {
   if (input_)

@@ -16,8 +16,8 @@ AVCaptureVideoPreviewLayer::AVCaptureVideoPreviewLayer(
 AVCaptureVideoPreviewLayer::~AVCaptureVideoPreviewLayer() = default;
 
 void AVCaptureVideoPreviewLayer::didMake() {
-  feed_ = make<PreviewFeed>(
-      std::static_pointer_cast<AVCaptureVideoPreviewLayer>(shared_from_this()));
+  feed_ =
+      make<PreviewFeed>(std::static_pointer_cast<AVCaptureVideoPreviewLayer>(shared_from_this()));
   if (auto session = session_.lock()) session->addPreview(feed_);
 }
 

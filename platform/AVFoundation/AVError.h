@@ -13,6 +13,7 @@ enum AVErrorCode : int {
   AVErrorMaximumDurationReached = -11810, ///< the film is complete up to its limit
   AVErrorInvalidSetting = -11815,         ///< a setting or source that cannot be used
   AVErrorOperationInterrupted = -11847,   ///< given up before its end
+  AVErrorNotAuthorized = -11852,          ///< the user refuses the camera
 };
 
 } // namespace zuvi

@@ -38,7 +38,7 @@ public:
   using StillHandler = std::function<void(std::optional<Data> jpeg, std::optional<Error>)>;
   using FilmHandler = std::function<void(std::optional<Error>)>;
 
-  /// Ends the run.
+  /// Ends the run; films under way are discarded.
   virtual ~CameraStream() = default;
 
   virtual void start() = 0;
@@ -51,9 +51,8 @@ public:
   virtual void addPreview(std::weak_ptr<CameraPreview> preview) = 0;
   virtual void captureStill(StillHandler handler) = 0;
   /// Starts a film. `ended` comes when the file is complete, or removed and an error tells why.
-  virtual std::shared_ptr<CameraFilm> startFilm(const std::string& path,
-                                                std::optional<double> maxDuration,
-                                                FilmHandler ended) = 0;
+  virtual std::shared_ptr<CameraFilm>
+  startFilm(const std::string& path, std::optional<double> maxDuration, FilmHandler ended) = 0;
 
   /// The platform queue on which the callers above hear of results.
   virtual DispatchQueue& callbackQueue() { return DispatchQueue::global(); }

@@ -40,7 +40,8 @@ struct HostCameras {
 };
 
 /// Cameras that the host's own code puts in the place of the machine's.
-class HostCameraProvider final : public CameraProvider {
+class HostCameraProvider final : public CameraProvider,
+                                 public std::enable_shared_from_this<HostCameraProvider> {
 public:
   explicit HostCameraProvider(HostCameras cameras);
 

@@ -17,7 +17,9 @@ void MovieRecording::start(CameraStream& stream, std::optional<double> maxDurati
   if (state_ == State::Recording) film_ = std::move(film);
 }
 
-void MovieRecording::refuse(Error error) { ended(std::move(error)); }
+void MovieRecording::refuse(Error error) {
+  ended(std::move(error));
+}
 
 void MovieRecording::stop() {
   std::shared_ptr<CameraFilm> film;

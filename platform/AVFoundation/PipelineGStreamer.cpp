@@ -15,12 +15,12 @@ Error cameraError(int code, const std::string& description) {
 
 std::string packageOf(const std::string& element) {
   static const std::map<std::string, std::string> packages{
-      {"appsink", "gstreamer1.0-plugins-base"},      {"appsrc", "gstreamer1.0-plugins-base"},
-      {"decodebin", "gstreamer1.0-plugins-base"},    {"videoconvert", "gstreamer1.0-plugins-base"},
-      {"videoscale", "gstreamer1.0-plugins-base"},   {"h264parse", "gstreamer1.0-plugins-bad"},
-      {"openh264enc", "gstreamer1.0-plugins-bad"},   {"imagefreeze", "gstreamer1.0-plugins-good"},
-      {"jpegdec", "gstreamer1.0-plugins-good"},      {"jpegenc", "gstreamer1.0-plugins-good"},
-      {"qtmux", "gstreamer1.0-plugins-good"},        {"v4l2src", "gstreamer1.0-plugins-good"},
+      {"appsink", "gstreamer1.0-plugins-base"},    {"appsrc", "gstreamer1.0-plugins-base"},
+      {"decodebin", "gstreamer1.0-plugins-base"},  {"videoconvert", "gstreamer1.0-plugins-base"},
+      {"videoscale", "gstreamer1.0-plugins-base"}, {"h264parse", "gstreamer1.0-plugins-bad"},
+      {"openh264enc", "gstreamer1.0-plugins-bad"}, {"imagefreeze", "gstreamer1.0-plugins-good"},
+      {"jpegdec", "gstreamer1.0-plugins-good"},    {"jpegenc", "gstreamer1.0-plugins-good"},
+      {"qtmux", "gstreamer1.0-plugins-good"},      {"v4l2src", "gstreamer1.0-plugins-good"},
       {"pipewiresrc", "gstreamer1.0-pipewire"},
   };
   auto found = packages.find(element);
@@ -107,7 +107,9 @@ Pipeline::Pipeline(GstElement* adopted, Listener listener) : pipeline_(adopted) 
   gst_pipeline_use_clock(GST_PIPELINE(adopted), clock.get());
 }
 
-Pipeline::~Pipeline() { gst_element_set_state(pipeline_.get(), GST_STATE_NULL); }
+Pipeline::~Pipeline() {
+  gst_element_set_state(pipeline_.get(), GST_STATE_NULL);
+}
 
 GstElement* Pipeline::element(const char* name) const {
   // The pipeline holds its elements as long as this object lives.

@@ -32,6 +32,8 @@ struct CameraFrame {
 };
 
 /// The machine's monotonic clock.
-inline GstClockTime monotonicTime() { return GstClockTime(g_get_monotonic_time()) * 1000; }
+inline GstClockTime monotonicTime() {
+  return GstClockTime(g_get_monotonic_time()) * 1000;
+}
 
 } // namespace zuvi

@@ -4,6 +4,7 @@
 #include "platform/Foundation/Make.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zuvi {
 
@@ -19,15 +20,18 @@ bool ScriptedCamera::isRunning() const {
 }
 
 void ScriptedCamera::answerStills() {
-  for (const auto& stream : liveStreams()) stream->answerStills(still);
+  for (const auto& stream : liveStreams())
+    stream->answerStills(still);
 }
 
 void ScriptedCamera::unplug() {
-  for (const auto& stream : liveStreams()) stream->unplug();
+  for (const auto& stream : liveStreams())
+    stream->unplug();
 }
 
 void ScriptedCamera::showFrame(const std::shared_ptr<const CGImage>& image) {
-  for (const auto& stream : liveStreams()) stream->show(image);
+  for (const auto& stream : liveStreams())
+    stream->show(image);
 }
 
 ScriptedCameraProvider::ScriptedCameraProvider(DispatchQueue& queue)

@@ -4,6 +4,8 @@
 #include "platform/AVFoundation/ScriptedCamera.h"
 #include "platform/Foundation/FileManager.h"
 
+#include <utility>
+
 namespace zuvi {
 
 ScriptedFilm::ScriptedFilm(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue,
@@ -12,7 +14,9 @@ ScriptedFilm::ScriptedFilm(std::shared_ptr<ScriptedCamera> camera, DispatchQueue
   camera_->films.push_back(path_);
 }
 
-ScriptedFilm::~ScriptedFilm() { DispatchQueue::main().cancel(limit_); }
+ScriptedFilm::~ScriptedFilm() {
+  DispatchQueue::main().cancel(limit_);
+}
 
 void ScriptedFilm::limit(double seconds) {
   limit_ = DispatchQueue::main().asyncAfter(seconds, [weak = weak_from_this()] {
@@ -44,9 +48,8 @@ void ScriptedFilm::complete(std::optional<Error> error) {
 }
 
 void ScriptedFilm::end(std::optional<Error> error) {
-  queue_.async([ended = std::exchange(ended_, nullptr), error = std::move(error)] {
-    ended(error);
-  });
+  queue_.async(
+      [ended = std::exchange(ended_, nullptr), error = std::move(error)] { ended(error); });
 }
 
 } // namespace zuvi

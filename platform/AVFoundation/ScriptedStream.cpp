@@ -5,6 +5,8 @@
 #include "platform/AVFoundation/ScriptedFilm.h"
 #include "platform/Foundation/Make.h"
 
+#include <utility>
+
 namespace zuvi {
 
 ScriptedStream::ScriptedStream(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue)
@@ -42,8 +44,8 @@ void ScriptedStream::unplug() {
   answerStills(std::nullopt);
   for (const auto& film : std::exchange(films_, {}))
     if (auto live = film.lock())
-      live->complete(Error{AVFoundationErrorDomain, AVErrorDeviceWasDisconnected,
-                           "The camera is gone."});
+      live->complete(
+          Error{AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera is gone."});
 }
 
 void ScriptedStream::addPreview(std::weak_ptr<CameraPreview> preview) {

@@ -126,6 +126,8 @@ struct Converter {
 } // namespace
 
 std::optional<Value> JSONSerialization::jsonObject(std::string_view bytes, Fragments fragments) {
+  // The parser takes a zero byte for the end of the input.
+  if (bytes.find('\0') != std::string_view::npos) return std::nullopt;
   ValueBuilder builder;
   if (!json::sax_parse(bytes.begin(), bytes.end(), &builder)) return std::nullopt;
   const auto& value = builder.result;

@@ -16,7 +16,7 @@ NotificationObserver NotificationCenter::observe(const std::string& name,
   for (auto entry = first; entry != last;)
     entry = entry->second.expired() ? observers_.erase(entry) : std::next(entry);
 
-  auto registration = std::make_shared<Handler>(std::move(handler));
+  auto registration = std::make_shared<Registration>(std::make_shared<Handler>(std::move(handler)));
   observers_.emplace(name, registration);
   NotificationObserver observer;
   observer.registration_ = std::move(registration);
@@ -25,12 +25,17 @@ NotificationObserver NotificationCenter::observe(const std::string& name,
 
 void NotificationCenter::post(const std::string& name, Value::Dictionary userInfo) {
   const Notification notification{name, std::move(userInfo)};
-  std::vector<std::weak_ptr<Handler>> observers;
+  std::vector<std::weak_ptr<Registration>> observers;
   const auto [first, last] = observers_.equal_range(name);
   for (auto entry = first; entry != last; ++entry)
     observers.push_back(entry->second);
-  for (const auto& observer : observers)
-    if (const auto handler = observer.lock()) (*handler)(notification);
+  for (const auto& observer : observers) {
+    auto registration = observer.lock();
+    if (!registration) continue;
+    const std::shared_ptr<Handler> handler = *registration;
+    registration.reset(); // so that an observer that leaves within its call has left at once
+    (*handler)(notification);
+  }
 }
 
 } // namespace zuvi

@@ -40,7 +40,9 @@ public:
 
 private:
   using Handler = std::function<void(const Notification&)>;
-  std::multimap<std::string, std::weak_ptr<Handler>> observers_;
+  // The observer owns the registration alone; a call in progress holds only the handler.
+  using Registration = std::shared_ptr<Handler>;
+  std::multimap<std::string, std::weak_ptr<Registration>> observers_;
 };
 
 } // namespace zuvi

@@ -75,7 +75,7 @@ std::string URL::host() const {
 std::string URL::path() const {
   const auto uri = parse(text_);
   if (!uri) return {};
-  const std::string path = g_uri_get_path(uri.get());
+  std::string path = g_uri_get_path(uri.get());
   // Escapes that are no text can still name a file.
   GBytes* bytes =
       g_uri_unescape_bytes(path.data(), static_cast<gssize>(path.size()), nullptr, nullptr);

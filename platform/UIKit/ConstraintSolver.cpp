@@ -66,6 +66,11 @@ public:
     for (auto& [view, box] : boxes_)
       complete(box.horizontal, widthOf(*view), view->frame().x, view->bounds().width);
     for (auto& [view, box] : boxes_)
+      if (Axis& axis = box.horizontal; view->maximumWidth && *axis.size > *view->maximumWidth) {
+        axis = {{}, *axis.min + *axis.size / 2, {}, *view->maximumWidth};
+        axis.derive();
+      }
+    for (auto& [view, box] : boxes_)
       complete(box.vertical, heightOf(*view, *box.horizontal.size), view->frame().y,
                view->bounds().height);
   }

@@ -1,22 +1,57 @@
 #include "platform/UIKit/OffscreenSurface.h"
 
 #include "platform/QuartzCore/LayerRendererGsk.h"
+#include "platform/UIKit/ScreenPicture.h"
 
 #include <cmath>
 #include <utility>
 
 namespace zuvi {
 
-struct OffscreenSurface::Native {
-  cairo_surface_t* surface = nullptr;
-  double scale = 1;
+namespace {
 
-  Native(CGSize size, double pixels) : scale(pixels) {
-    surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, int(std::lround(size.width * scale)),
-                                         int(std::lround(size.height * scale)));
-    // A device scale lets the toolkit draw text and shadows at full sharpness and speed.
-    cairo_surface_set_device_scale(surface, scale, scale);
-  }
+cairo_surface_t* makeSurface(CGSize size, double scale) {
+  cairo_surface_t* surface =
+      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, int(std::lround(size.width * scale)),
+                                 int(std::lround(size.height * scale)));
+  // A device scale lets the toolkit draw text and shadows at full sharpness and speed.
+  cairo_surface_set_device_scale(surface, scale, scale);
+  return surface;
+}
+
+std::shared_ptr<const CGImage> imageOf(cairo_surface_t* surface) {
+  cairo_surface_flush(surface);
+  const int width = cairo_image_surface_get_width(surface);
+  const int height = cairo_image_surface_get_height(surface);
+  const auto row = static_cast<std::size_t>(cairo_image_surface_get_stride(surface));
+  const auto* bytes = reinterpret_cast<const char*>(cairo_image_surface_get_data(surface));
+  return CGImage::fromPixels(Data(std::string(bytes, row * static_cast<std::size_t>(height))),
+                             width, height, row, CGImage::Format::BGRA);
+}
+
+} // namespace
+
+std::shared_ptr<const CGImage> pictureOfScreen() {
+  UIScreen& screen = UIScreen::main();
+  screen.layoutIfNeeded();
+  const LayerRenderer::Frame frame = LayerRenderer::render(screen.rootLayer(), screen.scale());
+  for (const CGRect& rect : frame.damage)
+    screen.addDamage(rect); // the surface has not drawn it yet
+  screen.setNeedsFrame();
+  cairo_surface_t* surface = makeSurface(screen.bounds().size(), screen.scale());
+  cairo_t* context = cairo_create(surface);
+  if (frame.node) gsk_render_node_draw(frame.node, context);
+  cairo_destroy(context);
+  auto image = imageOf(surface);
+  cairo_surface_destroy(surface);
+  return image;
+}
+
+struct OffscreenSurface::Native {
+  cairo_surface_t* surface;
+  double scale;
+
+  Native(CGSize size, double pixels) : surface(makeSurface(size, pixels)), scale(pixels) {}
   ~Native() { cairo_surface_destroy(surface); }
   Native(const Native&) = delete;
 };
@@ -60,13 +95,7 @@ bool OffscreenSurface::drawFrame() {
 
 std::shared_ptr<const CGImage> OffscreenSurface::picture() {
   drawFrame();
-  const int width = cairo_image_surface_get_width(native_->surface);
-  const int height = cairo_image_surface_get_height(native_->surface);
-  const auto row = static_cast<std::size_t>(cairo_image_surface_get_stride(native_->surface));
-  const auto* bytes =
-      reinterpret_cast<const char*>(cairo_image_surface_get_data(native_->surface));
-  return CGImage::fromPixels(Data(std::string(bytes, row * static_cast<std::size_t>(height))),
-                             width, height, row, CGImage::Format::BGRA);
+  return imageOf(native_->surface);
 }
 
 } // namespace zuvi

@@ -22,6 +22,11 @@ std::map<std::string, std::function<std::shared_ptr<UIView>()>>& classes() {
   return known;
 }
 
+std::function<std::string()>& language() {
+  static std::function<std::string()> asked = [] { return std::string(); };
+  return asked;
+}
+
 } // namespace
 
 /// Reads one file; the first fault ends it.
@@ -81,8 +86,12 @@ private:
       return nullptr;
     }
     auto view = factory->second();
-    for (const pugi::xml_attribute attribute : node.attributes())
-      applyAttribute(*view, node, attribute.name(), attribute.value());
+    for (const pugi::xml_attribute attribute : node.attributes()) {
+      const std::string name = attribute.name();
+      if (name.find('.') != std::string::npos) continue; // of one language
+      const pugi::xml_attribute own = node.attribute((name + "." + language_).c_str());
+      applyAttribute(*view, node, name, own ? own.value() : attribute.value());
+    }
     views_.push_back({view, node});
     std::vector<Named> children;
     for (const pugi::xml_node child : node.children()) {
@@ -209,6 +218,7 @@ private:
   }
 
   std::string file_, text_, error_;
+  std::string language_ = language()();
   pugi::xml_document document_;
   std::shared_ptr<UIView> view_;
   std::vector<Named> views_;
@@ -234,6 +244,8 @@ UINib::Result UINib::instantiate(NibDeclaration owner) const {
 }
 
 UINib::Result UINib::instantiate() const { return load(name_, bundle_.get(), nullptr); }
+
+void UINib::setLanguage(std::function<std::string()> asked) { language() = std::move(asked); }
 
 void UINib::registerClass(const std::string& name,
                           std::function<std::shared_ptr<UIView>()> factory) {

@@ -100,6 +100,9 @@ public:
   void invalidateIntrinsicContentSize();
   unsigned autoresizingMask() const { return autoresizingMask_; }
   void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
+  /// Constraints that ask for more width than this leave the view centred where it would have been;
+  /// absent: no limit.
+  std::optional<double> maximumWidth;
   void addConstraint(std::shared_ptr<NSLayoutConstraint> constraint);
   const std::vector<std::shared_ptr<NSLayoutConstraint>>& constraints() const {
     return constraints_;

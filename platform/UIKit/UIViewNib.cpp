@@ -23,6 +23,7 @@ bool UIView::setNibAttribute(const std::string& name, const std::string& value) 
       layer_->setShadowOffset({0, v / 2});
       layer_->setShadowOpacity(0.16);
     });
+  if (name == "maxWidth") return nib::withNumber(value, [&](double v) { maximumWidth = v; });
   if (name == "label") {
     accessibilityLabel = value;
     return true;

@@ -1,0 +1,91 @@
+#include "demo/core/Demo.h"
+
+#include "kit/Main/Private/ZVEndpoints.h"
+#include "platform/AVFoundation/AVCaptureDevice.h"
+#include "platform/Foundation/FileManager.h"
+#include "platform/ImageIO/ImageFile.h"
+#include "platform/UIKit/ScreenPicture.h"
+#include "platform/UIKit/UIApplication.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+namespace zuvi::demo {
+
+std::string Demo::start(std::function<void(int)> finished) {
+  finished_ = std::move(finished);
+  if (options_.events && !log_.open(*options_.events))
+    return *options_.events + " can't be written";
+  if (options_.pictures) {
+    std::error_code failed;
+    std::filesystem::create_directories(*options_.pictures, failed);
+    if (failed) return *options_.pictures + " can't be made";
+  }
+  Bundle::main().setInfoDictionary(
+      {{"CFBundleVersion", "1"}, {"CFBundleShortVersionString", "1.0"}});
+  UIApplication::shared().setURLOpener([this](const URL& url) {
+    log_.opened(url.absoluteString());
+    return true;
+  });
+
+  if (options_.server) ZVEndpoints::serverURL() = *options_.server;
+  if (options_.tracking) ZVEndpoints::trackingURL() = *options_.tracking;
+  if (options_.authorities) ZVEndpoints::setAdditionalAuthorities(*options_.authorities);
+  installCameras();
+
+  host_ = make<HostViewController>();
+  host_->onOutcome = [this](const std::string& call, const std::optional<std::string>& id) {
+    outcomes_++;
+    log_.outcome(call, id);
+  };
+  ZVKYC::instance().delegate = host_;
+  ZVKYC::instance().identityId = options_.identity;
+  if (options_.clientId) {
+    std::optional<Value::Dictionary> metadata;
+    if (!options_.metadata.empty()) metadata = options_.metadata;
+    ZVKYC::registerWithClientId(*options_.clientId, metadata);
+  }
+
+  window_ = make<UIWindow>();
+  window_->setRootViewController(host_);
+  window_->makeKeyAndVisible();
+  watcher_.emplace([this](const std::string& name) { log_.screen(name); });
+  return options_.drive ? startDriver() : "";
+}
+
+void Demo::installCameras() const {
+  if (!options_.frontCamera && !options_.backCamera && !options_.permission) return;
+  HostCameras cameras;
+  cameras.front = options_.frontCamera.value_or(CameraSourceDescription{});
+  cameras.back = options_.backCamera.value_or(CameraSourceDescription{});
+  cameras.permission = options_.permission.value_or(CameraPermission::Authorized);
+  AVCaptureDevice::setProvider(std::make_shared<HostCameraProvider>(cameras));
+}
+
+std::string Demo::startDriver() {
+  const auto text = FileManager::contents(*options_.drive);
+  auto parsed = parseDriveScript(text ? text->string() : "");
+  if (const auto* problem = std::get_if<std::string>(&parsed))
+    return *options_.drive + ":" + *problem;
+  Driver::Hooks hooks;
+  hooks.picture = [this](const std::string& name) { return writePicture(name); };
+  hooks.outcomes = [this] { return outcomes_; };
+  hooks.done = [this](const std::string& failure) {
+    if (!failure.empty()) std::fprintf(stderr, "%s\n", failure.c_str());
+    finished_(failure.empty() ? 0 : 1);
+  };
+  driver_.emplace(*options_.drive, std::get<std::vector<DriveCommand>>(std::move(parsed)),
+                  std::move(hooks));
+  driver_->start();
+  return "";
+}
+
+bool Demo::writePicture(const std::string& name) const {
+  if (!options_.pictures) return true; // nobody asked for pictures
+  const auto picture = pictureOfScreen();
+  return picture && FileManager::writeAtomically(*options_.pictures + "/" + name + ".png",
+                                                 encodePNG(*picture).view());
+}
+
+} // namespace zuvi::demo

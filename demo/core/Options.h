@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/AVFoundation/HostCameraProvider.h"
+#include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Foundation/Value.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace zuvi::demo {
+
+/// What the command line asks for.
+struct Options {
+  std::optional<std::string> clientId; ///< absent: the host never registers
+  Value::Dictionary metadata;
+  std::optional<std::string> identity;
+  std::optional<std::string> server, tracking, chatTemplate, authorities;
+  std::optional<CameraSourceDescription> frontCamera, backCamera; ///< absent: the machine's own
+  std::optional<CameraPermission> permission;
+  CGSize screen{375, 812};
+  double scale = 2;
+  bool offscreen = false;
+  std::optional<std::string> drive, pictures, events;
+};
+
+/// The options, or in one line what is wrong with them. `arguments` without the program's name.
+std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments);
+
+} // namespace zuvi::demo

@@ -1,0 +1,41 @@
+#include "demo/core/Demo.h"
+#include "demo/program/DemoWindow.h"
+#include "platform/Dispatch/MainLoop.h"
+#include "platform/UIKit/OffscreenSurface.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace zuvi;
+
+int main(int argc, char** argv) {
+  auto parsed = demo::parseOptions({argv + 1, argv + argc});
+  if (const auto* problem = std::get_if<std::string>(&parsed)) {
+    std::fprintf(stderr, "zuvi-demo: %s\n", problem->c_str());
+    return 2;
+  }
+  const auto& options = std::get<demo::Options>(parsed);
+  std::optional<OffscreenSurface> memory;
+  if (options.offscreen)
+    memory.emplace(options.screen, options.scale);
+  else if (!demo::openWindow(options.screen)) {
+    std::fprintf(stderr, "zuvi-demo: there is no display; --offscreen runs without one\n");
+    return 2;
+  }
+
+  MainLoop::attach();
+  int exitCode = 0;
+  // Lives as long as the process: its screens may hold on to requests that are under way.
+  auto* program = new demo::Demo(options);
+  const std::string problem = program->start([&exitCode](int code) {
+    exitCode = code;
+    MainLoop::stop();
+  });
+  if (!problem.empty()) {
+    std::fprintf(stderr, "zuvi-demo: %s\n", problem.c_str());
+    return 2;
+  }
+  MainLoop::run();
+  std::fflush(nullptr);
+  std::_Exit(exitCode); // no waiting for connections that nobody needs any more
+}

@@ -1,0 +1,107 @@
+#include "kit/Helper/ZVAnalyticsManager.h"
+
+#include "kit/Helper/ZVJSONHandler.h"
+#include "kit/Main/Private/ZVEndpoints.h"
+#include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
+#include "platform/Foundation/Bundle.h"
+#include "platform/Foundation/Locale.h"
+#include "platform/Foundation/URLSession.h"
+#include "platform/Foundation/UUID.h"
+#include "platform/UIKit/UIDevice.h"
+#include "platform/UIKit/UIScreen.h"
+
+#include <sys/utsname.h>
+
+namespace zuvi {
+
+namespace {
+
+constexpr double requestTimeout = 10; // seconds
+
+/// The machine's kind as the system names it, one character a byte.
+std::string machineIdentifier() {
+  utsname system{};
+  uname(&system);
+  return system.machine;
+}
+
+Value::Dictionary normalized(const Value::Dictionary& properties) {
+  Value::Dictionary result;
+  for (const auto& [key, value] : properties) {
+    std::optional<double> number = value.number();
+    if (const bool* flag = value.boolean()) number = *flag ? 1 : 0;
+    const auto narrow = static_cast<float>(number.value_or(0));
+    if (!number)
+      result[key] = value;
+    else if (narrow == 1.0F || narrow == 0.0F)
+      result[key] = narrow == 1.0F;
+    else
+      result[key] = narrow;
+  }
+  return result;
+}
+
+} // namespace
+
+void ZVAnalyticsManager::track(const std::optional<std::string>& event,
+                               const std::optional<Value::Dictionary>& properties) {
+  if (event) sendMixpanelEvent(*event, properties);
+}
+
+void ZVAnalyticsManager::sendMixpanelEvent(const std::string& event,
+                                           const std::optional<Value::Dictionary>& properties) {
+  const Value::Dictionary& info = Bundle::main().infoDictionary();
+  const auto version = stringValue(info, "CFBundleVersion");
+  auto shortVersion = stringValue(info, "CFBundleShortVersionString");
+  if (!shortVersion) shortVersion = version;
+  const std::string machine = machineIdentifier();
+  std::optional<std::string> carrier;
+  if (const auto provider = CTTelephonyNetworkInfo().subscriberCellularProvider())
+    carrier = provider->carrierName;
+  const Locale locale = Locale::current();
+  const auto region = locale.localizedStringForRegionCode(locale.regionCode().value_or(""));
+  const CGRect screen = UIScreen::main().bounds();
+
+  Value::Dictionary all = normalized(properties.value_or(Value::Dictionary{}));
+  const std::pair<const char*, Value> own[] = {
+      {"$app_release", shortVersion},
+      {"$app_version", version},
+      {"$app_build_number", version},
+      {"$app_version_string", shortVersion},
+      {"$carrier", carrier},
+      {"$model", machine},
+      {"$lib_version", "3.1.6"},
+      {"$manufacturer", "Apple"},
+      {"mp_lib", "iphone"},
+      {"mp_device_model", machine},
+      {"$os_version", UIDevice::current().systemVersion()},
+      {"$os", "iOS"},
+      {"$radio", "None"},
+      {"$screen_height", screen.height},
+      {"$screen_width", screen.width},
+      {"distinct_id", uuidString()},
+      {"token", "0f3ab9d17c2e46a8b5d90e7f1c64a382"},
+      {"$region", region},
+      {"$country_code", region}, // a name too, as the service's reports expect it
+  };
+  for (const auto& [key, value] : own) {
+    if (value.isNull())
+      all.erase(key); // what is not known is left out, also when the caller named it
+    else
+      all[key] = value;
+  }
+  sendMixapnelRequest({{"properties", std::move(all)}, {"event", event}});
+}
+
+void ZVAnalyticsManager::sendMixapnelRequest(const Value::Dictionary& parameters) {
+  const auto data = ZVJSONHandler::encodeAPIData(parameters);
+  if (!data) return;
+  const auto url = URL::fromString(ZVEndpoints::trackingURL() + "?data=" + *data);
+  if (!url) return;
+  URLRequest request(*url);
+  request.timeoutInterval = requestTimeout;
+  request.httpMethod = "POST";
+  URLSession::shared().dataTask(request, [](auto&&...) {})->resume();
+}
+
+} // namespace zuvi

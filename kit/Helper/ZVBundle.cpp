@@ -1,0 +1,55 @@
+#include "kit/Helper/ZVBundle.h"
+
+#include "kit/Helper/ZVField.h"
+#include "kit/Helper/ZVGradientView.h"
+#include "kit/Helper/ZVPointView.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/Main/Public/ZVKYCButton.h"
+#include "kit/UI/Views/ZVDocumentButton.h"
+#include "kit/UI/Views/ZVDocumentTableViewCell.h"
+#include "platform/UIKit/UINib.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+
+namespace zuvi {
+
+namespace {
+
+/// The folder of the library or program that holds the kit's code.
+std::filesystem::path folderOfCode() {
+  Dl_info info{};
+  if (!dladdr(reinterpret_cast<const void*>(&folderOfCode), &info) || !info.dli_fname) return {};
+  std::error_code failed;
+  return std::filesystem::canonical(info.dli_fname, failed).parent_path();
+}
+
+std::string bundleFolder() {
+  const std::filesystem::path code = folderOfCode();
+  for (const std::filesystem::path& place :
+       {code / "ZuviSDK.bundle", code / "../share/zuvisdk/ZuviSDK.bundle",
+        std::filesystem::path(ZUVI_BUILD_BUNDLE)}) {
+    std::error_code failed;
+    if (std::filesystem::is_directory(place, failed)) return place.string();
+  }
+  return (code / "ZuviSDK.bundle").string();
+}
+
+} // namespace
+
+std::shared_ptr<const Bundle> zvKitBundle() {
+  static const std::shared_ptr<const Bundle> bundle = [] {
+    UINib::registerClass<ZVDocumentButton>("ZVDocumentButton");
+    UINib::registerClass<ZVDocumentTableViewCell>("ZVDocumentTableViewCell");
+    UINib::registerClass<ZVField>("ZVField");
+    UINib::registerClass<ZVGradientView>("ZVGradientView");
+    UINib::registerClass<ZVKYCButton>("ZVKYCButton");
+    UINib::registerClass<ZVPointView>("ZVPointView");
+    UINib::setLanguage([] { return rawValue(ZVKYCHelper::instance().merchant->currentLanguage); });
+    return std::make_shared<Bundle>(bundleFolder());
+  }();
+  return bundle;
+}
+
+} // namespace zuvi

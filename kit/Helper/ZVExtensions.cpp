@@ -1,0 +1,105 @@
+#include "kit/Helper/ZVExtensions.h"
+
+#include "kit/Helper/ZVBundle.h"
+#include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Foundation/FileManager.h"
+#include "platform/Foundation/Print.h"
+#include "platform/Foundation/URLSession.h"
+#include "platform/UIKit/UIApplication.h"
+#include "platform/UIKit/UINavigationController.h"
+#include "platform/UIKit/UITabBarController.h"
+#include "platform/UIKit/UIWindow.h"
+
+#include <cctype>
+#include <cstdint>
+
+namespace zuvi {
+
+// Fonts
+
+void registerZVFonts() {
+  for (const char* name : {"ZVSFProText-Semibold", "ZVSFProText-Regular", "ZVSFProText-Bold"})
+    if (const auto path = zvKitBundle()->path(name, "otf")) CTFontManagerRegisterFontsForURL(*path);
+}
+
+std::shared_ptr<const UIFont> zvSFProText(FontStyle style, double size) {
+  switch (style) {
+  case FontStyle::semiBold:
+    return UIFont::named("SFProText-SemiBold", size);
+  case FontStyle::bold:
+    return UIFont::named("SFProText-Bold", size);
+  case FontStyle::regular:
+    return UIFont::named("SFProText-Regular", size);
+  }
+  return nullptr;
+}
+
+// Pictures
+
+std::shared_ptr<const UIImage> zvKYCImage(const std::string& name) {
+  return UIImage::named(name, *zvKitBundle());
+}
+
+void downloadImage(const URL& from,
+                   std::function<void(std::shared_ptr<const UIImage>)> completion) {
+  const auto finish = [completion = std::move(completion)](const std::optional<Data>& data,
+                                                           const std::string& problem) {
+    DispatchQueue::main().async([completion, data, problem] {
+      if (!data) print("Unable to load data: " + problem);
+      completion(data ? UIImage::fromData(*data) : nullptr);
+    });
+  };
+  if (from.isFileURL()) {
+    DispatchQueue::global().async([from, finish] {
+      finish(FileManager::contents(from.path()), "the file can't be read");
+    });
+    return;
+  }
+  URLSession::shared()
+      .dataTask(URLRequest(from),
+                [finish](const std::optional<Data>& data, const std::optional<URLResponse>&,
+                         const std::optional<Error>& error) {
+                  finish(error ? std::nullopt : data, error ? error->description : "no answer");
+                })
+      ->resume();
+}
+
+// Colours
+
+UIColor colorFromHex(const std::string& hexString, double alpha) {
+  const auto isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
+  std::size_t at = 0;
+  while (at < hexString.size() && isBlank(hexString[at]))
+    at++;
+  if (at < hexString.size() && hexString[at] == '#') at++;
+  while (at < hexString.size() && isBlank(hexString[at])) // as the scanner skips them
+    at++;
+  if (hexString.compare(at, 2, "0x") == 0 || hexString.compare(at, 2, "0X") == 0) at += 2;
+  std::uint64_t bits = 0;
+  for (; at < hexString.size() && std::isxdigit(static_cast<unsigned char>(hexString[at])); at++) {
+    const char digit = static_cast<char>(std::tolower(static_cast<unsigned char>(hexString[at])));
+    bits = bits * 16 + static_cast<unsigned>(digit <= '9' ? digit - '0' : digit - 'a' + 10);
+    if (bits > UINT32_MAX) bits = UINT32_MAX; // a scan of 32 bits stays at its end
+  }
+  return UIColor::bytes(static_cast<int>(bits >> 16 & 0xff), static_cast<int>(bits >> 8 & 0xff),
+                        static_cast<int>(bits & 0xff), alpha);
+}
+
+// Screens
+
+std::shared_ptr<UIViewController> zvKYCCurrentViewController() {
+  const UIWindow* window = UIApplication::shared().keyWindow();
+  std::shared_ptr<UIViewController> current = window ? window->rootViewController() : nullptr;
+  while (current) {
+    if (auto presented = current->presentedViewController()) current = presented;
+    if (const auto tabs = std::dynamic_pointer_cast<UITabBarController>(current)) {
+      if (auto selected = tabs->selectedViewController()) current = selected;
+    } else if (const auto stack = std::dynamic_pointer_cast<UINavigationController>(current)) {
+      if (auto visible = stack->visibleViewController()) current = visible;
+    }
+    if (!current->presentedViewController()) break;
+  }
+  return current;
+}
+
+} // namespace zuvi

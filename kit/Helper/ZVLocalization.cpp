@@ -1,0 +1,39 @@
+#include "kit/Helper/ZVLocalization.h"
+
+#include "kit/Helper/ZVBundle.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "platform/Foundation/PropertyList.h"
+
+#include <algorithm>
+
+namespace zuvi {
+
+ZVLocalizationManager::ZVLocalizationManager(const std::optional<std::string>& path) {
+  const auto list = path ? propertyListFromFile(*path) : std::nullopt;
+  if (list && list->dictionary()) plist_ = *list->dictionary();
+}
+
+ZVLocalizationManager& ZVLocalizationManager::shared() {
+  static auto* instance =
+      new ZVLocalizationManager(zvKitBundle()->path("Localization", "plist"));
+  return *instance;
+}
+
+std::string ZVLocalizationManager::translation(const std::string& key) const {
+  const Value* value = valueForKey(plist_, key);
+  const auto* entry = value ? value->dictionary() : nullptr;
+  const auto isText = [](const auto& pair) { return pair.second.string() != nullptr; };
+  if (!entry || !std::all_of(entry->begin(), entry->end(), isText)) return key;
+  for (const ZVLanguage language :
+       {ZVKYCHelper::instance().merchant->currentLanguage, ZVLanguage::english}) {
+    const auto text = stringValue(*entry, rawValue(language));
+    if (text && !text->empty()) return *text;
+  }
+  return key;
+}
+
+std::string localized(const std::string& key) {
+  return ZVLocalizationManager::shared().translation(key);
+}
+
+} // namespace zuvi

@@ -1,0 +1,40 @@
+#include "kit/Main/Private/ZVDocument.h"
+
+#include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVLocalization.h"
+
+namespace zuvi {
+
+std::string name(ZVDocument document) {
+  switch (document) {
+  case ZVDocument::drivingLicense:
+    return localized("drivingLicense");
+  case ZVDocument::nationalId:
+    return localized("nationalId");
+  case ZVDocument::proofOfResidency:
+    return localized("proofOfResidency");
+  case ZVDocument::passport:
+    return localized("passport");
+  }
+  return {};
+}
+
+std::shared_ptr<const UIImage> icon(ZVDocument document) {
+  switch (document) {
+  case ZVDocument::drivingLicense:
+    return zvKYCImage("ZVDrivingLicenseIcon");
+  case ZVDocument::nationalId:
+    return zvKYCImage("ZVNationalIDIcon");
+  case ZVDocument::proofOfResidency:
+    return zvKYCImage("ZVProofOfResidencyIcon");
+  case ZVDocument::passport:
+    return zvKYCImage("ZVPassportIcon");
+  }
+  return nullptr;
+}
+
+bool scanBackSide(ZVDocument document) {
+  return document == ZVDocument::drivingLicense || document == ZVDocument::nationalId;
+}
+
+} // namespace zuvi

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "kit/Main/Private/RawValue.h"
+
+#include <memory>
+#include <string>
+
+namespace zuvi {
+
+class UIImage;
+
+/// The kinds of documents; the raw value is what the back end calls them.
+enum class ZVDocument { drivingLicense, nationalId, proofOfResidency, passport };
+
+template <> struct RawValues<ZVDocument> {
+  static constexpr RawValue<ZVDocument> all[] = {
+      {ZVDocument::drivingLicense, "driving-license"},
+      {ZVDocument::nationalId, "national-id"},
+      {ZVDocument::proofOfResidency, "proof-of-residency"},
+      {ZVDocument::passport, "passport"}};
+};
+
+/// The kind's name in the merchant's language.
+std::string name(ZVDocument document);
+/// Null when the bundle lacks it.
+std::shared_ptr<const UIImage> icon(ZVDocument document);
+/// Whether there is a back side to photograph.
+bool scanBackSide(ZVDocument document);
+
+} // namespace zuvi

@@ -1,0 +1,21 @@
+#include "kit/Main/Private/ZVEndpoints.h"
+
+#include "platform/Foundation/URLSession.h"
+
+namespace zuvi {
+
+std::string& ZVEndpoints::serverURL() {
+  static std::string url = "https://api.zuvisdk.example/";
+  return url;
+}
+
+std::string& ZVEndpoints::trackingURL() {
+  static std::string url = "http://track.zuvisdk.example/track/";
+  return url;
+}
+
+void ZVEndpoints::setAdditionalAuthorities(const std::string& pemFile) {
+  URLSession::setAdditionalAuthorities(pemFile);
+}
+
+} // namespace zuvi

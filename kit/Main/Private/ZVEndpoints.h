@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+namespace zuvi {
+
+/// Where the kit's services are. A host's own code may replace an address before it registers.
+struct ZVEndpoints {
+  /// The back end; ends in "/".
+  static std::string& serverURL();
+  /// The whole address that events are posted to, without the query.
+  static std::string& trackingURL();
+  /// A file of certificate authorities (PEM) to trust beside the system's, for all of the kit's
+  /// requests made afterwards; empty: none.
+  static void setAdditionalAuthorities(const std::string& pemFile);
+};
+
+} // namespace zuvi

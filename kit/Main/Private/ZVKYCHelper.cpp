@@ -1,0 +1,48 @@
+#include "kit/Main/Private/ZVKYCHelper.h"
+
+#include "kit/Helper/ZVExtensions.h"
+#include "kit/Main/Public/ZVKYC.h"
+#include "kit/Manager/ZVKYCManager.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/Foundation/NotificationCenter.h"
+
+namespace zuvi {
+
+ZVKYCHelper::ZVKYCHelper()
+    : merchant(std::make_shared<ZVKYCMerchant>()), rootVC(make<ZVRootViewController>()),
+      clinetId(std::nullopt, [this] { clientIdChanged(); }) {}
+
+ZVKYCHelper& ZVKYCHelper::instance() {
+  static auto* instance = new ZVKYCHelper;
+  return *instance;
+}
+
+const std::optional<Value::Dictionary>& ZVKYCHelper::metadata() const {
+  return ZVKYC::instance().metadata;
+}
+
+const std::optional<std::string>& ZVKYCHelper::identity() const {
+  return ZVKYC::instance().identityId;
+}
+
+void ZVKYCHelper::clientIdChanged() {
+  if (!*clinetId) return;
+  registerZVFonts();
+  ZVKYCManager::shared().authorization = "Bearer " + **clinetId;
+  ZVKYCManager::shared().getMerchant([this](const std::shared_ptr<const ZVKYCMerchant>& answer) {
+    if (answer) merchant = answer;
+    NotificationCenter::defaultCenter().post(merchantUpdatedNotification);
+  });
+}
+
+void ZVKYCHelper::success() {
+  const auto& id = identity() ? identity() : tempIdentity;
+  if (!id) return;
+  if (const auto delegate = ZVKYC::instance().delegate.lock()) delegate->zvKYCLoginSuccess(*id);
+}
+
+void ZVKYCHelper::cancelled() {
+  if (const auto delegate = ZVKYC::instance().delegate.lock()) delegate->zvKYCLoginCancelled();
+}
+
+} // namespace zuvi

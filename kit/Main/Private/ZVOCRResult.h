@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Foundation/Value.h"
+
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// One field that the back end read off a document.
+class ZVOCRResult {
+public:
+  /// From one element of the answer's fields; never fails. `cardType` is the card's letter.
+  ZVOCRResult(const Value::Dictionary& parameters, const std::string& cardType);
+
+  const std::optional<std::string>& id() const { return id_; }
+  const std::optional<std::string>& label() const { return label_; }
+  bool isRequired() const { return isRequired_; }
+  /// Lower case: the card's letter, "_" and the id.
+  const std::string& imageName() const { return imageName_; }
+
+  std::optional<std::string> value;
+
+private:
+  std::optional<std::string> id_, label_;
+  bool isRequired_ = false;
+  std::string imageName_;
+};
+
+} // namespace zuvi

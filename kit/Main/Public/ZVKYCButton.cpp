@@ -1,0 +1,98 @@
+#include "kit/Main/Public/ZVKYCButton.h"
+
+#include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/Helper/ZVMixpanelEvents.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/Foundation/Print.h"
+
+#include <algorithm>
+
+namespace zuvi {
+
+ZVKYCButton::ZVKYCButton() : ZVKYCButton(CGRect{}) {}
+
+ZVKYCButton::ZVKYCButton(const CGRect& frame)
+    : UIButton(frame), title(localized("login"), [this] { label_->setText(*title); }),
+      leftBackgroundImageView_(make<UIImageView>(zvKYCImage("ZVZuviButtonLeftBackground"))),
+      leftIconImageView_(make<UIImageView>(zvKYCImage("ZVZuviButtonLeftIcon"))),
+      rightIconImageView_(make<UIImageView>(zvKYCImage("ZVZuviIcon"))), label_(make<UILabel>()) {
+  initialize();
+}
+
+void ZVKYCButton::initialize() {
+  observer_ = NotificationCenter::defaultCenter().observe(
+      merchantUpdatedNotification, [this](const Notification&) { merchantUpdated(); });
+  setClipsToBounds(false);
+  setBackgroundColor(ZVKYCHelper::instance().merchant->color);
+  setTitle(std::nullopt);
+  addTarget(UIControlEvent::TouchUpInside, [this] { tapAction(); });
+
+  leftBackgroundImageView_->setClipsToBounds(true);
+  addSubview(leftBackgroundImageView_);
+  leftIconImageView_->setContentMode(UIViewContentMode::ScaleAspectFit);
+  leftBackgroundImageView_->addSubview(leftIconImageView_);
+  rightIconImageView_->setContentMode(UIViewContentMode::ScaleAspectFit);
+  addSubview(rightIconImageView_);
+  label_->setText(*title);
+  label_->setTextAlignment(NSTextAlignment::Center);
+  label_->setTextColor(UIColor::white());
+  label_->setFont(zvSFProText(FontStyle::regular, 16));
+  addSubview(label_);
+  configureLayer();
+}
+
+void ZVKYCButton::configureLayer() {
+  CALayer& shape = *layer();
+  shape.setCornerRadius(6);
+  shape.setMasksToBounds(true);
+  shape.setShadowColor(UIColor::bytes(31, 38, 53, 0.15));
+  shape.setShadowOpacity(1);
+  shape.setMasksToBounds(false); // the shadow lies outside
+}
+
+CGSize ZVKYCButton::intrinsicContentSize() const { return {280, 60}; }
+
+void ZVKYCButton::layoutSubviews() {
+  UIButton::layoutSubviews();
+  const double height = std::max(frame().height, minimumHeight_);
+  const double width = std::max(frame().width, minimumWidth_);
+  const double margin = width * 24 / 344;
+  const double leftIcon = width * 26 / 334; // of 334: the icon is a touch wider than its share
+  const double left = 2 * margin + leftIcon + 4;
+  const double right = width * 27 / 344;
+  leftBackgroundImageView_->setFrame({0, 0, left, height});
+  leftIconImageView_->setFrame({margin, 4, leftIcon, height - 8});
+  rightIconImageView_->setFrame({width - right - margin, 4, right, height - 8});
+  label_->setFrame({left, 0, width - 2 * left, height});
+  const double drop = height * 12 / 68;
+  layer()->setShadowPath(CALayer::RoundedRect{{drop, drop, width, height}, 6});
+}
+
+void ZVKYCButton::describe(Value::Dictionary& description) const {
+  UIButton::describe(description);
+  description["title"] = *title;
+}
+
+void ZVKYCButton::tapAction() {
+  ZVKYCHelper& helper = ZVKYCHelper::instance();
+  if (!*helper.clinetId) {
+    print("Please register with your client ID in AppDelegate. ([ZVZuvi "
+          "registerWithToken:'clientID'])");
+    return;
+  }
+  ZVAnalyticsManager::track(MixpanelEvent::zuviButtonClicked);
+  const auto shell = make<ZVRootViewController>();
+  helper.rootVC = shell;
+  if (helper.identity()) shell->isOnlyFaceScan = true;
+  if (const auto current = zvKYCCurrentViewController()) current->present(shell, true);
+}
+
+void ZVKYCButton::merchantUpdated() {
+  if (*title == "Login") title = localized("login");
+  setBackgroundColor(ZVKYCHelper::instance().merchant->color);
+}
+
+} // namespace zuvi

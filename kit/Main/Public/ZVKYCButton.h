@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/Foundation/NotificationCenter.h"
+#include "platform/Foundation/Observed.h"
+#include "platform/UIKit/UIButton.h"
+
+#include <string>
+
+namespace zuvi {
+
+/// The launch button: put on a screen of the host, it wears the merchant's colour and starts a
+/// verification over whatever is showing. It needs nothing of the host but
+/// `ZVKYC::registerWithClientId`. Made with `make<ZVKYCButton>()`; in a nib, by its class name. Main
+/// queue only.
+class ZVKYCButton : public UIButton {
+public:
+  ZVKYCButton();
+  explicit ZVKYCButton(const CGRect& frame);
+
+  /// The text. The default follows the merchant's language; one that the host sets stays.
+  Observed<std::string> title;
+
+  /// 280 x 60 points.
+  CGSize intrinsicContentSize() const override;
+  void layoutSubviews() override;
+  void describe(Value::Dictionary& description) const override;
+
+private:
+  void initialize();
+  void configureLayer();
+  void tapAction();
+  void merchantUpdated();
+
+  // What layout reckons with at the least, in points, however small the frame.
+  const double minimumHeight_ = 30;
+  const double minimumWidth_ = 200;
+  std::shared_ptr<UIImageView> leftBackgroundImageView_;
+  std::shared_ptr<UIImageView> leftIconImageView_;
+  std::shared_ptr<UIImageView> rightIconImageView_;
+  std::shared_ptr<UILabel> label_;
+  NotificationObserver observer_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,127 @@
+#include "kit/Manager/ZVKYCManager.h"
+
+#include "kit/Main/Private/ZVKYCHelper.h"
+
+namespace zuvi {
+
+namespace {
+
+/// The host's metadata as form fields, one level deep.
+Value::Dictionary metadataFields() {
+  Value::Dictionary fields;
+  const auto& metadata = ZVKYCHelper::instance().metadata();
+  if (metadata)
+    for (const auto& [key, value] : *metadata)
+      fields["metadata[" + key + "]"] = value;
+  return fields;
+}
+
+/// Reads the answer to everything that makes something with an id.
+ZVKYCNetworkManager::Completion readingId(ZVKYCManager::IdCompletion completion) {
+  return [completion = std::move(completion)](const std::optional<Value>& json,
+                                              const std::optional<Error>&) {
+    std::optional<std::string> id, message;
+    if (const auto* answer = json ? json->dictionary() : nullptr) {
+      id = stringValue(*answer, "id");
+      message = stringValue(*answer, "message");
+    }
+    completion(id, message);
+  };
+}
+
+/// The letter of the card that a document's fields belong to.
+std::string cardTypeOf(const Value::Dictionary& answer) {
+  const Value* metadata = valueForKey(answer, "metadata");
+  const auto* entries = metadata ? metadata->dictionary() : nullptr;
+  const auto letter = entries ? stringValue(*entries, "cardType") : std::nullopt;
+  if (letter == "B") return "C";
+  if (letter == "E") return "D";
+  return letter.value_or("D");
+}
+
+} // namespace
+
+ZVKYCManager::ZVKYCManager()
+    : authorization(std::nullopt, [this] { networkManager.authorization = *authorization; }) {}
+
+ZVKYCManager& ZVKYCManager::shared() {
+  static auto* instance = new ZVKYCManager;
+  return *instance;
+}
+
+void ZVKYCManager::getMerchant(MerchantCompletion completion) {
+  networkManager.get("api/v1/merchants/me",
+                     [completion = std::move(completion)](const std::optional<Value>& json,
+                                                          const std::optional<Error>&) {
+                       const auto* answer = json ? json->dictionary() : nullptr;
+                       completion(answer ? std::make_shared<ZVKYCMerchant>(*answer) : nullptr);
+                     });
+}
+
+void ZVKYCManager::createNewIdentity(const Data& document, IdCompletion completion) {
+  networkManager.postVideo("v1/identities", document, "video", metadataFields(),
+                           readingId(std::move(completion)));
+}
+
+void ZVKYCManager::appendFaceToIdentity(const std::string& identityId, const Data& document,
+                                        IdCompletion completion) {
+  networkManager.put("v1/identities/" + identityId, document, "photo", std::nullopt,
+                     readingId(std::move(completion)));
+}
+
+void ZVKYCManager::submitNewFace(const std::string& identityId, const Data& photo,
+                                 IdCompletion completion) {
+  networkManager.postImage("v1/identities/" + identityId + "/faces", photo, "photo",
+                           metadataFields(), readingId(std::move(completion)));
+}
+
+void ZVKYCManager::submitDocument(const std::string& identityId, const std::string& type,
+                                  const Data& document, IdCompletion completion) {
+  networkManager.postImage("v1/identities/" + identityId + "/documents", document, "picture",
+                           Value::Dictionary{{"type", type}, {"side", "front"}},
+                           readingId(std::move(completion)));
+}
+
+void ZVKYCManager::uploadNewPhoto(const std::string& documentId, const std::string& type,
+                                  const Data& photo, ResultsCompletion completion) {
+  networkManager.put(
+      "v1/documents/" + documentId, photo, "picture",
+      Value::Dictionary{{"side", "back"}, {"type", type}},
+      [completion = std::move(completion)](const std::optional<Value>& json,
+                                           const std::optional<Error>&) {
+        std::optional<std::vector<ZVOCRResult>> results;
+        std::optional<std::string> message;
+        if (const auto* answer = json ? json->dictionary() : nullptr) {
+          const std::string cardType = cardTypeOf(*answer);
+          const Value* value = valueForKey(*answer, "fields");
+          if (const auto fields = value ? value->listOfDictionaries() : std::nullopt) {
+            results.emplace();
+            for (const Value::Dictionary& field : *fields)
+              if (ZVOCRResult result(field, cardType); result.isRequired())
+                results->push_back(std::move(result));
+          } else {
+            message = stringValue(*answer, "message");
+          }
+        }
+        completion(std::move(results), std::move(message));
+      });
+}
+
+void ZVKYCManager::verifyDocument(const std::string& documentId,
+                                  const std::vector<ZVOCRResult>& results,
+                                  std::function<void(bool)> completion) {
+  Value::List fields;
+  for (const ZVOCRResult& result : results)
+    fields.emplace_back(Value::Dictionary{{"id", result.id().value_or("")},
+                                          {"value", result.value.value_or("")}});
+  networkManager.patch("v1/documents/" + documentId,
+                       Value(Value::Dictionary{{"fields", std::move(fields)}}),
+                       [completion = std::move(completion)](const std::optional<Value>& json,
+                                                            const std::optional<Error>&) {
+                         const auto* answer = json ? json->dictionary() : nullptr;
+                         const Value* taken = answer ? valueForKey(*answer, "fields") : nullptr;
+                         completion(taken && taken->listOfDictionaries());
+                       });
+}
+
+} // namespace zuvi

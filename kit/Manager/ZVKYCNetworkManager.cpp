@@ -1,0 +1,142 @@
+#include "kit/Manager/ZVKYCNetworkManager.h"
+
+#include "kit/Main/Private/ZVEndpoints.h"
+#include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Foundation/JSONSerialization.h"
+#include "platform/Foundation/UUID.h"
+
+#include <utility>
+#include <vector>
+
+namespace zuvi {
+
+namespace {
+
+// A film over a slow line takes its time.
+constexpr double requestTimeout = 10000; // seconds
+
+/// One byte a character; what ASCII lacks becomes a question mark.
+std::string asciiLossy(const std::string& text) {
+  std::string ascii;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80)
+      ascii += c;
+    else if (byte >= 0xc0) // once for each character, not for each byte of it
+      ascii += '?';
+  }
+  return ascii;
+}
+
+} // namespace
+
+ZVKYCNetworkManager::ZVKYCNetworkManager()
+    : serverURL(ZVEndpoints::serverURL()), authorization(std::nullopt, [this] {
+        if (*authorization)
+          headers_["Authorization"] = **authorization;
+        else
+          headers_.erase("Authorization");
+      }),
+      session(URLSessionConfiguration{requestTimeout}),
+      headers_{{"Content-Type", "application/json"}} {}
+
+std::optional<URLRequest> ZVKYCNetworkManager::request(const std::string& path,
+                                                       const Completion& completion) const {
+  const auto url = URL::fromString(serverURL + path);
+  if (!url) {
+    DispatchQueue::main().async([completion] {
+      completion(std::nullopt, Error{NSURLErrorDomain, NSURLErrorBadURL, "not an address"});
+    });
+    return std::nullopt;
+  }
+  URLRequest request(*url);
+  request.allHTTPHeaderFields = headers_;
+  return request;
+}
+
+void ZVKYCNetworkManager::get(const std::string& path, Completion completion) {
+  if (const auto made = request(path, completion)) send(*made, std::move(completion));
+}
+
+void ZVKYCNetworkManager::postImage(const std::string& path, const Data& image,
+                                    const std::string& name, const Parameters& parameters,
+                                    Completion completion) {
+  upload("POST", path, image, name, parameters, FileKind::Image, std::move(completion));
+}
+
+void ZVKYCNetworkManager::postVideo(const std::string& path, const Data& video,
+                                    const std::string& name, const Parameters& parameters,
+                                    Completion completion) {
+  upload("POST", path, video, name, parameters, FileKind::Video, std::move(completion));
+}
+
+void ZVKYCNetworkManager::put(const std::string& path, const Data& image, const std::string& name,
+                              const Parameters& parameters, Completion completion) {
+  upload("PUT", path, image, name, parameters, FileKind::Image, std::move(completion));
+}
+
+void ZVKYCNetworkManager::patch(const std::string& path, const std::optional<Value>& parameters,
+                                Completion completion) {
+  auto made = request(path, completion);
+  if (!made) return;
+  if (parameters && parameters->string())
+    made->httpBody = Data(asciiLossy(*parameters->string()));
+  else if (parameters)
+    made->httpBody = JSONSerialization::data(*parameters);
+  made->httpMethod = "PATCH";
+  send(*made, std::move(completion));
+}
+
+void ZVKYCNetworkManager::upload(const std::string& method, const std::string& path,
+                                 const Data& file, const std::string& name,
+                                 const Parameters& parameters, FileKind kind,
+                                 Completion completion) {
+  auto made = request(path, completion);
+  if (!made) return;
+  const std::string boundary = "Boundary-" + uuidString();
+  made->allHTTPHeaderFields["Content-Type"] = "multipart/form-data; boundary=" + boundary;
+  made->httpMethod = method;
+  made->httpBody = createBody(name, file, parameters, boundary, kind);
+  send(*made, std::move(completion));
+}
+
+Data ZVKYCNetworkManager::createBody(const std::string& filePathKey, const Data& file,
+                                     const Parameters& parameters, const std::string& boundary,
+                                     FileKind kind) {
+  const bool video = kind == FileKind::Video;
+  const std::string fileName = video ? "liveness.mov" : "user-profile.jpg";
+  const std::string mimeType = video ? "video/quicktime" : "image/jpeg";
+  std::string head;
+  if (parameters)
+    for (const auto& [key, value] : *parameters)
+      head += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + key +
+              "\"\r\n\r\n" + value.description() + "\r\n";
+  head += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + filePathKey +
+          "\"; filename=\"" + fileName + "\"\r\nContent-Type: " + mimeType + "\r\n\r\n";
+  const std::string tail = "\r\n--" + boundary + "--\r\n";
+
+  std::string body;
+  body.reserve(head.size() + file.size() + tail.size()); // a film is large: one copy, no more
+  body += head;
+  body += file.view();
+  body += tail;
+  return Data(std::move(body));
+}
+
+void ZVKYCNetworkManager::send(const URLRequest& request, Completion completion) {
+  const auto handleResponse = [completion = std::move(completion)](
+                                  const std::optional<Data>& data,
+                                  const std::optional<URLResponse>&, std::optional<Error> error) {
+    // On the session's queue, so that decoding holds nobody up.
+    std::optional<Value> result;
+    if (data)
+      result = JSONSerialization::jsonObject(data->view(), JSONSerialization::Fragments::Allow);
+    DispatchQueue::main().async(
+        [completion, result = std::move(result), error = std::move(error)]() mutable {
+          completion(std::move(result), std::move(error));
+        });
+  };
+  session.dataTask(request, handleResponse)->resume();
+}
+
+} // namespace zuvi

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/Foundation/Observed.h"
+#include "platform/Foundation/URLSession.h"
+#include "platform/Foundation/Value.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// The road to the back end: builds requests and multipart bodies, and turns every answer into one
+/// completion on the main queue. It knows nothing of what it carries and reads no status code.
+class ZVKYCNetworkManager {
+public:
+  /// The decoded JSON, absent when there was none, and the transport's error. Comes once.
+  using Completion = std::function<void(std::optional<Value> json, std::optional<Error> error)>;
+  using Parameters = std::optional<Value::Dictionary>;
+
+  ZVKYCNetworkManager();
+
+  /// Every path is appended to it as it stands.
+  std::string serverURL;
+  /// The `Authorization` header; absent: none is sent.
+  Observed<std::optional<std::string>> authorization;
+  URLSession session;
+
+  void get(const std::string& path, Completion completion);
+  // Multipart: the parameters as form fields, then the file as the field `name`. A film and a
+  // picture differ in the file name and type that they travel under.
+  void postImage(const std::string& path, const Data& image, const std::string& name,
+                 const Parameters& parameters, Completion completion);
+  void postVideo(const std::string& path, const Data& video, const std::string& name,
+                 const Parameters& parameters, Completion completion);
+  void put(const std::string& path, const Data& image, const std::string& name,
+           const Parameters& parameters, Completion completion);
+  /// The body is the parameters as JSON, or a string as it stands; absent: no body.
+  void patch(const std::string& path, const std::optional<Value>& parameters,
+             Completion completion);
+
+private:
+  enum class FileKind { Image, Video };
+
+  std::optional<URLRequest> request(const std::string& path, const Completion& completion) const;
+  void upload(const std::string& method, const std::string& path, const Data& file,
+              const std::string& name, const Parameters& parameters, FileKind kind,
+              Completion completion);
+  static Data createBody(const std::string& filePathKey, const Data& file,
+                         const Parameters& parameters, const std::string& boundary, FileKind kind);
+  void send(const URLRequest& request, Completion completion);
+
+  std::map<std::string, std::string> headers_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,44 @@
+#include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
+
+#include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/Helper/ZVMixpanelEvents.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+
+namespace zuvi {
+
+void ZVCancelAlertViewController::declareNib(NibDeclaration& nib) {
+  nib.outlet("popUpView", popUpView);
+  nib.outlet("titleLabel", titleLabel);
+  nib.outlet("continueButton", continueButton);
+  nib.outlet("cancelButton", cancelButton);
+  nib.outlet("continueLabel", continueLabel);
+  nib.outlet("cancelLabel", cancelLabel);
+  nib.action("continueButtonTap", [this] { continueButtonTap(); });
+  nib.action("cancelButtonTap", [this] { cancelButtonTap(); });
+}
+
+void ZVCancelAlertViewController::viewDidLoad() {
+  ZVScreen::viewDidLoad();
+  if (const auto button = cancelButton.lock()) {
+    button->setBackgroundColor(ZVKYCHelper::instance().merchant->color);
+    button->accessibilityLabel = localized("cancel");
+  }
+  if (const auto button = continueButton.lock()) button->accessibilityLabel = localized("continue");
+  if (const auto label = cancelLabel.lock()) label->setText(localized("cancel"));
+  if (const auto label = continueLabel.lock()) label->setText(localized("continue"));
+  if (const auto label = titleLabel.lock()) label->setText(localized("cancelTitle"));
+}
+
+void ZVCancelAlertViewController::continueButtonTap() {
+  ZVAnalyticsManager::track(MixpanelEvent::zuviCancelConfirmClicked);
+  dismiss(true);
+}
+
+void ZVCancelAlertViewController::cancelButtonTap() {
+  ZVAnalyticsManager::track(MixpanelEvent::zuviCancelCancelClicked);
+  dismiss(true);
+  if (const auto listener = delegate.lock()) listener->cancelAction();
+}
+
+} // namespace zuvi

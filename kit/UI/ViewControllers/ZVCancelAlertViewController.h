@@ -1,0 +1,35 @@
+#pragma once
+
+#include "kit/UI/ViewControllers/ZVScreen.h"
+#include "platform/UIKit/UIButton.h"
+
+namespace zuvi {
+
+class ZVCancelAlertDelegate {
+public:
+  virtual ~ZVCancelAlertDelegate() = default;
+  /// The person wants to leave; the alert is on its way out.
+  virtual void cancelAction() = 0;
+};
+
+/// Asks whether the person really wants to leave. The step below goes on meanwhile.
+class ZVCancelAlertViewController final : public ZVScreen {
+public:
+  static constexpr const char* name = "ZVCancelAlertViewController";
+  ZVCancelAlertViewController() : ZVScreen(name) {}
+
+  std::weak_ptr<ZVCancelAlertDelegate> delegate;
+  std::weak_ptr<UIView> popUpView;
+  std::weak_ptr<UILabel> titleLabel;
+  std::weak_ptr<UIButton> continueButton, cancelButton;
+  std::weak_ptr<UILabel> continueLabel, cancelLabel;
+
+  void declareNib(NibDeclaration& nib) override;
+  void viewDidLoad() override;
+
+private:
+  void continueButtonTap();
+  void cancelButtonTap();
+};
+
+} // namespace zuvi

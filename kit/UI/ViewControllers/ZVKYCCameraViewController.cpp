@@ -1,0 +1,242 @@
+#include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
+
+#include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "kit/UI/ViewControllers/ZVUploadViewController.h"
+#include "platform/AVFoundation/AVCaptureDevice.h"
+#include "platform/AVFoundation/AVCaptureDeviceInput.h"
+#include "platform/AVFoundation/AVCaptureSession.h"
+#include "platform/AVFoundation/AVCaptureStillImageOutput.h"
+#include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
+#include "platform/Dispatch/DispatchQueue.h"
+#include "platform/UIKit/UIApplication.h"
+
+namespace zuvi {
+
+namespace {
+
+// Seconds
+constexpr double outlineShows = 2.0;
+constexpr double outlineFades = 0.2;
+constexpr double flashFades = 0.5;
+
+} // namespace
+
+ZVKYCCameraViewController::ZVKYCCameraViewController()
+    : ZVScreen(name), merchant(ZVKYCHelper::instance().merchant),
+      captureSession_(make<AVCaptureSession>()) {}
+
+ZVKYCCameraViewController::~ZVKYCCameraViewController() = default;
+
+std::weak_ptr<ZVKYCCameraViewController> ZVKYCCameraViewController::weakSelf() {
+  return std::static_pointer_cast<ZVKYCCameraViewController>(shared_from_this());
+}
+
+ZVDocument ZVKYCCameraViewController::document() const {
+  const auto& documents = isRequired ? merchant->requiredDocuments : merchant->optionalDocuments;
+  return documents.at(static_cast<std::size_t>(index));
+}
+
+void ZVKYCCameraViewController::declareNib(NibDeclaration& nib) {
+  nib.outlet("cameraView", cameraView);
+  nib.outlet("backgroundImageView", backgroundImageView);
+  nib.outlet("cardView", cardView);
+  nib.outlet("cardImageView", cardImageView);
+  nib.outlet("cardTitleLabel", cardTitleLabel);
+  nib.outlet("cardLabel1", cardLabel1);
+  nib.outlet("cardLabel2", cardLabel2);
+  nib.outlet("errorView", errorView);
+  nib.outlet("errorImageView", errorImageView);
+  nib.outlet("errorTitleLabel", errorTitleLabel);
+  nib.outlet("errorMessageLabel", errorMessageLabel);
+  nib.outlet("snapshotEffectView", snapshotEffectView);
+  nib.outlet("indicator", indicator);
+}
+
+// Lifecycle
+
+void ZVKYCCameraViewController::viewDidLoad() {
+  ZVScreen::viewDidLoad();
+  DispatchQueue::main().async([self = weakSelf()] {
+    if (const auto screen = self.lock()) screen->makeCamera();
+  });
+  configure();
+}
+
+void ZVKYCCameraViewController::viewWillAppear(bool animated) {
+  ZVScreen::viewWillAppear(animated);
+  ZVRootViewController& shell = ZVScreen::shell();
+  shell.desc = localized("documentDescription");
+  shell.titleText = zuvi::name(document()) + ".";
+  shell.bottomButtonTitle = localized("takePhoto");
+  if (ZVKYCHelper::instance().identity()) {
+    shell.currentPage = 0;
+    shell.showBackButton = false;
+  } else {
+    shell.currentPage = type == ZVKYCCameraType::ineFront ? 2 : 3;
+    shell.showBackButton = true;
+  }
+  shell.bottomButtonAction = [this] { bottomButtonAction(); };
+  captureSession_->startRunning();
+}
+
+void ZVKYCCameraViewController::viewWillDisappear(bool animated) {
+  ZVScreen::viewWillDisappear(animated);
+  captureSession_->stopRunning();
+}
+
+void ZVKYCCameraViewController::viewDidLayoutSubviews() {
+  ZVScreen::viewDidLayoutSubviews();
+  const auto camera = cameraView.lock();
+  if (previewLayer_ && camera) previewLayer_->setFrame(camera->bounds());
+}
+
+// Permission and contents
+
+void ZVKYCCameraViewController::configure() {
+  switch (AVCaptureDevice::authorizationStatus()) {
+  case AVAuthorizationStatus::Authorized:
+    return refreshSubviews(true);
+  case AVAuthorizationStatus::Denied:
+  case AVAuthorizationStatus::Restricted:
+    return refreshSubviews(false);
+  case AVAuthorizationStatus::NotDetermined:
+    AVCaptureDevice::requestAccess([self = weakSelf()](bool granted) {
+      DispatchQueue::main().async([self, granted] {
+        if (const auto screen = self.lock()) screen->refreshSubviews(granted);
+      });
+    });
+  }
+}
+
+void ZVKYCCameraViewController::refreshSubviews(bool isVideoPermissionGranted) {
+  cameraPermissionAccess_ = isVideoPermissionGranted;
+  const bool front = type == ZVKYCCameraType::ineFront;
+  if (const auto card = cardView.lock()) card->setHidden(false);
+  if (const auto image = backgroundImageView.lock()) image->setImage(zvKYCImage("ZVCameraCardIcon"));
+  if (const auto label = errorTitleLabel.lock()) label->setText(localized("faceErrorTitle"));
+  if (const auto label = cardTitleLabel.lock())
+    label->setText(!scanBackSide(document()) ? " " : localized(front ? "frontSide" : "backSide"));
+  if (const auto label = cardLabel1.lock()) label->setText(localized("documentWarning1"));
+  if (const auto label = cardLabel2.lock()) label->setText(localized("documentWarning2"));
+  if (const auto image = cardImageView.lock())
+    image->setImage(zvKYCImage(front ? "ZVFrontIneCard" : "ZVBackIneCard"));
+  DispatchQueue::main().asyncAfter(outlineShows, [outline = cardImageView] {
+    UIView::animate(outlineFades, [&] {
+      if (const auto image = outline.lock()) image->setAlpha(0);
+    });
+  });
+}
+
+// Camera
+
+std::shared_ptr<AVCaptureDevice> ZVKYCCameraViewController::cameraDevice() {
+  for (const auto& device : AVCaptureDevice::devices())
+    if (device->position() == AVCaptureDevicePosition::Back) return device;
+  return nullptr;
+}
+
+void ZVKYCCameraViewController::makeCamera() {
+  captureSession_->sessionPreset = AVCaptureSessionPresetHigh;
+  const auto device = cameraDevice();
+  if (!device) return;
+  const auto input = AVCaptureDeviceInput::withDevice(device);
+  if (!input) return;
+  captureSession_->addInput(input);
+  previewLayer_ = make<AVCaptureVideoPreviewLayer>(captureSession_);
+  previewLayer_->setVideoGravity(AVLayerVideoGravityResizeAspectFill);
+  // The error panel may have opened before the camera was there.
+  previewLayer_->setOpacity(isErrorShown ? 0 : 1);
+  if (const auto camera = cameraView.lock()) {
+    previewLayer_->setFrame(camera->bounds());
+    camera->layer()->insertSublayer(previewLayer_, 0);
+  }
+  imageOutput_ = make<AVCaptureStillImageOutput>();
+  imageOutput_->outputSettings = {{AVVideoCodecKey, AVVideoCodecJPEG}};
+  captureSession_->addOutput(imageOutput_);
+  // A screen that was left before this turn must not hold the camera.
+  if (appearance() == Appearance::Appearing || appearance() == Appearance::Appeared)
+    captureSession_->startRunning();
+}
+
+// Taking the picture
+
+void ZVKYCCameraViewController::bottomButtonAction() {
+  if (isErrorShown) return showError(false);
+  if (!cameraPermissionAccess_) {
+    if (const auto settings = URL::fromString(UIApplicationOpenSettingsURLString))
+      UIApplication::shared().openURL(*settings);
+    return;
+  }
+  if (const auto flash = snapshotEffectView.lock()) {
+    flash->setAlpha(1.0);
+    UIView::animate(flashFades, [&] { flash->setAlpha(0); });
+  }
+  takePhoto([self = weakSelf()](const std::optional<Data>& data) {
+    const auto screen = self.lock();
+    if (screen && data) screen->startRequest(*data);
+  });
+}
+
+void ZVKYCCameraViewController::takePhoto(std::function<void(std::optional<Data>)> completion) {
+  std::shared_ptr<AVCaptureConnection> connection;
+  if (imageOutput_)
+    for (const auto& candidate : imageOutput_->connections())
+      for (const AVCaptureInputPort& port : candidate->inputPorts())
+        if (!connection && port.mediaType == AVMediaType::Video) connection = candidate;
+  if (!connection) return;
+  imageOutput_->captureStillImageAsynchronously(
+      connection, [completion = std::move(completion)](const std::optional<CMSampleBuffer>& buffer,
+                                                       const std::optional<Error>&) {
+        auto bytes = AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(buffer);
+        // What follows changes screens, which belongs on the main queue.
+        DispatchQueue::main().async(
+            [completion, bytes = std::move(bytes)] { completion(bytes); });
+      });
+  trackPhoto();
+}
+
+void ZVKYCCameraViewController::startRequest(const Data& data) {
+  // Two quick taps take two pictures; the first one that arrives goes on.
+  if (!objectId || appearance() == Appearance::Disappearing ||
+      appearance() == Appearance::Disappeared)
+    return;
+  if (type == ZVKYCCameraType::ineFront && scanBackSide(document())) {
+    const auto back = make<ZVKYCCameraViewController>();
+    back->index = index;
+    back->isRequired = isRequired;
+    back->objectId = objectId;
+    back->type = ZVKYCCameraType::ineBack;
+    back->frontIneImage = data;
+    show(back);
+  } else if (type == ZVKYCCameraType::ineFront) {
+    showUpload(data, std::nullopt);
+  } else if (frontIneImage) {
+    showUpload(*frontIneImage, data);
+  }
+}
+
+void ZVKYCCameraViewController::showUpload(const Data& front, const std::optional<Data>& back) {
+  const auto upload = make<ZVUploadViewController>();
+  upload->documentIndex = index;
+  upload->isRequired = isRequired;
+  upload->identityId = *objectId;
+  upload->frontData = front;
+  upload->backData = back;
+  show(upload);
+}
+
+// Error panel
+
+void ZVKYCCameraViewController::showError(bool show) {
+  if (const auto panel = errorView.lock()) panel->setAlpha(show ? 1 : 0);
+  if (previewLayer_) previewLayer_->setOpacity(show ? 0 : 1);
+  if (const auto card = cardView.lock()) card->setAlpha(show ? 0 : 1);
+  if (const auto image = backgroundImageView.lock()) image->setAlpha(show ? 0 : 1);
+  isErrorShown = show;
+  shell().bottomButtonTitle = localized(show ? "retakePhoto" : "takePhoto");
+}
+
+} // namespace zuvi

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "kit/UI/ViewControllers/ZVScreen.h"
+#include "platform/Foundation/Data.h"
+#include "platform/UIKit/UIActivityIndicatorView.h"
+#include "platform/UIKit/UIImageView.h"
+#include "platform/UIKit/UILabel.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+class AVCaptureDevice;
+class AVCaptureSession;
+class AVCaptureStillImageOutput;
+class AVCaptureVideoPreviewLayer;
+class ZVKYCMerchant;
+enum class ZVDocument;
+
+/// The side of a document, whatever its kind; a document with one side has a front.
+enum class ZVKYCCameraType { ineFront, ineBack };
+
+/// Photographs one side of one document. The creator sets index, list, side and identity first.
+class ZVKYCCameraViewController final : public ZVScreen {
+public:
+  static constexpr const char* name = "ZVKYCCameraViewController";
+  ZVKYCCameraViewController();
+  ~ZVKYCCameraViewController() override;
+
+  std::weak_ptr<UIView> cameraView;
+  std::weak_ptr<UIImageView> backgroundImageView;
+  std::weak_ptr<UIView> cardView;
+  std::weak_ptr<UIImageView> cardImageView;
+  std::weak_ptr<UILabel> cardTitleLabel, cardLabel1, cardLabel2;
+  std::weak_ptr<UIView> errorView;
+  std::weak_ptr<UIImageView> errorImageView;
+  std::weak_ptr<UILabel> errorTitleLabel, errorMessageLabel;
+  std::weak_ptr<UIView> snapshotEffectView;
+  std::weak_ptr<UIActivityIndicatorView> indicator;
+
+  bool isRequired = true; ///< whether the index counts in the required documents
+  int index = 0;
+  std::optional<ZVKYCCameraType> type;
+  std::optional<std::string> objectId;  ///< the identity that the pictures go to
+  std::optional<Data> frontIneImage;    ///< of a back side: the picture of the front
+  std::shared_ptr<const ZVKYCMerchant> merchant;
+  bool isErrorShown = false;
+
+  /// Turns the panel on that tells of a failed upload, or off again.
+  void showError(bool show);
+
+  void declareNib(NibDeclaration& nib) override;
+  void viewDidLoad() override;
+  void viewWillAppear(bool animated) override;
+  void viewWillDisappear(bool animated) override;
+  void viewDidLayoutSubviews() override;
+
+private:
+  ZVDocument document() const;
+  void configure();
+  void refreshSubviews(bool isVideoPermissionGranted);
+  void makeCamera();
+  static std::shared_ptr<AVCaptureDevice> cameraDevice();
+  void bottomButtonAction();
+  void takePhoto(std::function<void(std::optional<Data>)> completion);
+  void trackPhoto() const;
+  void startRequest(const Data& data);
+  void showUpload(const Data& front, const std::optional<Data>& back);
+  std::weak_ptr<ZVKYCCameraViewController> weakSelf();
+
+  std::shared_ptr<AVCaptureSession> captureSession_;
+  std::shared_ptr<AVCaptureStillImageOutput> imageOutput_;
+  std::shared_ptr<AVCaptureVideoPreviewLayer> previewLayer_;
+  bool cameraPermissionAccess_ = false;
+};
+
+} // namespace zuvi

@@ -1,0 +1,230 @@
+#include "kit/UI/ViewControllers/ZVLiveCameraViewController.h"
+
+#include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/Helper/ZVMixpanelEvents.h"
+#include "kit/UI/ViewControllers/ZVLivenessVerifyViewController.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/AVFoundation/AVCaptureDevice.h"
+#include "platform/AVFoundation/AVCaptureDeviceInput.h"
+#include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
+#include "platform/AVFoundation/AVCaptureSession.h"
+#include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
+#include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Foundation/DateFormatter.h"
+#include "platform/Foundation/FileManager.h"
+#include "platform/Foundation/Timer.h"
+
+#include <charconv>
+#include <utility>
+
+namespace zuvi {
+
+namespace {
+
+constexpr const char* countDownFrom = "5"; // seconds
+constexpr int filmLength = 7;              // seconds
+
+std::optional<int> decimal(const std::optional<std::string>& text) {
+  int value = 0;
+  if (!text || text->empty()) return std::nullopt;
+  const char* end = text->data() + text->size();
+  const auto [stop, failed] = std::from_chars(text->data(), end, value);
+  return failed == std::errc() && stop == end ? std::optional(value) : std::nullopt;
+}
+
+} // namespace
+
+/// Brings the end of a film from the platform's queue to the main one. It holds the screen weakly,
+/// so that the screen never dies on another thread.
+class ZVLiveCameraViewController::RecordingDelegate final
+    : public AVCaptureFileOutputRecordingDelegate {
+public:
+  explicit RecordingDelegate(std::weak_ptr<ZVLiveCameraViewController> screen)
+      : screen_(std::move(screen)) {}
+
+  void fileOutputDidFinishRecording(const std::string& path, std::optional<Error>) override {
+    DispatchQueue::main().async([screen = screen_, path] {
+      if (const auto recorder = screen.lock())
+        recorder->fileOutputDidFinishRecording(path);
+      else
+        FileManager::removeItem(path); // nobody is there to send it
+    });
+  }
+
+private:
+  std::weak_ptr<ZVLiveCameraViewController> screen_;
+};
+
+ZVLiveCameraViewController::ZVLiveCameraViewController()
+    : ZVScreen(name), captureSession_(make<AVCaptureSession>()) {}
+
+ZVLiveCameraViewController::~ZVLiveCameraViewController() = default;
+
+std::weak_ptr<ZVLiveCameraViewController> ZVLiveCameraViewController::weakSelf() {
+  return std::static_pointer_cast<ZVLiveCameraViewController>(shared_from_this());
+}
+
+void ZVLiveCameraViewController::declareNib(NibDeclaration& nib) {
+  nib.outlet("startTimerLabel", startTimerLabel);
+  nib.outlet("recordLabel", recordLabel);
+  nib.outlet("recordButton", recordButton);
+  nib.outlet("gifImageView", gifImageView);
+  nib.action("recordButtonTap", [this] { recordButtonTap(); });
+}
+
+// Lifecycle
+
+void ZVLiveCameraViewController::viewDidLoad() {
+  ZVScreen::viewDidLoad();
+  if (const auto button = recordButton.lock()) {
+    button->layer()->setBorderWidth(2.0);
+    button->layer()->setBorderColor(UIColor::white());
+    button->accessibilityLabel = localized("record");
+  }
+  DispatchQueue::main().async([self = weakSelf()] {
+    if (const auto screen = self.lock()) screen->makeCamera();
+  });
+}
+
+void ZVLiveCameraViewController::viewWillAppear(bool animated) {
+  ZVScreen::viewWillAppear(animated);
+  if (const auto figure = startTimerLabel.lock()) {
+    figure->setText(countDownFrom);
+    figure->setAlpha(0);
+  }
+  if (const auto label = recordLabel.lock()) label->setText(localized("record"));
+  if (const auto instruction = gifImageView.lock()) instruction->setAlpha(1.0);
+  takeUnderWay_ = false;
+
+  ZVRootViewController& shell = ZVScreen::shell();
+  shell.showBackButton = true;
+  shell.titleText = localized("livenessCameraTitle");
+  shell.desc = std::nullopt;
+  shell.showLiveView = true;
+}
+
+void ZVLiveCameraViewController::viewWillDisappear(bool animated) {
+  ZVScreen::viewWillDisappear(animated);
+  if (timer_) timer_->invalidate();
+  timer_ = nullptr;
+  // Nothing would stop a film under way any more, and nobody would take it.
+  if (takeUnderWay_ && videoOutput_) videoOutput_->cancelRecording();
+  takeUnderWay_ = false;
+}
+
+void ZVLiveCameraViewController::viewDidLayoutSubviews() {
+  ZVScreen::viewDidLayoutSubviews();
+  if (const auto button = recordButton.lock())
+    button->layer()->setCornerRadius(button->frame().width / 2);
+  if (previewLayer_) previewLayer_->setFrame(view()->bounds());
+}
+
+// Camera
+
+std::shared_ptr<AVCaptureDevice> ZVLiveCameraViewController::cameraDevice() {
+  for (const auto& device : AVCaptureDevice::devices())
+    if (device->position() == AVCaptureDevicePosition::Front) return device;
+  return nullptr;
+}
+
+void ZVLiveCameraViewController::makeCamera() {
+  captureSession_->sessionPreset = AVCaptureSessionPresetHigh;
+  const auto device = cameraDevice();
+  if (!device) return;
+  const auto input = AVCaptureDeviceInput::withDevice(device);
+  if (!input) return;
+  captureSession_->addInput(input);
+  previewLayer_ = make<AVCaptureVideoPreviewLayer>(captureSession_);
+  previewLayer_->setFrame(view()->bounds());
+  previewLayer_->setVideoGravity(AVLayerVideoGravityResizeAspectFill);
+  view()->layer()->insertSublayer(previewLayer_, 0);
+  videoOutput_ = make<AVCaptureMovieFileOutput>();
+  captureSession_->addOutput(videoOutput_);
+  captureSession_->startRunning();
+}
+
+// The take
+
+void ZVLiveCameraViewController::recordButtonTap() {
+  if (takeUnderWay_) return; // one timer, one film
+  ZVAnalyticsManager::track(MixpanelEvent::livenessRecordClicked);
+  if (const auto figure = startTimerLabel.lock()) {
+    figure->setText(countDownFrom); // an earlier take without a film has left it below zero
+    figure->setAlpha(1.0);
+  }
+  if (const auto label = recordLabel.lock())
+    label->setText("00:0" + std::to_string(filmLength));
+  configure();
+}
+
+void ZVLiveCameraViewController::configure() {
+  switch (AVCaptureDevice::authorizationStatus()) {
+  case AVAuthorizationStatus::Authorized:
+    return startTimer(true);
+  case AVAuthorizationStatus::Denied:
+  case AVAuthorizationStatus::Restricted:
+    return startTimer(false);
+  case AVAuthorizationStatus::NotDetermined:
+    AVCaptureDevice::requestAccess([self = weakSelf()](bool granted) {
+      DispatchQueue::main().async([self, granted] {
+        if (const auto screen = self.lock()) screen->startTimer(granted);
+      });
+    });
+  }
+}
+
+void ZVLiveCameraViewController::startTimer(bool isVideoPermissionGranted) {
+  // The answer may come to a screen that was left, or twice after two taps.
+  if (!isVideoPermissionGranted || takeUnderWay_ || appearance() == Appearance::Disappearing ||
+      appearance() == Appearance::Disappeared)
+    return;
+  takeUnderWay_ = true;
+  timer_ = Timer::scheduled(1.0, Timer::Repeats::Yes, [this] { updateTimer(); });
+}
+
+void ZVLiveCameraViewController::updateTimer() {
+  const auto figure = startTimerLabel.lock();
+  const auto counter = figure ? decimal(figure->text()) : std::nullopt;
+  if (!counter) return;
+  const int value = *counter - 1;
+  figure->setText(std::to_string(value));
+  if (value == 0) beginRecording();
+  if (value < 0 && value >= -filmLength) {
+    if (const auto label = recordLabel.lock())
+      label->setText("00:0" + std::to_string(value + filmLength));
+    if (value == -filmLength) {
+      if (videoOutput_) videoOutput_->stopRecording();
+      // Without a camera no end will be told; the next tap begins anew.
+      if (!videoOutput_) takeUnderWay_ = false;
+    }
+  }
+}
+
+void ZVLiveCameraViewController::beginRecording() {
+  if (const auto figure = startTimerLabel.lock()) figure->setAlpha(0);
+  DateFormatter formatter;
+  formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ssZ";
+  const std::string path = FileManager::documentsDirectory().value_or("") + "/" +
+                           formatter.string(Date::now()) + ".mov";
+  if (videoOutput_) {
+    if (!recordingDelegate_) recordingDelegate_ = std::make_shared<RecordingDelegate>(weakSelf());
+    videoOutput_->startRecording(path, recordingDelegate_);
+  }
+  if (const auto instruction = gifImageView.lock()) instruction->setAlpha(0);
+}
+
+void ZVLiveCameraViewController::fileOutputDidFinishRecording(const std::string& path) {
+  if (!std::exchange(takeUnderWay_, false)) { // the screen was left meanwhile
+    FileManager::removeItem(path);
+    return;
+  }
+  const auto review = make<ZVLivenessVerifyViewController>();
+  const auto film = FileManager::contents(path);
+  if (!film) return;
+  review->video = film;
+  show(review);
+  FileManager::removeItem(path); // from here on the bytes are the only copy
+}
+
+} // namespace zuvi

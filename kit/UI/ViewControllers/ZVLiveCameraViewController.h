@@ -1,0 +1,60 @@
+#pragma once
+
+#include "kit/UI/ViewControllers/ZVScreen.h"
+#include "platform/Foundation/Error.h"
+#include "platform/UIKit/UIButton.h"
+#include "platform/UIKit/UIImageView.h"
+
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+class AVCaptureDevice;
+class AVCaptureMovieFileOutput;
+class AVCaptureSession;
+class AVCaptureVideoPreviewLayer;
+class Timer;
+
+/// Records the selfie film: five seconds of count-down, then seven of film. The figure on the screen
+/// is the only counter; from zero on it is out of sight and runs into negative numbers.
+class ZVLiveCameraViewController final : public ZVScreen {
+public:
+  static constexpr const char* name = "ZVLiveCameraViewController";
+  ZVLiveCameraViewController();
+  ~ZVLiveCameraViewController() override;
+
+  std::weak_ptr<UILabel> startTimerLabel;
+  std::weak_ptr<UILabel> recordLabel;
+  std::weak_ptr<UIButton> recordButton;
+  std::weak_ptr<UIImageView> gifImageView;
+
+  void declareNib(NibDeclaration& nib) override;
+  void viewDidLoad() override;
+  void viewWillAppear(bool animated) override;
+  void viewWillDisappear(bool animated) override;
+  void viewDidLayoutSubviews() override;
+
+private:
+  class RecordingDelegate;
+
+  void configure();
+  void startTimer(bool isVideoPermissionGranted);
+  void updateTimer();
+  void beginRecording();
+  void makeCamera();
+  static std::shared_ptr<AVCaptureDevice> cameraDevice();
+  void recordButtonTap();
+  /// The film at `path` is complete; on the main queue.
+  void fileOutputDidFinishRecording(const std::string& path);
+  std::weak_ptr<ZVLiveCameraViewController> weakSelf();
+
+  std::shared_ptr<AVCaptureSession> captureSession_;
+  std::shared_ptr<AVCaptureMovieFileOutput> videoOutput_;
+  std::shared_ptr<AVCaptureVideoPreviewLayer> previewLayer_;
+  std::shared_ptr<RecordingDelegate> recordingDelegate_;
+  std::shared_ptr<Timer> timer_;
+  bool takeUnderWay_ = false; ///< from the first second counted to the film's end
+};
+
+} // namespace zuvi

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "kit/UI/ViewControllers/ZVScreen.h"
+#include "platform/Foundation/Data.h"
+#include "platform/UIKit/UIButton.h"
+
+#include <optional>
+
+namespace zuvi {
+
+/// Asks the person to send the film or to take another.
+class ZVLivenessVerifyViewController final : public ZVScreen {
+public:
+  static constexpr const char* name = "ZVLivenessVerifyViewController";
+  ZVLivenessVerifyViewController() : ZVScreen(name) {}
+
+  std::weak_ptr<UILabel> titleLabel;
+  std::weak_ptr<UIButton> retakeButton;
+  std::optional<Data> video; ///< the recorder sets it
+
+  void declareNib(NibDeclaration& nib) override;
+  void viewDidLoad() override;
+  void viewWillAppear(bool animated) override;
+
+private:
+  void confirm();
+  void retakeButtonTap();
+};
+
+} // namespace zuvi

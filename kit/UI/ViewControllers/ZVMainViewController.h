@@ -1,0 +1,25 @@
+#pragma once
+
+#include "kit/UI/ViewControllers/ZVScreen.h"
+#include "platform/UIKit/UIImageView.h"
+#include "platform/UIKit/UILabel.h"
+
+namespace zuvi {
+
+/// The first screen of a run: tells what is to come.
+class ZVMainViewController final : public ZVScreen {
+public:
+  static constexpr const char* name = "ZVMainViewController";
+  ZVMainViewController() : ZVScreen(name) {}
+
+  std::weak_ptr<UIImageView> imageView;
+  std::weak_ptr<UILabel> titleLabel, step1Label, step2Label, infolabel;
+
+  void declareNib(NibDeclaration& nib) override;
+  void viewWillAppear(bool animated) override;
+
+private:
+  void start();
+};
+
+} // namespace zuvi

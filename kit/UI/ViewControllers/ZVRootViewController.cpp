@@ -1,0 +1,205 @@
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+
+#include "kit/Helper/LiveChat/LiveChatMessage.h"
+#include "kit/Helper/LiveChat/LiveChatPresenter.h"
+#include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVMixpanelEvents.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
+#include "kit/UI/ViewControllers/ZVMainViewController.h"
+#include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
+#include "platform/UIKit/UIAlertController.h"
+#include "platform/UIKit/UIApplication.h"
+
+namespace zuvi {
+
+namespace {
+
+constexpr int pages = 4;
+constexpr double bottomBarHeight = 88;    // points above the safe area
+constexpr double keyboardOverlap = 50;    // points of the keyboard's height that may cover
+constexpr double spaceAfterKeyboard = 40; // points
+constexpr UIColor fullStopColor = UIColor::bytes(71, 168, 232);
+constexpr UIColor laterPageColor = UIColor::bytes(235, 87, 87);
+
+} // namespace
+
+ZVRootViewController::ZVRootViewController()
+    : ZVScreen(name), showBackButton(false, [this] { showBackButtonChanged(); }),
+      titleText(std::nullopt, [this] { titleTextChanged(); }),
+      desc(std::nullopt, [this] { descChanged(); }),
+      bottomButtonTitle(std::nullopt, [this] { bottomButtonTitleChanged(); }),
+      showLiveView(false, [this] { showLiveViewChanged(); }),
+      currentPage(0, [this] { currentPageChanged(); }) {}
+
+void ZVRootViewController::declareNib(NibDeclaration& nib) {
+  nib.outlet("containerView", containerView);
+  nib.outlet("backButton", backButton);
+  nib.outlet("iconImageView", iconImageView);
+  nib.outlet("titleLabel", titleLabel);
+  nib.outlet("descriptionLabel", descriptionLabel);
+  nib.outlet("pageControl", pageControl);
+  nib.outlet("bottomButton", bottomButton);
+  nib.outlet("bottomView", bottomView);
+  nib.outlet("containerBottomSpace", containerBottomSpace);
+  nib.outlet("iconWidth", iconWidth);
+  nib.action("closeButtonTap", [this] { closeButtonTap(); });
+  nib.action("backButtonTap", [this] { backButtonTap(); });
+  nib.action("bottomButtonTap", [this] { bottomButtonTap(); });
+  nib.action("infoButtonTap", [this] { infoButtonTap(); });
+}
+
+// What steps publish
+
+void ZVRootViewController::showBackButtonChanged() {
+  if (const auto button = backButton.lock()) button->setAlpha(showBackButton ? 1.0 : 0.0);
+}
+
+void ZVRootViewController::titleTextChanged() {
+  const auto label = titleLabel.lock();
+  if (!label) return;
+  label->setText(*titleText);
+  const std::size_t count = *titleText ? characterCount(**titleText) : 0;
+  if (count == 0) return;
+  label->setAttributedText(AttributedString{**titleText, {{count - 1, 1, fullStopColor}}});
+}
+
+void ZVRootViewController::descChanged() {
+  if (const auto label = descriptionLabel.lock()) label->setText(*desc);
+}
+
+void ZVRootViewController::bottomButtonTitleChanged() {
+  const auto& title = *bottomButtonTitle;
+  const double alpha = title ? 1.0 : 0.0;
+  if (const auto button = bottomButton.lock()) {
+    button->setTitle(title);
+    button->setAlpha(alpha);
+  }
+  if (const auto bar = bottomView.lock()) bar->setAlpha(alpha);
+  if (title) showLiveView = false;
+}
+
+void ZVRootViewController::showLiveViewChanged() {
+  const double space = showLiveView ? 0 : view()->safeAreaInsets().bottom + bottomBarHeight;
+  if (const auto constraint = containerBottomSpace.lock()) constraint->setConstant(space);
+  view()->layoutIfNeeded();
+}
+
+void ZVRootViewController::currentPageChanged() {
+  const auto dots = pageControl.lock();
+  if (!dots) return;
+  dots->setAlpha(currentPage < 0 ? 0.0 : 1.0);
+  if (currentPage < 0) return;
+  dots->setCurrentPage(currentPage);
+  dots->setCurrentPageIndicatorTintColor(
+      currentPage == 0 ? ZVKYCHelper::instance().merchant->color : laterPageColor);
+}
+
+// Lifecycle
+
+void ZVRootViewController::viewDidLoad() {
+  ZVScreen::viewDidLoad();
+  if (const auto dots = pageControl.lock()) dots->setNumberOfPages(pages);
+  mainNC_ = make<UINavigationController>(make<ZVMainViewController>());
+  mainNC_->setNavigationBarHidden(true, false);
+  addChild(mainNC_);
+  if (const auto container = containerView.lock()) container->addSubview(mainNC_->view());
+  registerNotifications();
+  const UIColor color = ZVKYCHelper::instance().merchant->color;
+  if (const auto bar = bottomView.lock()) bar->setBackgroundColor(color);
+  if (const auto button = bottomButton.lock()) button->setBackgroundColor(color);
+}
+
+void ZVRootViewController::viewDidLayoutSubviews() {
+  ZVScreen::viewDidLayoutSubviews();
+  const auto container = containerView.lock();
+  if (!container) return;
+  mainNC_->view()->setFrame(container->bounds());
+  if (cameraVC_) cameraVC_->view()->setFrame(container->bounds());
+}
+
+// Actions
+
+void ZVRootViewController::backButtonTap() {
+  view()->endEditing(true);
+  mainNC_->popViewController(true);
+}
+
+void ZVRootViewController::bottomButtonTap() {
+  const auto action = bottomButtonAction; // it may put another in its place
+  if (action) action();
+}
+
+void ZVRootViewController::infoButtonTap() {
+  if (chat) chat->presentChat(true, {});
+}
+
+void ZVRootViewController::closeButtonTap() {
+  if (std::dynamic_pointer_cast<ZVVerifiedViewController>(mainNC_->topViewController())) {
+    dismiss(true);
+    ZVKYCHelper::instance().success();
+    ZVAnalyticsManager::track(MixpanelEvent::finishButtonClicked);
+    return;
+  }
+  const auto alert = make<ZVCancelAlertViewController>();
+  alert->modalPresentationStyle = UIModalPresentationStyle::OverCurrentContext;
+  alert->modalTransitionStyle = UIModalTransitionStyle::CrossDissolve;
+  alert->delegate = std::static_pointer_cast<ZVRootViewController>(shared_from_this());
+  present(alert, true);
+  ZVAnalyticsManager::track(MixpanelEvent::zuviCancelButtonClicked);
+}
+
+void ZVRootViewController::cancelAction() {
+  dismiss(true);
+  ZVKYCHelper::instance().cancelled();
+}
+
+// Keyboard
+
+void ZVRootViewController::registerNotifications() {
+  NotificationCenter& center = NotificationCenter::defaultCenter();
+  observers_.push_back(center.observe(UIKeyboardWillShowNotification, [this](const auto& notice) {
+    keyboardWillShow(notice);
+  }));
+  observers_.push_back(center.observe(UIKeyboardWillHideNotification, [this](const auto& notice) {
+    keyboardWillHide(notice);
+  }));
+}
+
+void ZVRootViewController::keyboardWillShow(const Notification& notification) {
+  adjustingHeight(true, notification);
+}
+
+void ZVRootViewController::keyboardWillHide(const Notification& notification) {
+  adjustingHeight(false, notification);
+}
+
+void ZVRootViewController::adjustingHeight(bool show, const Notification& notification) {
+  const Value* frame = valueForKey(notification.userInfo, UIKeyboardFrameEndUserInfoKey);
+  const Value* height =
+      frame && frame->dictionary() ? valueForKey(*frame->dictionary(), "height") : nullptr;
+  const Value* duration =
+      valueForKey(notification.userInfo, UIKeyboardAnimationDurationUserInfoKey);
+  if (!height || !height->number() || !duration || !duration->number()) return;
+  if (const auto constraint = containerBottomSpace.lock())
+    constraint->setConstant(show ? *height->number() - keyboardOverlap : spaceAfterKeyboard);
+  UIView::animate(*duration->number(), [this] { view()->layoutIfNeeded(); });
+}
+
+// Chat
+
+void ZVRootViewController::received(const LiveChatMessage& message) {
+  if (chat && chat->isChatPresented()) return;
+  const auto alert = make<UIAlertController>("Support", message.text);
+  const std::weak_ptr<LiveChatPresenter> opener = chat;
+  alert->addAction({"Go to Chat", UIAlertAction::Style::Default, [opener] {
+                      const auto open = opener.lock();
+                      if (open && !open->isChatPresented()) open->presentChat(true, {});
+                    }});
+  alert->addAction({"Cancel", UIAlertAction::Style::Cancel, {}});
+  present(alert, true);
+}
+
+void ZVRootViewController::handleURL(const URL& url) { UIApplication::shared().openURL(url); }
+
+} // namespace zuvi

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "kit/Helper/LiveChat/LiveChatDelegate.h"
+#include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
+#include "kit/UI/ViewControllers/ZVScreen.h"
+#include "platform/Foundation/NotificationCenter.h"
+#include "platform/Foundation/Observed.h"
+#include "platform/UIKit/UIButton.h"
+#include "platform/UIKit/UINavigationController.h"
+#include "platform/UIKit/UIPageControl.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+class LiveChatPresenter;
+class ZVKYCCameraViewController;
+
+/// The frame of a run: title, description, page dots, back, close and info buttons and the bottom
+/// bar, around the stack of step screens. A step writes what it wants of them each time it is about
+/// to appear. One frame a run, made by the launch button.
+class ZVRootViewController final : public ZVScreen,
+                                   public ZVCancelAlertDelegate,
+                                   public LiveChatDelegate {
+public:
+  static constexpr const char* name = "ZVRootViewController";
+  ZVRootViewController();
+
+  bool isOnlyFaceScan = false; ///< the host has an identity already; no screen goes by it yet
+
+  std::weak_ptr<UIView> containerView;
+  std::weak_ptr<UIButton> backButton;
+  std::weak_ptr<UIImageView> iconImageView;
+  std::weak_ptr<UILabel> titleLabel, descriptionLabel;
+  std::weak_ptr<UIPageControl> pageControl;
+  std::weak_ptr<UIButton> bottomButton;
+  std::weak_ptr<UIView> bottomView;
+  std::weak_ptr<NSLayoutConstraint> containerBottomSpace, iconWidth;
+
+  // What steps publish; every write shows at once.
+  Observed<bool> showBackButton;
+  /// Its last character is coloured: the full stop behind a document's name.
+  Observed<std::optional<std::string>> titleText;
+  Observed<std::optional<std::string>> desc;
+  /// Absent hides the bottom bar. A title makes room for the bar.
+  Observed<std::optional<std::string>> bottomButtonTitle;
+  /// Whether the step reaches down to the edge of the screen.
+  Observed<bool> showLiveView;
+  /// Negative hides the dots.
+  Observed<int> currentPage;
+  std::function<void()> bottomButtonAction;
+
+  /// Who opens the support chat; null: there is none.
+  std::shared_ptr<LiveChatPresenter> chat;
+
+  const std::shared_ptr<UINavigationController>& mainNC() const { return mainNC_; }
+
+  void declareNib(NibDeclaration& nib) override;
+  void viewDidLoad() override;
+  void viewDidLayoutSubviews() override;
+  unsigned supportedInterfaceOrientations() const override { return 2; }
+  int preferredInterfaceOrientationForPresentation() const override { return 1; }
+
+  void cancelAction() override;
+  void received(const LiveChatMessage& message) override;
+  void handleURL(const URL& url) override;
+
+private:
+  void showBackButtonChanged();
+  void titleTextChanged();
+  void descChanged();
+  void bottomButtonTitleChanged();
+  void showLiveViewChanged();
+  void currentPageChanged();
+  void closeButtonTap();
+  void backButtonTap();
+  void bottomButtonTap();
+  void infoButtonTap();
+  void registerNotifications();
+  void keyboardWillShow(const Notification& notification);
+  void keyboardWillHide(const Notification& notification);
+  void adjustingHeight(bool show, const Notification& notification);
+
+  std::shared_ptr<UINavigationController> mainNC_;
+  std::shared_ptr<ZVKYCCameraViewController> cameraVC_; ///< over the container, when there is one
+  std::vector<NotificationObserver> observers_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,141 @@
+#include "kit/UI/ViewControllers/ZVUploadViewController.h"
+
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/Manager/ZVKYCManager.h"
+#include "kit/UI/ViewControllers/ZVDocumentListViewController.h"
+#include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
+
+namespace zuvi {
+
+ZVUploadViewController::ZVUploadViewController()
+    : ZVScreen(name), merchant(ZVKYCHelper::instance().merchant) {}
+
+std::shared_ptr<ZVUploadViewController> ZVUploadViewController::self() {
+  return std::static_pointer_cast<ZVUploadViewController>(shared_from_this());
+}
+
+ZVDocument ZVUploadViewController::document() const {
+  const auto& documents = isRequired ? merchant->requiredDocuments : merchant->optionalDocuments;
+  return documents.at(static_cast<std::size_t>(documentIndex));
+}
+
+void ZVUploadViewController::declareNib(NibDeclaration& nib) {
+  nib.outlet("textLabel", textLabel);
+  nib.outlet("retakeButton", retakeButton);
+  nib.outlet("activityIndicator", activityIndicator);
+  nib.action("retakeButtonTap", [this] { retakeButtonTap(); });
+}
+
+void ZVUploadViewController::viewDidLoad() {
+  ZVScreen::viewDidLoad();
+  if (const auto label = textLabel.lock()) label->setText(localized("uploadText"));
+  if (const auto button = retakeButton.lock()) button->setTitle(localized("retake"));
+  if (const auto spinner = activityIndicator.lock()) spinner->setColor(merchant->color);
+
+  // Held until the answer: the bytes must outlive a screen that was left.
+  if (video) {
+    ZVKYCManager::shared().createNewIdentity(
+        *video, [self = self()](const auto& id, const auto&) { self->identityResult(id); });
+  } else {
+    ZVKYCManager::shared().submitDocument(
+        identityId, rawValue(document()), frontData,
+        [self = self()](const auto& id, const auto&) { self->documentResult(id); });
+  }
+}
+
+void ZVUploadViewController::viewWillAppear(bool animated) {
+  ZVScreen::viewWillAppear(animated);
+  ZVRootViewController& shell = ZVScreen::shell();
+  shell.showBackButton = true;
+  shell.titleText = video ? localized("livenessTitle") : zuvi::name(document()) + ".";
+  shell.desc = std::nullopt;
+  shell.currentPage = -1;
+  shell.bottomButtonTitle = std::nullopt;
+  shell.showLiveView = false;
+  isAppeared = true;
+}
+
+void ZVUploadViewController::viewWillDisappear(bool animated) {
+  ZVScreen::viewWillDisappear(animated);
+  isAppeared = false;
+}
+
+// Results
+
+void ZVUploadViewController::identityResult(const std::optional<std::string>& id) {
+  if (!isAppeared) return;
+  if (!id) return returnToCapture(Failure::Hide);
+  ZVKYCHelper::instance().tempIdentity = *id;
+  if (!merchant->requiredDocuments.empty())
+    showCamera(0, *id);
+  else if (!merchant->optionalDocuments.empty())
+    showList(*id);
+  else
+    show(make<ZVVerifiedViewController>());
+}
+
+void ZVUploadViewController::documentResult(const std::optional<std::string>& id) {
+  if (!isAppeared) return;
+  if (!id) return showError();
+  if (!backData) return showNext();
+  ZVKYCManager::shared().uploadNewPhoto(
+      *id, rawValue(document()), *backData,
+      [self = self()](const auto& results, const auto&) {
+        if (!self->isAppeared) return;
+        if (results)
+          self->showNext();
+        else
+          self->showError();
+      });
+}
+
+// What comes next
+
+void ZVUploadViewController::showNext() {
+  const int next = documentIndex + 1;
+  if (isRequired && static_cast<int>(merchant->requiredDocuments.size()) > next)
+    showCamera(next, identityId);
+  else if (isRequired && !merchant->optionalDocuments.empty())
+    showList(identityId);
+  else
+    show(make<ZVVerifiedViewController>());
+}
+
+void ZVUploadViewController::showCamera(int index, const std::string& identity) {
+  const auto camera = make<ZVKYCCameraViewController>();
+  camera->index = index;
+  camera->isRequired = isRequired;
+  camera->type = ZVKYCCameraType::ineFront;
+  camera->objectId = identity;
+  show(camera);
+}
+
+void ZVUploadViewController::showList(const std::string& identity) {
+  const auto list = make<ZVDocumentListViewController>();
+  list->identityId = identity;
+  show(list);
+}
+
+// The way back
+
+void ZVUploadViewController::showError() { returnToCapture(Failure::Show); }
+
+void ZVUploadViewController::retakeButtonTap() { returnToCapture(Failure::Hide); }
+
+void ZVUploadViewController::returnToCapture(Failure failure) {
+  UINavigationController* navigation = navigationController();
+  if (!navigation) return;
+  auto stack = navigation->viewControllers();
+  if ((video || backData) && stack.size() >= 2) stack.erase(stack.end() - 2);
+  if (failure == Failure::Show && stack.size() >= 2)
+    if (const auto camera =
+            std::dynamic_pointer_cast<ZVKYCCameraViewController>(stack[stack.size() - 2]))
+      camera->showError(true);
+  navigation->setViewControllers(stack, false);
+  navigation->popViewController(true);
+}
+
+} // namespace zuvi

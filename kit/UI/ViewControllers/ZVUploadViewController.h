@@ -1,0 +1,55 @@
+#pragma once
+
+#include "kit/UI/ViewControllers/ZVScreen.h"
+#include "platform/Foundation/Data.h"
+#include "platform/UIKit/UIActivityIndicatorView.h"
+#include "platform/UIKit/UIButton.h"
+
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+class ZVKYCMerchant;
+enum class ZVDocument;
+
+/// Sends one item to the back end, the film or one document, and decides what comes next.
+class ZVUploadViewController final : public ZVScreen {
+public:
+  static constexpr const char* name = "ZVUploadViewController";
+  ZVUploadViewController();
+
+  bool isRequired = true;          ///< whether the index counts in the required documents
+  int documentIndex = 0;
+  std::string identityId;          ///< of a document: whose it is
+  Data frontData;                  ///< of a document
+  std::optional<Data> backData;    ///< of a document with two sides
+  std::optional<Data> video;       ///< present: the item is the film
+  bool isAppeared = false;         ///< a result that comes while it is false is dropped
+  std::shared_ptr<const ZVKYCMerchant> merchant;
+
+  std::weak_ptr<UILabel> textLabel;
+  std::weak_ptr<UIButton> retakeButton;
+  std::weak_ptr<UIActivityIndicatorView> activityIndicator;
+
+  void declareNib(NibDeclaration& nib) override;
+  void viewDidLoad() override;
+  void viewWillAppear(bool animated) override;
+  void viewWillDisappear(bool animated) override;
+
+private:
+  ZVDocument document() const;
+  void identityResult(const std::optional<std::string>& id);
+  void documentResult(const std::optional<std::string>& id);
+  void showNext();
+  void showError();
+  void retakeButtonTap();
+  void showCamera(int index, const std::string& identity);
+  void showList(const std::string& identity);
+  /// Takes the film's review or the back's camera out of the stack and goes back to the capture.
+  enum class Failure { Hide, Show };
+  void returnToCapture(Failure failure);
+  std::shared_ptr<ZVUploadViewController> self();
+};
+
+} // namespace zuvi

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "kit/UI/ViewControllers/ZVScreen.h"
+
+namespace zuvi {
+
+/// The last screen of a run that went well.
+class ZVVerifiedViewController final : public ZVScreen {
+public:
+  static constexpr const char* name = "ZVVerifiedViewController";
+  ZVVerifiedViewController() : ZVScreen(name) {}
+
+  void viewWillAppear(bool animated) override;
+
+private:
+  void finish();
+};
+
+} // namespace zuvi

@@ -1,0 +1,41 @@
+#include "kit/UI/Views/ZVDocumentTableViewCell.h"
+
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/UI/Views/ZVDocumentButton.h"
+
+namespace zuvi {
+
+ZVDocumentTableViewCell::ZVDocumentTableViewCell()
+    : document(ZVDocument::nationalId, [this] { documentChanged(); }) {}
+
+void ZVDocumentTableViewCell::declareNib(NibDeclaration& nib) {
+  nib.outlet("documentButton", documentButton);
+  nib.outlet("iconImageView", iconImageView);
+  nib.outlet("nameLabel", nameLabel);
+  nib.outlet("sideLabel", sideLabel);
+  nib.action("tap", [this] { tap(); });
+}
+
+void ZVDocumentTableViewCell::awakeFromNib() {
+  if (const auto button = documentButton.lock()) button->layer()->setBorderWidth(1.0);
+  if (const auto label = sideLabel.lock()) label->setText("2 " + localized("sides"));
+}
+
+void ZVDocumentTableViewCell::layoutSubviews() {
+  UITableViewCell::layoutSubviews();
+  if (const auto button = documentButton.lock()) button->layer()->setCornerRadius(4.0);
+}
+
+void ZVDocumentTableViewCell::documentChanged() {
+  if (const auto button = documentButton.lock())
+    button->layer()->setBorderColor(ZVDocumentButton::restingBorder);
+  if (const auto label = nameLabel.lock()) label->setText(uppercased(zuvi::name(document)));
+  if (const auto image = iconImageView.lock()) image->setImage(icon(document));
+  if (const auto label = sideLabel.lock()) label->setHidden(!scanBackSide(document));
+}
+
+void ZVDocumentTableViewCell::tap() {
+  if (const auto listener = delegate.lock()) listener->tapAction(document);
+}
+
+} // namespace zuvi

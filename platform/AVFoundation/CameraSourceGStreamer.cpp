@@ -1,0 +1,160 @@
+#include "platform/AVFoundation/CameraSourceGStreamer.h"
+
+#include "platform/AVFoundation/AVError.h"
+#include "platform/AVFoundation/SerialQueue.h"
+#include "platform/Foundation/Make.h"
+
+#include <gst/app/gstappsink.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <utility>
+
+namespace zuvi {
+
+namespace {
+
+/// When the picture was taken. Its own time counts if it is plausible, else that of its arrival.
+GstClockTime timeOf(GstElement* sink, GstSample* sample) {
+  const auto now = monotonicTime();
+  const auto* buffer = gst_sample_get_buffer(sample);
+  const auto running = gst_segment_to_running_time(gst_sample_get_segment(sample), GST_FORMAT_TIME,
+                                                   GST_BUFFER_PTS(buffer));
+  if (!GST_CLOCK_TIME_IS_VALID(running)) return now;
+  const auto taken = gst_element_get_base_time(sink) + running;
+  const auto off = std::llabs(GstClockTimeDiff(now) - GstClockTimeDiff(taken));
+  return off < GstClockTimeDiff(GST_SECOND / 2) ? std::min(taken, now) : now;
+}
+
+GstFlowReturn arrived(GstAppSink* sink, gpointer data) {
+  auto* sample = gst_app_sink_pull_sample(sink);
+  if (!sample) return GST_FLOW_EOS;
+  std::shared_ptr<GstSample> owned(sample, GstMiniUnref());
+  const auto& weak = *static_cast<std::weak_ptr<CameraSource>*>(data);
+  if (auto source = weak.lock()) source->deliver({owned, timeOf(GST_ELEMENT(sink), sample)});
+  return GST_FLOW_OK;
+}
+
+/// The sources by their recipe's key. Never destroyed: cameras are closed while the program ends.
+std::map<std::string, std::weak_ptr<CameraSource>>& openSources() {
+  static auto& sources = *new std::map<std::string, std::weak_ptr<CameraSource>>;
+  return sources;
+}
+
+} // namespace
+
+std::shared_ptr<CameraSource> CameraSource::forRecipe(const SourceRecipe& recipe) {
+  // A program may end with a running camera, whose thread must not meet what is destroyed then.
+  static const int registered =
+      std::atexit([] { SerialQueue::camera().async([] { CameraSource::closeAll(); }); });
+  static_cast<void>(registered);
+  auto& known = openSources()[recipe.key];
+  auto source = known.lock();
+  if (!source) known = source = make<CameraSource>(recipe);
+  return source;
+}
+
+void CameraSource::closeAll() {
+  for (const auto& [key, weak] : openSources())
+    if (auto source = weak.lock())
+      source->fail({AVFoundationErrorDomain, AVErrorOperationInterrupted, "The program ends."});
+}
+
+CameraSource::CameraSource(SourceRecipe recipe) : recipe_(std::move(recipe)) {}
+
+CameraSource::~CameraSource() = default;
+
+void CameraSource::attach(const std::shared_ptr<CameraViewer>& viewer) {
+  {
+    std::lock_guard lock(mutex_);
+    viewers_.push_back(viewer);
+  }
+  if (!pipeline_) open();
+}
+
+void CameraSource::detach(const CameraViewer* viewer) {
+  bool last = false;
+  std::vector<std::shared_ptr<CameraViewer>> kept; // the viewer may go, so not under the lock
+  {
+    std::lock_guard lock(mutex_);
+    kept = viewers_;
+    std::erase_if(viewers_, [viewer](const auto& one) { return one.get() == viewer; });
+    last = viewers_.empty();
+  }
+  if (last) pipeline_.reset();
+}
+
+void CameraSource::deliver(const CameraFrame& frame) {
+  std::lock_guard lock(mutex_);
+  framesSinceRewind_++;
+  for (const auto& viewer : viewers_)
+    viewer->frame(frame);
+}
+
+void CameraSource::open() {
+  // What the pipeline reports is told apart by the pipeline: one that was replaced may report late.
+  auto self = std::make_shared<const Pipeline*>(nullptr);
+  auto made = Pipeline::launch(recipe_.launch() +
+                                   " ! appsink name=frames max-buffers=2 drop=true "
+                                   "enable-last-sample=false processing-deadline=0 "
+                                   "qos=false sync=" +
+                                   (recipe_.paced ? "true" : "false"),
+                               [weak = weak_from_this(), self](const Pipeline::Event& event) {
+                                 SerialQueue::camera().async([weak, self, event] {
+                                   if (auto source = weak.lock()) source->heard(*self, event);
+                                 });
+                               });
+  if (auto* error = std::get_if<Error>(&made)) {
+    return fail(*error);
+  }
+  pipeline_ = std::move(std::get<std::unique_ptr<Pipeline>>(made));
+  *self = pipeline_.get();
+  recipe_.configure(*pipeline_);
+
+  GstAppSinkCallbacks callbacks{};
+  callbacks.new_sample = arrived;
+  gst_app_sink_set_callbacks(GST_APP_SINK(pipeline_->element("frames")), &callbacks,
+                             new std::weak_ptr<CameraSource>(weak_from_this()), [](gpointer data) {
+                               delete static_cast<std::weak_ptr<CameraSource>*>(data);
+                             });
+  framesSinceRewind_ = 0;
+  if (pipeline_->play()) return;
+  // Usually the pipeline says why, a moment later; that report then finds it gone.
+  fail({AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera does not start."});
+}
+
+void CameraSource::heard(const Pipeline* from, const Pipeline::Event& event) {
+  if (!pipeline_ || from != pipeline_.get()) return;
+  if (event.kind == Pipeline::Event::Kind::Failed)
+    fail({AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, event.error.description});
+  else if (recipe_.loops)
+    rewind();
+  else
+    fail({AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera has ended."});
+}
+
+void CameraSource::rewind() {
+  bool gavePictures = false;
+  {
+    std::lock_guard lock(mutex_);
+    gavePictures = std::exchange(framesSinceRewind_, 0) > 0;
+  }
+  // A film without a picture would be rewound for ever.
+  if (!gavePictures ||
+      !gst_element_seek_simple(pipeline_->native(), GST_FORMAT_TIME, GST_SEEK_FLAG_FLUSH, 0))
+    fail({AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The film cannot be repeated."});
+}
+
+void CameraSource::fail(const Error& error) {
+  pipeline_.reset();
+  std::vector<std::shared_ptr<CameraViewer>> viewers;
+  {
+    std::lock_guard lock(mutex_);
+    viewers.swap(viewers_);
+  }
+  for (const auto& viewer : viewers)
+    viewer->cameraEnded(error);
+}
+
+} // namespace zuvi

@@ -1,0 +1,44 @@
+#include "platform/AVFoundation/CameraStreamGStreamer.h"
+
+#include "platform/Foundation/Make.h"
+
+namespace zuvi {
+
+CameraStreamGStreamer::CameraStreamGStreamer(SourceRecipe recipe) : recipe_(std::move(recipe)) {}
+
+CameraStreamGStreamer::~CameraStreamGStreamer() {
+  if (run_) run_->end(CameraRun::Films::Discard);
+}
+
+void CameraStreamGStreamer::start() {
+  if (isRunning()) return;
+  run_ = make<CameraRun>(previews_);
+  run_->begin(recipe_);
+}
+
+void CameraStreamGStreamer::stop() {
+  if (run_) run_->end(CameraRun::Films::Complete);
+}
+
+void CameraStreamGStreamer::addPreview(std::weak_ptr<CameraPreview> preview) {
+  previews_->add(std::move(preview));
+}
+
+void CameraStreamGStreamer::captureStill(StillHandler handler) {
+  if (!run_) return CameraRun::answerWithout(handler, "The session does not run.");
+  run_->captureStill(std::move(handler));
+}
+
+std::shared_ptr<CameraFilm> CameraStreamGStreamer::startFilm(const std::string& path,
+                                                             std::optional<double> maxDuration,
+                                                             FilmHandler ended) {
+  auto film = make<FilmGStreamer>(path, maxDuration, std::move(ended));
+  film->begin();
+  if (run_)
+    run_->addFilm(film);
+  else
+    film->stop();
+  return film;
+}
+
+} // namespace zuvi

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/AVFoundation/CameraRunGStreamer.h"
+
+namespace zuvi {
+
+/// A session's way to a camera: one run after the other. Main queue only.
+class CameraStreamGStreamer final : public CameraStream {
+public:
+  explicit CameraStreamGStreamer(SourceRecipe recipe);
+  ~CameraStreamGStreamer() override;
+
+  void start() override;
+  void stop() override;
+  bool isRunning() const override { return run_ && run_->isRunning(); }
+  void addPreview(std::weak_ptr<CameraPreview> preview) override;
+  void captureStill(StillHandler handler) override;
+  std::shared_ptr<CameraFilm> startFilm(const std::string& path, std::optional<double> maxDuration,
+                                        FilmHandler ended) override;
+
+private:
+  const SourceRecipe recipe_;
+  const std::shared_ptr<PreviewList> previews_ = std::make_shared<PreviewList>();
+  std::shared_ptr<CameraRun> run_; // null before the first start
+};
+
+} // namespace zuvi

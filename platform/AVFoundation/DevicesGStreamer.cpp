@@ -1,0 +1,111 @@
+#include "platform/AVFoundation/DevicesGStreamer.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+
+namespace zuvi {
+
+namespace {
+
+/// The first of `names` that the device tells.
+std::string property(const GstStructure* properties, std::initializer_list<const char*> names) {
+  for (const char* name : names) {
+    const char* text = properties ? gst_structure_get_string(properties, name) : nullptr;
+    if (!text) continue;
+    return text;
+  }
+  return {};
+}
+
+/// One key for all names of a device file.
+std::string keyOf(const std::string& path) {
+  std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), std::free);
+  return "device:" + (real ? std::string(real.get()) : path);
+}
+
+std::shared_ptr<GstCaps> shareCaps(GstCaps* adopted) {
+  return adopted ? std::shared_ptr<GstCaps>(adopted, GstMiniUnref()) : nullptr;
+}
+
+/// What a camera offers is known once its device is open.
+std::shared_ptr<GstCaps> askFormats(const std::string& path) {
+  if (!hasElement("v4l2src")) return nullptr;
+  GstRef<GstElement> source(gst_element_factory_make("v4l2src", nullptr));
+  gst_object_ref_sink(source.get());
+  g_object_set(source.get(), "device", path.c_str(), nullptr);
+  std::shared_ptr<GstCaps> formats;
+  if (gst_element_set_state(source.get(), GST_STATE_READY) != GST_STATE_CHANGE_FAILURE) {
+    GstRef<GstPad> pad(gst_element_get_static_pad(source.get(), "src"));
+    formats = shareCaps(gst_pad_query_caps(pad.get(), nullptr));
+  }
+  gst_element_set_state(source.get(), GST_STATE_NULL);
+  return formats;
+}
+
+FoundCamera describe(const std::shared_ptr<GstDevice>& device) {
+  FoundCamera camera;
+  std::unique_ptr<GstStructure, decltype(&gst_structure_free)> properties(
+      gst_device_get_properties(device.get()), gst_structure_free);
+  std::unique_ptr<char, decltype(&g_free)> name(gst_device_get_display_name(device.get()), g_free);
+  camera.path = property(properties.get(), {"device.path", "api.v4l2.path"});
+  auto id = camera.path;
+  if (id.empty()) id = property(properties.get(), {"node.name", "object.serial"});
+  if (id.empty()) id = name.get();
+  camera.description = {id, name.get(), positionOf(properties.get()), false};
+
+  camera.element.key = camera.path.empty() ? "camera:" + id : keyOf(camera.path);
+  camera.element.configure = [device](GstElement* element) {
+    gst_device_reconfigure_element(device.get(), element);
+  };
+  camera.element.formats = [device] { return shareCaps(gst_device_get_caps(device.get())); };
+  GstRef<GstElement> sample(gst_device_create_element(device.get(), nullptr));
+  if (!sample) return camera;
+  gst_object_ref_sink(sample.get());
+  if (auto* factory = gst_element_get_factory(sample.get()))
+    camera.element.factory = GST_OBJECT_NAME(factory);
+  return camera;
+}
+
+} // namespace
+
+AVCaptureDevicePosition positionOf(const GstStructure* properties) {
+  auto word = property(properties, {"api.libcamera.location", "api.libcamera.Location",
+                                    "device.position", "device.location"});
+  std::ranges::transform(word, word.begin(), [](unsigned char c) { return std::tolower(c); });
+  if (word.ends_with("front")) return AVCaptureDevicePosition::Front;
+  if (word.ends_with("back")) return AVCaptureDevicePosition::Back;
+  return AVCaptureDevicePosition::Unspecified;
+}
+
+std::vector<FoundCamera> findCameras() {
+  std::vector<FoundCamera> cameras;
+  if (!startGStreamer()) return cameras;
+  GstRef<GstDeviceMonitor> monitor(gst_device_monitor_new());
+  gst_device_monitor_add_filter(monitor.get(), "Video/Source", nullptr);
+  if (!gst_device_monitor_start(monitor.get())) return cameras;
+  auto* devices = gst_device_monitor_get_devices(monitor.get());
+  gst_device_monitor_stop(monitor.get());
+  for (auto* item = devices; item; item = item->next) {
+    auto camera = describe({GST_DEVICE(item->data), GstUnref()});
+    // One device may be listed by more than one system.
+    const bool known = std::ranges::any_of(
+        cameras, [&camera](const auto& other) { return other.element.key == camera.element.key; });
+    if (!known && !camera.element.factory.empty()) cameras.push_back(std::move(camera));
+  }
+  g_list_free(devices);
+  return cameras;
+}
+
+CameraElement cameraElementAt(const std::string& path) {
+  CameraElement element;
+  element.key = keyOf(path);
+  element.factory = "v4l2src";
+  element.configure = [path](GstElement* source) {
+    g_object_set(source, "device", path.c_str(), nullptr);
+  };
+  element.formats = [path] { return askFormats(path); };
+  return element;
+}
+
+} // namespace zuvi

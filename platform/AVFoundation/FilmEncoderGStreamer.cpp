@@ -1,0 +1,68 @@
+#include "platform/AVFoundation/FilmEncoderGStreamer.h"
+
+#include "platform/AVFoundation/PipelineGStreamer.h"
+
+#include <gst/video/video.h>
+
+namespace zuvi {
+
+namespace {
+
+// About 4 MB for seven seconds. The hardware ones are there only when their driver has found some.
+constexpr FilmEncoder candidates[] = {
+    {"vah264enc", "vah264enc bitrate=4500 ! h264parse", false},
+    {"nvh264enc", "nvh264enc bitrate=4500 ! h264parse", false},
+    {"qsvh264enc", "qsvh264enc bitrate=4500 ! h264parse", false},
+    {"v4l2h264enc", "v4l2h264enc ! video/x-h264,level=(string)4 ! h264parse", false},
+    {"openh264enc",
+     "openh264enc usage-type=camera rate-control=bitrate bitrate=4500000 max-bitrate=6000000 "
+     "gop-size=30 ! h264parse",
+     false},
+    {"x264enc",
+     "x264enc tune=zerolatency speed-preset=veryfast bitrate=4500 key-int-max=30 ! h264parse",
+     false},
+    {"jpegenc", "jpegenc quality=85", true},
+};
+
+/// An element may be listed and still not work, such as that of a device in use.
+bool works(const char* name) {
+  if (!hasElement(name)) return false;
+  GstRef<GstElement> element(gst_element_factory_make(name, nullptr));
+  if (!element) return false;
+  gst_object_ref_sink(element.get());
+  const bool ready =
+      gst_element_set_state(element.get(), GST_STATE_READY) != GST_STATE_CHANGE_FAILURE;
+  gst_element_set_state(element.get(), GST_STATE_NULL);
+  return ready;
+}
+
+} // namespace
+
+const std::vector<FilmEncoder>& filmEncoders() {
+  static const std::vector<FilmEncoder> usable = [] {
+    std::vector<FilmEncoder> found;
+    const bool parses = hasElement("h264parse");
+    for (const auto& one : candidates)
+      if ((one.fullRange || parses) && works(one.element)) found.push_back(one);
+    return found;
+  }();
+  return usable;
+}
+
+GstMini<GstCaps> encoderInput(const FilmEncoder& encoder, const GstCaps* pictures) {
+  GstMini<GstCaps> caps(gst_caps_from_string("video/x-raw,format=(string){I420,NV12}"));
+  GstVideoInfo info;
+  if (!gst_video_info_from_caps(&info, pictures)) return caps;
+  // H.264 players take video range for granted; a camera that gives it is left as it is.
+  if (encoder.fullRange)
+    gst_caps_set_simple(caps.get(), "colorimetry", G_TYPE_STRING, "1:4:0:0", nullptr);
+  else if (info.colorimetry.range != GST_VIDEO_COLOR_RANGE_16_235)
+    gst_caps_set_simple(caps.get(), "colorimetry", G_TYPE_STRING, "bt709", nullptr);
+  // Colours are stored for two by two pixels.
+  if (info.width % 2 || info.height % 2)
+    gst_caps_set_simple(caps.get(), "width", G_TYPE_INT, std::max(2, info.width & ~1), "height",
+                        G_TYPE_INT, std::max(2, info.height & ~1), nullptr);
+  return caps;
+}
+
+} // namespace zuvi

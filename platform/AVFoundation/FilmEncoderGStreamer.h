@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/AVFoundation/PointersGStreamer.h"
+
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+/// A way to compress film.
+struct FilmEncoder {
+  const char* element;
+  const char* launch; ///< from raw pictures to what the file holds
+  bool fullRange;     ///< its format knows full-range colours only
+};
+
+/// What can be used on this machine, the best one first. Tries them out on the first call.
+const std::vector<FilmEncoder>& filmEncoders();
+
+/// The raw form in which pictures of these caps are given to the encoder.
+GstMini<GstCaps> encoderInput(const FilmEncoder& encoder, const GstCaps* pictures);
+
+} // namespace zuvi

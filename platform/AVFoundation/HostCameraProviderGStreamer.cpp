@@ -1,0 +1,101 @@
+#include "platform/AVFoundation/HostCameraProvider.h"
+
+#include "platform/AVFoundation/CameraStreamGStreamer.h"
+#include "platform/AVFoundation/DevicesGStreamer.h"
+#include "platform/AVFoundation/SourceRecipesGStreamer.h"
+#include "platform/Foundation/Make.h"
+
+#include <unistd.h>
+
+namespace zuvi {
+
+namespace {
+
+using Kind = CameraSourceDescription::Kind;
+
+AVAuthorizationStatus firstStatus(CameraPermission permission) {
+  switch (permission) {
+  case CameraPermission::Authorized:
+    return AVAuthorizationStatus::Authorized;
+  case CameraPermission::Denied:
+    return AVAuthorizationStatus::Denied;
+  case CameraPermission::Restricted:
+    return AVAuthorizationStatus::Restricted;
+  case CameraPermission::Grant:
+  case CameraPermission::Refuse:
+    break;
+  }
+  return AVAuthorizationStatus::NotDetermined;
+}
+
+/// Absent when the source cannot be opened now.
+std::optional<SourceRecipe> recipeOf(const CameraSourceDescription& source,
+                                     AVCaptureDevicePosition position) {
+  if (!source.path.empty() && ::access(source.path.c_str(), R_OK) != 0) return std::nullopt;
+  switch (source.kind) {
+  case Kind::None:
+    return std::nullopt;
+  case Kind::Simulated:
+    return simulatedRecipe(position);
+  case Kind::Device:
+    return deviceRecipe(cameraElementAt(source.path));
+  case Kind::Picture:
+    return pictureRecipe(source.path);
+  case Kind::Film:
+    return filmRecipe(source.path);
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+HostCameraProvider::HostCameraProvider(HostCameras cameras)
+    : cameras_(std::move(cameras)), status_(firstStatus(cameras_.permission)) {}
+
+AVAuthorizationStatus HostCameraProvider::authorizationStatus() {
+  std::lock_guard lock(mutex_);
+  return status_;
+}
+
+void HostCameraProvider::requestAccess(std::function<void(bool)> answer) {
+  bool granted = false;
+  {
+    std::lock_guard lock(mutex_);
+    if (status_ == AVAuthorizationStatus::NotDetermined)
+      status_ = cameras_.permission == CameraPermission::Grant ? AVAuthorizationStatus::Authorized
+                                                               : AVAuthorizationStatus::Denied;
+    granted = status_ == AVAuthorizationStatus::Authorized;
+  }
+  answer(granted);
+}
+
+std::vector<CameraDescription> HostCameraProvider::devices() {
+  std::vector<CameraDescription> devices;
+  auto add = [&devices](const CameraSourceDescription& source, AVCaptureDevicePosition position,
+                        const std::string& side) {
+    if (source.kind == Kind::None) return;
+    const bool simulated = source.kind != Kind::Device;
+    devices.push_back(
+        {side, simulated ? "Simulated " + side + " camera" : source.path, position, simulated});
+  };
+  add(cameras_.back, AVCaptureDevicePosition::Back, "back");
+  add(cameras_.front, AVCaptureDevicePosition::Front, "front");
+  return devices;
+}
+
+std::shared_ptr<CameraStream> HostCameraProvider::open(const std::string& uniqueID) {
+  const auto status = authorizationStatus();
+  if (status == AVAuthorizationStatus::Denied || status == AVAuthorizationStatus::Restricted)
+    return nullptr;
+  std::optional<SourceRecipe> recipe;
+  if (uniqueID == "back") recipe = recipeOf(cameras_.back, AVCaptureDevicePosition::Back);
+  if (uniqueID == "front") recipe = recipeOf(cameras_.front, AVCaptureDevicePosition::Front);
+  if (!recipe) return nullptr;
+  recipe->permission = [weak = weak_from_this()] {
+    auto self = weak.lock();
+    return self ? self->authorizationStatus() : AVAuthorizationStatus::Denied;
+  };
+  return make<CameraStreamGStreamer>(std::move(*recipe));
+}
+
+} // namespace zuvi

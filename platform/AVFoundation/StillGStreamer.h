@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/AVFoundation/PointersGStreamer.h"
+#include "platform/Foundation/Data.h"
+
+#include <optional>
+
+namespace zuvi {
+
+/// The picture as a JPEG file at its full size. Waits for the encoder, but not for ever; absent
+/// when it fails.
+std::optional<Data> encodeStill(const CameraFrame& frame);
+
+} // namespace zuvi

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/CoreGraphics/CGImage.h"
+
+#include <memory>
+
+namespace zuvi {
+
+/// The screen as it is now, at its own scale, whatever shows it.
+std::shared_ptr<const CGImage> pictureOfScreen();
+
+} // namespace zuvi

@@ -1,0 +1,130 @@
+#pragma once
+
+#include "platform/AVFoundation/AVCaptureDeviceInput.h"
+#include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
+#include "platform/AVFoundation/AVCaptureSession.h"
+#include "platform/AVFoundation/AVCaptureStillImageOutput.h"
+#include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
+#include "platform/AVFoundation/HostCameraProvider.h"
+#include "platform/Dispatch/VirtualTime.h"
+#include "platform/Foundation/Make.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <chrono>
+#include <mutex>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace zuvi {
+
+/// Keeps what a film's end told.
+class FilmListener : public AVCaptureFileOutputRecordingDelegate {
+public:
+  struct End {
+    std::string path;
+    std::optional<Error> error;
+    bool onMain;
+  };
+  void fileOutputDidFinishRecording(const std::string& path, std::optional<Error> error) override {
+    std::lock_guard lock(mutex_);
+    ends_.push_back({path, std::move(error), DispatchQueue::main().isCurrent()});
+  }
+  std::vector<End> ends() const {
+    std::lock_guard lock(mutex_);
+    return ends_;
+  }
+
+private:
+  mutable std::mutex mutex_;
+  std::vector<End> ends_;
+};
+
+/// A still that was asked for; safe to read once `done`.
+struct AskedStill {
+  std::atomic<int> answers = 0;
+  std::optional<Data> jpeg;
+  std::optional<Error> error;
+  bool onMain = false;
+  bool done() const { return answers > 0; }
+};
+
+/// A surface that shows one layer.
+struct Surface : LayerHost {
+  explicit Surface(std::shared_ptr<CALayer> root) : layer(std::move(root)) { layer->setHost(this); }
+  ~Surface() override { layer->setHost(nullptr); }
+  void setNeedsFrame() override { frames++; }
+  void addDamage(const CGRect&) override {}
+  std::shared_ptr<CALayer> layer;
+  int frames = 0;
+};
+
+/// A session with all outputs.
+struct Rig {
+  explicit Rig(const std::shared_ptr<AVCaptureDevice>& device) {
+    input = AVCaptureDeviceInput::withDevice(device);
+    session->addInput(input);
+    session->addOutput(stills);
+    session->addOutput(film);
+  }
+
+  std::shared_ptr<AskedStill> askStill() const {
+    auto asked = std::make_shared<AskedStill>();
+    stills->captureStillImageAsynchronously(
+        stills->connections().at(0),
+        [asked](const std::optional<CMSampleBuffer>& buffer, std::optional<Error> error) {
+          asked->jpeg = AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(buffer);
+          asked->error = std::move(error);
+          asked->onMain = DispatchQueue::main().isCurrent();
+          asked->answers++;
+        });
+    return asked;
+  }
+
+  std::shared_ptr<AVCaptureDeviceInput> input;
+  std::shared_ptr<AVCaptureSession> session = make<AVCaptureSession>();
+  std::shared_ptr<AVCaptureStillImageOutput> stills = make<AVCaptureStillImageOutput>();
+  std::shared_ptr<AVCaptureMovieFileOutput> film = make<AVCaptureMovieFileOutput>();
+};
+
+class CameraTest : public ::testing::Test {
+protected:
+  ~CameraTest() override { AVCaptureDevice::setProvider(nullptr); }
+
+  static void useHost(const HostCameras& cameras) {
+    AVCaptureDevice::setProvider(make<HostCameraProvider>(cameras));
+  }
+  static HostCameras simulated() {
+    HostCameras cameras;
+    cameras.front.kind = cameras.back.kind = CameraSourceDescription::Kind::Simulated;
+    return cameras;
+  }
+  /// What is parsed from `text` as the back camera.
+  static HostCameras backFrom(const std::string& text) {
+    HostCameras cameras;
+    cameras.back = std::get<CameraSourceDescription>(parseCameraSource(text));
+    return cameras;
+  }
+  static std::shared_ptr<AVCaptureDevice> device(AVCaptureDevicePosition position) {
+    for (const auto& one : AVCaptureDevice::devices())
+      if (one->position() == position) return one;
+    return nullptr;
+  }
+  static std::shared_ptr<AVCaptureDevice> back() { return device(AVCaptureDevicePosition::Back); }
+
+  /// Lets the camera run for that long; films have no other clock.
+  void film(double seconds) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    time.waitUntil([end] { return std::chrono::steady_clock::now() >= end; }, seconds + 1);
+  }
+  /// Waits for the first picture of a running session.
+  bool warm(const Rig& rig) {
+    auto asked = rig.askStill();
+    return time.waitUntil([&] { return asked->done(); }) && asked->jpeg;
+  }
+
+  VirtualTime time;
+  test::TemporaryFolder folder;
+};
+
+} // namespace zuvi

@@ -1,0 +1,95 @@
+#include "platform/AVFoundation/DeviceAccess.h"
+#include "platform/AVFoundation/DevicesGStreamer.h"
+#include "platform/AVFoundation/SystemCameraProvider.h"
+#include "tests/AVFoundation/CameraFixture.h"
+
+#include <filesystem>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+namespace zuvi {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using Status = AVAuthorizationStatus;
+
+std::string chosen(const char* offers) {
+  startGStreamer();
+  GstMini<GstCaps> caps(gst_caps_from_string(offers));
+  return chooseFormat(caps.get());
+}
+
+TEST(DeviceTest, ChoosesTheFormNearestToHigh) {
+  // A usual camera: raw is slow where it is large.
+  EXPECT_THAT(chosen("video/x-raw,format=YUY2,width=640,height=480,framerate={30/1,15/1};"
+                     "video/x-raw,format=YUY2,width=1280,height=720,framerate=10/1;"
+                     "image/jpeg,width=1920,height=1080,framerate=30/1;"
+                     "image/jpeg,width=1280,height=720,framerate={60/1,30/1}"),
+              AllOf(HasSubstr("image/jpeg,width=1280"), HasSubstr("framerate=30/1")));
+  EXPECT_THAT(chosen("image/jpeg,width=1280,height=720,framerate=30/1;"
+                     "video/x-raw,format=NV12,width=1280,height=720,framerate=30/1"),
+              HasSubstr("video/x-raw"));
+  EXPECT_THAT(chosen("video/x-raw,width=[16,4096],height=[16,4096],framerate=[1/1,120/1]"),
+              HasSubstr("width=1280,height=720,framerate=30/1"));
+  EXPECT_THAT(chosen("video/x-raw,width=640,height=480"), HasSubstr("width=640,height=480"));
+  EXPECT_EQ(chosen("video/x-h264,width=1280,height=720,framerate=30/1"), "");
+  EXPECT_EQ(chosen("video/x-raw"), "");
+  EXPECT_EQ(chooseFormat(nullptr), "");
+}
+
+TEST(DeviceTest, PositionIsTheDriversWord) {
+  startGStreamer();
+  for (const auto& [text, position] :
+       {std::pair{"p, api.libcamera.location=(string)front", AVCaptureDevicePosition::Front},
+        std::pair{"p, api.libcamera.Location=(string)CameraLocationBack",
+                  AVCaptureDevicePosition::Back},
+        std::pair{"p, device.position=(string)Front", AVCaptureDevicePosition::Front},
+        std::pair{"p, api.libcamera.location=(string)external",
+                  AVCaptureDevicePosition::Unspecified},
+        std::pair{"p, device.path=(string)/dev/video0", AVCaptureDevicePosition::Unspecified}}) {
+    auto* properties = gst_structure_from_string(text, nullptr);
+    EXPECT_EQ(positionOf(properties), position) << text;
+    gst_structure_free(properties);
+  }
+  EXPECT_EQ(positionOf(nullptr), AVCaptureDevicePosition::Unspecified);
+}
+
+/// What `deviceAuthorization` says to a user without rights.
+Status seenByNobody(const std::string& folder) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    if (::getuid() == 0 && ::setuid(65534) != 0) ::_exit(99);
+    ::_exit(static_cast<int>(deviceAuthorization(folder)));
+  }
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  return static_cast<Status>(WEXITSTATUS(status));
+}
+
+TEST(DeviceTest, DeniedWhenNoCameraMayBeOpened) {
+  test::TemporaryFolder folder;
+  std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+  EXPECT_EQ(deviceAuthorization(folder.path()), Status::Authorized) << "there is none to deny";
+  EXPECT_EQ(deviceAuthorization(folder.path("missing")), Status::Authorized);
+  const auto first = folder.write("video0", "");
+  const auto second = folder.write("video1", "");
+  folder.write("null", "");
+  std::filesystem::permissions(first, std::filesystem::perms::none);
+  std::filesystem::permissions(second, std::filesystem::perms::none);
+  EXPECT_EQ(seenByNobody(folder.path()), Status::Denied);
+  std::filesystem::permissions(second, std::filesystem::perms(0666));
+  EXPECT_EQ(seenByNobody(folder.path()), Status::Authorized);
+}
+
+TEST(DeviceTest, MachineListsItsCamerasWithoutOpeningThem) {
+  auto provider = make<SystemCameraProvider>();
+  EXPECT_FALSE(provider->open("no such camera"));
+  for (const auto& camera : provider->devices())
+    EXPECT_FALSE(camera.simulated);
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,118 @@
+#include "tests/AVFoundation/FakePortalGio.h"
+
+#include <algorithm>
+#include <string>
+
+#include <gio/gunixfdlist.h>
+#include <unistd.h>
+
+namespace zuvi {
+
+namespace {
+
+constexpr const char* description = R"(<node><interface name="org.freedesktop.portal.Camera">
+  <method name="AccessCamera"><arg type="a{sv}"/><arg type="o" direction="out"/></method>
+  <method name="OpenPipeWireRemote"><arg type="a{sv}"/><arg type="h" direction="out"/></method>
+  <property name="IsCameraPresent" type="b" access="read"/></interface></node>)";
+
+std::string requestPath(std::string sender, GVariant* arguments) {
+  sender.erase(0, 1);
+  std::ranges::replace(sender, '.', '_');
+  GVariant* options = g_variant_get_child_value(arguments, 0);
+  const char* token = "none";
+  g_variant_lookup(options, "handle_token", "&s", &token);
+  auto path = "/org/freedesktop/portal/desktop/request/" + sender + "/" + token;
+  g_variant_unref(options);
+  return path;
+}
+
+void handOver(GDBusMethodInvocation* invocation) {
+  int ends[2];
+  if (::pipe(ends) != 0 || ::write(ends[1], "remote", 6) != 6) return;
+  auto* list = g_unix_fd_list_new();
+  g_unix_fd_list_append(list, ends[0], nullptr);
+  g_dbus_method_invocation_return_value_with_unix_fd_list(invocation, g_variant_new("(h)", 0),
+                                                          list);
+  g_object_unref(list);
+  ::close(ends[0]);
+  ::close(ends[1]);
+}
+
+} // namespace
+
+FakePortal::FakePortal(Handle handle)
+    : handle_(handle), daemon_(g_test_dbus_new(G_TEST_DBUS_NONE)), context_(g_main_context_new()) {
+  g_test_dbus_up(daemon_);
+  thread_ = std::thread([this] { serve(); });
+  std::unique_lock lock(mutex_);
+  changed_.wait(lock, [this] { return ready_; });
+}
+
+FakePortal::~FakePortal() {
+  leave();
+  g_test_dbus_stop(daemon_);
+  g_object_unref(daemon_);
+  ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+  g_main_context_unref(context_);
+}
+
+void FakePortal::leave() {
+  ending_ = true;
+  g_main_context_wakeup(context_);
+  if (thread_.joinable()) thread_.join();
+}
+
+void FakePortal::serve() {
+  g_main_context_push_thread_default(context_);
+  connection_ = g_dbus_connection_new_for_address_sync(
+      g_test_dbus_get_bus_address(daemon_),
+      GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+      nullptr, nullptr, nullptr);
+  GDBusInterfaceVTable table{};
+  table.method_call = [](GDBusConnection*, const char* sender, const char*, const char*,
+                         const char* method, GVariant* arguments, GDBusMethodInvocation* invocation,
+                         gpointer self) {
+    static_cast<FakePortal*>(self)->called(sender, method, arguments, invocation);
+  };
+  table.get_property = [](GDBusConnection*, const char*, const char*, const char*, const char*,
+                          GError**, gpointer self) {
+    return g_variant_new_boolean(static_cast<FakePortal*>(self)->present);
+  };
+  auto* node = g_dbus_node_info_new_for_xml(description, nullptr);
+  g_dbus_connection_register_object(connection_, "/org/freedesktop/portal/desktop",
+                                    node->interfaces[0], &table, this, nullptr, nullptr);
+  name_ = g_bus_own_name_on_connection(
+      connection_, "org.freedesktop.portal.Desktop", G_BUS_NAME_OWNER_FLAGS_NONE,
+      [](GDBusConnection*, const char*, gpointer data) {
+        auto* self = static_cast<FakePortal*>(data);
+        std::lock_guard lock(self->mutex_);
+        self->ready_ = true;
+        self->changed_.notify_all();
+      },
+      nullptr, this, nullptr);
+  while (!ending_)
+    g_main_context_iteration(context_, TRUE);
+  g_bus_unown_name(name_);
+  g_dbus_connection_close_sync(connection_, nullptr, nullptr);
+  g_object_unref(connection_);
+  g_dbus_node_info_unref(node);
+  g_main_context_pop_thread_default(context_);
+}
+
+void FakePortal::called(const char* sender, const char* method, GVariant* arguments,
+                        GDBusMethodInvocation* invocation) {
+  if (std::string(method) == "OpenPipeWireRemote") return handOver(invocation);
+  const auto path = handle_ == Handle::Predicted ? requestPath(sender, arguments)
+                                                 : "/org/freedesktop/portal/desktop/request/own";
+  g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", path.c_str()));
+  asked++;
+  if (response < 0) return;
+  GVariantBuilder results;
+  g_variant_builder_init(&results, G_VARIANT_TYPE_VARDICT);
+  g_dbus_connection_emit_signal(connection_, sender, path.c_str(), "org.freedesktop.portal.Request",
+                                "Response", g_variant_new("(ua{sv})", guint32(response), &results),
+                                nullptr);
+}
+
+} // namespace zuvi

@@ -1,0 +1,215 @@
+#include "platform/AVFoundation/AVError.h"
+#include "platform/AVFoundation/FilmGStreamer.h"
+#include "tests/AVFoundation/CameraFixture.h"
+#include "tests/AVFoundation/MediaReaderGStreamer.h"
+
+#include <filesystem>
+#include <sys/stat.h>
+
+#include <gmock/gmock.h>
+
+namespace zuvi {
+namespace {
+
+using std::filesystem::exists;
+constexpr double oneFrame = 1.0 / 30;
+
+class FilmTest : public CameraTest {
+protected:
+  FilmTest() { useHost(simulated()); }
+
+  /// Starts a session and a film in it.
+  std::unique_ptr<Rig> filming(const std::string& path) {
+    auto rig = std::make_unique<Rig>(back());
+    rig->session->startRunning();
+    EXPECT_TRUE(warm(*rig));
+    rig->film->startRecording(path, listener);
+    EXPECT_TRUE(rig->film->isRecording());
+    return rig;
+  }
+  bool ended(std::size_t films = 1) {
+    return time.waitUntil([&] { return listener->ends().size() >= films; });
+  }
+
+  std::shared_ptr<FilmListener> listener = std::make_shared<FilmListener>();
+};
+
+class FilmLengthTest : public FilmTest, public ::testing::WithParamInterface<double> {};
+INSTANTIATE_TEST_SUITE_P(Seconds, FilmLengthTest, ::testing::Values(2, 7));
+
+TEST_P(FilmLengthTest, LastsFromStartToStopAndPlays) {
+  const auto path = folder.path("film.mov");
+  auto rig = filming(path);
+  const auto start = std::chrono::steady_clock::now();
+  film(GetParam());
+  rig->film->stopRecording();
+  const std::chrono::duration<double> lasted = std::chrono::steady_clock::now() - start;
+  EXPECT_FALSE(rig->film->isRecording());
+  ASSERT_TRUE(ended());
+  film(0.1); // a second call would come now
+  ASSERT_EQ(listener->ends().size(), 1U);
+  const auto end = listener->ends().front();
+  EXPECT_EQ(end.path, path);
+  EXPECT_FALSE(end.error) << end.error->description;
+  EXPECT_FALSE(end.onMain);
+
+  const auto facts = readFilm(path);
+  EXPECT_THAT(facts.container, ::testing::StartsWith("video/quicktime"));
+  EXPECT_EQ(facts.videoStreams, 1);
+  EXPECT_EQ(facts.audioStreams, 0);
+  EXPECT_NEAR(facts.seconds, lasted.count(), oneFrame);
+  EXPECT_NEAR(facts.end, lasted.count(), 2 * oneFrame);
+  EXPECT_GE(facts.frames, GetParam() * 30 * 0.8);
+  EXPECT_EQ(facts.width, 1280);
+  EXPECT_EQ(facts.height, 720);
+  struct stat status {};
+  ASSERT_EQ(::stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0077, 0U) << "others may read the film";
+}
+
+TEST_F(FilmTest, EndsAtItsLimit) {
+  auto rig = std::make_unique<Rig>(back());
+  rig->session->startRunning();
+  ASSERT_TRUE(warm(*rig));
+  rig->film->maxRecordedDuration = 0.5;
+  rig->film->startRecording(folder.path("film.mov"), listener);
+  ASSERT_TRUE(ended());
+  EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorMaximumDurationReached);
+  EXPECT_FALSE(rig->film->isRecording());
+  EXPECT_NEAR(readFilm(folder.path("film.mov")).seconds, 0.5, oneFrame);
+}
+
+TEST_F(FilmTest, TakesFollowEachOther) {
+  auto rig = filming(folder.path("1.mov"));
+  rig->film->startRecording(folder.path("refused.mov"), listener); // one is under way
+  ASSERT_TRUE(ended(1));
+  EXPECT_EQ(listener->ends()[0].path, folder.path("refused.mov"));
+  EXPECT_TRUE(listener->ends()[0].error);
+  EXPECT_FALSE(exists(folder.path("refused.mov")));
+  film(0.3);
+  rig->film->stopRecording();
+  rig->film->startRecording(folder.path("2.mov"), listener); // while the first is completed
+  film(0.3);
+  rig->film->stopRecording();
+  ASSERT_TRUE(ended(3));
+  EXPECT_GT(readFilm(folder.path("1.mov")).frames, 3);
+  EXPECT_GT(readFilm(folder.path("2.mov")).frames, 3);
+}
+
+TEST_F(FilmTest, StoppingTheSessionCompletesTheFilm) {
+  auto rig = filming(folder.path("film.mov"));
+  film(0.5);
+  rig->session->stopRunning();
+  ASSERT_TRUE(ended());
+  EXPECT_FALSE(listener->ends()[0].error);
+  EXPECT_FALSE(rig->film->isRecording());
+  EXPECT_GT(readFilm(folder.path("film.mov")).frames, 5);
+}
+
+TEST_F(FilmTest, CancellingRemovesTheFileAndTellsNobody) {
+  for (bool stopFirst : {false, true}) {
+    auto rig = filming(folder.path("film.mov"));
+    film(0.3);
+    EXPECT_TRUE(exists(folder.path("film.mov")));
+    if (stopFirst) rig->film->stopRecording();
+    rig->film->cancelRecording();
+    EXPECT_FALSE(rig->film->isRecording());
+    EXPECT_TRUE(time.waitUntil([&] { return !exists(folder.path("film.mov")); }));
+    // The next film's end comes after anything that the first may still tell.
+    rig->film->startRecording(folder.path("next.mov"), listener);
+    film(0.2);
+    rig->film->stopRecording();
+    ASSERT_TRUE(ended());
+    ASSERT_EQ(listener->ends().size(), 1U);
+    EXPECT_EQ(listener->ends()[0].path, folder.path("next.mov"));
+    EXPECT_FALSE(exists(folder.path("film.mov")));
+    listener = std::make_shared<FilmListener>();
+  }
+}
+
+TEST_F(FilmTest, DroppingItsOwnersRemovesTheFile) {
+  for (const bool dropSession : {true, false}) {
+    auto rig = filming(folder.path("film.mov"));
+    film(0.3);
+    if (dropSession) {
+      rig->session.reset();
+      ASSERT_TRUE(ended());
+      EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorOperationInterrupted);
+    } else {
+      listener.reset();
+      rig->film->stopRecording();
+    }
+    EXPECT_TRUE(time.waitUntil([&] { return !exists(folder.path("film.mov")); }));
+    listener = std::make_shared<FilmListener>();
+  }
+}
+
+TEST_F(FilmTest, DiskThatCannotTakeItGivesAnErrorAndLeavesTheCamera) {
+  std::filesystem::create_symlink("/dev/full", folder.path("full.mov"));
+  for (const auto& path : {folder.path("full.mov"), folder.path("none/film.mov")}) {
+    SCOPED_TRACE(path);
+    auto rig = filming(path);
+    film(0.3);
+    rig->film->stopRecording();
+    ASSERT_TRUE(ended());
+    ASSERT_EQ(listener->ends().size(), 1U);
+    EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorDiskFull);
+    EXPECT_FALSE(std::filesystem::is_symlink(path)) << "what was written is removed";
+    EXPECT_TRUE(rig->session->isRunning());
+    EXPECT_TRUE(warm(*rig));
+    listener = std::make_shared<FilmListener>();
+  }
+}
+
+TEST_F(FilmTest, WithoutPictureThereIsNoFile) {
+  Rig rig(back());
+  rig.film->startRecording(folder.path("film.mov"), listener); // nothing runs
+  ASSERT_TRUE(ended());
+  EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorSessionNotRunning);
+  rig.session->startRunning();
+  rig.film->startRecording(folder.path("film.mov"), listener);
+  rig.film->stopRecording(); // before the camera has given anything
+  ASSERT_TRUE(ended(2));
+  EXPECT_EQ(listener->ends()[1].error.value().code, AVErrorNoDataCaptured);
+  EXPECT_FALSE(exists(folder.path("film.mov")));
+}
+
+/// Every encoder of this machine, on a picture of odd size.
+TEST_F(FilmTest, EncodersKeepLengthAndColours) {
+  const auto& encoders = filmEncoders();
+  ASSERT_FALSE(encoders.empty());
+  EXPECT_STREQ(encoders.back().element, "jpegenc"); // the one that is always there
+  for (const auto& encoder : encoders) {
+    SCOPED_TRACE(encoder.element);
+    const auto path = folder.path(std::string(encoder.element) + ".mov");
+    std::atomic<bool> done = false;
+    std::optional<Error> error;
+    auto written = make<FilmGStreamer>(
+        path, std::nullopt,
+        [&](std::optional<Error> told) {
+          error = std::move(told);
+          done = true;
+        },
+        &encoder);
+    const auto start = monotonicTime();
+    written->begin();
+    const Rgb colour{200, 60, 40};
+    film(0.3); // the pipeline is up
+    for (int i = 0; i < 15; i++)
+      EXPECT_TRUE(written->frame(solidFrame(321, 241, colour, start + i * GST_SECOND / 30)));
+    EXPECT_TRUE(written->frame(solidFrame(321, 241, colour, start + GST_SECOND)));
+    written->stop();
+    EXPECT_FALSE(written->frame(solidFrame(321, 241, colour, start + 2 * GST_SECOND)));
+    ASSERT_TRUE(time.waitUntil([&] { return done.load(); }));
+    EXPECT_FALSE(error) << error->description;
+    const auto facts = readFilm(path);
+    EXPECT_EQ(facts.width, 320);
+    EXPECT_EQ(facts.height, 240);
+    EXPECT_NEAR(facts.seconds, 1, oneFrame);
+    for (int part = 0; part < 3; part++)
+      EXPECT_NEAR(facts.center[part], colour[part], 8) << part;
+  }
+}
+
+} // namespace
+} // namespace zuvi

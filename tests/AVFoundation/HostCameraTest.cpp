@@ -1,0 +1,158 @@
+#include "platform/ImageIO/ImageFile.h"
+#include "tests/AVFoundation/CameraFixture.h"
+#include "tests/AVFoundation/MediaReaderGStreamer.h"
+
+#include <filesystem>
+
+namespace zuvi {
+namespace {
+
+using Kind = CameraSourceDescription::Kind;
+using Status = AVAuthorizationStatus;
+
+class HostCameraTest : public CameraTest {
+protected:
+  bool ask() {
+    std::atomic<int> answer = -1;
+    AVCaptureDevice::requestAccess([&](bool granted) {
+      EXPECT_FALSE(DispatchQueue::main().isCurrent());
+      answer = granted;
+    });
+    EXPECT_TRUE(time.waitUntil([&] { return answer >= 0; }));
+    return answer == 1;
+  }
+};
+
+TEST_F(HostCameraTest, ReadsSourcesAndSaysWhatIsWrong) {
+  const auto png = folder.write("a", "\x89PNG\r\n");
+  const auto jpeg = folder.write("b", "\xff\xd8\xff\xe0");
+  const auto film = folder.write("c", "something else");
+  const std::pair<std::string, Kind> good[] = {
+      {"none", Kind::None}, {"simulated", Kind::Simulated},
+      {png, Kind::Picture}, {jpeg, Kind::Picture},
+      {film, Kind::Film},   {"/dev/null", Kind::Device},
+  };
+  for (const auto& [text, kind] : good) {
+    const auto parsed = parseCameraSource(text);
+    ASSERT_TRUE(std::holds_alternative<CameraSourceDescription>(parsed)) << text;
+    EXPECT_EQ(std::get<CameraSourceDescription>(parsed).kind, kind) << text;
+  }
+  for (const auto& text : {std::string(), std::string("Simulated"), folder.path("missing.mov"),
+                           folder.path(), folder.write("empty", "")}) {
+    const auto parsed = parseCameraSource(text);
+    ASSERT_TRUE(std::holds_alternative<Error>(parsed)) << text;
+    const auto& line = std::get<Error>(parsed).description;
+    EXPECT_NE(line.find("'" + text + "'"), std::string::npos) << line;
+    EXPECT_EQ(line.find('\n'), std::string::npos);
+  }
+}
+
+TEST_F(HostCameraTest, PermissionRoads) {
+  struct Road {
+    const char* name;
+    Status before, after;
+  };
+  for (const auto& [name, before, after] :
+       {Road{"authorized", Status::Authorized, Status::Authorized},
+        Road{"denied", Status::Denied, Status::Denied},
+        Road{"restricted", Status::Restricted, Status::Restricted},
+        Road{"grant", Status::NotDetermined, Status::Authorized},
+        Road{"refuse", Status::NotDetermined, Status::Denied}}) {
+    SCOPED_TRACE(name);
+    auto cameras = simulated();
+    cameras.permission = std::get<CameraPermission>(parseCameraPermission(name));
+    useHost(cameras);
+    EXPECT_EQ(AVCaptureDevice::authorizationStatus(), before);
+
+    // An input made while the user is still to be asked gives pictures only after a yes.
+    Rig rig(back());
+    EXPECT_EQ(rig.input != nullptr,
+              before == Status::Authorized || before == Status::NotDetermined);
+    rig.session->startRunning();
+    std::shared_ptr<AskedStill> still;
+    if (rig.input) still = rig.askStill();
+    if (before == Status::NotDetermined) {
+      film(0.3);
+      EXPECT_FALSE(still->done());
+    }
+    EXPECT_EQ(ask(), after == Status::Authorized);
+    EXPECT_EQ(AVCaptureDevice::authorizationStatus(), after);
+    if (!still) continue;
+    ASSERT_TRUE(time.waitUntil([&] { return still->done(); }));
+    EXPECT_EQ(still->jpeg.has_value(), after == Status::Authorized);
+    EXPECT_EQ(rig.session->isRunning(), after == Status::Authorized);
+  }
+  EXPECT_TRUE(std::holds_alternative<Error>(parseCameraPermission("yes")));
+}
+
+TEST_F(HostCameraTest, SidesDifferAndMayBeMissing) {
+  useHost(simulated());
+  std::vector<Data> pictures;
+  for (auto side : {AVCaptureDevicePosition::Front, AVCaptureDevicePosition::Back}) {
+    ASSERT_TRUE(device(side));
+    EXPECT_TRUE(device(side)->isSimulated());
+    Rig rig(device(side));
+    rig.session->startRunning();
+    auto still = rig.askStill();
+    ASSERT_TRUE(time.waitUntil([&] { return still->done(); }));
+    const auto image = decodeImage(still->jpeg.value());
+    ASSERT_EQ(image->width(), 1280);
+    ASSERT_EQ(image->height(), 720);
+    pictures.push_back(image->pixels());
+  }
+  EXPECT_NE(pictures[0].bytes()[0] / 16, pictures[1].bytes()[0] / 16);
+
+  auto cameras = simulated();
+  cameras.front.kind = Kind::None;
+  useHost(cameras);
+  EXPECT_FALSE(device(AVCaptureDevicePosition::Front));
+  EXPECT_TRUE(back());
+}
+
+TEST_F(HostCameraTest, FilmIsShownOverAndOver) {
+  // A short film of the simulated camera is the next camera's source.
+  useHost(simulated());
+  auto listener = std::make_shared<FilmListener>();
+  {
+    Rig rig(back());
+    rig.session->startRunning();
+    ASSERT_TRUE(warm(rig));
+    rig.film->startRecording(folder.path("loop.mov"), listener);
+    film(0.4);
+    rig.film->stopRecording();
+    ASSERT_TRUE(time.waitUntil([&] { return !listener->ends().empty(); }));
+  }
+  useHost(backFrom(folder.path("loop.mov")));
+  EXPECT_TRUE(back()->isSimulated());
+  Rig rig(back());
+  rig.session->startRunning();
+  ASSERT_TRUE(warm(rig));
+  rig.film->startRecording(folder.path("long.mov"), listener);
+  film(1.6); // four rounds
+  rig.film->stopRecording();
+  ASSERT_TRUE(time.waitUntil([&] { return listener->ends().size() == 2; }));
+  EXPECT_FALSE(listener->ends()[1].error);
+  EXPECT_TRUE(rig.session->isRunning());
+  const auto facts = readFilm(folder.path("long.mov"));
+  EXPECT_NEAR(facts.seconds, 1.6, 0.1);
+  EXPECT_GT(facts.frames, 20) << "it pauses between the rounds";
+}
+
+TEST_F(HostCameraTest, FileThatIsNoFilmEndsTheRun) {
+  useHost(backFrom(folder.write("text.mov", std::string(5000, 'x'))));
+  Rig rig(back());
+  rig.session->startRunning();
+  EXPECT_TRUE(time.waitUntil([&] { return !rig.session->isRunning(); }));
+
+  auto gone = back();
+  std::filesystem::remove(folder.path("text.mov"));
+  EXPECT_FALSE(AVCaptureDeviceInput::withDevice(gone));
+  useHost(backFrom("/dev/null")); // a device file, but none of a camera
+  Rig none(back());
+  EXPECT_FALSE(back()->isSimulated());
+  none.session->startRunning();
+  EXPECT_TRUE(time.waitUntil([&] { return !none.session->isRunning(); }));
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,93 @@
+#include "tests/AVFoundation/MediaReaderGStreamer.h"
+
+#include "platform/AVFoundation/PipelineGStreamer.h"
+
+#include <gst/app/gstappsink.h>
+#include <gst/pbutils/pbutils.h>
+#include <gst/video/video.h>
+
+#include <algorithm>
+
+namespace zuvi {
+
+namespace {
+
+int count(GList* adopted) {
+  const int length = static_cast<int>(g_list_length(adopted));
+  gst_discoverer_stream_info_list_free(adopted);
+  return length;
+}
+
+void discover(const std::string& path, FilmFacts& facts) {
+  struct Unref {
+    void operator()(gpointer object) const { g_object_unref(object); }
+  };
+  std::unique_ptr<GstDiscoverer, Unref> discoverer(gst_discoverer_new(10 * GST_SECOND, nullptr));
+  std::unique_ptr<char, decltype(&g_free)> uri(gst_filename_to_uri(path.c_str(), nullptr), g_free);
+  std::unique_ptr<GstDiscovererInfo, Unref> info(
+      gst_discoverer_discover_uri(discoverer.get(), uri.get(), nullptr));
+  if (!info || gst_discoverer_info_get_result(info.get()) != GST_DISCOVERER_OK) return;
+  std::unique_ptr<GstDiscovererStreamInfo, Unref> stream(
+      gst_discoverer_info_get_stream_info(info.get()));
+  GstMini<GstCaps> caps(gst_discoverer_stream_info_get_caps(stream.get()));
+  std::unique_ptr<char, decltype(&g_free)> text(gst_caps_to_string(caps.get()), g_free);
+  facts.container = text.get();
+  facts.audioStreams = count(gst_discoverer_info_get_audio_streams(info.get()));
+  facts.videoStreams = count(gst_discoverer_info_get_video_streams(info.get()));
+  facts.seconds = double(gst_discoverer_info_get_duration(info.get())) / GST_SECOND;
+}
+
+void look(GstSample* sample, FilmFacts& facts) {
+  GstVideoInfo info;
+  GstVideoFrame frame;
+  gst_video_info_from_caps(&info, gst_sample_get_caps(sample));
+  if (!gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ)) return;
+  facts.width = info.width;
+  facts.height = info.height;
+  const auto* row = static_cast<const guint8*>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)) +
+                    std::size_t(info.height / 2) * GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0);
+  for (int part = 0; part < 3; part++)
+    facts.center[part] = row[info.width / 2 * 4 + part];
+  gst_video_frame_unmap(&frame);
+}
+
+} // namespace
+
+FilmFacts readFilm(const std::string& path) {
+  FilmFacts facts;
+  startGStreamer();
+  discover(path, facts);
+  auto made = Pipeline::launch("filesrc name=file ! decodebin ! videoconvert ! "
+                               "video/x-raw,format=RGBA ! appsink name=out sync=false",
+                               [](const Pipeline::Event&) {});
+  auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
+  g_object_set(pipeline->element("file"), "location", path.c_str(), nullptr);
+  pipeline->play();
+  auto* out = GST_APP_SINK(pipeline->element("out"));
+  while (auto* next = gst_app_sink_try_pull_sample(out, 5 * GST_SECOND)) {
+    GstMini<GstSample> sample(next);
+    if (facts.frames++ == 0) look(next, facts);
+    const auto* buffer = gst_sample_get_buffer(next);
+    facts.end = double(GST_BUFFER_PTS(buffer) + GST_BUFFER_DURATION(buffer)) / GST_SECOND;
+  }
+  return facts;
+}
+
+CameraFrame solidFrame(int width, int height, Rgb colour, GstClockTime time) {
+  startGStreamer();
+  GstVideoInfo info;
+  gst_video_info_set_format(&info, GST_VIDEO_FORMAT_RGBx, width, height);
+  info.fps_n = 30;
+  info.fps_d = 1;
+  GstMini<GstCaps> caps(gst_video_info_to_caps(&info));
+  GstMini<GstBuffer> buffer(gst_buffer_new_allocate(nullptr, info.size, nullptr));
+  GstMapInfo map;
+  gst_buffer_map(buffer.get(), &map, GST_MAP_WRITE);
+  for (gsize i = 0; i + 3 < map.size; i += 4)
+    for (int part = 0; part < 3; part++)
+      map.data[i + part] = static_cast<guint8>(colour[part]);
+  gst_buffer_unmap(buffer.get(), &map);
+  return {{gst_sample_new(buffer.get(), caps.get(), nullptr, nullptr), GstMiniUnref()}, time};
+}
+
+} // namespace zuvi

@@ -1,0 +1,153 @@
+#include "platform/AVFoundation/AVError.h"
+#include "platform/Foundation/Print.h"
+#include "tests/AVFoundation/CameraFixture.h"
+#include "tests/AVFoundation/MediaReaderGStreamer.h"
+#include "tests/AVFoundation/RecipeProvider.h"
+
+#include <gmock/gmock.h>
+
+namespace zuvi {
+namespace {
+
+constexpr const char* steadyCamera =
+    "videotestsrc is-live=true ! video/x-raw,width=320,height=240,framerate=30/1";
+constexpr double freeWithin = 0.5;
+
+class SessionTest : public CameraTest {
+protected:
+  std::shared_ptr<RecipeProvider> use(const std::string& elements) {
+    auto provider = make<RecipeProvider>(elements);
+    AVCaptureDevice::setProvider(provider);
+    return provider;
+  }
+};
+
+TEST_F(SessionTest, SharesOneCameraAndFreesItAfterTheLastStop) {
+  auto camera = use(steadyCamera);
+  Rig recorder(back()), document(back());
+  EXPECT_EQ(camera->opened, 0) << "an input alone does not open the camera";
+  recorder.session->startRunning();
+  ASSERT_TRUE(warm(recorder));
+  document.session->startRunning();
+  ASSERT_TRUE(warm(document));
+  EXPECT_EQ(camera->opened, 1);
+
+  // A film of one session goes on while the other one leaves.
+  auto listener = std::make_shared<FilmListener>();
+  recorder.film->startRecording(folder.path("film.mov"), listener);
+  film(0.2);
+  document.session->stopRunning();
+  ASSERT_TRUE(warm(recorder));
+  film(0.2);
+  recorder.film->stopRecording();
+  ASSERT_TRUE(time.waitUntil([&] { return !listener->ends().empty(); }));
+  EXPECT_NEAR(readFilm(folder.path("film.mov")).seconds, 0.4, 0.2);
+
+  EXPECT_EQ(camera->closed, 0);
+  recorder.session->stopRunning();
+  EXPECT_TRUE(time.waitUntil([&] { return camera->closed == 1; }, freeWithin));
+  recorder.session->startRunning();
+  ASSERT_TRUE(warm(recorder));
+  EXPECT_EQ(camera->opened, 2);
+}
+
+TEST_F(SessionTest, FreesTheCameraWhenDroppedWhileFilmingOrRestarted) {
+  auto camera = use(steadyCamera);
+  {
+    Rig rig(back());
+    rig.session->startRunning();
+    ASSERT_TRUE(warm(rig));
+    rig.film->startRecording(folder.path("film.mov"), {});
+    film(0.2);
+  }
+  EXPECT_TRUE(time.waitUntil([&] { return camera->closed == 1; }, freeWithin));
+  Rig rig(back());
+  for (int i = 0; i < 5; i++) {
+    rig.session->startRunning();
+    rig.session->stopRunning();
+  }
+  rig.session->startRunning();
+  EXPECT_TRUE(warm(rig));
+  EXPECT_EQ(camera->opened - camera->closed, 1);
+}
+
+TEST_F(SessionTest, StopNeverWaitsForTheMainThreadNorMakesItWait) {
+  use(steadyCamera);
+  for (int i = 0; i < 20; i++) {
+    Rig rig(back());
+    auto layer = make<AVCaptureVideoPreviewLayer>(rig.session);
+    Surface surface(layer);
+    rig.session->startRunning();
+    if (i % 2) {
+      EXPECT_TRUE(warm(rig));
+    }
+    rig.film->startRecording(folder.path("film.mov"), {});
+    const auto start = std::chrono::steady_clock::now();
+    if (i % 3) rig.session->stopRunning();
+    rig.session.reset();
+    rig.input.reset();
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    EXPECT_LT(took.count(), 0.1);
+  }
+}
+
+class VanishingCameraTest : public SessionTest,
+                            public ::testing::WithParamInterface<const char*> {};
+// Ends by itself; fails in the middle; is never there.
+INSTANTIATE_TEST_SUITE_P(
+    Cameras, VanishingCameraTest,
+    ::testing::Values("videotestsrc is-live=true num-buffers=20 ! video/x-raw,framerate=30/1",
+                      "videotestsrc is-live=true ! video/x-raw,framerate=30/1 ! "
+                      "identity error-after=20",
+                      "filesrc location=/nonexistent ! decodebin"));
+
+TEST_P(VanishingCameraTest, EndsTheRunAndCanBeStartedAgain) {
+  auto camera = use(GetParam());
+  Rig rig(back());
+  auto listener = std::make_shared<FilmListener>();
+  for (int run = 1; run <= 2; run++) {
+    rig.session->startRunning();
+    EXPECT_TRUE(rig.session->isRunning());
+    rig.film->startRecording(folder.path("film.mov"), listener);
+    ASSERT_TRUE(time.waitUntil([&] { return !rig.session->isRunning(); }));
+    EXPECT_TRUE(time.waitUntil([&] { return camera->closed == run; }, freeWithin));
+    EXPECT_EQ(camera->opened, run);
+    ASSERT_TRUE(time.waitUntil([&] { return int(listener->ends().size()) == run; }));
+    EXPECT_EQ(listener->ends().back().error.value().code, AVErrorDeviceWasDisconnected);
+    EXPECT_FALSE(rig.film->isRecording());
+    rig.film->stopRecording();
+    rig.session->stopRunning(); // without effect by now
+  }
+}
+
+TEST_F(SessionTest, MissingPluginIsALineAndNoCrash) {
+  std::string printed;
+  setPrintListener([&](const std::string& line) { printed += line; });
+  use("zuvimissing ! video/x-raw");
+  Rig rig(back());
+  rig.session->startRunning();
+  EXPECT_TRUE(time.waitUntil([&] { return !rig.session->isRunning(); }));
+  setPrintListener(nullptr);
+  EXPECT_THAT(printed, ::testing::HasSubstr("zuvimissing"));
+  EXPECT_THAT(printed, ::testing::HasSubstr("package gstreamer1.0-plugins-good"));
+}
+
+TEST_F(SessionTest, TakesOneInputAndNeedsOne) {
+  auto camera = use(steadyCamera);
+  auto session = make<AVCaptureSession>();
+  auto output = make<AVCaptureStillImageOutput>();
+  session->startRunning();
+  EXPECT_FALSE(session->isRunning());
+  EXPECT_TRUE(session->addOutput(output));
+  EXPECT_FALSE(make<AVCaptureSession>()->addOutput(output));
+  EXPECT_TRUE(output->connections().empty());
+  EXPECT_FALSE(session->addInput(AVCaptureDeviceInput::withDevice(nullptr)));
+  EXPECT_TRUE(session->addInput(AVCaptureDeviceInput::withDevice(back())));
+  EXPECT_FALSE(session->addInput(AVCaptureDeviceInput::withDevice(back())));
+  ASSERT_EQ(output->connections().size(), 1U);
+  EXPECT_EQ(output->connections()[0]->inputPorts().at(0).mediaType, AVMediaType::Video);
+  EXPECT_EQ(output->connections()[0], output->connections()[0]);
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,135 @@
+#include "platform/AVFoundation/AVError.h"
+#include "platform/ImageIO/ImageFile.h"
+#include "tests/AVFoundation/CameraFixture.h"
+#include "tests/AVFoundation/RecipeProvider.h"
+
+#include <cmath>
+
+namespace zuvi {
+namespace {
+
+class StillTest : public CameraTest {
+protected:
+  std::shared_ptr<AskedStill> take(const Rig& rig) {
+    auto asked = rig.askStill();
+    EXPECT_TRUE(time.waitUntil([&] { return asked->done(); }));
+    return asked;
+  }
+
+  /// A file with smooth colours and sharp edges, as the bytes of a PNG.
+  std::string makePicture(int width, int height) {
+    std::vector<std::uint8_t> pixels;
+    for (int y = 0; y < height; y++)
+      for (int x = 0; x < width; x++) {
+        const bool red = x * 4 < width && y * 2 < height;
+        pixels.push_back(red ? 30 : 255 * x / width);
+        pixels.push_back(red ? 20 : 255 * y / height);
+        pixels.push_back(red ? 220 : 90);
+        pixels.push_back(255);
+      }
+    auto image = CGImage::fromPixels(Data(pixels), width, height, std::size_t(width) * 4,
+                                     CGImage::Format::BGRA);
+    return folder.write("picture.png", encodePNG(*image).view());
+  }
+
+  static double meanDifference(const CGImage& a, const CGImage& b) {
+    const auto left = a.pixels(), right = b.pixels();
+    double sum = 0;
+    for (std::size_t i = 0; i < left.size(); i++)
+      sum += std::abs(int(left.bytes()[i]) - int(right.bytes()[i]));
+    return sum / double(left.size());
+  }
+};
+
+TEST_F(StillTest, EqualsTheSourceAtFullSize) {
+  for (auto [width, height] : {std::pair{1600, 1200}, std::pair{301, 201}}) {
+    const auto path = makePicture(width, height);
+    useHost(backFrom(path));
+    EXPECT_TRUE(back()->isSimulated());
+    Rig rig(back());
+    rig.session->startRunning();
+    auto still = take(rig);
+    ASSERT_TRUE(still->jpeg);
+    EXPECT_FALSE(still->error);
+    EXPECT_FALSE(still->onMain);
+    const auto taken = decodeImage(*still->jpeg);
+    const auto source = decodeImage(Data(test::TemporaryFolder::read(path)));
+    ASSERT_TRUE(taken && source);
+    ASSERT_EQ(taken->width(), width);
+    ASSERT_EQ(taken->height(), height);
+    EXPECT_LT(meanDifference(*taken, *source), 2.0);
+
+    // The JPEG that was taken can itself be shown, and keeps its colours.
+    useHost(backFrom(folder.write("taken.jpg", still->jpeg->view())));
+    Rig second(back());
+    second.session->startRunning();
+    auto again = take(second);
+    ASSERT_TRUE(again->jpeg);
+    EXPECT_LT(meanDifference(*decodeImage(*again->jpeg), *source), 3.0);
+  }
+}
+
+TEST_F(StillTest, ComesAfterTheCall) {
+  // Every picture of this camera differs from the one before.
+  auto provider = make<RecipeProvider>("videotestsrc is-live=true pattern=snow ! "
+                                       "video/x-raw,width=64,height=64,framerate=30/1");
+  AVCaptureDevice::setProvider(provider);
+  Rig rig(back());
+  rig.session->startRunning();
+  std::vector<std::shared_ptr<AskedStill>> together{rig.askStill(), rig.askStill()};
+  ASSERT_TRUE(time.waitUntil([&] { return together[0]->done() && together[1]->done(); }));
+  EXPECT_EQ(*together[0]->jpeg, *together[1]->jpeg);
+  EXPECT_FALSE(*take(rig)->jpeg == *together[0]->jpeg);
+}
+
+TEST_F(StillTest, IsAnsweredOnceWithoutCamera) {
+  // Opens, and never gives a picture.
+  auto provider = make<RecipeProvider>("appsrc caps=video/x-raw,format=I420,width=64,height=64");
+  AVCaptureDevice::setProvider(provider);
+  Rig rig(back());
+  auto early = take(rig);
+  EXPECT_EQ(early->error.value().code, AVErrorSessionNotRunning);
+
+  rig.session->startRunning();
+  auto patient = take(rig); // bounded by the output's own patience
+  EXPECT_FALSE(patient->jpeg);
+  EXPECT_TRUE(patient->error);
+  auto stopped = rig.askStill();
+  rig.session->stopRunning();
+  ASSERT_TRUE(time.waitUntil([&] { return stopped->done(); }, 1));
+  EXPECT_FALSE(stopped->jpeg);
+  EXPECT_TRUE(stopped->error);
+
+  rig.session->startRunning();
+  auto dropped = rig.askStill();
+  rig.session.reset();
+  rig.input.reset();
+  ASSERT_TRUE(time.waitUntil([&] { return dropped->done(); }, 1));
+  EXPECT_FALSE(dropped->jpeg);
+  for (const auto& still : {early, patient, stopped, dropped})
+    EXPECT_EQ(still->answers, 1);
+}
+
+TEST_F(StillTest, RefusesWrongConnectionAndCodec) {
+  useHost(simulated());
+  Rig rig(back()), other(back());
+  rig.session->startRunning();
+  rig.stills->outputSettings[AVVideoCodecKey] = "other";
+  EXPECT_EQ(take(rig)->error.value().code, AVErrorInvalidSetting);
+  rig.stills->outputSettings[AVVideoCodecKey] = AVVideoCodecJPEG;
+  EXPECT_TRUE(take(rig)->jpeg);
+
+  std::atomic<int> code = 0;
+  rig.stills->captureStillImageAsynchronously(
+      other.stills->connections().at(0),
+      [&](const auto& buffer, const std::optional<Error>& error) {
+        EXPECT_FALSE(AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(buffer));
+        code = error.value().code;
+      });
+  EXPECT_TRUE(time.waitUntil([&] { return code == AVErrorInvalidSetting; }));
+  EXPECT_FALSE(AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(
+      CMSampleBuffer{"other", Data("bytes")}));
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,119 @@
+#include "platform/Foundation/DateFormatter.h"
+#include "platform/Foundation/Locale.h"
+#include "tests/support/ScopedEnvironment.h"
+
+#include <cmath>
+#include <limits>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace zuvi {
+namespace {
+
+using test::ScopedEnvironment;
+
+DateFormatter machineFormatter() {
+  return {"yyyy-MM-dd'T'HH:mm:ss.SSS'Z'", "en_US_POSIX", "UTC"};
+}
+
+TEST(DateFormatterTest, MachineFormatIgnoresTheDevice) {
+  for (const char* zone : {"Asia/Kathmandu", "America/St_Johns", "<+0545>-5:45", "Nonsense/Zone"})
+    for (const char* language : {"ar_EG.UTF-8", "th_TH.UTF-8", "C", "xx_nonsense"}) {
+      const ScopedEnvironment tz("TZ", zone);
+      const ScopedEnvironment lang("LC_ALL", language);
+      const auto formatter = machineFormatter();
+      EXPECT_EQ(formatter.string({1517400000}), "2018-01-31T12:00:00.000Z");
+      EXPECT_EQ(formatter.date("2018-01-31T12:00:00.250Z"), Date{1517400000.25});
+    }
+}
+
+TEST(DateFormatterTest, MillisecondsAreNeitherLostNorInvented) {
+  const auto formatter = machineFormatter();
+  for (int ms = 0; ms < 1000; ++ms) {
+    char expected[32];
+    std::snprintf(expected, sizeof expected, "2018-01-31T12:00:00.%03dZ", ms);
+    ASSERT_EQ(formatter.string({1517400000 + ms / 1000.0}), expected);
+  }
+  EXPECT_EQ(formatter.string({-0.001}), "1969-12-31T23:59:59.999Z");
+  EXPECT_EQ(formatter.string({1517400000.9996}), "2018-01-31T12:00:00.999Z");
+}
+
+TEST(DateFormatterTest, DeviceZoneIsReadAnewAndRulesCount) {
+  const ScopedEnvironment lang("LC_ALL", "C");
+  DateFormatter formatter;
+  formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ssZ";
+  const struct {
+    const char* zone;
+    const char* winter;
+    const char* summer;
+  } rows[] = {
+      {"UTC", "2018-01-31T12:00:00+0000", "2018-07-01T12:00:00+0000"},
+      {"America/New_York", "2018-01-31T07:00:00-0500", "2018-07-01T08:00:00-0400"},
+      {":Asia/Kathmandu", "2018-01-31T17:45:00+0545", "2018-07-01T17:45:00+0545"},
+      {"CET-1CEST,M3.5.0,M10.5.0/3", "2018-01-31T13:00:00+0100", "2018-07-01T14:00:00+0200"},
+      {"<-03>3", "2018-01-31T09:00:00-0300", "2018-07-01T09:00:00-0300"},
+      {"Nonsense/Zone", "2018-01-31T12:00:00+0000", "2018-07-01T12:00:00+0000"},
+  };
+  for (const auto& row : rows) {
+    const ScopedEnvironment tz("TZ", row.zone);
+    EXPECT_EQ(formatter.string({1517400000}), row.winter) << row.zone;
+    EXPECT_EQ(formatter.string({1530446400}), row.summer) << row.zone;
+    DateFormatter local;
+    local.dateFormat = "yyyy-MM-dd HH:mm";
+    EXPECT_EQ(local.date(local.string({1517400000})), Date{1517400000}) << row.zone;
+    EXPECT_EQ(local.date(local.string({1530446400})), Date{1530446400}) << row.zone;
+  }
+}
+
+TEST(DateFormatterTest, ParsesExactlyOrNotAtAll) {
+  const auto formatter = machineFormatter();
+  for (const char* text : {"", "2018-01-31", "2018-13-01T00:00:00.000Z", "2018-02-30T00:00:00.000Z",
+                           "2018-01-31T24:00:01.000Z", "2018-01-31T12:00:00.000",
+                           "2018-01-31T12:00:00.000Zx", " 2018-01-31T12:00:00.000Z",
+                           "2018- 1-31T12:00:00.000Z", "2018-01-31t12:00:00.000Z", "\xff"})
+    EXPECT_EQ(formatter.date(text), std::nullopt) << text;
+}
+
+TEST(DateFormatterTest, WhatCannotBeUsedGivesNothing) {
+  const Date noon{1517400000};
+  EXPECT_EQ((DateFormatter{"bbbb tttt", "en", "UTC"}.string(noon)), "");
+  EXPECT_EQ((DateFormatter{"yyyy", "en", "No/Where"}.string(noon)), "");
+  for (const double seconds : {std::nan(""), std::numeric_limits<double>::infinity(), -1e300})
+    EXPECT_EQ(machineFormatter().string({seconds}), "");
+}
+
+TEST(LocaleTest, ComesFromTheEnvironmentAnewEachTime) {
+  const struct {
+    const char* language;
+    const char* identifier;
+    std::optional<std::string> region;
+  } rows[] = {
+      {"de_AT.UTF-8", "de_AT", "AT"},
+      {"pt_BR", "pt_BR", "BR"},
+      {"en_GB.UTF-8@euro", "en_GB", "GB"},
+      {"C", "en", std::nullopt},
+      {"C.UTF-8", "en", std::nullopt},
+      {"fr", "fr", std::nullopt},
+      {"", "en", std::nullopt},
+      {"..//", "en", std::nullopt},
+  };
+  for (const auto& row : rows) {
+    const ScopedEnvironment all("LC_ALL", std::nullopt);
+    const ScopedEnvironment messages("LC_MESSAGES", std::nullopt);
+    const ScopedEnvironment lang("LANG", row.language);
+    EXPECT_EQ(Locale::current().identifier(), row.identifier);
+    EXPECT_EQ(Locale::current().regionCode(), row.region) << row.language;
+  }
+}
+
+TEST(LocaleTest, NamesRegionsInItsOwnLanguage) {
+  EXPECT_EQ(Locale("de_DE").localizedStringForRegionCode("DE"), "Deutschland");
+  EXPECT_EQ(Locale("en").localizedStringForRegionCode("MX"), "Mexico");
+  EXPECT_EQ(Locale("en").localizedStringForRegionCode(""), std::nullopt);
+  for (const char* unknown : {"QX", "nowhere at all", "\xff"})
+    EXPECT_EQ(Locale("en").localizedStringForRegionCode(unknown), unknown);
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,161 @@
+#include "platform/Foundation/Bundle.h"
+#include "platform/Foundation/FileManager.h"
+#include "platform/Foundation/PropertyList.h"
+#include "platform/Foundation/UserDefaults.h"
+#include "tests/support/ScopedEnvironment.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <filesystem>
+#include <iterator>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace zuvi {
+namespace {
+
+using test::ScopedEnvironment;
+using test::TemporaryFolder;
+
+unsigned mode(const std::string& path) {
+  struct stat status = {};
+  return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : 0;
+}
+
+TEST(UserDefaultsTest, OutlivesTheObjectPrivatelyAndAlone) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("a/b/defaults.json");
+  {
+    UserDefaults defaults(path);
+    defaults.set("list", Value::List{"x", "y"});
+    defaults.set("flag", true);
+    defaults.set("gone", 1);
+    defaults.set("gone", nullptr);
+    defaults.set("refused", Value::List{Date{0}});
+    defaults.set("refused", "\xff");
+  }
+  const UserDefaults defaults(path);
+  EXPECT_EQ(defaults.value("list"), (Value::List{"x", "y"}));
+  EXPECT_EQ(defaults.value("flag"), true);
+  EXPECT_TRUE(defaults.value("gone").isNull());
+  EXPECT_TRUE(defaults.value("refused").isNull());
+  EXPECT_EQ(mode(path), 0600U);
+  EXPECT_EQ(mode(folder.path("a")), 0700U);
+  const std::filesystem::directory_iterator files(folder.path("a/b"));
+  EXPECT_EQ(std::distance(begin(files), end(files)), 1); // no temporary file is left
+}
+
+TEST(UserDefaultsTest, ADamagedFileIsKeptAsideAndReadsAsEmpty) {
+  for (const char* bytes : {"", "{\"a\":", "[1]", "\xff\xfe", "null"}) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("defaults.json", bytes);
+    UserDefaults defaults(path);
+    EXPECT_TRUE(defaults.value("a").isNull());
+    EXPECT_EQ(TemporaryFolder::read(path + ".damaged"), bytes);
+    defaults.set("a", 2);
+    EXPECT_EQ(UserDefaults(path).value("a"), 2);
+    EXPECT_EQ(TemporaryFolder::read(path + ".damaged"), bytes);
+  }
+}
+
+TEST(UserDefaultsTest, AFolderThatCannotBeWrittenCostsNothingButTheWrite) {
+  const TemporaryFolder folder;
+  UserDefaults defaults(folder.write("file", "x") + "/below/defaults.json");
+  defaults.set("a", 1);
+  EXPECT_EQ(defaults.value("a"), 1);
+}
+
+TEST(FileManagerTest, DocumentsFolderIsMadePrivately) {
+  const TemporaryFolder folder;
+  const ScopedEnvironment home("HOME", folder.path("home"));
+  const std::string program = std::filesystem::read_symlink("/proc/self/exe").filename();
+  {
+    const ScopedEnvironment data("XDG_DATA_HOME", folder.path("data"));
+    EXPECT_EQ(FileManager::documentsDirectory(), folder.path("data/" + program + "/Documents"));
+    EXPECT_EQ(mode(*FileManager::documentsDirectory()), 0700U);
+  }
+  {
+    const ScopedEnvironment data("XDG_DATA_HOME", "relative");
+    EXPECT_EQ(FileManager::documentsDirectory(),
+              folder.path("home/.local/share/" + program + "/Documents"));
+    const ScopedEnvironment nowhere("HOME", std::nullopt);
+    EXPECT_EQ(FileManager::documentsDirectory(), std::nullopt);
+    FileManager::setDocumentsDirectory(folder.path("other"));
+    EXPECT_EQ(FileManager::documentsDirectory(), folder.path("other"));
+    EXPECT_TRUE(std::filesystem::is_directory(folder.path("other")));
+  }
+  FileManager::setDocumentsDirectory(folder.write("file", "") + "/x");
+  EXPECT_EQ(FileManager::documentsDirectory(), std::nullopt);
+  FileManager::setDocumentsDirectory(std::nullopt);
+  EXPECT_EQ(FileManager::documentsDirectory(), std::nullopt);
+}
+
+TEST(FileManagerTest, ReadsWholeFilesAndOnlyFiles) {
+  const TemporaryFolder folder;
+  const std::string bytes(3'000'000, 'z');
+  const std::string path = folder.write("film", bytes);
+  const auto data = FileManager::contents(path);
+  EXPECT_TRUE(FileManager::removeItem(path));
+  EXPECT_FALSE(FileManager::removeItem(path));
+  ASSERT_TRUE(data);
+  EXPECT_TRUE(data->view() == bytes);
+  EXPECT_TRUE(FileManager::contents(folder.write("empty", ""))->empty());
+  ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
+  for (const auto& none : {path, folder.path(), folder.path("pipe"), std::string()})
+    EXPECT_FALSE(FileManager::contents(none)) << none;
+}
+
+TEST(BundleTest, FindsOnlyFilesOfItsOwn) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder.path("in"));
+  folder.write("secret.txt", "x");
+  const std::string script = folder.write("in/script.js", "x");
+  const Bundle bundle(folder.path("in"));
+  EXPECT_EQ(bundle.path("script", "js"), script);
+  for (const char* name : {"", "missing", "../secret", "x/../../secret"})
+    EXPECT_EQ(bundle.path(name, "txt"), std::nullopt) << name;
+  EXPECT_EQ(bundle.path(folder.path("secret"), "txt"), std::nullopt);
+  EXPECT_EQ(bundle.path(".", ""), std::nullopt);
+}
+
+TEST(PropertyListTest, ReadsAllTypes) {
+  const TemporaryFolder folder;
+  const auto value = propertyListFromFile(folder.write("a.plist", R"(<?xml version="1.0"?>
+<!DOCTYPE plist PUBLIC "x" "y">
+<plist version="1.0"><!-- c --><dict>
+  <key>s</key><string>a &amp; b </string> <key>blank</key><string> </string>
+  <key>none</key><string/>
+  <key>l</key><array><integer>-3</integer><real>0.5</real><true/><false/></array>
+  <key>d</key><date>2018-01-31T12:00:00Z</date>
+</dict></plist>)"));
+  const Value expected = Value::Dictionary{{"s", "a & b "},
+                                           {"blank", " "},
+                                           {"none", ""},
+                                           {"l", Value::List{-3, 0.5, true, false}},
+                                           {"d", Date{1517400000}}};
+  ASSERT_TRUE(value);
+  EXPECT_EQ(*value, expected) << value->description();
+}
+
+TEST(PropertyListTest, RefusesWhatIsNone) {
+  const TemporaryFolder folder;
+  std::string deep = "<plist>";
+  for (int i = 0; i < 100'000; ++i)
+    deep += "<array>";
+  for (int i = 0; i < 100'000; ++i)
+    deep += "</array>";
+  deep += "</plist>";
+  for (const std::string& text :
+       {std::string(), std::string("no xml"), std::string("<plist/>"), std::string("<dict></dict>"),
+        std::string("<plist><dict><key>a</key></dict></plist>"),
+        std::string("<plist><dict><string>a</string></dict></plist>"),
+        std::string("<plist><integer>1x</integer></plist>"),
+        std::string("<plist><true/><true/></plist>"), std::string("<plist><odd/></plist>"),
+        std::string("<plist><dict>"), deep})
+    EXPECT_FALSE(propertyListFromFile(folder.write("x", text))) << text.substr(0, 80);
+  EXPECT_FALSE(propertyListFromFile(folder.path("missing")));
+}
+
+} // namespace
+} // namespace zuvi

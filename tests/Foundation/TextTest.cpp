@@ -1,0 +1,139 @@
+#include "platform/Foundation/Base64.h"
+#include "platform/Foundation/ClassName.h"
+#include "platform/Foundation/PercentEncoding.h"
+#include "platform/Foundation/URL.h"
+#include "platform/Foundation/UUID.h"
+#include "platform/Foundation/Value.h"
+
+#include <limits>
+#include <regex>
+#include <string>
+
+#include <glib.h>
+#include <gtest/gtest.h>
+
+namespace zuvi {
+namespace {
+
+TEST(Base64Test, AgreesWithAnotherCoderAndBreaksLines) {
+  std::string bytes;
+  for (std::size_t size = 0; size < 200; ++size) {
+    gchar* expected = g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size());
+    const std::string text = base64Encoded(bytes);
+    EXPECT_EQ(text, expected);
+    g_free(expected);
+
+    std::string broken;
+    for (std::size_t i = 0; i < text.size(); i += 64)
+      broken += (i > 0 ? "\r\n" : "") + text.substr(i, 64);
+    EXPECT_EQ(base64Encoded(bytes, Base64Lines::Length64), broken) << size;
+    bytes += static_cast<char>(size * 37);
+  }
+}
+
+TEST(PercentEncodingTest, EscapesEachByteOutsideTheSet) {
+  const auto& query = CharacterSet::urlQueryAllowed();
+  EXPECT_EQ(addingPercentEncoding("a b&c=d/e?%\r\n\"é", query), "a%20b&c=d/e?%25%0D%0A%22%C3%A9");
+  EXPECT_EQ(addingPercentEncoding("me@x.y/z+[1]", CharacterSet::urlHostAllowed()),
+            "me%40x.y%2Fz+[1]");
+  EXPECT_EQ(addingPercentEncoding(std::string_view("\0", 1), query), "%00");
+  EXPECT_EQ(addingPercentEncoding("\xff", query), std::nullopt);
+  EXPECT_EQ(addingPercentEncoding("\xed\xa0\x80", query), std::nullopt);
+}
+
+TEST(PercentEncodingTest, TheReverseRefusesWhatIsMalformed) {
+  EXPECT_EQ(removingPercentEncoding("a%20b%c3%A9+"), "a bé+");
+  for (const char* text : {"%", "%2", "%2g", "%g2", "%%20", "%FF", "\xff"})
+    EXPECT_EQ(removingPercentEncoding(text), std::nullopt) << text;
+  std::string all;
+  for (int c = 0; c < 128; ++c)
+    all += static_cast<char>(c);
+  EXPECT_EQ(removingPercentEncoding(*addingPercentEncoding(all, CharacterSet())), all);
+}
+
+TEST(URLTest, TakesAnAddressApart) {
+  const auto url = URL::fromString("HTTPS://User@Host.example:8443/a%20b/c?q=%41#f");
+  ASSERT_TRUE(url);
+  EXPECT_EQ(url->scheme(), "https");
+  EXPECT_EQ(url->host(), "Host.example");
+  EXPECT_EQ(url->path(), "/a b/c");
+  EXPECT_EQ(url->absoluteString(), "HTTPS://User@Host.example:8443/a%20b/c?q=%41#f");
+  EXPECT_EQ(URL::fromString("mailto:a@b.c")->scheme(), "mailto");
+  EXPECT_EQ(URL::fromString("mailto:a@b.c")->host(), "");
+  EXPECT_EQ(URL::fromString("http://[::1]:80/")->host(), "::1");
+  EXPECT_TRUE(URL::fromString("https://h/?name=José"));
+}
+
+TEST(URLTest, RefusesWhatIsNoAddress) {
+  for (const char* text : {"", "no scheme", "/path", "h.example/x", "https://h/a b", "https://h/\n",
+                           "https://h/%", "https://h/%4", "https://h/?a=%zz", "https://h:port/",
+                           "https://[::1/", "1http://h/", "https://h/\xff", " https://h/"})
+    EXPECT_FALSE(URL::fromString(text)) << text;
+  EXPECT_FALSE(URL::fromString(std::string("https://h/\0", 11)));
+}
+
+TEST(URLTest, AFilePathSurvives) {
+  for (const std::string path : {"/tmp/a b", "/x/é%20?#", "/bytes/\xff\xfe", "/"}) {
+    const URL url = URL::fromFilePath(path);
+    EXPECT_TRUE(url.isFileURL());
+    EXPECT_EQ(url.path(), path);
+    EXPECT_EQ(URL::fromString(url.absoluteString()), url);
+  }
+}
+
+TEST(UUIDTest, IsCanonicalUpperCaseAndNew) {
+  const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
+  EXPECT_TRUE(std::regex_match(uuidString(), form));
+  EXPECT_NE(uuidString(), uuidString());
+}
+
+template <class T> struct Outer {
+  struct Inner {};
+};
+struct Local {
+  virtual ~Local() = default;
+};
+struct Derived : Local {};
+
+TEST(ClassNameTest, IsPlainAndOfTheObjectItself) {
+  const Derived derived;
+  const Local& base = derived;
+  EXPECT_EQ(className(base), "Derived");
+  EXPECT_EQ(className(typeid(URL)), "URL");
+  EXPECT_EQ(className(typeid(Outer<URL>::Inner)), "Inner");
+  EXPECT_EQ(className(typeid(Outer<URL>)), "Outer<zuvi::URL>");
+}
+
+TEST(ValueTest, NumbersAndBooleansStayApart) {
+  EXPECT_EQ(Value(true).number(), std::nullopt);
+  EXPECT_EQ(Value(1).boolean(), nullptr);
+  EXPECT_FALSE(Value(true) == Value(1));
+  EXPECT_EQ(Value(1.5F).number(), 1.5);
+  EXPECT_EQ(Value("1").number(), std::nullopt);
+  EXPECT_TRUE(Value(std::optional<std::string>()).isNull());
+}
+
+TEST(ValueTest, TypedListsAreAllOrNothing) {
+  EXPECT_EQ((Value::List{"a", "b"}, Value(Value::List{"a", "b"}).listOfStrings()),
+            (std::vector<std::string>{"a", "b"}));
+  EXPECT_EQ(Value(Value::List{"a", 1}).listOfStrings(), std::nullopt);
+  EXPECT_EQ(Value(Value::List{}).listOfStrings(), std::vector<std::string>());
+  EXPECT_EQ(Value("a").listOfStrings(), std::nullopt);
+  EXPECT_EQ(Value(Value::List{Value::Dictionary{}, nullptr}).listOfDictionaries(), std::nullopt);
+  EXPECT_EQ(Value(Value::List{Value::Dictionary{}}).listOfDictionaries()->size(), 1U);
+}
+
+TEST(ValueTest, DescribesItself) {
+  const Value value = Value::Dictionary{{"a", Value::List{1, 2.0, 0.1F, true, nullptr, "x\"y"}},
+                                        {"b", Value::Dictionary{}},
+                                        {"d", Date{-1}},
+                                        {"u", URL::fromString("https://h/").value()}};
+  EXPECT_EQ(value.description(), R"(["a": [1, 2.0, 0.1, true, nil, "x\"y"], "b": [:], )"
+                                 R"("d": 1969-12-31 23:59:59 +0000, "u": https://h/])");
+  EXPECT_EQ(Value("plain \"text\"").description(), "plain \"text\"");
+  EXPECT_EQ(Value(std::numeric_limits<std::uint64_t>::max()).description(), "18446744073709551615");
+  EXPECT_EQ(Value(Date{1e300}).description(), "1e+300");
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,259 @@
+#include "platform/Foundation/URLSession.h"
+#include "tests/Foundation/SessionFixture.h"
+
+#include <chrono>
+#include <functional>
+#include <latch>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace zuvi {
+namespace {
+
+using test::LoopbackServer;
+using test::Reply;
+using test::Request;
+using test::ScopedEnvironment;
+using Mode = Reply::Mode;
+
+class URLSessionTest : public SessionFixture {};
+
+Reply echo(const Request& request) {
+  return {200, {{"X-Answer", "one"}, {"x-answer", "two"}}, request.body};
+}
+
+TEST_F(URLSessionTest, CarriesMethodHeadersQueryAndBody) {
+  const LoopbackServer server(echo);
+  for (const char* method : {"POST", "PUT", "PATCH", "DELETE"}) {
+    auto request = to(server.url("/a//b/../c%20d?x=%0D%0A&y=é"));
+    request.httpMethod = method;
+    request.allHTTPHeaderFields = {
+        {"Content-Type", "application/json"}, {"X-Empty", ""}, {"Content-Length", "3"}};
+    request.httpBody = Data(std::string("{\"a\":\0}", 7));
+    const auto outcome = send(request);
+    ASSERT_TRUE(outcome.data) << outcome.text();
+    EXPECT_EQ(outcome.data->string(), std::string("{\"a\":\0}", 7));
+    EXPECT_EQ(outcome.response->statusCode, 200);
+    EXPECT_EQ(outcome.response->headers.at("x-answer"), "one, two");
+    EXPECT_NE(outcome.thread, std::this_thread::get_id());
+    const auto seen = server.requests().back();
+    EXPECT_EQ(seen.method, method);
+    EXPECT_EQ(seen.path, "/a//b/../c%20d");
+    EXPECT_EQ(seen.query, "x=%0D%0A&y=%c3%a9");
+    EXPECT_EQ(seen.headers.at("content-type"), "application/json");
+    EXPECT_EQ(seen.headers.at("x-empty"), "");
+    EXPECT_EQ(seen.headers.count("expect"), 0U);
+    EXPECT_EQ(seen.headers.count("cookie"), 0U);
+  }
+  EXPECT_EQ(server.connectionCount(), 1); // kept
+}
+
+TEST_F(URLSessionTest, ABodilessPostSaysSo) {
+  const LoopbackServer server(echo);
+  auto request = to(server.url("/"));
+  request.httpMethod = "POST";
+  EXPECT_TRUE(send(request).data->empty());
+  EXPECT_EQ(server.requests()[0].headers.at("content-length"), "0");
+  EXPECT_EQ(server.requests()[0].headers.count("content-type"), 0U);
+}
+
+TEST_F(URLSessionTest, EveryStatusIsAnAnswer) {
+  const LoopbackServer server([](const Request& request) {
+    return Reply{std::stoi(request.path.substr(1)), {}, "{}"};
+  });
+  for (const int status : {200, 404, 422, 500}) {
+    const auto outcome = send(to(server.url("/" + std::to_string(status))));
+    EXPECT_EQ(outcome.code(), 0);
+    EXPECT_EQ(outcome.response->statusCode, status);
+    EXPECT_EQ(outcome.data->string(), "{}");
+  }
+}
+
+TEST_F(URLSessionTest, LargeBodiesBothWays) {
+  const LoopbackServer server(echo);
+  std::string bytes(16 << 20, '\0');
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    bytes[i] = static_cast<char>(i * 31 >> 8);
+  auto request = to(server.url("/"));
+  request.httpMethod = "POST";
+  request.httpBody = Data(bytes);
+  const auto outcome = send(request);
+  ASSERT_TRUE(outcome.data) << outcome.text();
+  EXPECT_TRUE(outcome.data->view() == bytes);
+}
+
+TEST_F(URLSessionTest, NoHeaderCanBeInjected) {
+  const LoopbackServer server(echo);
+  for (const auto& [name, value] : std::map<std::string, std::string>{{"A", "x\r\nX-Evil: 1"},
+                                                                      {"B", "x\nX-Evil: 1"},
+                                                                      {"C", std::string("x\0y", 3)},
+                                                                      {"X-Evil: 1\r\nD", "x"},
+                                                                      {"", "x"},
+                                                                      {"E F", "x"}}) {
+    auto request = to(server.url("/"));
+    request.allHTTPHeaderFields = {{name, value}};
+    EXPECT_NE(send(request).code(), 0) << name;
+  }
+  auto request = to(server.url("/"));
+  request.httpMethod = "GET / HTTP/1.1\r\nX-Evil: 1\r\n\r\nGET";
+  EXPECT_NE(send(request).code(), 0);
+  EXPECT_TRUE(server.requests().empty());
+}
+
+TEST_F(URLSessionTest, OnlyHttpIsSpoken) {
+  for (const char* address : {"file:///etc/passwd", "ftp://127.0.0.1/", "mailto:a@b.c"})
+    EXPECT_EQ(send(to(address)).code(), NSURLErrorUnsupportedURL) << address;
+  EXPECT_EQ(send(to("http:///path")).code(), NSURLErrorBadURL);
+}
+
+TEST_F(URLSessionTest, LostConnectionsAreErrorsWithoutData) {
+  const LoopbackServer server([](const Request& request) {
+    const bool cut = request.path == "/cut";
+    return Reply{200, {}, std::string(100'000, 'x'), cut ? Mode::CutBody : Mode::DropConnection};
+  });
+  for (const char* path : {"/cut", "/drop"}) {
+    const auto outcome = send(to(server.url(path)));
+    EXPECT_EQ(outcome.code(), NSURLErrorNetworkConnectionLost) << outcome.text();
+    EXPECT_FALSE(outcome.data);
+  }
+  std::string address;
+  {
+    const LoopbackServer gone(echo);
+    address = gone.url("/");
+  }
+  EXPECT_EQ(send(to(address)).code(), NSURLErrorCannotConnectToHost);
+}
+
+TEST_F(URLSessionTest, AnUploadIsNotSentTwiceWhenAKeptConnectionDies) {
+  const LoopbackServer server([](const Request& request) {
+    return Reply{200, {}, "ok", request.path == "/drop" ? Mode::DropConnection : Mode::Normal};
+  });
+  EXPECT_EQ(send(to(server.url("/first"))).code(), 0);
+  auto request = to(server.url("/drop"));
+  request.httpMethod = "POST";
+  request.httpBody = Data(std::string("once"));
+  EXPECT_EQ(send(request).code(), NSURLErrorNetworkConnectionLost);
+  EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(URLSessionTest, SilenceTimesOutAndProgressDoesNot) {
+  const LoopbackServer server([](const Request& request) {
+    if (request.path == "/silent") return Reply{200, {}, "", Mode::NeverAnswer};
+    Reply reply;
+    reply.nextPart = [left = 8]() mutable -> std::string {
+      std::this_thread::sleep_for(std::chrono::milliseconds(100)); // the slow source itself
+      return left-- > 0 ? "x" : "";
+    };
+    return reply;
+  });
+  using std::chrono::steady_clock;
+  auto request = to(server.url("/silent"));
+  request.timeoutInterval = 0.5;
+  const auto start = steady_clock::now();
+  EXPECT_EQ(send(request).code(), NSURLErrorTimedOut);
+  const std::chrono::duration<double> took = steady_clock::now() - start;
+  EXPECT_GE(took.count(), 0.5);
+  EXPECT_LT(took.count(), 1.5);
+
+  request = to(server.url("/slow"));
+  request.timeoutInterval = 0.5; // the whole takes longer
+  const auto slow = send(request);
+  EXPECT_EQ(slow.code(), 0) << slow.text();
+  EXPECT_EQ(slow.data->string(), "xxxxxxxx");
+}
+
+TEST_F(URLSessionTest, CancellingCompletesOnceInEveryState) {
+  std::latch arrived(1);
+  const LoopbackServer server([&](const Request& request) {
+    if (request.path != "/wait") return Reply{};
+    arrived.count_down();
+    return Reply{200, {}, "", Mode::NeverAnswer};
+  });
+  Pending waiting;
+  auto task = session().dataTask(to(server.url("/wait")), waiting.completion());
+  task->resume();
+  task->resume();
+  arrived.wait();
+  task->cancel();
+  task->cancel();
+  EXPECT_EQ(waiting.outcome().code(), NSURLErrorCancelled);
+
+  Pending unstarted;
+  task = session().dataTask(to(server.url("/")), unstarted.completion());
+  task->cancel();
+  task->resume();
+  EXPECT_EQ(unstarted.outcome().code(), NSURLErrorCancelled);
+
+  Pending done;
+  task = session().dataTask(to(server.url("/")), done.completion());
+  task->resume();
+  EXPECT_EQ(done.outcome().code(), 0);
+  task->cancel();
+  EXPECT_EQ(send(to(server.url("/"))).code(), 0); // later orders have been obeyed
+  EXPECT_EQ(waiting.calls() + unstarted.calls() + done.calls(), 3);
+  EXPECT_EQ(server.requests().size(), 3U);
+}
+
+TEST_F(URLSessionTest, RequestsOfOneSessionRunSideBySide) {
+  std::latch both(2);
+  const LoopbackServer server([&](const Request&) {
+    both.arrive_and_wait();
+    return Reply{};
+  });
+  Pending first;
+  Pending second;
+  session().dataTask(to(server.url("/1")), first.completion())->resume();
+  session().dataTask(to(server.url("/2")), second.completion())->resume();
+  EXPECT_EQ(first.outcome().code() + second.outcome().code(), 0);
+}
+
+TEST_F(URLSessionTest, DestroyingTheSessionSilencesIt) {
+  std::latch arrived(1);
+  const LoopbackServer server([&](const Request&) {
+    arrived.count_down();
+    return Reply{200, {}, "", Mode::NeverAnswer};
+  });
+  const auto held = std::make_shared<int>();
+  auto own = std::make_unique<URLSession>(URLSessionConfiguration());
+  bool called = false;
+  const auto task =
+      own->dataTask(to(server.url("/")), [&, held](auto, auto, auto) { called = true; });
+  task->resume();
+  arrived.wait();
+  own.reset();
+  EXPECT_FALSE(called);
+  task->cancel();
+  task->resume();
+}
+
+TEST_F(URLSessionTest, TheSessionMayEndInsideACompletion) {
+  const LoopbackServer server(echo);
+  auto own = std::make_unique<URLSession>(URLSessionConfiguration());
+  Pending pending;
+  const auto completion = pending.completion();
+  own->dataTask(to(server.url("/")),
+                [&](auto data, auto response, auto error) {
+                  own.reset();
+                  completion(data, response, error);
+                })
+      ->resume();
+  EXPECT_EQ(pending.outcome().code(), 0);
+  EXPECT_EQ(own, nullptr);
+}
+
+TEST_F(URLSessionTest, ProxiesOfTheEnvironmentAreNotForLoopbackHosts) {
+  const LoopbackServer server(echo);
+  const LoopbackServer proxy([](const Request&) { return Reply{200, {}, "proxied"}; });
+  const ScopedEnvironment environment("http_proxy", proxy.url("/"));
+  const ScopedEnvironment none("no_proxy", std::nullopt);
+  EXPECT_EQ(send(to(server.url("/"))).data->string(), "");
+  EXPECT_EQ(send(to(server.url("/", "localhost"))).data->string(), "");
+  EXPECT_TRUE(proxy.requests().empty());
+  EXPECT_EQ(send(to("http://backend.invalid/x")).data->string(), "proxied");
+}
+
+} // namespace
+} // namespace zuvi

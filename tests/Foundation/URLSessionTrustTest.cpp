@@ -1,0 +1,130 @@
+#include "tests/Foundation/SessionFixture.h"
+#include "tests/support/Certificates.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <map>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace zuvi {
+namespace {
+
+using test::Authority;
+using test::LoopbackServer;
+using test::Reply;
+using test::Request;
+
+Reply welcome(const Request&) {
+  return {200, {}, "welcome"};
+}
+
+/// Servers under an authority that the session trusts.
+class URLSessionTrustTest : public SessionFixture {
+protected:
+  URLSessionTrustTest() {
+    URLSession::setAdditionalAuthorities(folder_.write("ca.pem", authority_.certificate()));
+  }
+  ~URLSessionTrustTest() override { URLSession::setAdditionalAuthorities(""); }
+
+  URLRequest authorized(const std::string& address) {
+    auto request = to(address);
+    request.allHTTPHeaderFields = {{"authorization", "Bearer secret"}, {"X-Other", "kept"}};
+    return request;
+  }
+
+  const Authority authority_;
+  const test::TemporaryFolder folder_;
+};
+
+TEST_F(URLSessionTrustTest, AGoodCertificateIsTrustedByNameAndAddress) {
+  const LoopbackServer server(welcome, authority_.good());
+  for (const char* host : {"localhost", "127.0.0.1"}) {
+    const auto outcome = send(to(server.url("/", host)));
+    EXPECT_EQ(outcome.code(), 0) << outcome.text();
+  }
+}
+
+TEST_F(URLSessionTrustTest, ABadCertificateSeesNoRequest) {
+  const Authority unknown;
+  for (const auto& identity : {authority_.forAnotherHost(), authority_.expired(), unknown.good()}) {
+    const LoopbackServer server(welcome, identity);
+    const auto outcome = send(authorized(server.url("/", "localhost")));
+    EXPECT_EQ(outcome.code(), NSURLErrorServerCertificateUntrusted) << outcome.text();
+    EXPECT_FALSE(outcome.data);
+    EXPECT_TRUE(server.requests().empty());
+  }
+}
+
+TEST_F(URLSessionTrustTest, AnAuthorityIsTrustedNoLongerThanItIsNamed) {
+  const LoopbackServer server(welcome, authority_.good());
+  EXPECT_EQ(send(to(server.url("/"))).code(), 0);
+  for (const auto& file : {std::string(), folder_.path("missing"), folder_.write("empty", "")}) {
+    URLSession::setAdditionalAuthorities(file);
+    EXPECT_EQ(send(to(server.url("/"))).code(), NSURLErrorServerCertificateUntrusted) << file;
+  }
+  URLSession::setAdditionalAuthorities(folder_.write("junk", "no certificate"));
+  EXPECT_NE(send(to(server.url("/"))).code(), 0);
+  EXPECT_EQ(server.requests().size(), 1U);
+}
+
+TEST_F(URLSessionTrustTest, PlainTextOnAProtectedPortIsASecureConnectionError) {
+  const LoopbackServer server(welcome);
+  const std::string address = server.url("/");
+  EXPECT_EQ(send(to("https" + address.substr(4))).code(), NSURLErrorSecureConnectionFailed);
+}
+
+TEST_F(URLSessionTrustTest, AuthorizationStaysWithItsHost) {
+  const LoopbackServer plain(welcome);
+  std::string target;
+  const auto redirect = [&target](const Request& request) {
+    if (request.path == "/end") return welcome(request);
+    return Reply{302, {{"Location", target}}, "moved"};
+  };
+  const LoopbackServer secure(redirect, authority_.good());
+  const LoopbackServer otherPort(welcome, authority_.good());
+  const auto arrivedWith = [](const LoopbackServer& server) {
+    const auto headers = server.requests().back().headers;
+    EXPECT_EQ(headers.at("x-other"), "kept");
+    return headers.count("authorization");
+  };
+
+  target = "/end";
+  EXPECT_EQ(send(authorized(secure.url("/start"))).data->string(), "welcome");
+  EXPECT_EQ(arrivedWith(secure), 1U);
+
+  target = secure.url("/end", "localhost"); // another name
+  EXPECT_EQ(send(authorized(secure.url("/start"))).data->string(), "welcome");
+  EXPECT_EQ(arrivedWith(secure), 0U);
+
+  target = plain.url("/"); // the same host, unprotected
+  EXPECT_EQ(send(authorized(secure.url("/start"))).data->string(), "welcome");
+  EXPECT_EQ(arrivedWith(plain), 0U);
+
+  target = otherPort.url("/");
+  EXPECT_EQ(send(authorized(secure.url("/start"))).data->string(), "welcome");
+  EXPECT_EQ(arrivedWith(otherPort), 0U);
+}
+
+TEST_F(URLSessionTrustTest, RedirectsEndSomewhere) {
+  const LoopbackServer server([](const Request& request) {
+    const std::string& path = request.path;
+    if (path == "/file") return Reply{302, {{"Location", "file:///etc/passwd"}}, ""};
+    if (path == "/nowhere") return Reply{302, {}, "here"};
+    const int left = std::stoi(path.substr(1));
+    if (left == 0) return Reply{200, {}, request.method};
+    return Reply{302, {{"Location", "/" + std::to_string(left - 1)}}, "moved"};
+  });
+  EXPECT_EQ(send(to(server.url("/10"))).data->string(), "GET");
+  EXPECT_EQ(send(to(server.url("/11"))).code(), NSURLErrorHTTPTooManyRedirects);
+  EXPECT_EQ(send(to(server.url("/file"))).code(), NSURLErrorUnsupportedURL);
+  EXPECT_EQ(send(to(server.url("/nowhere"))).data->string(), "here");
+
+  auto upload = to(server.url("/3"));
+  upload.httpMethod = "POST";
+  upload.httpBody = Data(std::string("picture"));
+  EXPECT_EQ(send(upload).response->statusCode, 302); // goes nowhere but where it was sent
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,81 @@
+#include "tests/sandbox/ServerFixture.h"
+
+#include <curl/curl.h>
+#include <future>
+#include <gmock/gmock.h>
+
+namespace zuvi::sandbox::test {
+namespace {
+
+class Failures : public ServerFixture {
+protected:
+  Answer create() { return upload("POST", "/v1/identities", SampleForm::ofFilm()); }
+  std::size_t stored() { return server_->arrivals()->identities.size(); }
+};
+
+TEST_F(Failures, ConnectionsEndWhereTheRulesSay) {
+  start({"identity:2:drop", "identity:3:cut"});
+  EXPECT_EQ(create().status, 201);
+  EXPECT_EQ(create().error, CURLE_GOT_NOTHING) << "not taken for a stale connection";
+  EXPECT_EQ(stored(), 1U);
+  const auto cut = create();
+  EXPECT_EQ(cut.error, CURLE_PARTIAL_FILE);
+  EXPECT_FALSE(cut.body.empty());
+  EXPECT_EQ(stored(), 2U) << "only the answer was lost";
+  EXPECT_EQ(create().status, 201);
+  EXPECT_EQ(server_->requests().at(1).status, 0);
+}
+
+TEST_F(Failures, BodiesAreWhatTheRulesSay) {
+  start({"identity:1:truncate", "identity:2:nonjson", "identity:3:empty",
+         "identity:4:message=Too dark: try again", "identity:5:status=503",
+         "identity:6:json={\"id\":7}", "identity:7:status=201", "identity:7:json=[]"});
+  const auto truncated = create();
+  EXPECT_EQ(truncated.error, CURLE_OK);
+  EXPECT_THAT(truncated.body, testing::StartsWith("{\"id"));
+  EXPECT_FALSE(parseJson(truncated.body));
+  const auto nonJson = create();
+  EXPECT_FALSE(nonJson.body.empty() || parseJson(nonJson.body));
+  EXPECT_EQ(create().body, "");
+  const auto message = create();
+  EXPECT_EQ(message.status, 422);
+  EXPECT_EQ(message.body, R"({"message":"Too dark: try again"})");
+  EXPECT_EQ(create().status, 503);
+  EXPECT_EQ(create().body, "{\"id\":7}");
+  const auto both = create();
+  EXPECT_EQ(both.body, "[]");
+  EXPECT_EQ(both.status, 201);
+  EXPECT_EQ(stored(), 1U) << "of the truncated answer only";
+}
+
+TEST_F(Failures, DelayLetsTheOperationHappen) {
+  start({"merchant:*:delay=0.2"});
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(ask("GET", "/api/v1/merchants/me").status, 200);
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(200));
+}
+
+TEST_F(Failures, NeverEndsWithTheClientOrTheServer) {
+  start({"merchant:*:never"});
+  client_.timeoutMilliseconds = 100;
+  EXPECT_EQ(ask("GET", "/api/v1/merchants/me").error, CURLE_OPERATION_TIMEDOUT);
+
+  auto waiting = std::async(std::launch::async, [&] {
+    HttpClient other;
+    return other.ask("GET", server_->address() + "/api/v1/merchants/me");
+  });
+  EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(150)), std::future_status::timeout);
+  server_->stop();
+  EXPECT_NE(waiting.get().error, CURLE_OK);
+  EXPECT_EQ(server_->requests().size(), 2U) << "both handlers came to their end";
+}
+
+TEST_F(Failures, RulesCanChangeWhileItRuns) {
+  start({"identity:*:message=no"});
+  EXPECT_EQ(create().status, 422);
+  server_->setFailRules({});
+  EXPECT_EQ(create().status, 201);
+}
+
+} // namespace
+} // namespace zuvi::sandbox::test

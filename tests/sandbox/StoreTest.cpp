@@ -1,0 +1,105 @@
+#include "sandbox/core/store/FilmStill.h"
+#include "tests/sandbox/ServerFixture.h"
+
+#include <array>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <thread>
+
+namespace zuvi::sandbox::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+class Persistence : public ServerFixture {
+protected:
+  std::string startFault() {
+    ServerOptions options;
+    options.dataFolder = folder_.path("data");
+    const auto started = Server::start(std::move(options));
+    return started ? "none" : started.error().message;
+  }
+};
+
+TEST_F(Persistence, EverythingIsThereAfterARestart) {
+  start();
+  const auto identity = newIdentity();
+  const auto document = newDocument(identity, "national-id");
+  ask("POST", "/track/?data=eyJldmVudCI6ImEiLCJwcm9wZXJ0aWVzIjp7fX0=");
+  const auto before = json(ask("GET", "/arrivals.json"));
+  const std::string film = before["identities"][0]["film"]["name"];
+
+  start();
+  EXPECT_EQ(json(ask("GET", "/arrivals.json")), before);
+  EXPECT_EQ(ask("GET", "/files/" + film).body, test::film);
+  EXPECT_EQ(addBack(document, "national-id").status, 200) << "the run goes on";
+  const auto next = newIdentity();
+  EXPECT_EQ(server_->arrivals()->identities.at(1).id, next);
+}
+
+TEST_F(Persistence, UnusableFoldersAreRefused) {
+  folder_.write("data", "a file in its place");
+  EXPECT_THAT(startFault(), HasSubstr("cannot be used"));
+  fs::remove(folder_.path("data"));
+  fs::create_directories(folder_.path("data"));
+  folder_.write("data/sandbox.db", std::string(5000, 'x'));
+  EXPECT_THAT(startFault(), HasSubstr("not a database"));
+}
+
+TEST_F(Persistence, DamagedDatabasesAreRefused) {
+  start();
+  newDocument(newIdentity(), "passport");
+  server_.reset();
+  const auto path = folder_.path("data/sandbox.db");
+  std::string bytes = zuvi::test::TemporaryFolder::read(path);
+  ASSERT_GT(bytes.size(), 8192U);
+  // The first page keeps the names of the tables; what they hold lies behind it.
+  std::fill(bytes.begin() + 4096, bytes.end(), '\x5a');
+  folder_.write("data/sandbox.db", bytes);
+  EXPECT_THAT(startFault(), HasSubstr("damaged"));
+}
+
+TEST_F(Persistence, NothingIsKeptOfAnUploadThatCannotBeStored) {
+  start();
+  const auto identity = newIdentity();
+  fs::remove_all(folder_.path("data/files"));
+  const auto answer = upload("PUT", "/v1/identities/" + identity, SampleForm::ofPhoto());
+  EXPECT_EQ(answer.status, 500);
+  EXPECT_THAT(messageOf(answer), HasSubstr("cannot write"));
+  EXPECT_TRUE(server_->arrivals()->identities.at(0).faces.empty());
+}
+
+TEST_F(Persistence, ManyClientsAtOnce) {
+  start();
+  std::array<std::thread, 6> clients;
+  for (auto& thread : clients)
+    thread = std::thread([&] {
+      HttpClient client;
+      for (int k = 0; k < 5; ++k)
+        client.ask("POST", server_->address() + "/v1/identities",
+                   {"Authorization: Bearer demo", "Content-Type: " + formType},
+                   SampleForm::ofFilm().body());
+    });
+  for (auto& client : clients)
+    client.join();
+  const auto arrivals = server_->arrivals();
+  EXPECT_EQ(arrivals->identities.size(), 30U);
+  for (const Identity& identity : arrivals->identities)
+    EXPECT_EQ(*server_->file(identity.film), film);
+}
+
+TEST(FilmStill, TakesTheFirstFrameOfAJpegFilm) {
+  const std::string frame("\xff\xd8\xff\xe0\0\4ab\xff\xda\0\3cdata\xff\0more\xff\xd9", 25);
+  const std::string table("stsd\0\0\0\0\0\0\0\1\0\0\0\x56jpeg", 20);
+  const std::string start("\0\0\0\x14"
+                          "ftypqt  ",
+                          12);
+  EXPECT_EQ(firstJpegFrame(start + frame + frame + table), frame);
+  EXPECT_EQ(firstJpegFrame(start + frame), "") << "nothing says that these are frames";
+  for (std::size_t length = 0; length < frame.size(); ++length)
+    EXPECT_EQ(firstJpegFrame(start + table + frame.substr(0, length)), "") << length;
+}
+
+} // namespace
+} // namespace zuvi::sandbox::test

@@ -1,0 +1,103 @@
+#include "sandbox/core/tls/ServerCredentials.h"
+#include "tests/sandbox/ServerFixture.h"
+
+#include <array>
+#include <curl/curl.h>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <thread>
+
+namespace zuvi::sandbox::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using zuvi::test::TemporaryFolder;
+
+constexpr std::time_t day = 24L * 3600;
+
+class Tls : public ServerFixture {
+protected:
+  fs::path tls_ = folder_.path("tls");
+  std::string authority() const { return TemporaryFolder::read(tls_ / "ca.pem"); }
+};
+
+TEST_F(Tls, OnlyItsOwnAuthorityVouchesForTheServer) {
+  ServerOptions options;
+  options.tlsFolder = tls_;
+  start(std::move(options));
+  EXPECT_THAT(server_->address(), testing::StartsWith("https://127.0.0.1:"));
+  HttpClient trusting(server_->certificateAuthority());
+  const std::vector<std::string> headers = {"Authorization: Bearer demo"};
+  const auto path = "/api/v1/merchants/me";
+  EXPECT_EQ(trusting.ask("GET", server_->address() + path, headers).status, 200);
+  const auto byName = "https://localhost:" + std::to_string(server_->port()) + path;
+  EXPECT_EQ(trusting.ask("GET", byName, headers).status, 200);
+  HttpClient stranger;
+  EXPECT_EQ(stranger.ask("GET", server_->address() + path, headers).error,
+            CURLE_PEER_FAILED_VERIFICATION);
+
+  SampleForm film = SampleForm::ofFilm();
+  film.bytes += std::string(3 << 20, '\x7f');
+  EXPECT_EQ(trusting
+                .ask("POST", server_->address() + "/v1/identities",
+                     {headers[0], "Content-Type: " + formType}, film.body())
+                .status,
+            201);
+  EXPECT_EQ(server_->arrivals()->identities.at(0).film.size, film.bytes.size());
+}
+
+TEST_F(Tls, IsMadeOnceAndRenewedBeforeItEnds) {
+  const std::time_t now = std::time(nullptr);
+  const auto first = serverCredentials(tls_, now);
+  ASSERT_TRUE(first) << first.error().message;
+  EXPECT_EQ(fs::status(tls_ / "ca-key.pem").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(fs::status(tls_ / "server-key.pem").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
+  const std::string trusted = authority();
+  EXPECT_EQ(serverCredentials(tls_, now + 300 * day)->certificate, first->certificate);
+  EXPECT_NE(serverCredentials(tls_, now + 380 * day)->certificate, first->certificate);
+  EXPECT_EQ(authority(), trusted) << "a client goes on trusting it";
+  const auto late = serverCredentials(tls_, now + 4000 * day);
+  ASSERT_FALSE(late);
+  EXPECT_THAT(late.error().message, HasSubstr("expired"));
+}
+
+TEST_F(Tls, MendsTheServerButNeverTheAuthority) {
+  const auto first = serverCredentials(tls_);
+  ASSERT_TRUE(first);
+  folder_.write("tls/server.pem", "no certificate");
+  const auto second = serverCredentials(tls_);
+  ASSERT_TRUE(second) << second.error().message;
+  EXPECT_NE(second->certificate, first->certificate);
+
+  const fs::path other = folder_.path("other");
+  ASSERT_TRUE(serverCredentials(other));
+  fs::copy_file(other / "server.pem", tls_ / "server.pem", fs::copy_options::overwrite_existing);
+  fs::copy_file(other / "server-key.pem", tls_ / "server-key.pem",
+                fs::copy_options::overwrite_existing);
+  EXPECT_NE(serverCredentials(tls_)->certificate, serverCredentials(other)->certificate)
+      << "one that another authority signed is not used";
+
+  fs::copy_file(other / "ca-key.pem", tls_ / "ca-key.pem", fs::copy_options::overwrite_existing);
+  const auto mixed = serverCredentials(tls_);
+  ASSERT_FALSE(mixed);
+  EXPECT_THAT(mixed.error().message, HasSubstr("key is that of another"));
+  fs::remove(tls_ / "ca-key.pem");
+  EXPECT_FALSE(serverCredentials(tls_));
+}
+
+TEST_F(Tls, ServersThatStartAtOnceShareOneAuthority) {
+  std::array<std::thread, 4> starting;
+  for (auto& one : starting)
+    one = std::thread([&] { EXPECT_TRUE(serverCredentials(tls_)); });
+  for (auto& one : starting)
+    one.join();
+  const auto last = serverCredentials(tls_);
+  ASSERT_TRUE(last);
+  EXPECT_EQ(TemporaryFolder::read(tls_ / "server.pem"), last->certificate);
+}
+
+} // namespace
+} // namespace zuvi::sandbox::test
