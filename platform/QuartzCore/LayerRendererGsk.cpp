@@ -155,14 +155,21 @@ private:
     const CALayer::RoundedRect shape =
         layer.shadowPath().value_or(CALayer::RoundedRect{bounds, radius});
     if (shape.rect.isEmpty()) return;
-    const GskRoundedRect outline = toRounded(shape.rect, shape.radius);
     CGColor color = layer.shadowColor();
     color.alpha *= layer.shadowOpacity();
     const GdkRGBA rgba = toGdk(color);
-    gtk_snapshot_append_outset_shadow(snapshot, &outline, &rgba,
-                                      float(layer.shadowOffset().width),
-                                      float(layer.shadowOffset().height), 0,
-                                      float(2 * layer.shadowRadius()));
+    // The toolkit leaves out what lies under the thing that throws the shadow, which shows when the
+    // shadow is of another shape. So the thing is put to the side, and the shadow moved back.
+    const double reach = 3 * layer.shadowRadius() + 1;
+    const double aside = shape.rect.width + 2 * reach;
+    const CGSize offset = layer.shadowOffset();
+    const GskRoundedRect outline = toRounded(shape.rect.offsetBy(-aside, 0), shape.radius);
+    const graphene_rect_t seen = toGraphene(
+        CGRectInset(shape.rect, -reach, -reach).offsetBy(offset.width, offset.height));
+    gtk_snapshot_push_clip(snapshot, &seen);
+    gtk_snapshot_append_outset_shadow(snapshot, &outline, &rgba, float(aside + offset.width),
+                                      float(offset.height), 0, float(2 * layer.shadowRadius()));
+    gtk_snapshot_pop(snapshot);
   }
 
   void drawPicture(GtkSnapshot* snapshot, const CALayer& layer, const CGRect& bounds,

@@ -4,6 +4,7 @@
 #include "platform/UIKit/UIImageNames.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace zuvi {
 
@@ -74,8 +75,12 @@ CGRect UIImageView::place(CGSize image) const {
 void UIImageView::draw(DrawingContext& context) {
   if (!image_) return;
   const UIImage& shown = image_->images().empty() ? *image_ : *image_->images()[shown_];
-  const CGRect area = place(shown.size());
-  if (const auto pixels = shown.pixels(area.size(), context.scale()))
+  // On whole pixels, or every edge would be blurred.
+  const double scale = context.scale();
+  const auto onPixels = [scale](double v) { return std::round(v * scale) / scale; };
+  CGRect area = place(shown.size());
+  area = {onPixels(area.x), onPixels(area.y), onPixels(area.width), onPixels(area.height)};
+  if (const auto pixels = shown.pixels(area.size(), scale))
     context.drawImage(*pixels, area);
 }
 
