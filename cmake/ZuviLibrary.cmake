@@ -4,9 +4,14 @@
 #   zuvi_program(<name> LINKS <library>... PACKAGES <pkg-config name>...)
 
 add_library(zuvi_options INTERFACE)
-target_include_directories(zuvi_options INTERFACE ${CMAKE_SOURCE_DIR})
-target_compile_options(zuvi_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-                                              -Woverloaded-virtual -Werror)
+target_include_directories(zuvi_options INTERFACE ${PROJECT_SOURCE_DIR})
+# As a part of somebody else's project the kit does not impose its warnings.
+if(PROJECT_IS_TOP_LEVEL)
+  target_compile_options(zuvi_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+                                                -Woverloaded-virtual -Werror)
+endif()
+# GCC 12 reports these falsely in the library's own optional and string when it inlines them.
+target_compile_options(zuvi_options INTERFACE -Wno-maybe-uninitialized -Wno-restrict)
 if(ZUVI_SANITIZE)
   target_compile_options(zuvi_options INTERFACE -fsanitize=${ZUVI_SANITIZE} -fno-omit-frame-pointer
                                                 -fno-sanitize-recover=all)

@@ -3,7 +3,19 @@
 #include "platform/Dispatch/MainLoop.h"
 #include "platform/UIKit/ScreenWidget.h"
 
+#include <cstdio>
+
 namespace zuvi::demo {
+
+namespace {
+
+void onFirstFrame(GdkFrameClock* clock, gpointer) {
+  g_signal_handlers_disconnect_by_func(clock, gpointer(onFirstFrame), nullptr);
+  std::printf("window   first frame\n");
+  std::fflush(stdout);
+}
+
+} // namespace
 
 bool openWindow(CGSize size) {
   // Without a GPU the plain renderer is the faster one; a choice of the person's own stands.
@@ -19,6 +31,8 @@ bool openWindow(CGSize size) {
                    }),
                    nullptr);
   gtk_window_present(GTK_WINDOW(window));
+  GdkFrameClock* clock = gdk_surface_get_frame_clock(gtk_native_get_surface(GTK_NATIVE(window)));
+  g_signal_connect(clock, "after-paint", G_CALLBACK(onFirstFrame), nullptr);
   return true;
 }
 

@@ -11,6 +11,7 @@
 #include "platform/UIKit/UIWindow.h"
 
 #include <cctype>
+#include <cmath>
 #include <cstdint>
 
 namespace zuvi {
@@ -83,6 +84,16 @@ UIColor colorFromHex(const std::string& hexString, double alpha) {
   }
   return UIColor::bytes(static_cast<int>(bits >> 16 & 0xff), static_cast<int>(bits >> 8 & 0xff),
                         static_cast<int>(bits & 0xff), alpha);
+}
+
+UIColor textColorOn(const UIColor& ground) {
+  const auto linear = [](double v) {
+    return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
+  };
+  const double luminance =
+      0.2126 * linear(ground.red) + 0.7152 * linear(ground.green) + 0.0722 * linear(ground.blue);
+  constexpr double enough = 3; // contrast that large bold text wants
+  return 1.05 / (luminance + 0.05) >= enough ? UIColor::white() : UIColor::bytes(31, 38, 53);
 }
 
 // Screens

@@ -29,6 +29,9 @@ void downloadImage(const URL& from,
 /// black.
 UIColor colorFromHex(const std::string& hexString, double alpha = 1.0);
 
+/// White where it can be read on that colour, else the dark of the kit's texts.
+UIColor textColorOn(const UIColor& ground);
+
 /// The screen that is in front of the person; null when no window has the keys or it is empty.
 std::shared_ptr<UIViewController> zvKYCCurrentViewController();
 

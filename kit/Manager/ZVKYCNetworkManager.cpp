@@ -124,15 +124,18 @@ Data ZVKYCNetworkManager::createBody(const std::string& filePathKey, const Data&
 }
 
 void ZVKYCNetworkManager::send(const URLRequest& request, Completion completion) {
-  const auto handleResponse = [completion = std::move(completion)](
-                                  const std::optional<Data>& data,
-                                  const std::optional<URLResponse>&, std::optional<Error> error) {
+  // Handed on whole, not copied: a screen that it holds must not die on the session's queue.
+  const auto handed = std::make_shared<Completion>(std::move(completion));
+  const auto handleResponse = [handed](const std::optional<Data>& data,
+                                       const std::optional<URLResponse>&,
+                                       std::optional<Error> error) {
     // On the session's queue, so that decoding holds nobody up.
     std::optional<Value> result;
     if (data)
       result = JSONSerialization::jsonObject(data->view(), JSONSerialization::Fragments::Allow);
     DispatchQueue::main().async(
-        [completion, result = std::move(result), error = std::move(error)]() mutable {
+        [completion = std::move(*handed), result = std::move(result),
+         error = std::move(error)]() mutable {
           completion(std::move(result), std::move(error));
         });
   };

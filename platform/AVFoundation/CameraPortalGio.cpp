@@ -1,17 +1,13 @@
 #include "platform/AVFoundation/CameraPortal.h"
 
-#include "platform/Foundation/UUID.h"
-
 #include <gio/gio.h>
 #include <gio/gunixfdlist.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
 #include <unistd.h>
-#include <vector>
 
 namespace zuvi {
 
@@ -71,12 +67,6 @@ struct Asking {
   }
 };
 
-guint listen(GDBusConnection* bus, const std::string& request, Asking& asking) {
-  return g_dbus_connection_signal_subscribe(bus, portalName, requestInterface, "Response",
-                                            request.c_str(), nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
-                                            Asking::answered, &asking, nullptr);
-}
-
 Variant call(GDBusConnection* bus, const char* interface, const char* method, GVariant* arguments,
              const char* type) {
   return Variant(g_dbus_connection_call_sync(
@@ -86,25 +76,15 @@ Variant call(GDBusConnection* bus, const char* interface, const char* method, GV
 
 /// Runs the dialogue on the calling thread, whose default context is `context`.
 bool ask(GDBusConnection* bus, GMainContext* context) {
-  // The portal makes the request's path of these two, so listening beforehand misses no answer.
-  std::string sender = g_dbus_connection_get_unique_name(bus);
-  sender.erase(0, 1);
-  std::ranges::replace(sender, '.', '_');
-  auto token = "zuvi" + uuidString();
-  std::erase(token, '-');
-  const auto expected = std::string(portalPath) + "/request/" + sender + "/" + token;
-
+  // The answer may come before the request's path is known. This connection asks nothing else, so
+  // any answer on it is the one.
   Asking asking;
-  std::vector<guint> subscriptions{listen(bus, expected, asking)};
+  const guint subscription = g_dbus_connection_signal_subscribe(
+      bus, portalName, requestInterface, "Response", nullptr, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+      Asking::answered, &asking, nullptr);
   GVariantBuilder options;
   g_variant_builder_init(&options, G_VARIANT_TYPE_VARDICT);
-  g_variant_builder_add(&options, "{sv}", "handle_token", g_variant_new_string(token.c_str()));
-  auto reply =
-      call(bus, cameraInterface, "AccessCamera", g_variant_new("(a{sv})", &options), "(o)");
-  if (reply) {
-    const char* request = nullptr;
-    g_variant_get(reply.get(), "(&o)", &request);
-    if (request != expected) subscriptions.push_back(listen(bus, request, asking));
+  if (call(bus, cameraInterface, "AccessCamera", g_variant_new("(a{sv})", &options), "(o)")) {
     const guint watch = g_bus_watch_name_on_connection(
         bus, portalName, G_BUS_NAME_WATCHER_FLAGS_NONE, nullptr, Asking::gone, &asking, nullptr);
     const gulong closed = g_signal_connect(bus, "closed", G_CALLBACK(Asking::closed), &asking);
@@ -113,8 +93,7 @@ bool ask(GDBusConnection* bus, GMainContext* context) {
     g_signal_handler_disconnect(bus, closed);
     g_bus_unwatch_name(watch);
   }
-  for (guint subscription : subscriptions)
-    g_dbus_connection_signal_unsubscribe(bus, subscription);
+  g_dbus_connection_signal_unsubscribe(bus, subscription);
   return asking.granted;
 }
 

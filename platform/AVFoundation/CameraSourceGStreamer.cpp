@@ -30,9 +30,9 @@ GstClockTime timeOf(GstElement* sink, GstSample* sample) {
 GstFlowReturn arrived(GstAppSink* sink, gpointer data) {
   auto* sample = gst_app_sink_pull_sample(sink);
   if (!sample) return GST_FLOW_EOS;
-  std::shared_ptr<GstSample> owned(sample, GstMiniUnref());
+  const auto own = ownSample(sample);
   const auto& weak = *static_cast<std::weak_ptr<CameraSource>*>(data);
-  if (auto source = weak.lock()) source->deliver({owned, timeOf(GST_ELEMENT(sink), sample)});
+  if (auto source = weak.lock()) source->deliver({own, timeOf(GST_ELEMENT(sink), own.get())});
   return GST_FLOW_OK;
 }
 

@@ -31,6 +31,8 @@ double fixRate(GstStructure* structure) {
 std::optional<Offer> offerOf(const GstStructure* offered) {
   const bool jpeg = gst_structure_has_name(offered, "image/jpeg");
   if (!jpeg && !gst_structure_has_name(offered, "video/x-raw")) return std::nullopt;
+  if (!gst_structure_has_field(offered, "width") || !gst_structure_has_field(offered, "height"))
+    return std::nullopt;
 
   std::unique_ptr<GstStructure, decltype(&gst_structure_free)> fixed(gst_structure_copy(offered),
                                                                      gst_structure_free);

@@ -25,6 +25,15 @@ struct GErrorFree {
 };
 using GErrorRef = std::unique_ptr<GError, GErrorFree>;
 
+/// The buffer of a sample that an appsink gave, as a sample of its own: the sink writes into the
+/// one that it gave when the next picture comes.
+inline std::shared_ptr<GstSample> ownSample(GstSample* adopted) {
+  GstMini<GstSample> given(adopted);
+  auto* own = gst_sample_new(gst_sample_get_buffer(adopted), gst_sample_get_caps(adopted),
+                             gst_sample_get_segment(adopted), nullptr);
+  return {own, GstMiniUnref()};
+}
+
 /// One picture of a camera and when it was taken, on the machine's monotonic clock.
 struct CameraFrame {
   std::shared_ptr<GstSample> sample;

@@ -41,7 +41,7 @@ std::shared_ptr<const CGImage> imageOf(std::shared_ptr<GstSample> sample) {
 GstFlowReturn converted(GstAppSink* sink, gpointer data) {
   auto* sample = gst_app_sink_pull_sample(sink);
   if (!sample) return GST_FLOW_EOS;
-  if (auto image = imageOf({sample, GstMiniUnref()}))
+  if (auto image = imageOf(ownSample(sample)))
     (*static_cast<PreviewBranch::Handler*>(data))(std::move(image));
   return GST_FLOW_OK;
 }

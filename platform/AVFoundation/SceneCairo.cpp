@@ -47,34 +47,39 @@ void ellipse(cairo_t* cr, double x, double y, double radiusX, double radiusY) {
   cairo_restore(cr);
 }
 
+// Both scenes keep to the middle: a phone's screen shows an upright strip of a wide picture.
+constexpr double middle = Scene::width / 2.0;
+
 /// A face before a wall; both eyes look from side to side.
 Scene faceScene() {
   Scene scene;
   scene.background = drawn(Scene::width, Scene::height, [](cairo_t* cr) {
     cairo_rectangle(cr, 0, 0, Scene::width, Scene::height);
     fill(cr, 0.55, 0.68, 0.78);
-    ellipse(cr, 640, 760, 330, 220); // shoulders
+    ellipse(cr, middle, 730, 290, 230); // shoulders
     fill(cr, 0.25, 0.32, 0.48);
-    ellipse(cr, 640, 320, 210, 250); // hair
+    cairo_rectangle(cr, middle - 50, 430, 100, 100); // neck
+    fill(cr, 0.80, 0.60, 0.48);
+    ellipse(cr, middle, 288, 142, 180); // hair
     fill(cr, 0.28, 0.19, 0.13);
-    ellipse(cr, 640, 370, 180, 220);
+    ellipse(cr, middle, 316, 120, 156);
     fill(cr, 0.86, 0.67, 0.55);
     cairo_set_source_rgb(cr, 0.62, 0.30, 0.28);
-    cairo_set_line_width(cr, 12);
-    cairo_arc(cr, 640, 440, 70, 0.5, std::numbers::pi - 0.5); // mouth
+    cairo_set_line_width(cr, 9);
+    cairo_arc(cr, middle, 372, 46, 0.5, std::numbers::pi - 0.5); // mouth
     cairo_stroke(cr);
   });
-  scene.piece = drawn(216, 48, [](cairo_t* cr) {
-    cairo_rectangle(cr, 0, 0, 216, 48);
+  scene.piece = drawn(150, 34, [](cairo_t* cr) {
+    cairo_rectangle(cr, 0, 0, 150, 34);
     fill(cr, 0.86, 0.67, 0.55);
-    for (double x : {36.0, 180.0}) {
-      ellipse(cr, x, 24, 34, 22);
+    for (double x : {25.0, 125.0}) {
+      ellipse(cr, x, 17, 23, 15);
       fill(cr, 1, 1, 1);
-      ellipse(cr, x, 24, 15, 15);
+      ellipse(cr, x, 17, 10, 10);
       fill(cr, 0.15, 0.25, 0.30);
     }
   });
-  scene.fromX = 516, scene.toX = 548, scene.y = 312;
+  scene.fromX = 554, scene.toX = 576, scene.y = 278;
   return scene;
 }
 
@@ -84,32 +89,32 @@ Scene cardScene() {
   scene.background = drawn(Scene::width, Scene::height, [](cairo_t* cr) {
     cairo_rectangle(cr, 0, 0, Scene::width, Scene::height);
     fill(cr, 0.47, 0.34, 0.24);
-    cairo_rectangle(cr, 300, 110, 680, 428);
+    cairo_rectangle(cr, 462, 232, 356, 224);
     fill(cr, 0.93, 0.94, 0.90);
-    cairo_rectangle(cr, 300, 110, 680, 70);
+    cairo_rectangle(cr, 462, 232, 356, 38);
     fill(cr, 0.16, 0.40, 0.62);
-    cairo_rectangle(cr, 340, 220, 190, 250);
+    cairo_rectangle(cr, 484, 290, 100, 132);
     fill(cr, 0.72, 0.78, 0.82);
-    ellipse(cr, 435, 310, 50, 60);
+    ellipse(cr, 534, 338, 26, 32);
     fill(cr, 0.80, 0.62, 0.52);
-    ellipse(cr, 435, 412, 80, 58);
+    ellipse(cr, 534, 394, 42, 28);
     fill(cr, 0.30, 0.36, 0.50);
     for (int line = 0; line < 5; line++) {
-      cairo_rectangle(cr, 570, 230 + line * 52, line % 2 ? 260 : 350, 20);
+      cairo_rectangle(cr, 606, 294 + line * 28, line % 2 ? 136 : 184, 11);
       fill(cr, 0.30, 0.32, 0.35);
     }
   });
-  scene.piece = drawn(240, 28, [](cairo_t* cr) {
-    cairo_rectangle(cr, 0, 0, 240, 28);
+  scene.piece = drawn(150, 20, [](cairo_t* cr) {
+    cairo_rectangle(cr, 0, 0, 150, 20);
     fill(cr, 0.47, 0.34, 0.24);
-    cairo_rectangle(cr, 20, 6, 190, 16);
+    cairo_rectangle(cr, 8, 4, 118, 12);
     fill(cr, 0.92, 0.74, 0.18);
-    cairo_move_to(cr, 210, 6);
-    cairo_line_to(cr, 236, 14);
-    cairo_line_to(cr, 210, 22);
+    cairo_move_to(cr, 126, 4);
+    cairo_line_to(cr, 146, 10);
+    cairo_line_to(cr, 126, 16);
     fill(cr, 0.88, 0.76, 0.60);
   });
-  scene.fromX = 200, scene.toX = 840, scene.y = 610;
+  scene.fromX = 440, scene.toX = 690, scene.y = 520;
   return scene;
 }
 

@@ -18,8 +18,9 @@ std::shared_ptr<const CGImage> CGImage::fromPixels(Data pixels, int width, int h
   if (format == Format::BGRX) {
     // GTK 4.8 knows no format without alpha of four bytes; an opaque copy is the way.
     std::string opaque(pixels.view());
-    for (std::size_t i = 3; i < opaque.size(); i += 4)
-      opaque[i] = '\xff';
+    for (std::size_t row = 0; row < static_cast<std::size_t>(height); row++)
+      for (std::size_t i = 0; i < static_cast<std::size_t>(width); i++)
+        opaque[row * bytesPerRow + 4 * i + 3] = '\xff';
     pixels = Data(std::move(opaque));
   }
   auto* owner = new Data(std::move(pixels));

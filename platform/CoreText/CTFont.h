@@ -16,6 +16,9 @@ public:
   /// The desktop's plain face.
   static std::shared_ptr<const CTFont> system(double size, FontWeight weight = FontWeight::Regular);
 
+  /// The same face at another size.
+  std::shared_ptr<const CTFont> withSize(double size) const;
+
   const std::string& name() const { return name_; }
   double pointSize() const { return size_; }
   double lineHeight() const;

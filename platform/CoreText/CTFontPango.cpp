@@ -63,6 +63,14 @@ std::shared_ptr<const CTFont> CTFont::system(double size, FontWeight weight) {
   return font;
 }
 
+std::shared_ptr<const CTFont> CTFont::withSize(double size) const {
+  auto font = std::make_shared<CTFont>(*this);
+  font->size_ = size;
+  font->description_ = hold(
+      pango_font_description_copy(static_cast<const PangoFontDescription*>(native())), size);
+  return font;
+}
+
 double CTFont::lineHeight() const {
   PangoFontMetrics* metrics = pango_context_get_metrics(
       textContext(), static_cast<const PangoFontDescription*>(native()), nullptr);

@@ -38,7 +38,9 @@ void CALayer::addSublayer(std::shared_ptr<CALayer> layer) {
 }
 
 void CALayer::insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index) {
-  if (!layer || layer.get() == this) return;
+  for (const CALayer* above = this; above; above = above->superlayer_)
+    if (above == layer.get()) return;
+  if (!layer) return;
   layer->removeFromSuperlayer();
   layer->superlayer_ = this;
   const auto at = sublayers_.begin() + static_cast<std::ptrdiff_t>(std::min(index, sublayers_.size()));
@@ -159,6 +161,7 @@ void CALayer::setCornerRadius(double radius) {
   if (radius == cornerRadius_) return;
   willChange(LayerProperty::CornerRadius, layerValue(radius));
   cornerRadius_ = radius;
+  if (masksToBounds_) cache_->placementChanged = true; // it cuts the sublayers
   setNeedsDisplay();
 }
 
@@ -181,7 +184,7 @@ void CALayer::setBorderWidth(double width) {
 }
 
 void CALayer::setMasksToBounds(bool masks) {
-  if (replace(masksToBounds_, masks)) setNeedsDisplay();
+  if (replace(masksToBounds_, masks)) setNeedsPlacement();
 }
 
 void CALayer::setShadowColor(const CGColor& color) {

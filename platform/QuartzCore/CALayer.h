@@ -117,6 +117,7 @@ public:
   void removeAnimation(const std::string& key);
   void removeAllAnimations();
   bool hasAnimations() const { return !animations_.empty(); }
+  bool isAnimating(LayerProperty property) const;
   LayerValue presented(LayerProperty property) const;
   double presentedOpacity() const { return presented(LayerProperty::Opacity)[0]; }
 

@@ -2,6 +2,8 @@
 
 #include "platform/QuartzCore/CALayerCache.h"
 
+#include <algorithm>
+
 namespace zuvi {
 
 namespace {
@@ -79,7 +81,10 @@ void CALayer::willChange(LayerProperty property, const LayerValue& to) {
 void CALayer::addAnimation(const std::string& key, CABasicAnimation animation) {
   // Counted before an older animation of the same group is cut short, lest the group end there.
   if (animation.group) animation.group->added();
-  finish(key, false);
+  const auto older = animations_.find(key);
+  // A block that sets a value twice has not been cut short.
+  finish(key, older != animations_.end() && animation.group &&
+                  older->second.animation.group == animation.group);
   Running running{std::move(animation), 0};
   const CABasicAnimation& added = running.animation;
   if (!added.repeatsForever) {
@@ -97,10 +102,16 @@ void CALayer::finish(const std::string& key, bool finished) {
   if (found == animations_.end()) return;
   Running running = std::move(found->second);
   animations_.erase(found);
-  if (!finished && running.end) DispatchQueue::main().cancel(running.end);
+  if (running.end) DispatchQueue::main().cancel(running.end);
   cache_->placementChanged = cache_->contentChanged = true;
   bubbleDirty();
   if (running.animation.group) running.animation.group->ended(finished);
+}
+
+bool CALayer::isAnimating(LayerProperty property) const {
+  return std::any_of(animations_.begin(), animations_.end(), [property](const auto& entry) {
+    return entry.second.animation.property == property;
+  });
 }
 
 void CALayer::removeAnimation(const std::string& key) { finish(key, false); }

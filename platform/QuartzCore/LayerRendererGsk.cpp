@@ -122,7 +122,8 @@ private:
     cache.placed = nullptr;
     cache.placementChanged = true; // to be placed anew when it shows again
     cache.dirty = false;
-    if (layer.hasAnimations()) frame.animating = true;
+    // Only what fades in comes back by itself.
+    if (!layer.isHidden() && layer.isAnimating(LayerProperty::Opacity)) frame.animating = true;
   }
 
   void damage(const CGRect& rect) {

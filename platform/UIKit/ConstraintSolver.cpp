@@ -64,14 +64,14 @@ public:
     settle();
     // Widths first: the height of a text follows from its width.
     for (auto& [view, box] : boxes_)
-      complete(box.horizontal, widthOf(*view), view->frame().x, view->bounds().width);
+      complete(box.horizontal, widthOf(*view), unturned(*view).x, view->bounds().width);
     for (auto& [view, box] : boxes_)
       if (Axis& axis = box.horizontal; view->maximumWidth && *axis.size > *view->maximumWidth) {
         axis = {{}, *axis.min + *axis.size / 2, {}, *view->maximumWidth};
         axis.derive();
       }
     for (auto& [view, box] : boxes_)
-      complete(box.vertical, heightOf(*view, *box.horizontal.size), view->frame().y,
+      complete(box.vertical, heightOf(*view, *box.horizontal.size), unturned(*view).y,
                view->bounds().height);
   }
 
@@ -89,6 +89,11 @@ private:
     for (auto& [candidate, box] : boxes_)
       if (candidate == view) return &box;
     return nullptr;
+  }
+
+  /// Where the view stands without its transform.
+  static CGPoint unturned(const UIView& view) {
+    return {view.center().x - view.bounds().width / 2, view.center().y - view.bounds().height / 2};
   }
 
   static double widthOf(const UIView& view) { return view.intrinsicContentSize().width; }

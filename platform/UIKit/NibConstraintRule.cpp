@@ -37,6 +37,7 @@ std::optional<NibConstraintRule> NibConstraintRule::parse(const std::string& tex
   if (words.size() < 3 || words[1] != "=") return std::nullopt;
   NibConstraintRule rule;
   if (!parseEdge(words[0], rule.firstItem, rule.first)) return std::nullopt;
+  if (rule.firstItem == "safe") return std::nullopt; // given by the screen
   std::size_t at = 3;
   if (const auto number = nib::number(words[2])) {
     rule.constant = *number;

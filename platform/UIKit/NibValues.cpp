@@ -1,6 +1,7 @@
 #include "platform/UIKit/NibValues.h"
 
 #include <charconv>
+#include <cmath>
 #include <sstream>
 
 namespace zuvi::nib {
@@ -9,6 +10,7 @@ std::optional<double> number(const std::string& text) {
   double value = 0;
   const auto [stop, failed] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (failed != std::errc() || stop != text.data() + text.size()) return std::nullopt;
+  if (!std::isfinite(value)) return std::nullopt;
   return value;
 }
 

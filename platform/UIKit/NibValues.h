@@ -25,6 +25,14 @@ template <class Set> bool withNumber(const std::string& text, const Set& set) {
   return value.has_value();
 }
 
+template <class Set>
+bool withNumberIn(const std::string& text, double least, double most, const Set& set) {
+  const auto value = number(text);
+  if (!value || *value < least || *value > most) return false;
+  set(*value);
+  return true;
+}
+
 template <class Set> bool withBoolean(const std::string& text, const Set& set) {
   if (text != "yes" && text != "no") return false;
   set(text == "yes");

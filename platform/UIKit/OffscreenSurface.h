@@ -18,6 +18,8 @@ public:
   void requestFrame() override { frameDue_ = true; }
   /// Draws what has changed since the last frame; false when nothing has.
   bool drawFrame();
+  /// Whether something has changed, or moves by itself.
+  bool isFrameDue() const { return frameDue_; }
   /// Everything as it is now, up to date.
   std::shared_ptr<const CGImage> picture();
 

@@ -60,7 +60,6 @@ OffscreenSurface::OffscreenSurface(CGSize size, double scale, UIEdgeInsets safeA
   gtk_init_check(); // fails without a display, but nodes can't be made before it was asked
   UIScreen::main().configure(size, scale, safeArea);
   native_ = std::make_unique<Native>(size, scale);
-  UIScreen::main().addDamage(UIScreen::main().bounds());
   UIScreen::main().setSurface(this);
 }
 
@@ -79,9 +78,11 @@ bool OffscreenSurface::drawFrame() {
   cairo_t* context = cairo_create(native_->surface);
   for (const CGRect& rect : damage) {
     // Whole pixels, so that no edge is blended twice.
-    const double left = std::floor(rect.minX()), top = std::floor(rect.minY());
-    cairo_rectangle(context, left, top, std::ceil(rect.maxX()) - left,
-                    std::ceil(rect.maxY()) - top);
+    const double scale = native_->scale;
+    const double left = std::floor(rect.minX() * scale), top = std::floor(rect.minY() * scale);
+    cairo_rectangle(context, left / scale, top / scale,
+                    (std::ceil(rect.maxX() * scale) - left) / scale,
+                    (std::ceil(rect.maxY() * scale) - top) / scale);
   }
   cairo_clip(context);
   cairo_set_operator(context, CAIRO_OPERATOR_CLEAR);

@@ -17,11 +17,17 @@ bool Presentation::coversPresenter() const {
   return presented_->modalPresentationStyle == UIModalPresentationStyle::FullScreen;
 }
 
+void Presentation::settle() {
+  const auto self = shared_from_this();
+  if (settle_) std::exchange(settle_, nullptr)();
+}
+
 void Presentation::begin(bool animated, std::function<void()> completion) {
   const auto self = shared_from_this();
   UIWindow* window = presenter_->view()->window();
   const auto view = presented_->view();
   view->setFrame(window->bounds());
+  presenter_->view()->endEditing(true); // the focus is not for what lies below
   if (coversPresenter()) presenter_->beginAppearanceTransition(false, animated);
   presented_->beginAppearanceTransition(true, animated);
   window->addSubview(view);
@@ -45,18 +51,24 @@ void Presentation::finishBegin() {
 
 void Presentation::end(bool animated, std::function<void()> completion) {
   const auto self = shared_from_this();
-  if (settle_) std::exchange(settle_, nullptr)(); // on its way in still
+  settle(); // on its way in still
+  if (ending_) return; // by a completion of that
   ending_ = true;
-  // What it presented itself goes with it, unseen.
-  std::shared_ptr<Presentation> above = presented_->presentation_;
+  for (auto above = presented_->presentation_; above; above = above->presented_->presentation_)
+    above->settle();
   presented_->beginAppearanceTransition(false, animated);
-  UIWindow* window = presented_->view()->window();
-  if (!window && above) window = above->presented()->view()->window();
+  // What it presented itself goes with it.
+  auto lowest = presented_->view();
+  for (auto above = presented_->presentation_; above; above = above->presented_->presentation_) {
+    above->presented_->beginAppearanceTransition(false, animated);
+    if (!lowest->window()) lowest = above->presented_->view();
+  }
+  UIWindow* window = lowest->window();
   if (coversPresenter() && presenter_) {
     presenter_->beginAppearanceTransition(true, animated);
     if (presenterView_ && window) {
       const auto& sheets = window->subviews();
-      const auto at = std::find(sheets.begin(), sheets.end(), presented_->view());
+      const auto at = std::find(sheets.begin(), sheets.end(), lowest);
       presenterView_->setFrame(window->bounds());
       window->insertSubview(presenterView_, static_cast<std::size_t>(at - sheets.begin()));
       window->layoutIfNeeded();
@@ -81,8 +93,6 @@ void Presentation::finishEnd() {
 
 void Presentation::removeViews() {
   for (auto above = presented_->presentation_; above; above = above->presented_->presentation_) {
-    if (above->settle_) std::exchange(above->settle_, nullptr)();
-    above->presented_->beginAppearanceTransition(false, false);
     above->presented_->view()->removeFromSuperview();
     above->presented_->endAppearanceTransition();
     above->presenterView_ = nullptr;

@@ -16,6 +16,8 @@ public:
   void begin(bool animated, std::function<void()> completion);
   void end(bool animated, std::function<void()> completion);
 
+  /// Ends the movement under way at once.
+  void settle();
   bool isEnding() const { return ending_; }
   const std::shared_ptr<UIViewController>& presented() const { return presented_; }
   UIViewController* presenter() const { return presenter_; }
@@ -31,7 +33,7 @@ private:
   UIViewController* presenter_;
   std::shared_ptr<UIViewController> presented_;
   std::shared_ptr<UIView> presenterView_; ///< while it is off the window
-  std::function<void()> settle_;          ///< ends the movement under way at once
+  std::function<void()> settle_;          ///< what `settle` calls; null while nothing moves
   bool ending_ = false;
 };
 

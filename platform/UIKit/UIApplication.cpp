@@ -43,11 +43,15 @@ void UIApplication::touchBegan(CGPoint point) {
   if (isIgnoringInteractionEvents()) return;
   UIScreen::main().layoutIfNeeded();
   touched_ = hitTest(point);
-  if (touched_) touched_->touchBegan(touched_->convertFromScreen(point));
+  if (!touched_) return;
+  const auto alive = touched_->weak_from_this().lock(); // an action may take it off the screen
+  touched_->touchBegan(touched_->convertFromScreen(point));
 }
 
 void UIApplication::touchMoved(CGPoint point) {
-  if (touched_) touched_->touchMoved(touched_->convertFromScreen(point));
+  if (!touched_) return;
+  const auto alive = touched_->weak_from_this().lock();
+  touched_->touchMoved(touched_->convertFromScreen(point));
 }
 
 void UIApplication::touchEnded(CGPoint point) {
@@ -59,6 +63,11 @@ void UIApplication::touchEnded(CGPoint point) {
 
 void UIApplication::touchCancelled() {
   if (UIView* view = std::exchange(touched_, nullptr)) view->touchCancelled();
+}
+
+void UIApplication::beginIgnoringInteractionEvents() {
+  ignoring_++;
+  touchCancelled();
 }
 
 void UIApplication::takeOverTouch(UIView& scroller) {

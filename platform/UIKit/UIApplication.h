@@ -67,7 +67,8 @@ public:
   void takeOverTouch(UIView& scroller);
 
   bool isIgnoringInteractionEvents() const { return ignoring_ > 0; }
-  void beginIgnoringInteractionEvents() { ignoring_++; }
+  /// Also takes the touch under way from its view.
+  void beginIgnoringInteractionEvents();
   void endIgnoringInteractionEvents() { ignoring_--; }
 
   // From views and windows on their way out.

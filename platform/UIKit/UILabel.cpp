@@ -67,8 +67,7 @@ std::shared_ptr<const TextLayout> UILabel::layoutForWidth(double width) const {
   TextLayout::Style style{font_, color_, alignment_, lines_};
   auto made = std::make_shared<TextLayout>(*text_, style, width);
   for (double scale = 0.95; made->isTruncated() && scale >= minimumScale_ - 1e-9; scale -= 0.05) {
-    const auto smaller = UIFont::named(font_->name(), font_->pointSize() * scale);
-    style.font = smaller ? smaller : UIFont::system(font_->pointSize() * scale);
+    style.font = font_->withSize(font_->pointSize() * scale);
     made = std::make_shared<TextLayout>(*text_, style, width);
   }
   layout_ = made;
@@ -117,9 +116,9 @@ bool UILabel::setNibAttribute(const std::string& name, const std::string& value)
     return nib::withFont(value, [&](const auto& font) { setFont(font); });
   if (name == "color") return nib::withColor(value, [&](const UIColor& v) { setTextColor(v); });
   if (name == "lines")
-    return nib::withNumber(value, [&](double v) { setNumberOfLines(static_cast<int>(v)); });
+    return nib::withNumberIn(value, 0, 999, [&](double v) { setNumberOfLines(int(v)); });
   if (name == "shrink")
-    return nib::withNumber(value, [&](double v) { setMinimumScaleFactor(v); });
+    return nib::withNumberIn(value, 0.05, 1, [&](double v) { setMinimumScaleFactor(v); });
   if (name == "align") {
     if (value == "left")
       setTextAlignment(NSTextAlignment::Left);

@@ -44,6 +44,11 @@ void UINavigationController::viewDidLayoutSubviews() {
   }
 }
 
+void UINavigationController::viewWillDisappear(bool animated) {
+  UIViewController::viewWillDisappear(animated);
+  if (settle_) std::exchange(settle_, nullptr)(); // the top has appeared before it disappears
+}
+
 void UINavigationController::pushViewController(std::shared_ptr<UIViewController> controller,
                                                 bool animated) {
   if (!controller || std::find(stack_.begin(), stack_.end(), controller) != stack_.end()) return;
@@ -86,7 +91,7 @@ void UINavigationController::showTop(const std::shared_ptr<UIViewController>& ol
   animated = animated && appearance() == Appearance::Appeared && view()->window();
 
   const auto incoming = top->view();
-  const auto outgoing = old ? old->view() : nullptr;
+  const auto outgoing = old && old->isViewLoaded() ? old->view() : nullptr;
   if (onShow && old) old->beginAppearanceTransition(false, animated);
   if (onShow) top->beginAppearanceTransition(true, animated);
   shown_ = top;
@@ -112,16 +117,17 @@ void UINavigationController::showTop(const std::shared_ptr<UIViewController>& ol
         incoming->setTransform({});
         if (outgoing && animated) outgoing->setTransform(forward ? left : right);
       },
-      [self, this, old, top, onShow] {
+      [self, this, old, outgoing, top, onShow] {
         const auto alive = self.lock();
         if (alive) settle_ = nullptr;
-        if (old) {
-          old->view()->removeFromSuperview();
-          old->view()->setTransform({});
+        if (outgoing) {
+          outgoing->removeFromSuperview();
+          outgoing->setTransform({});
         }
         if (!alive || !onShow) return;
         if (old) old->endAppearanceTransition();
-        top->endAppearanceTransition();
+        // While the stack itself is on its way in, its top arrives with it.
+        if (appearance() != Appearance::Appearing) top->endAppearanceTransition();
       });
   if (animated) settle_ = std::move(settle);
 }

@@ -29,6 +29,7 @@ public:
   void setNavigationBarHidden(bool, bool) {}
 
   void viewDidLayoutSubviews() override;
+  void viewWillDisappear(bool animated) override;
 
 protected:
   std::vector<std::shared_ptr<UIViewController>> visibleChildren() const override;

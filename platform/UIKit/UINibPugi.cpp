@@ -47,7 +47,7 @@ public:
       refuse(0, "a nib element with one view is wanted");
       return result();
     }
-    view_ = build(top);
+    view_ = build(top, 0);
     if (!view_ || !error_.empty()) return result();
     if (outside) {
       declaration_ = std::move(*outside);
@@ -79,7 +79,11 @@ private:
 
   void refuse(pugi::xml_node node, const std::string& what) { refuse(node.offset_debug(), what); }
 
-  std::shared_ptr<UIView> build(pugi::xml_node node) {
+  std::shared_ptr<UIView> build(pugi::xml_node node, int depth) {
+    if (depth > 200) {
+      refuse(node, "the views are nested too deep");
+      return nullptr;
+    }
     const auto factory = classes().find(node.name());
     if (factory == classes().end()) {
       refuse(node, std::string("no class is named ") + node.name());
@@ -88,7 +92,11 @@ private:
     auto view = factory->second();
     for (const pugi::xml_attribute attribute : node.attributes()) {
       const std::string name = attribute.name();
-      if (name.find('.') != std::string::npos) continue; // of one language
+      if (const auto dot = name.find('.'); dot != std::string::npos) { // of one language
+        if (!node.attribute(name.substr(0, dot).c_str()))
+          refuse(node, name + " takes the place of nothing");
+        continue;
+      }
       const pugi::xml_attribute own = node.attribute((name + "." + language_).c_str());
       applyAttribute(*view, node, name, own ? own.value() : attribute.value());
     }
@@ -96,7 +104,7 @@ private:
     std::vector<Named> children;
     for (const pugi::xml_node child : node.children()) {
       if (child.type() != pugi::node_element || std::string(child.name()) == "constraint") continue;
-      auto subview = build(child);
+      auto subview = build(child, depth + 1);
       if (!subview) return nullptr;
       view->addSubview(subview);
       children.push_back({subview, child});
@@ -132,6 +140,9 @@ private:
     for (const pugi::xml_node element : node.children("constraint")) {
       const auto rule = NibConstraintRule::parse(element.attribute("rule").value());
       if (!rule || rule->firstItem.empty()) return refuse(element, "malformed constraint");
+      for (const pugi::xml_attribute attribute : element.attributes())
+        if (const std::string name = attribute.name(); name != "rule" && name != "outlet")
+          return refuse(element, "a constraint takes no " + name);
       const auto added = add(*rule, view, nullptr, element, children);
       if (const pugi::xml_attribute outlet = element.attribute("outlet"); outlet && added)
         constraintOutlets_.push_back({outlet.value(), added, element});
@@ -174,6 +185,7 @@ private:
                                          [&](const auto& o) { return o.name == name; });
       if (declared == declaration_.constraints_.end())
         return refuse(node, "the owner has no outlet " + name);
+      if (declared->connected) return refuse(node, "the outlet " + name + " is connected twice");
       *declared->field = constraint;
       declared->connected = true;
     }
@@ -193,6 +205,7 @@ private:
     const std::string name = named.view->outletName;
     for (auto& outlet : declaration_.outlets_)
       if (outlet.name == name) {
+        if (outlet.connected) refuse(named.node, "the outlet " + name + " is connected twice");
         if (!outlet.connect(named.view))
           refuse(named.node, "the outlet " + name + " is of another class");
         outlet.connected = true;

@@ -8,6 +8,12 @@
 
 namespace zuvi {
 
+static void redraw(CALayer& layer) {
+  layer.setNeedsDisplay();
+  for (const auto& sublayer : layer.sublayers())
+    redraw(*sublayer);
+}
+
 UIScreen::UIScreen() : root_(std::make_shared<CALayer>()) {
   root_->setFrame(bounds());
   root_->setBackgroundColor(CGColor::white());
@@ -23,6 +29,7 @@ UIScreen& UIScreen::main() {
 void UIScreen::configure(CGSize size, double scale, UIEdgeInsets safeArea) {
   if (size.width <= 0 || size.height <= 0 || scale <= 0) return;
   const bool sameInsets = safeArea == safeArea_;
+  if (scale != scale_) redraw(*root_); // drawings were made for the pixels of before
   size_ = size;
   scale_ = scale;
   safeArea_ = safeArea;
@@ -35,7 +42,9 @@ void UIScreen::configure(CGSize size, double scale, UIEdgeInsets safeArea) {
 
 void UIScreen::setSurface(ScreenSurface* surface) {
   surface_ = surface;
-  if (surface_) surface_->requestFrame();
+  damage_.clear();
+  addDamage(bounds());
+  setNeedsFrame();
 }
 
 void UIScreen::show(UIWindow& window) {
@@ -61,10 +70,14 @@ void UIScreen::setNeedsLayout() {
 }
 
 void UIScreen::layoutIfNeeded() {
+  layoutScheduled_ = true; // what is marked meanwhile has its turn here
+  for (int round = 0; round < 2; round++) {
+    const auto windows = windows_;
+    for (UIWindow* window : windows)
+      if (std::find(windows_.begin(), windows_.end(), window) != windows_.end())
+        window->layoutIfNeeded();
+  }
   layoutScheduled_ = false;
-  const auto windows = windows_;
-  for (UIWindow* window : windows)
-    window->layoutIfNeeded();
 }
 
 std::vector<CGRect> UIScreen::takeDamage() { return std::exchange(damage_, {}); }
@@ -73,6 +86,8 @@ void UIScreen::setNeedsFrame() {
   if (surface_) surface_->requestFrame();
 }
 
-void UIScreen::addDamage(const CGRect& rect) { damage_.push_back(rect); }
+void UIScreen::addDamage(const CGRect& rect) {
+  if (surface_) damage_.push_back(rect);
+}
 
 } // namespace zuvi

@@ -47,7 +47,7 @@ void UITabBarController::setSelectedIndex(std::size_t index) {
   selected_ = index;
   if (!isViewLoaded()) return;
   const auto now = selectedViewController();
-  const bool onShow = appearance() == Appearance::Appeared;
+  const bool onShow = appearance() == Appearance::Appeared || appearance() == Appearance::Appearing;
   if (onShow) {
     old->beginAppearanceTransition(false, false);
     now->beginAppearanceTransition(true, false);
@@ -58,7 +58,8 @@ void UITabBarController::setSelectedIndex(std::size_t index) {
   view()->layoutIfNeeded();
   if (onShow) {
     old->endAppearanceTransition();
-    now->endAppearanceTransition();
+    // While the bar itself is on its way in, the chosen screen arrives with it.
+    if (appearance() != Appearance::Appearing) now->endAppearanceTransition();
   }
 }
 

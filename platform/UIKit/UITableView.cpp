@@ -42,7 +42,8 @@ void UITableView::reloadData() {
   const auto source = dataSource.lock();
   const auto sizes = delegate.lock();
   double bottom = 0;
-  for (std::size_t row = 0; row < (source ? source->numberOfRows(*this) : 0); row++) {
+  const std::size_t count = source ? source->numberOfRows(*this) : 0;
+  for (std::size_t row = 0; row < count; row++) {
     bottom += sizes ? sizes->heightForRow(*this, row) : 44;
     bottoms_.push_back(bottom);
   }
@@ -72,12 +73,11 @@ void UITableView::layoutSubviews() {
   for (const std::size_t row : gone)
     recycle(row);
   for (std::size_t row = first; row < end; row++) {
-    auto& cell = visible_[row];
+    auto cell = cellForRow(row);
     if (!cell) cell = source->cellForRow(*this, row);
-    if (!cell) {
-      visible_.erase(row);
-      continue;
-    }
+    if (row >= bottoms_.size()) return; // the source has reloaded; another layout is due
+    if (!cell) continue;
+    visible_[row] = cell;
     const double top = row == 0 ? 0 : bottoms_[row - 1];
     cell->setFrame({0, top, seen.width, bottoms_[row] - top});
     if (cell->superview() != this) addSubview(cell);

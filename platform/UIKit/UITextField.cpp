@@ -69,6 +69,8 @@ void UITextField::didChangeFirstResponder(bool focused) {
 }
 
 bool UITextField::keyPressed(const KeyPress& key) {
+  if (!isEnabled()) return false;
+  const std::string before = text_;
   if (key.name == "BackSpace") {
     const std::size_t from = stepFrom(caret_, false);
     text_.erase(from, caret_ - from);
@@ -89,7 +91,7 @@ bool UITextField::keyPressed(const KeyPress& key) {
     return false;
   }
   changed();
-  sendActions(UIControlEvent::EditingChanged);
+  if (text_ != before) sendActions(UIControlEvent::EditingChanged);
   return true;
 }
 

@@ -139,8 +139,11 @@ void UIView::sizeChanged(CGSize old) {
     };
     const auto [dx, dWidth] = share(dw, FlexibleLeftMargin, FlexibleWidth, FlexibleRightMargin);
     const auto [dy, dHeight] = share(dh, FlexibleTopMargin, FlexibleHeight, FlexibleBottomMargin);
-    const CGRect f = subview->frame();
-    subview->setFrame({f.x + dx, f.y + dy, f.width + dWidth, f.height + dHeight});
+    // By centre and bounds: the frame of a transformed view is only the box around it.
+    const CGPoint center = subview->center();
+    const CGRect b = subview->bounds();
+    subview->setBounds({b.x, b.y, b.width + dWidth, b.height + dHeight});
+    subview->setCenter({center.x + dx + dWidth / 2, center.y + dy + dHeight / 2});
   }
 }
 

@@ -110,6 +110,8 @@ void UIViewController::present(std::shared_ptr<UIViewController> controller, boo
                                std::function<void()> completion) {
   if (!controller) return;
   UIViewController* presenter = topmostParent();
+  if (presenter->presentation_ && presenter->presentation_->isEnding())
+    presenter->presentation_->settle();
   if (presentedViewController()) {
     print("A screen is presented already; the new one is not shown.");
     return;

@@ -23,23 +23,22 @@ void UIView::markLayoutPath() {
 }
 
 void UIView::layoutIfNeeded() {
-  if (layoutBelow_) layoutTree();
+  const auto self = weak_from_this().lock(); // a hook may remove this view
+  // A hook may mark a view again, but one that does so every time must not hang the program.
+  for (int round = 0; round < 8 && layoutBelow_; round++)
+    layoutTree();
 }
 
 void UIView::layoutTree() {
-  const auto self = weak_from_this().lock(); // a hook may remove this view
-  // A hook may mark this view again, but a view that does so every time must not hang the program.
-  for (int round = 0; round < 8 && layoutBelow_; round++) {
-    layoutBelow_ = false;
-    if (std::exchange(needsLayout_, false)) {
-      if (controller_) controller_->viewWillLayoutSubviews();
-      layoutSubviews();
-      if (controller_) controller_->viewDidLayoutSubviews();
-    }
-    const auto below = subviews_;
-    for (const auto& subview : below)
-      if (subview->layoutBelow_) subview->layoutTree();
+  layoutBelow_ = false;
+  if (std::exchange(needsLayout_, false)) {
+    if (controller_) controller_->viewWillLayoutSubviews();
+    layoutSubviews();
+    if (controller_) controller_->viewDidLayoutSubviews();
   }
+  const auto below = subviews_;
+  for (const auto& subview : below)
+    if (subview->layoutBelow_) subview->layoutTree();
 }
 
 void UIView::layoutSubviews() {

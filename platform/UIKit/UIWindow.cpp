@@ -24,6 +24,7 @@ void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controlle
   const auto old = std::exchange(root_, std::move(controller));
   if (old == root_) return;
   if (old) {
+    if (old->presentedViewController()) old->dismiss(false); // nothing of it stays behind
     if (visible_) old->beginAppearanceTransition(false, false);
     old->view()->removeFromSuperview();
     if (visible_) old->endAppearanceTransition();
@@ -45,10 +46,21 @@ void UIWindow::makeKeyAndVisible() {
   setVisible(true);
 }
 
+std::vector<std::shared_ptr<UIViewController>> UIWindow::controllersOnShow() const {
+  std::vector<std::shared_ptr<UIViewController>> found;
+  for (auto controller = root_; controller; controller = controller->presentedViewController()) {
+    if (controller->modalPresentationStyle == UIModalPresentationStyle::FullScreen) found.clear();
+    found.push_back(controller);
+  }
+  return found;
+}
+
 void UIWindow::setVisible(bool visible) {
   if (visible == visible_) return;
   visible_ = visible;
-  if (root_) root_->beginAppearanceTransition(visible, false);
+  const auto controllers = controllersOnShow();
+  for (const auto& controller : controllers)
+    controller->beginAppearanceTransition(visible, false);
   if (visible) {
     setFrame(UIScreen::main().bounds());
     UIScreen::main().show(*this);
@@ -57,7 +69,8 @@ void UIWindow::setVisible(bool visible) {
     UIScreen::main().hide(*this);
     if (isKeyWindow()) UIApplication::shared().setKeyWindow(nullptr);
   }
-  if (root_) root_->endAppearanceTransition();
+  for (const auto& controller : controllers)
+    controller->endAppearanceTransition();
 }
 
 void UIWindow::layoutSubviews() {

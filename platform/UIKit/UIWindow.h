@@ -33,6 +33,9 @@ public:
   void layoutSubviews() override;
 
 private:
+  /// The screens that are seen: the root's or what covers it, and what is laid over that.
+  std::vector<std::shared_ptr<UIViewController>> controllersOnShow() const;
+
   double level_ = levelNormal;
   bool visible_ = false;
   std::shared_ptr<UIViewController> root_;

@@ -1,6 +1,5 @@
 #include "tests/AVFoundation/FakePortalGio.h"
 
-#include <algorithm>
 #include <string>
 
 #include <gio/gunixfdlist.h>
@@ -15,16 +14,7 @@ constexpr const char* description = R"(<node><interface name="org.freedesktop.po
   <method name="OpenPipeWireRemote"><arg type="a{sv}"/><arg type="h" direction="out"/></method>
   <property name="IsCameraPresent" type="b" access="read"/></interface></node>)";
 
-std::string requestPath(std::string sender, GVariant* arguments) {
-  sender.erase(0, 1);
-  std::ranges::replace(sender, '.', '_');
-  GVariant* options = g_variant_get_child_value(arguments, 0);
-  const char* token = "none";
-  g_variant_lookup(options, "handle_token", "&s", &token);
-  auto path = "/org/freedesktop/portal/desktop/request/" + sender + "/" + token;
-  g_variant_unref(options);
-  return path;
-}
+constexpr const char* requestPath = "/org/freedesktop/portal/desktop/request/1";
 
 void handOver(GDBusMethodInvocation* invocation) {
   int ends[2];
@@ -40,8 +30,8 @@ void handOver(GDBusMethodInvocation* invocation) {
 
 } // namespace
 
-FakePortal::FakePortal(Handle handle)
-    : handle_(handle), daemon_(g_test_dbus_new(G_TEST_DBUS_NONE)), context_(g_main_context_new()) {
+FakePortal::FakePortal()
+    : daemon_(g_test_dbus_new(G_TEST_DBUS_NONE)), context_(g_main_context_new()) {
   g_test_dbus_up(daemon_);
   thread_ = std::thread([this] { serve(); });
   std::unique_lock lock(mutex_);
@@ -71,9 +61,9 @@ void FakePortal::serve() {
       nullptr, nullptr, nullptr);
   GDBusInterfaceVTable table{};
   table.method_call = [](GDBusConnection*, const char* sender, const char*, const char*,
-                         const char* method, GVariant* arguments, GDBusMethodInvocation* invocation,
+                         const char* method, GVariant*, GDBusMethodInvocation* invocation,
                          gpointer self) {
-    static_cast<FakePortal*>(self)->called(sender, method, arguments, invocation);
+    static_cast<FakePortal*>(self)->called(sender, method, invocation);
   };
   table.get_property = [](GDBusConnection*, const char*, const char*, const char*, const char*,
                           GError**, gpointer self) {
@@ -100,17 +90,14 @@ void FakePortal::serve() {
   g_main_context_pop_thread_default(context_);
 }
 
-void FakePortal::called(const char* sender, const char* method, GVariant* arguments,
-                        GDBusMethodInvocation* invocation) {
+void FakePortal::called(const char* sender, const char* method, GDBusMethodInvocation* invocation) {
   if (std::string(method) == "OpenPipeWireRemote") return handOver(invocation);
-  const auto path = handle_ == Handle::Predicted ? requestPath(sender, arguments)
-                                                 : "/org/freedesktop/portal/desktop/request/own";
-  g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", path.c_str()));
+  g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", requestPath));
   asked++;
   if (response < 0) return;
   GVariantBuilder results;
   g_variant_builder_init(&results, G_VARIANT_TYPE_VARDICT);
-  g_dbus_connection_emit_signal(connection_, sender, path.c_str(), "org.freedesktop.portal.Request",
+  g_dbus_connection_emit_signal(connection_, sender, requestPath, "org.freedesktop.portal.Request",
                                 "Response", g_variant_new("(ua{sv})", guint32(response), &results),
                                 nullptr);
 }

@@ -12,9 +12,7 @@ namespace zuvi {
 /// A camera portal on a bus of its own, which is the session bus as long as this object lives.
 class FakePortal {
 public:
-  /// Whether a request's path is the one that the caller expects.
-  enum class Handle { Predicted, Own };
-  explicit FakePortal(Handle handle);
+  FakePortal();
   ~FakePortal();
   FakePortal(const FakePortal&) = delete;
 
@@ -27,10 +25,8 @@ public:
 
 private:
   void serve();
-  void called(const char* sender, const char* method, GVariant* arguments,
-              GDBusMethodInvocation* invocation);
+  void called(const char* sender, const char* method, GDBusMethodInvocation* invocation);
 
-  const Handle handle_;
   GTestDBus* daemon_;
   GMainContext* context_;
   GDBusConnection* connection_ = nullptr;

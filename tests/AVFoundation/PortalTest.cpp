@@ -27,24 +27,22 @@ protected:
 };
 
 TEST_F(PortalTest, AnswersAreTheUsers) {
-  for (auto handle : {FakePortal::Handle::Predicted, FakePortal::Handle::Own}) {
-    FakePortal portal(handle);
-    for (bool grants : {true, false}) {
-      portal.response = grants ? 0 : 1;
-      auto cameras = provider();
-      EXPECT_EQ(cameras->authorizationStatus(), Status::NotDetermined);
-      EXPECT_EQ(ask(*cameras), grants);
-      EXPECT_EQ(cameras->authorizationStatus(), grants ? Status::Authorized : Status::Denied);
-      EXPECT_EQ(cameras->open("portal") != nullptr, grants);
-      const int asked = portal.asked;
-      EXPECT_EQ(ask(*cameras), grants) << "known by now";
-      EXPECT_EQ(portal.asked, asked);
-    }
+  FakePortal portal;
+  for (bool grants : {true, false}) {
+    portal.response = grants ? 0 : 1;
+    auto cameras = provider();
+    EXPECT_EQ(cameras->authorizationStatus(), Status::NotDetermined);
+    EXPECT_EQ(ask(*cameras), grants);
+    EXPECT_EQ(cameras->authorizationStatus(), grants ? Status::Authorized : Status::Denied);
+    EXPECT_EQ(cameras->open("portal") != nullptr, grants);
+    const int asked = portal.asked;
+    EXPECT_EQ(ask(*cameras), grants) << "known by now";
+    EXPECT_EQ(portal.asked, asked);
   }
 }
 
 TEST_F(PortalTest, ListsOneCameraAndHandsItOver) {
-  FakePortal portal(FakePortal::Handle::Predicted);
+  FakePortal portal;
   const auto devices = provider()->devices();
   ASSERT_EQ(devices.size(), 1U);
   EXPECT_EQ(devices[0].position, AVCaptureDevicePosition::Back);
@@ -60,7 +58,7 @@ TEST_F(PortalTest, ListsOneCameraAndHandsItOver) {
 
 TEST_F(PortalTest, NoPortalIsANo) {
   {
-    FakePortal portal(FakePortal::Handle::Predicted);
+    FakePortal portal;
     portal.response = -1; // the dialogue stays open until the portal is gone
     auto cameras = provider();
     auto answer = std::make_shared<std::atomic<int>>(-1);

@@ -12,15 +12,24 @@ namespace zuvi {
 class RecipeProvider final : public CameraProvider {
 public:
   explicit RecipeProvider(const std::string& elements) {
-    recipe.key = "test:" + std::to_string(++made_);
-    recipe.launch = [elements] { return elements; };
-    recipe.configure = [this](const Pipeline& pipeline) {
-      opened++;
+    recipe_.key = "test:" + std::to_string(++made_);
+    recipe_.launch = [elements] { return elements; };
+    // The camera may be closed after this object has gone.
+    recipe_.configure = [counts = counts_](const Pipeline& pipeline) {
+      counts->opened++;
       g_object_weak_ref(
           G_OBJECT(pipeline.native()),
-          [](gpointer self, GObject*) { static_cast<RecipeProvider*>(self)->closed++; }, this);
+          [](gpointer data, GObject*) {
+            const std::unique_ptr<std::shared_ptr<Counts>> held(
+                static_cast<std::shared_ptr<Counts>*>(data));
+            (*held)->closed++;
+          },
+          new std::shared_ptr<Counts>(counts));
     };
   }
+
+  int opened() const { return counts_->opened; }
+  int closed() const { return counts_->closed; }
 
   AVAuthorizationStatus authorizationStatus() override { return AVAuthorizationStatus::Authorized; }
   void requestAccess(std::function<void(bool)> answer) override { answer(true); }
@@ -28,13 +37,15 @@ public:
     return {{"test", "Test", AVCaptureDevicePosition::Back, true}};
   }
   std::shared_ptr<CameraStream> open(const std::string&) override {
-    return make<CameraStreamGStreamer>(recipe);
+    return make<CameraStreamGStreamer>(recipe_);
   }
 
-  SourceRecipe recipe;
-  std::atomic<int> opened = 0, closed = 0;
-
 private:
+  struct Counts {
+    std::atomic<int> opened = 0, closed = 0;
+  };
+  const std::shared_ptr<Counts> counts_ = std::make_shared<Counts>();
+  SourceRecipe recipe_;
   static inline std::atomic<int> made_ = 0;
 };
 

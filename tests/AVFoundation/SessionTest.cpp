@@ -25,12 +25,12 @@ protected:
 TEST_F(SessionTest, SharesOneCameraAndFreesItAfterTheLastStop) {
   auto camera = use(steadyCamera);
   Rig recorder(back()), document(back());
-  EXPECT_EQ(camera->opened, 0) << "an input alone does not open the camera";
+  EXPECT_EQ(camera->opened(), 0) << "an input alone does not open the camera";
   recorder.session->startRunning();
   ASSERT_TRUE(warm(recorder));
   document.session->startRunning();
   ASSERT_TRUE(warm(document));
-  EXPECT_EQ(camera->opened, 1);
+  EXPECT_EQ(camera->opened(), 1);
 
   // A film of one session goes on while the other one leaves.
   auto listener = std::make_shared<FilmListener>();
@@ -43,12 +43,12 @@ TEST_F(SessionTest, SharesOneCameraAndFreesItAfterTheLastStop) {
   ASSERT_TRUE(time.waitUntil([&] { return !listener->ends().empty(); }));
   EXPECT_NEAR(readFilm(folder.path("film.mov")).seconds, 0.4, 0.2);
 
-  EXPECT_EQ(camera->closed, 0);
+  EXPECT_EQ(camera->closed(), 0);
   recorder.session->stopRunning();
-  EXPECT_TRUE(time.waitUntil([&] { return camera->closed == 1; }, freeWithin));
+  EXPECT_TRUE(time.waitUntil([&] { return camera->closed() == 1; }, freeWithin));
   recorder.session->startRunning();
   ASSERT_TRUE(warm(recorder));
-  EXPECT_EQ(camera->opened, 2);
+  EXPECT_EQ(camera->opened(), 2);
 }
 
 TEST_F(SessionTest, FreesTheCameraWhenDroppedWhileFilmingOrRestarted) {
@@ -60,7 +60,7 @@ TEST_F(SessionTest, FreesTheCameraWhenDroppedWhileFilmingOrRestarted) {
     rig.film->startRecording(folder.path("film.mov"), {});
     film(0.2);
   }
-  EXPECT_TRUE(time.waitUntil([&] { return camera->closed == 1; }, freeWithin));
+  EXPECT_TRUE(time.waitUntil([&] { return camera->closed() == 1; }, freeWithin));
   Rig rig(back());
   for (int i = 0; i < 5; i++) {
     rig.session->startRunning();
@@ -68,7 +68,7 @@ TEST_F(SessionTest, FreesTheCameraWhenDroppedWhileFilmingOrRestarted) {
   }
   rig.session->startRunning();
   EXPECT_TRUE(warm(rig));
-  EXPECT_EQ(camera->opened - camera->closed, 1);
+  EXPECT_EQ(camera->opened() - camera->closed(), 1);
 }
 
 TEST_F(SessionTest, StopNeverWaitsForTheMainThreadNorMakesItWait) {
@@ -107,13 +107,14 @@ TEST_P(VanishingCameraTest, EndsTheRunAndCanBeStartedAgain) {
   auto listener = std::make_shared<FilmListener>();
   for (int run = 1; run <= 2; run++) {
     rig.session->startRunning();
-    EXPECT_TRUE(rig.session->isRunning());
     rig.film->startRecording(folder.path("film.mov"), listener);
     ASSERT_TRUE(time.waitUntil([&] { return !rig.session->isRunning(); }));
-    EXPECT_TRUE(time.waitUntil([&] { return camera->closed == run; }, freeWithin));
-    EXPECT_EQ(camera->opened, run);
+    EXPECT_TRUE(time.waitUntil([&] { return camera->closed() == run; }, freeWithin));
+    EXPECT_EQ(camera->opened(), run);
     ASSERT_TRUE(time.waitUntil([&] { return int(listener->ends().size()) == run; }));
-    EXPECT_EQ(listener->ends().back().error.value().code, AVErrorDeviceWasDisconnected);
+    // A camera that is never there may be gone before the film is asked for.
+    EXPECT_THAT(listener->ends().back().error.value().code,
+                ::testing::AnyOf(AVErrorDeviceWasDisconnected, AVErrorSessionNotRunning));
     EXPECT_FALSE(rig.film->isRecording());
     rig.film->stopRecording();
     rig.session->stopRunning(); // without effect by now

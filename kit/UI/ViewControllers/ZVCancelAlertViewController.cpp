@@ -1,6 +1,7 @@
 #include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
 
 #include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
@@ -25,7 +26,10 @@ void ZVCancelAlertViewController::viewDidLoad() {
     button->accessibilityLabel = localized("cancel");
   }
   if (const auto button = continueButton.lock()) button->accessibilityLabel = localized("continue");
-  if (const auto label = cancelLabel.lock()) label->setText(localized("cancel"));
+  if (const auto label = cancelLabel.lock()) {
+    label->setText(localized("cancel"));
+    label->setTextColor(textColorOn(ZVKYCHelper::instance().merchant->color));
+  }
   if (const auto label = continueLabel.lock()) label->setText(localized("continue"));
   if (const auto label = titleLabel.lock()) label->setText(localized("cancelTitle"));
 }

@@ -70,7 +70,7 @@ void ZVKYCCameraViewController::viewWillAppear(bool animated) {
   ZVRootViewController& shell = ZVScreen::shell();
   shell.desc = localized("documentDescription");
   shell.titleText = zuvi::name(document()) + ".";
-  shell.bottomButtonTitle = localized("takePhoto");
+  shell.bottomButtonTitle = localized(isErrorShown ? "retakePhoto" : "takePhoto");
   if (ZVKYCHelper::instance().identity()) {
     shell.currentPage = 0;
     shell.showBackButton = false;
@@ -78,7 +78,7 @@ void ZVKYCCameraViewController::viewWillAppear(bool animated) {
     shell.currentPage = type == ZVKYCCameraType::ineFront ? 2 : 3;
     shell.showBackButton = true;
   }
-  shell.bottomButtonAction = [this] { bottomButtonAction(); };
+  setBottomButtonAction([this] { bottomButtonAction(); });
   captureSession_->startRunning();
 }
 
@@ -205,6 +205,7 @@ void ZVKYCCameraViewController::startRequest(const Data& data) {
     return;
   if (type == ZVKYCCameraType::ineFront && scanBackSide(document())) {
     const auto back = make<ZVKYCCameraViewController>();
+    back->merchant = merchant; // the index counts in its lists
     back->index = index;
     back->isRequired = isRequired;
     back->objectId = objectId;
@@ -220,6 +221,7 @@ void ZVKYCCameraViewController::startRequest(const Data& data) {
 
 void ZVKYCCameraViewController::showUpload(const Data& front, const std::optional<Data>& back) {
   const auto upload = make<ZVUploadViewController>();
+  upload->merchant = merchant;
   upload->documentIndex = index;
   upload->isRequired = isRequired;
   upload->identityId = *objectId;

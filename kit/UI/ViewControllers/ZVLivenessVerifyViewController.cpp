@@ -28,7 +28,7 @@ void ZVLivenessVerifyViewController::viewWillAppear(bool animated) {
   shell.desc = std::nullopt;
   shell.currentPage = -1;
   shell.bottomButtonTitle = localized("continue");
-  shell.bottomButtonAction = [this] { confirm(); };
+  setBottomButtonAction([this] { confirm(); });
 }
 
 void ZVLivenessVerifyViewController::confirm() {

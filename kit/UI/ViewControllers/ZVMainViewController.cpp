@@ -28,7 +28,7 @@ void ZVMainViewController::viewWillAppear(bool animated) {
   shell.bottomButtonTitle = localized("startButton");
   shell.showLiveView = false;
   shell.currentPage = 0;
-  shell.bottomButtonAction = [this] { start(); };
+  setBottomButtonAction([this] { start(); });
 }
 
 void ZVMainViewController::start() { show(make<ZVLiveCameraViewController>()); }

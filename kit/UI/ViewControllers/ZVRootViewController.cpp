@@ -3,6 +3,7 @@
 #include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/LiveChat/LiveChatPresenter.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
@@ -52,7 +53,10 @@ void ZVRootViewController::declareNib(NibDeclaration& nib) {
 // What steps publish
 
 void ZVRootViewController::showBackButtonChanged() {
-  if (const auto button = backButton.lock()) button->setAlpha(showBackButton ? 1.0 : 0.0);
+  const auto button = backButton.lock();
+  if (!button) return;
+  button->setAlpha(showBackButton ? 1.0 : 0.0);
+  if (!showBackButton) button->resignFirstResponder(); // no key reaches what is out of sight
 }
 
 void ZVRootViewController::titleTextChanged() {
@@ -107,7 +111,10 @@ void ZVRootViewController::viewDidLoad() {
   registerNotifications();
   const UIColor color = ZVKYCHelper::instance().merchant->color;
   if (const auto bar = bottomView.lock()) bar->setBackgroundColor(color);
-  if (const auto button = bottomButton.lock()) button->setBackgroundColor(color);
+  if (const auto button = bottomButton.lock()) {
+    button->setBackgroundColor(color);
+    button->setTitleColor(textColorOn(color));
+  }
 }
 
 void ZVRootViewController::viewDidLayoutSubviews() {
@@ -145,6 +152,7 @@ void ZVRootViewController::closeButtonTap() {
   alert->modalPresentationStyle = UIModalPresentationStyle::OverCurrentContext;
   alert->modalTransitionStyle = UIModalTransitionStyle::CrossDissolve;
   alert->delegate = std::static_pointer_cast<ZVRootViewController>(shared_from_this());
+  view()->endEditing(true); // keys belong to the alert from here on
   present(alert, true);
   ZVAnalyticsManager::track(MixpanelEvent::zuviCancelButtonClicked);
 }

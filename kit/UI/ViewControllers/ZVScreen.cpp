@@ -2,11 +2,24 @@
 
 #include "kit/Helper/ZVBundle.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+
+#include <utility>
 
 namespace zuvi {
 
 ZVScreen::ZVScreen(const char* name) : UIViewController(name, zvKitBundle()) {}
 
 ZVRootViewController& ZVScreen::shell() { return *ZVKYCHelper::instance().rootVC; }
+
+void ZVScreen::setBottomButtonAction(std::function<void()> action) {
+  // A key can still reach the button when the next screen lies over it or hides it.
+  shell().bottomButtonAction = [self = weak_from_this(), action = std::move(action)] {
+    const auto screen = self.lock();
+    if (!screen) return;
+    const Appearance now = screen->appearance();
+    if (now == Appearance::Appearing || now == Appearance::Appeared) action();
+  };
+}
 
 } // namespace zuvi

@@ -2,6 +2,8 @@
 
 #include "platform/UIKit/UIViewController.h"
 
+#include <functional>
+
 namespace zuvi {
 
 class ZVRootViewController;
@@ -13,6 +15,8 @@ protected:
 
   /// The frame that the screen stands in, whose chrome it writes.
   static ZVRootViewController& shell();
+  /// Gives the frame's bottom button to this screen, for as long as the screen is on show.
+  void setBottomButtonAction(std::function<void()> action);
 };
 
 } // namespace zuvi

@@ -106,6 +106,7 @@ void ZVUploadViewController::showNext() {
 
 void ZVUploadViewController::showCamera(int index, const std::string& identity) {
   const auto camera = make<ZVKYCCameraViewController>();
+  camera->merchant = merchant; // the index counts in its lists, whatever has come since
   camera->index = index;
   camera->isRequired = isRequired;
   camera->type = ZVKYCCameraType::ineFront;
@@ -115,6 +116,7 @@ void ZVUploadViewController::showCamera(int index, const std::string& identity) 
 
 void ZVUploadViewController::showList(const std::string& identity) {
   const auto list = make<ZVDocumentListViewController>();
+  list->merchant = merchant;
   list->identityId = identity;
   show(list);
 }

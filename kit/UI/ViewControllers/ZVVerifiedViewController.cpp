@@ -16,7 +16,7 @@ void ZVVerifiedViewController::viewWillAppear(bool animated) {
   shell.desc = std::nullopt;
   shell.currentPage = -1;
   shell.bottomButtonTitle = localized("done");
-  shell.bottomButtonAction = [this] { finish(); };
+  setBottomButtonAction([this] { finish(); });
 }
 
 void ZVVerifiedViewController::finish() {

@@ -1,0 +1,1 @@
+zuvi_test(QuartzCore LINKS zuvi_uikit GTest::gtest_main)

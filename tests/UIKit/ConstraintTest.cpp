@@ -1,0 +1,210 @@
+// Frames that follow from constraints.
+
+#include "platform/UIKit/NibConstraintRule.h"
+#include "platform/UIKit/UILabel.h"
+#include "tests/UIKit/ScreenFixture.h"
+
+#include <map>
+#include <numbers>
+
+namespace zuvi::test {
+namespace {
+
+class ConstraintTest : public ScreenFixture {
+protected:
+  template <class View = UIView>
+  std::shared_ptr<View> child(const std::string& name, const std::shared_ptr<UIView>& parent) {
+    auto view = watch(name, make<View>());
+    parent->addSubview(view);
+    views[name] = view;
+    return view;
+  }
+
+  /// Rules as a nib writes them; "super" is `holder`.
+  std::vector<std::shared_ptr<NSLayoutConstraint>> rules(const std::shared_ptr<UIView>& holder,
+                                                         const std::string& list) {
+    std::vector<std::shared_ptr<NSLayoutConstraint>> added;
+    const auto parsed = NibConstraintRule::parseList(list);
+    EXPECT_TRUE(parsed) << list;
+    const auto item = [&](const std::string& name) -> LayoutItem {
+      if (name == "safe") return {LayoutItem::Kind::SafeArea, {}};
+      return {LayoutItem::Kind::View, name == "super" ? holder : views.at(name).lock()};
+    };
+    for (const NibConstraintRule& rule : *parsed) {
+      auto constraint = std::make_shared<NSLayoutConstraint>();
+      constraint->firstItem = item(rule.firstItem);
+      constraint->firstAttribute = rule.first;
+      if (rule.hasSecond) constraint->secondItem = item(rule.secondItem);
+      constraint->secondAttribute = rule.second;
+      constraint->multiplier = rule.multiplier;
+      constraint->setConstant(rule.constant);
+      holder->addConstraint(constraint);
+      added.push_back(constraint);
+    }
+    return added;
+  }
+
+  std::map<std::string, std::weak_ptr<UIView>> views;
+};
+
+TEST_F(ConstraintTest, ChainsRunInBothDirectionsAndInAnyOrder) {
+  const auto box = add({0, 0, 300, 200});
+  const auto a = child("a", box), b = child("b", box), c = child("c", box);
+  // Written so that nothing is known until the last rule; b hangs between its neighbours.
+  rules(box, "b.left = a.right + 10; c.left = b.right + 10; a.width = 50; c.width = a.width * 2;"
+             "a.left = super.left + 5; c.right = super.right - 5;"
+             "a.top = b.top; b.centerY = super.centerY; b.height = super.height * 0.5;"
+             "c.top = super.top; a.bottom = b.bottom; c.height = 20");
+  time.settle();
+  EXPECT_EQ(a->frame(), (CGRect{5, 50, 50, 100}));
+  EXPECT_EQ(c->frame(), (CGRect{195, 0, 100, 20}));
+  EXPECT_EQ(b->frame(), (CGRect{65, 50, 120, 100}));
+  box->setFrame({0, 0, 320, 100});
+  time.settle();
+  EXPECT_EQ(b->frame(), (CGRect{65, 25, 140, 50}));
+}
+
+TEST_F(ConstraintTest, ConstantMovesAtTheNextLayoutAndAnimatesWithIt) {
+  const auto box = add({0, 0, 300, 200});
+  const auto a = child("a", box);
+  const auto made = rules(box, "a.left = super.left + 10; a.top = super.top; a.width = 50;"
+                               "a.height = 50");
+  window->layoutIfNeeded();
+  made[0]->setConstant(110);
+  EXPECT_EQ(a->frame().x, 10);
+  UIView::animate(1, 0, {AnimationCurve::Kind::Linear}, [&] { window->layoutIfNeeded(); });
+  EXPECT_EQ(a->frame().x, 110);
+  time.advance(0.5);
+  EXPECT_NEAR(a->layer()->presentedTransformToSuperlayer().tx, 60, 1e-6);
+  time.advance(1);
+}
+
+TEST_F(ConstraintTest, SafeAreaIsWhatTheScreenLeavesOfTheView) {
+  const auto full = add({0, 0, 320, 480}), lower = add({0, 12, 320, 300});
+  const auto a = child("a", full), b = child("b", lower);
+  rules(full, "a.top = safe.top; a.bottom = safe.bottom; a.left = safe.left; a.width = safe.width");
+  rules(lower, "b.top = safe.top; b.bottom = safe.bottom; b.left = super.left; b.width = 10");
+  time.settle();
+  EXPECT_EQ(a->frame(), (CGRect{0, 20, 320, 450}));
+  EXPECT_EQ(b->frame(), (CGRect{0, 8, 10, 292}));
+  UIScreen::main().configure({320, 480}, 2, {40, 0, 0, 0});
+  time.settle();
+  EXPECT_EQ(a->frame(), (CGRect{0, 40, 320, 440}));
+}
+
+TEST_F(ConstraintTest, ContainersTakeTheirHeightFromWrappedText) {
+  const auto page = add({0, 0, 200, 400});
+  const auto card = child("card", page);
+  const auto below = child("below", page);
+  const auto text = child<UILabel>("text", card);
+  text->setNumberOfLines(0);
+  rules(card, "text.left = super.left + 10; text.right = super.right - 10;"
+              "text.top = super.top + 10; super.bottom = text.bottom + 10");
+  rules(page, "card.left = super.left + 20; card.right = super.right - 20; card.top = super.top;"
+              "below.top = card.bottom + 5; below.height = 1; below.left = super.left;"
+              "below.width = 1");
+  text->setText("one");
+  time.settle();
+  const double line = text->frame().height;
+  EXPECT_GT(line, 10);
+  EXPECT_EQ(text->frame().width, 140);
+  EXPECT_EQ(card->frame(), (CGRect{20, 0, 160, line + 20}));
+  EXPECT_EQ(below->frame().y, line + 25);
+  text->setText("many words that do not fit into one line of this narrow card at all");
+  time.settle();
+  EXPECT_GE(text->frame().height, 3 * line - 3);
+  EXPECT_EQ(card->frame().height, text->frame().height + 20);
+  EXPECT_EQ(below->frame().y, card->frame().maxY() + 5);
+  EXPECT_FALSE(text->isClipped());
+  page->setFrame({0, 0, 320, 400}); // wider: fewer lines
+  time.settle();
+  EXPECT_LE(text->frame().height, 2 * line + 3);
+  EXPECT_EQ(card->sizeThatFits({160, -1}).height, card->sizeThatFits({160, 5}).height);
+}
+
+TEST_F(ConstraintTest, IntrinsicSizeSettlesWhatNoRuleDetermines) {
+  const auto box = add({0, 0, 300, 200});
+  const auto label = child<UILabel>("label", box);
+  const auto plain = child("plain", box);
+  plain->setFrame({7, 8, 30, 40});
+  label->setText("Title");
+  rules(box, "label.centerX = super.centerX; label.top = super.top + 4; plain.left = label.right");
+  time.settle();
+  const CGSize own = label->intrinsicContentSize();
+  EXPECT_NEAR(label->frame().width, own.width, 0.5);
+  EXPECT_NEAR(label->frame().midX(), 150, 0.5);
+  EXPECT_EQ(plain->frame(), (CGRect{label->frame().maxX(), 8, 30, 40})); // keeps the rest
+}
+
+TEST_F(ConstraintTest, TransformedViewsDoNotDriftFromLayoutToLayout) {
+  const auto box = add({0, 0, 300, 200});
+  const auto view = child("view", box);
+  view->setFrame({40, 50, 60, 20});
+  rules(box, "view.top = super.top + 50");
+  view->setTransform(CGAffineTransform::rotation(std::numbers::pi / 3));
+  for (int i = 0; i < 5; i++) {
+    box->setNeedsLayout();
+    time.settle();
+  }
+  EXPECT_EQ(view->bounds().size(), (CGSize{60, 20}));
+  EXPECT_EQ(view->center(), (CGPoint{70, 60}));
+}
+
+TEST_F(ConstraintTest, MaximumWidthCentresTheViewAndWhatHangsOnIt) {
+  const auto box = add({0, 0, 300, 200});
+  const auto column = child("column", box), badge = child("badge", box);
+  column->maximumWidth = 100;
+  rules(box, "column.left = super.left + 10; column.right = super.right - 10;"
+             "column.top = super.top; column.height = 10;"
+             "badge.right = column.right; badge.width = 20; badge.top = column.bottom;"
+             "badge.height = 5");
+  time.settle();
+  EXPECT_EQ(column->frame(), (CGRect{100, 0, 100, 10}));
+  EXPECT_EQ(badge->frame(), (CGRect{180, 10, 20, 5}));
+  box->setFrame({0, 0, 90, 200});
+  time.settle();
+  EXPECT_EQ(column->frame(), (CGRect{10, 0, 70, 10}));
+}
+
+TEST_F(ConstraintTest, ContradictionsAndCirclesEndWithTheFirstRule) {
+  const auto box = add({0, 0, 300, 200});
+  const auto a = child("a", box), b = child("b", box);
+  rules(box, "a.left = super.left + 10; a.left = super.left + 90; a.right = super.left;"
+             "a.top = b.bottom; b.top = a.bottom; a.width = b.width; b.width = a.width;"
+             "a.height = a.height * 2; b.height = 10; b.left = b.left + 1;"
+             "a.centerX = b.centerX * 0");
+  time.settle();
+  EXPECT_EQ(a->frame().x, 10);
+  EXPECT_GE(a->frame().width, 0); // an impossible width is none at all
+  EXPECT_EQ(b->frame().height, 10);
+}
+
+TEST_F(ConstraintTest, RulesOfAViewThatLeavesGoWithIt) {
+  const auto box = add({0, 0, 300, 200});
+  const auto a = child("a", box), b = child("b", box);
+  rules(box, "a.left = super.left + 50; b.left = a.right; super.bottom = b.bottom; b.width = 9");
+  a->removeFromSuperview();
+  EXPECT_EQ(box->constraints().size(), 2U);
+  b->setFrame({3, 0, 1, 1});
+  time.settle();
+  EXPECT_EQ(b->frame().x, 3);
+  EXPECT_EQ(b->frame().width, 9);
+}
+
+TEST(ConstraintRuleTest, MalformedRulesAreNone) {
+  for (const char* text : {"", "left", "left =", "left = 5 + 3", "left = super.left +", "left = up",
+                           "left = super.left + x", "left = super.top", "left == super.left",
+                           "left = super.left / 2", "left = super.left + 2 * 3", "left = nan",
+                           "left = inf", "safe.left = a.left", "middle = 5"})
+    EXPECT_FALSE(NibConstraintRule::parse(text)) << text;
+  const auto rule = NibConstraintRule::parse("width = super.height * 0.5 - 8 + 2");
+  ASSERT_TRUE(rule);
+  EXPECT_EQ(rule->multiplier, 0.5);
+  EXPECT_EQ(rule->constant, -6);
+  EXPECT_EQ(rule->secondItem, "super");
+  EXPECT_FALSE(NibConstraintRule::parseList("left = 5; right"));
+  EXPECT_EQ(NibConstraintRule::parseList(" left = 5 ;; top = 2; ")->size(), 2U);
+}
+
+} // namespace
+} // namespace zuvi::test

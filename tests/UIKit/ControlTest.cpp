@@ -1,0 +1,243 @@
+// What controls hear of fingers and keys, and who has the focus.
+
+#include "platform/UIKit/UIButton.h"
+#include "platform/UIKit/UITextField.h"
+#include "tests/UIKit/ScreenFixture.h"
+
+namespace zuvi::test {
+namespace {
+
+class ControlTest : public ScreenFixture {
+protected:
+  /// A button that notes its events in `heard`, by `name` and event.
+  std::shared_ptr<UIButton> addButton(const std::string& name, const CGRect& frame) {
+    auto button = add<UIButton>(frame);
+    button->setTitle(name);
+    const auto note = [&](UIControlEvent event, const std::string& word) {
+      button->addTarget(event, [this, name, word] { heard += name + word + ' '; });
+    };
+    note(UIControlEvent::TouchDown, ":down");
+    note(UIControlEvent::TouchUpInside, ":inside");
+    note(UIControlEvent::TouchUpOutside, ":outside");
+    return button;
+  }
+  std::string take() { return std::exchange(heard, {}); }
+  static UIApplication& app() { return UIApplication::shared(); }
+
+  std::string heard;
+};
+
+TEST_F(ControlTest, FingerIsFollowedUntilItIsLifted) {
+  const auto button = addButton("a", {100, 100, 60, 40});
+  app().touchBegan({110, 110});
+  EXPECT_TRUE(button->isHighlighted());
+  app().touchMoved({200, 110}); // a blunt finger still means it
+  EXPECT_TRUE(button->isHighlighted());
+  app().touchMoved({300, 110});
+  EXPECT_FALSE(button->isHighlighted());
+  app().touchMoved({120, 110});
+  EXPECT_TRUE(button->isHighlighted());
+  app().touchEnded({120, 110});
+  EXPECT_FALSE(button->isHighlighted());
+  EXPECT_EQ(take(), "a:down a:inside ");
+  app().touchBegan({110, 110});
+  app().touchEnded({300, 300});
+  EXPECT_EQ(take(), "a:down a:outside ");
+  app().touchBegan({110, 110});
+  app().touchCancelled();
+  app().touchEnded({110, 110});
+  EXPECT_FALSE(button->isHighlighted());
+  EXPECT_EQ(take(), "a:down ");
+  app().touchBegan({110, 110});
+  app().touchBegan({10, 10}); // another finger takes the touch over
+  app().touchEnded({110, 110});
+  EXPECT_EQ(take(), "a:down ");
+}
+
+TEST_F(ControlTest, DisabledControlIsDeafAlsoFromTheMiddleOfATouch) {
+  const auto lower = addButton("lower", {0, 0, 60, 40});
+  const auto button = addButton("a", {0, 0, 60, 40});
+  button->setEnabled(false);
+  tap({10, 10}); // it still covers what lies below
+  EXPECT_EQ(take(), "");
+  button->setEnabled(true);
+  app().touchBegan({10, 10});
+  button->setEnabled(false);
+  EXPECT_FALSE(button->isHighlighted());
+  app().touchEnded({10, 10});
+  EXPECT_EQ(take(), "a:down ");
+  button->setEnabled(true);
+  tap({10, 10});
+  EXPECT_EQ(take(), "a:down a:inside ");
+}
+
+TEST_F(ControlTest, ControlMayLeaveInItsOwnAction) {
+  for (const auto event : {UIControlEvent::TouchDown, UIControlEvent::TouchUpInside}) {
+    std::weak_ptr<UIView> watched;
+    {
+      const auto field = add<UITextField>({0, 0, 100, 40});
+      watched = field;
+      const std::weak_ptr<UIView> weak = field;
+      field->addTarget(event, [weak] {
+        if (const auto view = weak.lock()) view->removeFromSuperview();
+      });
+    }
+    tap({10, 10});
+    EXPECT_TRUE(watched.expired());
+  }
+  // And take the touch of another one with it.
+  auto gone = addButton("gone", {0, 0, 50, 50});
+  app().touchBegan({10, 10});
+  gone->removeFromSuperview();
+  EXPECT_FALSE(gone->isHighlighted());
+  gone = nullptr;
+  app().touchMoved({12, 12});
+  app().touchEnded({10, 10});
+  EXPECT_EQ(take(), "gone:down ");
+}
+
+TEST_F(ControlTest, TouchUnderWayEndsWhenScreensBeginToMove) {
+  const auto button = addButton("a", {0, 0, 50, 50});
+  app().touchBegan({10, 10});
+  app().beginIgnoringInteractionEvents();
+  EXPECT_FALSE(button->isHighlighted());
+  app().touchEnded({10, 10});
+  tap({10, 10});
+  press("Tab");
+  EXPECT_EQ(take(), "a:down ");
+  EXPECT_EQ(app().firstResponder(), nullptr);
+  app().endIgnoringInteractionEvents();
+  tap({10, 10});
+  EXPECT_EQ(take(), "a:down a:inside ");
+}
+
+TEST_F(ControlTest, TabWalksTheControlsInOrderAndKeysPressThem) {
+  const auto a = addButton("a", {0, 0, 50, 50});
+  const auto b = addButton("b", {0, 60, 50, 50});
+  const auto disabled = addButton("disabled", {0, 120, 50, 50});
+  const auto hidden = addButton("hidden", {0, 180, 50, 50});
+  const auto covered = addButton("covered", {100, 0, 50, 50});
+  const auto cover = add({90, 0, 100, 100});
+  const auto last = add<UITextField>({0, 240, 100, 40});
+  disabled->setEnabled(false);
+  hidden->setHidden(true);
+  std::vector<UIView*> order;
+  for (int i = 0; i < 4; i++) {
+    press("Tab");
+    order.push_back(app().firstResponder());
+  }
+  EXPECT_EQ(order, (std::vector<UIView*>{a.get(), b.get(), last.get(), a.get()}));
+  press("ISO_Left_Tab");
+  EXPECT_TRUE(last->isFirstResponder());
+  press("Tab", {}, true);
+  EXPECT_TRUE(b->isFirstResponder());
+  press("space", " ");
+  press("Return");
+  EXPECT_EQ(take(), "b:inside b:inside ");
+  b->setEnabled(false);
+  press("Return");
+  EXPECT_EQ(take(), "");
+  // The focus shows, and leaves with its view.
+  b->setEnabled(true);
+  const int marked = screen().count({25, 118, 210});
+  EXPECT_GT(marked, 100);
+  b->removeFromSuperview();
+  EXPECT_EQ(app().firstResponder(), nullptr);
+  EXPECT_EQ(screen().count({25, 118, 210}), 0);
+  b->becomeFirstResponder(); // on no window
+  EXPECT_EQ(app().firstResponder(), nullptr);
+  // A sheet on top has the keys to itself.
+  const auto sheet = add({0, 0, 320, 480});
+  press("Tab");
+  EXPECT_EQ(app().firstResponder(), nullptr);
+  const auto inner = make<UIButton>(CGRect{0, 0, 50, 50});
+  sheet->addSubview(inner);
+  press("Tab");
+  EXPECT_TRUE(inner->isFirstResponder());
+}
+
+class TextFieldTest : public ControlTest {
+protected:
+  TextFieldTest() {
+    field = add<UITextField>({10, 10, 120, 30});
+    field->addTarget(UIControlEvent::EditingChanged, [this] { edits++; });
+  }
+  void TearDown() override {
+    field = nullptr;
+    ControlTest::TearDown();
+  }
+  void type(const std::vector<std::string>& keys) {
+    for (const std::string& key : keys) {
+      const bool named = key.size() > 2 && static_cast<unsigned char>(key[0]) < 0x80;
+      press(named ? key : "key", named ? "" : key);
+    }
+  }
+
+  std::shared_ptr<UITextField> field;
+  int edits = 0;
+};
+
+TEST_F(TextFieldTest, EditingStepsOverWholeCharacters) {
+  tap({20, 20});
+  ASSERT_TRUE(field->isEditing());
+  type({"ä", "€", "😀", "x"});
+  EXPECT_EQ(field->text(), "ä€😀x");
+  EXPECT_EQ(edits, 4);
+  type({"Left", "BackSpace"});
+  EXPECT_EQ(field->text(), "ä€x");
+  type({"Left", "Delete", "Home", "b", "End", "c"});
+  EXPECT_EQ(field->text(), "bäxc");
+  EXPECT_EQ(edits, 8);
+  type({"Home", "BackSpace", "Left", "End", "Delete", "Right"}); // nothing left to do
+  EXPECT_EQ(field->text(), "bäxc");
+  EXPECT_EQ(edits, 8) << "told of a change that was none";
+  press("x", "\x01");
+  EXPECT_EQ(field->text(), "bäxc");
+  field->setText("one\ntwo\r");
+  EXPECT_EQ(field->text(), "one two ");
+  type({"!"});
+  EXPECT_EQ(field->text(), "one two !");
+  field->setText("\x80\xbf\xff");
+  type({"BackSpace", "BackSpace", "BackSpace", "BackSpace"});
+  EXPECT_EQ(field->text(), "");
+}
+
+TEST_F(TextFieldTest, FocusComesAndGoesWithTheCaret) {
+  field->setPlaceholder("Name");
+  const UIView& caret = *field->subviews()[1];
+  EXPECT_TRUE(caret.isHidden());
+  tap({20, 20});
+  EXPECT_FALSE(caret.isHidden());
+  time.advance(0.7);
+  EXPECT_TRUE(caret.isHidden()); // blinks
+  press("Return");
+  EXPECT_FALSE(field->isEditing());
+  EXPECT_TRUE(std::isinf(DispatchQueue::main().nextDeadline()));
+  tap({20, 20});
+  window->endEditing(true);
+  EXPECT_FALSE(field->isEditing());
+  field->setEnabled(false);
+  tap({20, 20});
+  EXPECT_FALSE(field->isEditing());
+  field->setEnabled(true);
+  tap({20, 20});
+  field->setEnabled(false);
+  press("key", "x");
+  EXPECT_EQ(field->text(), "");
+  field->removeFromSuperview();
+  EXPECT_EQ(app().firstResponder(), nullptr);
+}
+
+TEST_F(TextFieldTest, LongTextKeepsTheCaretInSight) {
+  tap({20, 20});
+  field->setText(std::string(60, 'w'));
+  time.settle();
+  const UIView& caret = *field->subviews()[1];
+  EXPECT_NEAR(caret.frame().maxX(), 120, 1);
+  type({"Home"});
+  time.settle();
+  EXPECT_EQ(caret.frame().x, 0);
+}
+
+} // namespace
+} // namespace zuvi::test

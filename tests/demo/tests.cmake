@@ -1,0 +1,4 @@
+zuvi_test(demo LINKS zuvi_demo_core zuvi_sandbox_core zuvi_test_support GTest::gtest_main)
+# The window test runs the real program.
+add_dependencies(test_demo zuvi-demo)
+target_compile_definitions(test_demo PRIVATE ZUVI_DEMO_PROGRAM="$<TARGET_FILE:zuvi-demo>")

@@ -1,0 +1,11 @@
+# The README's example is compiled as it stands there.
+file(READ ${PROJECT_SOURCE_DIR}/README.md readme)
+string(REGEX MATCH "```cpp\n([^`]*)```" found "${readme}")
+if(NOT found)
+  message(FATAL_ERROR "README.md holds no example")
+endif()
+file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/example/main.cpp CONTENT "${CMAKE_MATCH_1}" @ONLY)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/README.md)
+add_executable(readme_example ${CMAKE_CURRENT_BINARY_DIR}/example/main.cpp)
+target_link_libraries(readme_example PRIVATE zuvi_kit)
+zuvi_use_packages(readme_example gtk4)

@@ -1,0 +1,191 @@
+// The operations of the back end: what goes out, and what comes of every answer.
+
+#include "tests/kit/KitTest.h"
+
+#include <algorithm>
+
+namespace zuvi {
+namespace {
+
+const Data photo{std::string("\xff\xd8 photo")};
+
+/// An operation, whose outcome is told in words.
+struct Operation {
+  std::string name, request, fileField;
+  std::vector<std::string> fields; ///< name=value, sorted
+  bool film = false;
+  std::function<void(std::function<void(std::string)>)> call;
+};
+
+std::string words(const std::optional<std::string>& text) { return text.value_or("-"); }
+
+class OperationsTest : public KitTest {
+protected:
+  OperationsTest() {
+    ZVKYC::instance().metadata = Value::Dictionary{{"a", "one"}, {"b", Value::List{2}}};
+    manager().authorization = "Bearer me";
+  }
+
+  static ZVKYCManager::IdCompletion id(const std::function<void(std::string)>& done) {
+    return [done](const auto& id, const auto& message) { done(words(id) + "/" + words(message)); };
+  }
+
+  std::string outcomeOf(const Operation& operation) {
+    std::vector<std::string> outcomes;
+    operation.call([&](const std::string& outcome) {
+      EXPECT_TRUE(DispatchQueue::main().isCurrent());
+      outcomes.push_back(outcome);
+    });
+    EXPECT_TRUE(time.waitUntil([&] { return !outcomes.empty(); })) << operation.name;
+    time.settle();
+    EXPECT_EQ(outcomes.size(), 1U) << operation.name;
+    return outcomes.empty() ? "none" : outcomes[0];
+  }
+
+  const std::vector<std::string> metadata{"metadata[a]=one", "metadata[b]=[2]"};
+  const std::vector<Operation> forIds{
+      {"createNewIdentity", "POST /v1/identities", "video", metadata, true,
+       [](const auto& done) { manager().createNewIdentity(photo, id(done)); }},
+      {"appendFaceToIdentity", "PUT /v1/identities/i-1", "photo", {}, false,
+       [](const auto& done) { manager().appendFaceToIdentity("i-1", photo, id(done)); }},
+      {"submitNewFace", "POST /v1/identities/i-1/faces", "photo", metadata, false,
+       [](const auto& done) { manager().submitNewFace("i-1", photo, id(done)); }},
+      {"submitDocument", "POST /v1/identities/i-1/documents", "picture",
+       {"side=front", "type=passport"}, false,
+       [](const auto& done) { manager().submitDocument("i-1", "passport", photo, id(done)); }},
+  };
+  const Operation upload{
+      "uploadNewPhoto", "PUT /v1/documents/d-1", "picture", {"side=back", "type=national-id"},
+      false, [](const auto& done) {
+        manager().uploadNewPhoto("d-1", "national-id", photo,
+                                 [done](const auto& results, const auto& message) {
+                                   std::string text = results ? "" : "-";
+                                   if (results)
+                                     for (const ZVOCRResult& result : *results)
+                                       text += result.imageName() + ",";
+                                   done(text + "/" + words(message));
+                                 });
+      }};
+  const Operation verify{"verifyDocument", "PATCH /v1/documents/d-1", "", {}, false,
+                         [](const auto& done) {
+                           manager().verifyDocument(
+                               "d-1", {}, [done](bool taken) { done(taken ? "yes" : "no"); });
+                         }};
+  const Operation merchant{"getMerchant", "GET /api/v1/merchants/me", "", {}, false,
+                           [](const auto& done) {
+                             manager().getMerchant([done](const auto& answer) {
+                               done(answer ? words(answer->displayName) : "none");
+                             });
+                           }};
+};
+
+TEST_F(OperationsTest, SendWhatTheBackEndExpects) {
+  backend.answer("{}");
+  std::vector<Operation> all = forIds;
+  all.insert(all.end(), {upload, verify, merchant});
+  for (const Operation& operation : all) {
+    outcomeOf(operation);
+    const auto request = backend.requests().back();
+    EXPECT_EQ(request.method + " " + request.path, operation.request);
+    EXPECT_EQ(request.query, "");
+    EXPECT_EQ(request.headers.at("authorization"), "Bearer me");
+    if (operation.fileField.empty()) continue;
+    // The fields in any order, then the one file.
+    std::vector<std::string> fields;
+    std::size_t at = 0;
+    for (; (at = request.body.find("form-data; name=\"", at)) != std::string::npos;) {
+      at += 17;
+      const auto end = request.body.find("\r\n", at);
+      const std::string head = request.body.substr(at, end - at);
+      if (head.find("filename=") == std::string::npos) {
+        const auto value = end + 4;
+        fields.push_back(head.substr(0, head.size() - 1) + "=" +
+                         request.body.substr(value, request.body.find("\r\n", value) - value));
+      } else {
+        EXPECT_EQ(head, operation.fileField + (operation.film
+                                                   ? "\"; filename=\"liveness.mov\""
+                                                   : "\"; filename=\"user-profile.jpg\""));
+        EXPECT_NE(request.body.find("\r\n\r\n" + photo.string() + "\r\n--", end), std::string::npos);
+      }
+    }
+    std::sort(fields.begin(), fields.end());
+    EXPECT_EQ(fields, operation.fields) << operation.name;
+  }
+  ZVKYC::instance().metadata = std::nullopt;
+  outcomeOf(forIds[0]);
+  EXPECT_EQ(backend.requests().back().body.find("metadata"), std::string::npos);
+}
+
+TEST_F(OperationsTest, ReadEveryShapeOfAnswer) {
+  const struct {
+    std::string body, id, photo, verify, merchant;
+  } rows[] = {
+      {"{}", "-/-", "-/-", "no", "-"},
+      {R"({"id":"x","name":"N"})", "x/-", "-/-", "no", "N"},
+      {R"({"id":"x","message":"m"})", "x/m", "-/m", "no", "-"},
+      {R"({"message":"Too dark é"})", "-/Too dark é", "-/Too dark é", "no", "-"},
+      {R"({"id":"","message":""})", "/", "-/", "no", "-"},
+      {R"({"id":7,"message":["m"],"name":{}})", "-/-", "-/-", "no", "-"},
+      {R"({"id":null,"message":null,"fields":null})", "-/-", "-/-", "no", "-"},
+      {R"({"id":{"id":"x"},"message":true})", "-/-", "-/-", "no", "-"},
+      {R"({"fields":[]})", "-/-", "/-", "yes", "-"},
+      {R"({"fields":[],"message":"m","id":"x"})", "x/m", "/-", "yes", "-"},
+      {R"({"fields":[{}]})", "-/-", "/-", "yes", "-"},
+      {R"({"fields":[{"id":"X","required":true},{"id":"y"},{"required":true}]})", "-/-",
+       "d_x,d_,/-", "yes", "-"},
+      {R"({"fields":[{"id":"X","required":true}],"metadata":{"cardType":"B"}})", "-/-", "c_x,/-",
+       "yes", "-"},
+      {R"({"fields":[{"id":"X","required":true}],"metadata":{"cardType":"E"}})", "-/-", "d_x,/-",
+       "yes", "-"},
+      {R"({"fields":[{"id":"X","required":true}],"metadata":{"cardType":"Zz"}})", "-/-", "zz_x,/-",
+       "yes", "-"},
+      {R"({"fields":[{"required":true}],"metadata":{"cardType":5}})", "-/-", "d_,/-", "yes", "-"},
+      {R"({"fields":[{"required":true}],"metadata":["C"]})", "-/-", "d_,/-", "yes", "-"},
+      {R"({"fields":[{"required":1},{"required":"true"}]})", "-/-", "/-", "yes", "-"},
+      {R"({"fields":[{},7],"message":"m"})", "-/m", "-/m", "no", "-"},
+      {R"({"fields":{"id":"x"},"message":"m"})", "-/m", "-/m", "no", "-"},
+      {R"({"fields":"x","message":3})", "-/-", "-/-", "no", "-"},
+      {R"([{"id":"x","message":"m","fields":[]}])", "-/-", "-/-", "no", "none"},
+      {R"("id")", "-/-", "-/-", "no", "none"},
+      {"7", "-/-", "-/-", "no", "none"},
+      {"true", "-/-", "-/-", "no", "none"},
+      {"null", "-/-", "-/-", "no", "none"},
+      {"", "-/-", "-/-", "no", "none"},
+      {"<html></html>", "-/-", "-/-", "no", "none"},
+      {R"({"id":"x","fields":[])", "-/-", "-/-", "no", "none"},
+  };
+  int status = 200;
+  for (const auto& row : rows) {
+    backend.answer(row.body, status);
+    status = status == 200 ? 422 : 200; // it is never read
+    for (const Operation& operation : forIds)
+      EXPECT_EQ(outcomeOf(operation), row.id) << operation.name << " " << row.body;
+    EXPECT_EQ(outcomeOf(upload), row.photo) << row.body;
+    EXPECT_EQ(outcomeOf(verify), row.verify) << row.body;
+    EXPECT_EQ(outcomeOf(merchant), row.merchant) << row.body;
+  }
+  backend.answer([](const auto&) { return test::Reply{.mode = test::Reply::Mode::DropConnection}; });
+  EXPECT_EQ(outcomeOf(forIds[0]), "-/-");
+  EXPECT_EQ(outcomeOf(upload), "-/-");
+  EXPECT_EQ(outcomeOf(verify), "no");
+  EXPECT_EQ(outcomeOf(merchant), "none");
+}
+
+TEST_F(OperationsTest, SendTheFieldsBackInTheirOrder) {
+  backend.answer("{}");
+  std::vector<ZVOCRResult> results;
+  results.emplace_back(Value::Dictionary{{"id", "B"}, {"value", "old"}, {"label", "L"}}, "D");
+  results.emplace_back(Value::Dictionary{}, "D");
+  results[0].value = "new \"é\"";
+  for (const auto& [sent, body] :
+       {std::pair{results, R"({"fields":[{"id":"B","value":"new \"é\""},{"id":"","value":""}]})"},
+        std::pair{std::vector<ZVOCRResult>{}, R"({"fields":[]})"}}) {
+    int calls = 0;
+    manager().verifyDocument("d", sent, [&](bool) { calls++; });
+    EXPECT_TRUE(time.waitUntil([&] { return calls == 1; }));
+    EXPECT_EQ(backend.requests().back().body, body);
+  }
+}
+
+} // namespace
+} // namespace zuvi
