@@ -64,15 +64,19 @@ public:
     settle();
     // Widths first: the height of a text follows from its width.
     for (auto& [view, box] : boxes_)
-      complete(box.horizontal, widthOf(*view), unturned(*view).x, view->bounds().width);
+      if (!box.horizontal.size) wish(box.horizontal, view->intrinsicContentSize().width);
+    for (auto& [view, box] : boxes_)
+      complete(box.horizontal, unturned(*view).x, view->bounds().width);
     for (auto& [view, box] : boxes_)
       if (Axis& axis = box.horizontal; view->maximumWidth && *axis.size > *view->maximumWidth) {
         axis = {{}, *axis.min + *axis.size / 2, {}, *view->maximumWidth};
         axis.derive();
       }
     for (auto& [view, box] : boxes_)
-      complete(box.vertical, heightOf(*view, *box.horizontal.size), unturned(*view).y,
-               view->bounds().height);
+      if (!box.vertical.size)
+        wish(box.vertical, view->sizeThatFits({*box.horizontal.size, -1}).height);
+    for (auto& [view, box] : boxes_)
+      complete(box.vertical, unturned(*view).y, view->bounds().height);
   }
 
   std::vector<std::pair<UIView*, Box>> boxes_;
@@ -96,16 +100,18 @@ private:
     return {view.center().x - view.bounds().width / 2, view.center().y - view.bounds().height / 2};
   }
 
-  static double widthOf(const UIView& view) { return view.intrinsicContentSize().width; }
-
-  static double heightOf(const UIView& view, double width) {
-    return view.sizeThatFits({width, -1}).height;
+  /// A view's own size comes before what it happens to measure now, for all views alike.
+  void wish(Axis& axis, double size) {
+    if (size < 0) return;
+    axis.size = size;
+    axis.derive();
+    settle();
   }
 
-  /// Uses the view's wish, then the frame that it has, for what no constraint determines.
-  void complete(Axis& axis, double wish, double oldMin, double oldSize) {
+  /// What neither a constraint nor a wish determines stays as it is.
+  void complete(Axis& axis, double oldMin, double oldSize) {
     if (axis.isSolved()) return;
-    if (!axis.size) axis.size = wish >= 0 ? wish : oldSize;
+    if (!axis.size) axis.size = oldSize;
     axis.derive();
     settle();
     if (axis.isSolved()) return;

@@ -1,6 +1,7 @@
 // The screen as a whole, and the program around it.
 
 #include "platform/Foundation/NotificationCenter.h"
+#include "platform/QuartzCore/DrawingContext.h"
 #include "tests/UIKit/ControllerFixture.h"
 
 namespace zuvi::test {
@@ -36,11 +37,13 @@ TEST_F(ScreenTest, ResizeReachesEveryScreenThatIsUp) {
   EXPECT_EQ(UIScreen::main().bounds().width, 320);
 }
 
+/// Notes the scale that it is drawn at.
+struct Scaled : UIView {
+  std::vector<double> scales;
+  void draw(DrawingContext& context) override { scales.push_back(context.scale()); }
+};
+
 TEST_F(ScreenTest, DrawingsAreMadeAnewForOtherPixels) {
-  struct Scaled : UIView {
-    std::vector<double> scales;
-    void draw(DrawingContext& context) override;
-  };
   const auto view = add<Scaled>({0, 0, 10, 10});
   pictureOfScreen();
   pictureOfScreen();

@@ -145,9 +145,9 @@ TEST_F(LaunchButtonTest, FindsTheScreenInFront) {
   EXPECT_EQ(zvKYCCurrentViewController(), second->topViewController());
 
   // A stack within tabs is where the walk ends.
-  const auto tabs = make<UITabBarController>();
   const auto inTab = make<UINavigationController>(make<UIViewController>());
-  tabs->setViewControllers({inTab});
+  const auto tabs = make<UITabBarController>(
+      std::vector<UITabBarController::Tab>{{"Tab", inTab}});
   show(tabs);
   EXPECT_EQ(zvKYCCurrentViewController(), inTab);
 }

@@ -119,7 +119,7 @@ TEST_F(TransportTest, PatchesWithTextJsonOrNothing) {
   } rows[] = {
       {std::nullopt, ""},
       {"plain \"text\"", "plain \"text\""},
-      {"é€😀!", "???!"},
+      {"é€.😀", "??.?"},
       {Value::Dictionary{{"fields", Value::List{}}}, R"({"fields":[]})"},
       {Value::List{1, true, nullptr, "é"}, R"([1,true,null,"é"])"},
       {Value::Dictionary{{"n", std::nan("")}}, ""}, // sent all the same
