@@ -57,8 +57,11 @@ public:
   void* native() const { return layout_.get(); }
 
 private:
+  void cutAfter(int lines);
+
   std::shared_ptr<void> layout_;
   CGColor color_;
+  bool cut_ = false;
 };
 
 } // namespace zuvi

@@ -26,7 +26,9 @@ PangoContext* textContext() {
 }
 
 std::size_t characterCount(const std::string& text) {
-  return static_cast<std::size_t>(g_utf8_strlen(text.data(), static_cast<gssize>(text.size())));
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
+    return (static_cast<unsigned char>(byte) & 0xc0) != 0x80; // not the rest of a character
+  }));
 }
 
 /// Applies one of the toolkit's text functions to text that may hold bytes that are no UTF-8.
@@ -56,7 +58,7 @@ TextLayout::TextLayout(const AttributedString& text, const Style& style, double 
   const auto count = static_cast<std::size_t>(g_utf8_strlen(valid, -1));
   for (const auto& range : text.colors) {
     if (range.location >= count) continue;
-    const std::size_t end = std::min(count, range.location + range.length);
+    const std::size_t end = range.location + std::min(range.length, count - range.location);
     PangoAttribute* color = pango_attr_foreground_new(static_cast<guint16>(range.color.red * 65535),
                                                       static_cast<guint16>(range.color.green * 65535),
                                                       static_cast<guint16>(range.color.blue * 65535));
@@ -79,7 +81,23 @@ TextLayout::TextLayout(const AttributedString& text, const Style& style, double 
     if (style.numberOfLines > 0) {
       pango_layout_set_height(layout, -style.numberOfLines);
       pango_layout_set_ellipsize(layout, PANGO_ELLIPSIZE_END);
+      cutAfter(style.numberOfLines);
     }
+  }
+}
+
+void TextLayout::cutAfter(int lines) {
+  // The toolkit counts the lines of each paragraph by itself.
+  auto* layout = static_cast<PangoLayout*>(layout_.get());
+  if (pango_layout_get_line_count(layout) <= lines) return;
+  cut_ = true;
+  const std::string text = pango_layout_get_text(layout);
+  auto kept = static_cast<std::size_t>(pango_layout_get_line_readonly(layout, lines)->start_index);
+  while (kept > 0 && pango_layout_get_line_count(layout) > lines) {
+    do
+      kept--;
+    while (kept > 0 && (static_cast<unsigned char>(text[kept]) & 0xc0) == 0x80);
+    pango_layout_set_text(layout, (text.substr(0, kept) + "\xe2\x80\xa6").c_str(), -1);
   }
 }
 
@@ -91,7 +109,7 @@ CGSize TextLayout::size() const {
 }
 
 bool TextLayout::isTruncated() const {
-  return pango_layout_is_ellipsized(static_cast<PangoLayout*>(layout_.get()));
+  return cut_ || pango_layout_is_ellipsized(static_cast<PangoLayout*>(layout_.get()));
 }
 
 } // namespace zuvi

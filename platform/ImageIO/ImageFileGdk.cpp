@@ -4,6 +4,9 @@
 namespace zuvi {
 
 std::shared_ptr<const CGImage> decodeImage(const Data& bytes) {
+  // The toolkit would take drawings too, at a size of their own.
+  const bool known = bytes.view().starts_with("\x89PNG") || bytes.view().starts_with("\xff\xd8");
+  if (!known) return nullptr;
   GBytes* copy = g_bytes_new(bytes.bytes(), bytes.size());
   GError* error = nullptr;
   GdkTexture* texture = gdk_texture_new_from_bytes(copy, &error);

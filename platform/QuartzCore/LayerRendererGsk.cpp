@@ -222,7 +222,40 @@ private:
   double scale_;
 };
 
+/// Draws a layer as its superlayer's coordinates have it.
+void drawWithin(CALayer& layer, cairo_t* context, const CGRect& area) {
+  const CALayer::Cache& cache = layer.cache();
+  const auto isSeen = [](const CGRect& rect, const CGRect& in) {
+    return !CGRectIntersection(rect, in).isEmpty();
+  };
+  if (!cache.placed || !isSeen(extents(cache.placed), area)) return;
+  const CGAffineTransform own = layer.presentedTransformToSuperlayer();
+  const bool moved = own.a == 1 && own.b == 0 && own.c == 0 && own.d == 1;
+  const bool square = layer.presented(LayerProperty::CornerRadius)[0] <= 0;
+  if (!moved || layer.presentedOpacity() < 1 || (layer.masksToBounds() && !square)) {
+    gsk_render_node_draw(nodeOf(cache.placed), context); // in one piece
+    return;
+  }
+  cairo_save(context);
+  cairo_translate(context, float(own.tx), float(own.ty));
+  const CGRect inner = area.offsetBy(-own.tx, -own.ty);
+  if (layer.masksToBounds()) {
+    const LayerValue b = layer.presented(LayerProperty::Bounds);
+    cairo_rectangle(context, b[0], b[1], b[2], b[3]);
+    cairo_clip(context);
+  }
+  if (isSeen(extents(cache.content), inner)) gsk_render_node_draw(nodeOf(cache.content), context);
+  for (const auto& sublayer : layer.sublayers())
+    drawWithin(*sublayer, context, inner);
+  if (isSeen(extents(cache.border), inner)) gsk_render_node_draw(nodeOf(cache.border), context);
+  cairo_restore(context);
+}
+
 } // namespace
+
+void LayerRenderer::draw(CALayer& root, cairo_t* context, const CGRect& area) {
+  drawWithin(root, context, area);
+}
 
 LayerRenderer::Frame LayerRenderer::render(CALayer& root, double scale) {
   Builder builder(scale);

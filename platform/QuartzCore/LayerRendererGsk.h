@@ -20,6 +20,10 @@ public:
 
   /// `scale`: pixels a point.
   static Frame render(CALayer& root, double scale);
+
+  /// Draws what `render` has built, leaving out layers that lie outside of `area` (the root's
+  /// coordinates): they may be most of the screen, and each would be drawn before it is clipped.
+  static void draw(CALayer& root, cairo_t* context, const CGRect& area);
 };
 
 } // namespace zuvi

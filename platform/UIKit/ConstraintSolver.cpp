@@ -53,25 +53,15 @@ class Propagation {
 public:
   Propagation(const UIView& container, double width, std::optional<double> height)
       : container_(container) {
-    container_box_.horizontal = {0.0, {}, {}, width};
-    container_box_.vertical = {0.0, {}, {}, height};
-    container_box_.horizontal.derive();
-    container_box_.vertical.derive();
     for (const auto& constraint : container.constraints()) {
       note(constraint->firstItem);
       note(constraint->secondItem);
     }
-    settle();
-    // Widths first: the height of a text follows from its width.
-    for (auto& [view, box] : boxes_)
-      if (!box.horizontal.size) wish(box.horizontal, view->intrinsicContentSize().width);
-    for (auto& [view, box] : boxes_)
-      complete(box.horizontal, unturned(*view).x, view->bounds().width);
-    for (auto& [view, box] : boxes_)
-      if (Axis& axis = box.horizontal; view->maximumWidth && *axis.size > *view->maximumWidth) {
-        axis = {{}, *axis.min + *axis.size / 2, {}, *view->maximumWidth};
-        axis.derive();
-      }
+    // Widths first: the height of a text follows from its width. A view that is held to its
+    // greatest width takes what hangs on it along, so all is solved anew then.
+    do
+      solveHorizontally(width, height);
+    while (limitWidths());
     for (auto& [view, box] : boxes_)
       if (!box.vertical.size)
         wish(box.vertical, view->sizeThatFits({*box.horizontal.size, -1}).height);
@@ -83,6 +73,34 @@ public:
   Box container_box_;
 
 private:
+  void solveHorizontally(double width, std::optional<double> height) {
+    container_box_ = {{0.0, {}, {}, width}, {0.0, {}, {}, height}};
+    container_box_.horizontal.derive();
+    container_box_.vertical.derive();
+    for (auto& [view, box] : boxes_) {
+      const auto limited = limited_.find(view);
+      box = {limited == limited_.end() ? Axis{} : limited->second, {}};
+    }
+    settle();
+    for (auto& [view, box] : boxes_)
+      if (!box.horizontal.size) wish(box.horizontal, view->intrinsicContentSize().width);
+    for (auto& [view, box] : boxes_)
+      complete(box.horizontal, unturned(*view).x, view->bounds().width);
+  }
+
+  /// True when a view turns out too wide that was not held to its width yet.
+  bool limitWidths() {
+    const std::size_t before = limited_.size();
+    for (const auto& [view, box] : boxes_) {
+      const Axis& axis = box.horizontal;
+      if (!view->maximumWidth || *axis.size <= *view->maximumWidth) continue;
+      Axis narrow{{}, *axis.min + *axis.size / 2, {}, *view->maximumWidth};
+      narrow.derive();
+      limited_.emplace(view, narrow);
+    }
+    return limited_.size() > before;
+  }
+
   void note(const LayoutItem& item) {
     UIView* view = item.view.lock().get();
     if (item.kind != LayoutItem::Kind::View || !view || view == &container_ || boxOf(view)) return;
@@ -174,6 +192,10 @@ private:
     Axis* secondAxis = nullptr;
     auto* first = slot(constraint.firstItem, constraint.firstAttribute, firstAxis);
     if (!first) return false;
+    // What placed a view before it was held to its width says nothing more.
+    if (isHorizontal(constraint.firstAttribute) &&
+        limited_.contains(constraint.firstItem.view.lock().get()))
+      return false;
     std::optional<double>* second = nullptr;
     std::optional<double> known = 0.0; // of the right side, before multiplier and constant
     if (constraint.secondItem.kind == LayoutItem::Kind::SafeArea) {
@@ -206,6 +228,7 @@ private:
   }
 
   const UIView& container_;
+  std::map<UIView*, Axis> limited_;
 };
 
 double onHalfPoints(double value) { return std::round(value * 2) / 2; }

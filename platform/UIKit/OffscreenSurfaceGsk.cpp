@@ -54,6 +54,30 @@ struct OffscreenSurface::Native {
   Native(CGSize size, double pixels) : surface(makeSurface(size, pixels)), scale(pixels) {}
   ~Native() { cairo_surface_destroy(surface); }
   Native(const Native&) = delete;
+
+  /// In pixels.
+  CGRect extent() const {
+    return {0, 0, double(cairo_image_surface_get_width(surface)),
+            double(cairo_image_surface_get_height(surface))};
+  }
+
+  CGRect wholePixels(const CGRect& points) const {
+    const double left = std::floor(points.minX() * scale), top = std::floor(points.minY() * scale);
+    return {left, top, std::ceil(points.maxX() * scale) - left,
+            std::ceil(points.maxY() * scale) - top};
+  }
+
+  /// A surface of those pixels alone, with the layers on it.
+  cairo_surface_t* draw(CALayer& root, const CGRect& pixels) const {
+    cairo_surface_t* part = makeSurface({pixels.width / scale, pixels.height / scale}, scale);
+    cairo_surface_set_device_offset(part, -pixels.x, -pixels.y);
+    cairo_t* context = cairo_create(part);
+    LayerRenderer::draw(root, context,
+                        {pixels.x / scale, pixels.y / scale, pixels.width / scale,
+                         pixels.height / scale});
+    cairo_destroy(context);
+    return part;
+  }
 };
 
 OffscreenSurface::OffscreenSurface(CGSize size, double scale, UIEdgeInsets safeArea) {
@@ -76,20 +100,25 @@ bool OffscreenSurface::drawFrame() {
   if (damage.empty()) return false;
 
   cairo_t* context = cairo_create(native_->surface);
+  CGRect all; // in whole pixels, so that no edge is blended twice
   for (const CGRect& rect : damage) {
-    // Whole pixels, so that no edge is blended twice.
-    const double scale = native_->scale;
-    const double left = std::floor(rect.minX() * scale), top = std::floor(rect.minY() * scale);
-    cairo_rectangle(context, left / scale, top / scale,
-                    (std::ceil(rect.maxX() * scale) - left) / scale,
-                    (std::ceil(rect.maxY() * scale) - top) / scale);
+    const CGRect pixels = CGRectIntersection(native_->wholePixels(rect), native_->extent());
+    all = CGRectUnion(all, pixels);
+    cairo_rectangle(context, pixels.x / native_->scale, pixels.y / native_->scale,
+                    pixels.width / native_->scale, pixels.height / native_->scale);
   }
+  if (all.isEmpty()) {
+    cairo_destroy(context);
+    return false; // out of sight
+  }
+  // Drawn without a clip, for soft edges come out a shade different under one.
+  cairo_surface_t* fresh = native_->draw(screen.rootLayer(), all);
   cairo_clip(context);
-  cairo_set_operator(context, CAIRO_OPERATOR_CLEAR);
+  cairo_set_operator(context, CAIRO_OPERATOR_SOURCE);
+  cairo_set_source_surface(context, fresh, 0, 0);
   cairo_paint(context);
-  cairo_set_operator(context, CAIRO_OPERATOR_OVER);
-  if (frame.node) gsk_render_node_draw(frame.node, context);
   cairo_destroy(context);
+  cairo_surface_destroy(fresh);
   cairo_surface_flush(native_->surface);
   return true;
 }

@@ -8,6 +8,12 @@
 
 namespace zuvi {
 
+static void markAll(UIView& view) {
+  view.setNeedsLayout();
+  for (const auto& subview : view.subviews())
+    markAll(*subview);
+}
+
 static void redraw(CALayer& layer) {
   layer.setNeedsDisplay();
   for (const auto& sublayer : layer.sublayers())
@@ -36,7 +42,7 @@ void UIScreen::configure(CGSize size, double scale, UIEdgeInsets safeArea) {
   root_->setFrame(bounds());
   for (UIWindow* window : windows_) {
     window->setFrame(bounds());
-    if (!sameInsets) window->setNeedsLayout();
+    if (!sameInsets) markAll(*window);
   }
 }
 

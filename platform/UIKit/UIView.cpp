@@ -100,6 +100,7 @@ void UIView::removeFromSuperview() {
 }
 
 void UIView::windowChanged() {
+  if (!constraints_.empty()) setNeedsLayout(); // the safe area came or went
   didMoveToWindow();
   const auto below = subviews_; // a hook may change the list
   for (const auto& subview : below)

@@ -136,7 +136,7 @@ public:
         scroller->setContentOffset({double(below(60)), double(below(60))});
       return;
     case 13:
-      return; layer.setShadowOpacity(below(3) / 2.0);
+      layer.setShadowOpacity(below(3) / 2.0);
       return layer.setShadowRadius(below(6));
     case 14:
       return UIView::animate(0.2, [&] {

@@ -112,6 +112,7 @@ TEST_F(ControlTest, TouchUnderWayEndsWhenScreensBeginToMove) {
 }
 
 TEST_F(ControlTest, TabWalksTheControlsInOrderAndKeysPressThem) {
+  const auto page = add({0, 0, 320, 480});
   const auto a = addButton("a", {0, 0, 50, 50});
   const auto b = addButton("b", {0, 60, 50, 50});
   const auto disabled = addButton("disabled", {0, 120, 50, 50});
@@ -119,6 +120,9 @@ TEST_F(ControlTest, TabWalksTheControlsInOrderAndKeysPressThem) {
   const auto covered = addButton("covered", {100, 0, 50, 50});
   const auto cover = add({90, 0, 100, 100});
   const auto last = add<UITextField>({0, 240, 100, 40});
+  for (const auto& view : std::vector<std::shared_ptr<UIView>>{a, b, disabled, hidden, covered,
+                                                               cover, last})
+    page->addSubview(view);
   disabled->setEnabled(false);
   hidden->setHidden(true);
   std::vector<UIView*> order;
@@ -212,6 +216,7 @@ TEST_F(TextFieldTest, FocusComesAndGoesWithTheCaret) {
   EXPECT_TRUE(caret.isHidden()); // blinks
   press("Return");
   EXPECT_FALSE(field->isEditing());
+  time.settle();
   EXPECT_TRUE(std::isinf(DispatchQueue::main().nextDeadline()));
   tap({20, 20});
   window->endEditing(true);

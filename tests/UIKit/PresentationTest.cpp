@@ -32,7 +32,7 @@ TEST_F(PresentationTest, FullScreenTakesThePlaceOfItsPresenter) {
   for (const bool animated : {false, true}) {
     const std::string tail = animated ? "~" : "";
     const std::string sheetName = "s";
-    const std::weak_ptr<Screen> sheet = screenNamed(sheetName, bluePaint);
+    const auto sheet = screenNamed(sheetName, bluePaint);
     const auto all = [&](std::string words) {
       std::string result;
       for (const char c : words + ' ')
@@ -40,18 +40,18 @@ TEST_F(PresentationTest, FullScreenTakesThePlaceOfItsPresenter) {
       result.pop_back();
       return result;
     };
-    root->present(sheet.lock(), animated, counted());
+    root->present(sheet, animated, counted());
     if (animated) {
       EXPECT_EQ(take(), all("r- s+"));
       EXPECT_EQ(completions, 0);
     }
     EXPECT_EQ(finish(), animated ? all("s+! r-!") : all("r- s+ s+! r-!"));
     EXPECT_EQ(std::exchange(completions, 0), 1);
-    EXPECT_EQ(root->presentedViewController(), sheet.lock());
-    EXPECT_EQ(sheet.lock()->presentingViewController(), root.get());
+    EXPECT_EQ(root->presentedViewController(), sheet);
+    EXPECT_EQ(sheet->presentingViewController(), root.get());
     EXPECT_EQ(root->view()->window(), nullptr); // nobody sees it
     EXPECT_TRUE(middle().isNear(blue));
-    sheet.lock()->dismiss(animated, counted());
+    sheet->dismiss(animated, counted());
     EXPECT_EQ(root->presentedViewController(), nullptr);
     if (animated) {
       EXPECT_EQ(take(), all("s- r+"));
@@ -59,25 +59,25 @@ TEST_F(PresentationTest, FullScreenTakesThePlaceOfItsPresenter) {
     }
     EXPECT_EQ(finish(), animated ? all("r+! s-!") : all("s- r+ r+! s-!"));
     EXPECT_EQ(std::exchange(completions, 0), 1);
-    EXPECT_TRUE(sheet.expired());
+    EXPECT_EQ(sheet.use_count(), 1);
     EXPECT_TRUE(middle().isNear(red));
   }
 }
 
 TEST_F(PresentationTest, PresenterOfAnOverlayHearsNothing) {
-  const std::weak_ptr<Screen> overlay = overlayNamed("o");
-  overlay.lock()->view()->setBackgroundColor({0, 0, 0, 0});
+  const auto overlay = overlayNamed("o");
+  overlay->view()->setBackgroundColor({0, 0, 0, 0});
   const auto field = watch("field", make<UITextField>(CGRect{0, 0, 100, 40}));
   root->view()->addSubview(field);
   tap({10, 10});
-  root->present(overlay.lock(), true);
+  root->present(overlay, true);
   EXPECT_FALSE(field->isEditing()) << "keys still go to what lies below";
   EXPECT_EQ(finish(), "o+~ o+!~");
   EXPECT_TRUE(middle().isNear(red)); // shines through
   EXPECT_EQ(root->appearance(), UIViewController::Appearance::Appeared);
   root->dismiss(true);
   EXPECT_EQ(finish(), "o-~ o-!~");
-  EXPECT_TRUE(overlay.expired());
+  EXPECT_EQ(overlay.use_count(), 1);
 }
 
 TEST_F(PresentationTest, DismissFromDeepInsideTakesTheWholeShell) {
@@ -123,28 +123,28 @@ TEST_F(PresentationTest, PushWhileTheShellIsOnItsWayInArrivesWithIt) {
 TEST_F(PresentationTest, SheetGoesThoughItsOwnOverlayIsOnItsWayOut) {
   for (const bool covers : {false, true}) {
     const auto sheet = screenNamed("s");
-    const std::weak_ptr<Screen> overlay = covers ? screenNamed("o") : overlayNamed("o");
+    const auto overlay = covers ? screenNamed("o") : overlayNamed("o");
     root->present(sheet, false);
-    sheet->present(overlay.lock(), false);
+    sheet->present(overlay, false);
     take();
-    overlay.lock()->dismiss(true);
+    overlay->dismiss(true);
     time.advance(0.1);
     sheet->dismiss(true, counted());
     EXPECT_EQ(take(), covers ? "o-~ s+~ s+!~ o-!~ s-~ r+~" : "o-~ o-!~ s-~ r+~");
     EXPECT_EQ(finish(), "r+!~ s-!~");
-    EXPECT_TRUE(overlay.expired());
+    EXPECT_EQ(overlay.use_count(), 1);
     EXPECT_TRUE(middle().isNear(red));
   }
   EXPECT_EQ(completions, 2);
 }
 
 TEST_F(PresentationTest, SheetTakesWhatStandsAboveItAlong) {
-  const std::weak_ptr<Screen> sheet = screenNamed("s"), cover = screenNamed("c", bluePaint),
-                              overlay = overlayNamed("o");
-  overlay.lock()->view()->setBackgroundColor({0, 0, 0, 0});
-  root->present(sheet.lock(), false);
-  sheet.lock()->present(cover.lock(), false);
-  cover.lock()->present(overlay.lock(), false);
+  const auto sheet = screenNamed("s"), cover = screenNamed("c", bluePaint),
+             overlay = overlayNamed("o");
+  overlay->view()->setBackgroundColor({0, 0, 0, 0});
+  root->present(sheet, false);
+  sheet->present(cover, false);
+  cover->present(overlay, false);
   take();
   root->dismiss(true);
   EXPECT_EQ(take(), "c-~ o-~ r+~");
@@ -152,7 +152,7 @@ TEST_F(PresentationTest, SheetTakesWhatStandsAboveItAlong) {
   EXPECT_TRUE(screen().at(160, 470).isNear(blue)); // slides away above the root's
   EXPECT_TRUE(screen().at(160, 2).isNear(red));
   EXPECT_EQ(finish(), "c-!~ o-!~ r+!~");
-  EXPECT_TRUE(sheet.expired() && cover.expired() && overlay.expired());
+  EXPECT_EQ(sheet.use_count() + cover.use_count() + overlay.use_count(), 3);
   EXPECT_EQ(window->subviews().size(), 1U);
 }
 
@@ -214,12 +214,12 @@ TEST_F(PresentationTest, ImpossibleOnesPrintALineAndDoNothing) {
 }
 
 TEST_F(PresentationTest, NothingOfAPresentedShellSurvivesItsWindow) {
-  const std::weak_ptr<UIViewController> shell = stack(screenNamed("a"));
-  root->present(shell.lock(), true);
+  const auto shell = stack(screenNamed("a"));
+  root->present(shell, true);
   time.advance(0.1);
   window->setRootViewController(nullptr);
   time.advance(1);
-  EXPECT_TRUE(shell.expired());
+  EXPECT_EQ(shell.use_count(), 1);
   EXPECT_TRUE(window->subviews().empty());
   window->setRootViewController(root);
   root->present(screenNamed("left behind"), false); // goes with the window

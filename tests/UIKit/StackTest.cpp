@@ -46,10 +46,10 @@ TEST_F(StackTest, PushAndPopInOrder) {
   EXPECT_EQ(nav->popViewController(false), nullptr);
   EXPECT_EQ(take(), "");
 
-  const std::weak_ptr<UIViewController> c = screenNamed("c", bluePaint);
-  nav->pushViewController(c.lock(), true);
+  const auto c = screenNamed("c", bluePaint);
+  nav->pushViewController(c, true);
   EXPECT_EQ(take(), "a-~ c+~");
-  EXPECT_EQ(c.lock()->navigationController(), nav.get());
+  EXPECT_EQ(c->navigationController(), nav.get());
   time.advance(0.1);
   EXPECT_EQ(take(), "");
   const Pixels seen = screen(); // one slides over the other
@@ -61,7 +61,7 @@ TEST_F(StackTest, PushAndPopInOrder) {
   nav->popViewController(true);
   EXPECT_EQ(take(), "c-~ a+~");
   EXPECT_EQ(finish(), "c-!~ a+!~");
-  EXPECT_TRUE(c.expired());
+  EXPECT_EQ(c.use_count(), 1);
   EXPECT_TRUE(middle().isNear(red));
 }
 

@@ -78,10 +78,7 @@ TEST_F(AnalyticsTest, EncodesWhatAQueryCanCarry) {
   // 48 bytes make one full line, one more begins another.
   const auto ofSize = [](std::size_t bytes) { return Value::List{std::string(bytes - 4, 'a')}; };
   EXPECT_EQ(ZVJSONHandler::encodeAPIData(ofSize(48)).value().size(), 64U);
-  const auto longer = ZVJSONHandler::encodeAPIData(ofSize(49)).value();
-  EXPECT_EQ(longer.substr(64, 6), "%0D%0A");
-  EXPECT_EQ(longer, ZVJSONHandler::encodeAPIData(ofSize(48)).value().substr(0, 62) +
-                        longer.substr(62));
+  EXPECT_EQ(ZVJSONHandler::encodeAPIData(ofSize(49)).value().substr(64), "%0D%0AXQ==");
   for (const Value& refused : {Value("text"), Value(7), Value(true), Value(), Value(Date{0}),
                                Value(Value::List{std::nan("")}),
                                Value(Value::Dictionary{{"k", HUGE_VAL}}), Value("\xff")})

@@ -1,0 +1,268 @@
+// Whole verifications against the sandbox, and what has arrived there afterwards.
+
+#include "sandbox/core/Server.h"
+#include "tests/flow/FlowTest.h"
+
+#include <sstream>
+
+namespace zuvi {
+namespace {
+
+class WholeRunTest : public FlowTest {
+protected:
+  void start(const std::vector<std::string>& rules = {}) {
+    server_.reset();
+    sandbox::ServerOptions options;
+    options.dataFolder = folder.path("sandbox" + std::to_string(++starts_));
+    options.failRules = *sandbox::FailPlan::parse(rules);
+    auto started = sandbox::Server::start(std::move(options));
+    ASSERT_TRUE(started) << started.error().message;
+    server_ = std::move(*started);
+    useServer(server_->address() + "/");
+    events_ = 0;
+  }
+
+  sandbox::Arrivals arrived() const { return *server_->arrivals(); }
+
+  /// Tapping reports one event; the next step waits for it, so that their order is known.
+  void reported() {
+    events_++;
+    EXPECT_TRUE(time.waitUntil([this] { return arrived().events.size() == events_; }));
+    EXPECT_EQ(arrived().events.size(), events_);
+  }
+
+  /// Does what a willing person does on each step until the run ends; tells the steps.
+  std::string walk(const std::string& pick) {
+    std::string steps;
+    for (int count = 0; count < 20; count++) {
+      const std::string name = top();
+      const std::string pages = "(" + std::to_string(page()) + ") ";
+      if (name == "ZVMainViewController") {
+        steps += "start" + pages;
+        tapBottom();
+      } else if (name == "ZVLiveCameraViewController") {
+        steps += "recorder" + pages;
+        tap("recordButton");
+        reported();
+        time.advance(12.5);
+      } else if (name == "ZVLivenessVerifyViewController") {
+        steps += "review" + pages;
+        tapBottom();
+        reported();
+      } else if (name == "ZVUploadViewController") {
+        steps += "upload" + pages;
+        EXPECT_TRUE(time.waitUntil([this] { return top() != "ZVUploadViewController"; }));
+        settle();
+      } else if (name == "ZVKYCCameraViewController") {
+        steps += title() + pages;
+        shoot(jpeg(++shots_));
+        reported();
+      } else if (name == "ZVDocumentListViewController") {
+        steps += "list" + pages;
+        tap(pick, true);
+      } else {
+        steps += "verified" + pages;
+        break;
+      }
+    }
+    return steps;
+  }
+
+  /// What is stored, in words.
+  std::string stored() const {
+    std::string text;
+    for (const auto& identity : arrived().identities) {
+      text += server_->file(identity.film).value_or("") == film ? "film" : "another film";
+      for (const auto& [key, value] : identity.metadata)
+        text += " " + key + "=" + value;
+      for (const auto& document : identity.documents) {
+        text += " " + document.type;
+        for (const auto& side : document.sides)
+          text += " " + side.side + ":" +
+                  server_->file(side.picture).value_or("").substr(jpeg(0).size() - 1);
+      }
+    }
+    return text;
+  }
+  std::string lastIdentity() const { return arrived().identities.back().id; }
+
+  std::unique_ptr<sandbox::Server> server_;
+  std::size_t events_ = 0;
+  int shots_ = 0, starts_ = 0;
+};
+
+TEST_F(WholeRunTest, TakeEachMerchantsRoad) {
+  const std::string begin = "start(0) recorder(0) review(-1) upload(-1) ";
+  const struct {
+    std::string client, pick, steps, stored, photoEvents;
+  } rows[] = {
+      {"none", "", "verified(-1) ", "film", ""},
+      {"only-required", "", "Passport.(2) upload(-1) verified(-1) ", "film passport front:1",
+       "passport"},
+      {"bare", "", "National ID.(2) National ID.(3) upload(-1) verified(-1) ",
+       "film national-id front:1 back:2", "nationalid_front nationalid_back"},
+      {"only-optional", "PASSPORT", "list(2) Passport.(2) upload(-1) verified(-1) ",
+       "film passport front:1", "passport"},
+      {"demo", "DRIVING LICENCE",
+       "National ID.(2) National ID.(3) upload(-1) list(2) Driving licence.(2) "
+       "Driving licence.(3) upload(-1) verified(-1) ",
+       "film national-id front:1 back:2 driving-license front:3 back:4",
+       "nationalid_front nationalid_back driverlicense_front driverlicense_back"},
+      {"both", "PASSPORT",
+       "Driving licence.(2) Driving licence.(3) upload(-1) Proof of residency.(2) upload(-1) "
+       "list(2) Passport.(2) upload(-1) verified(-1) ",
+       "film driving-license front:1 back:2 proof-of-residency front:3 passport front:4",
+       "driverlicense_front driverlicense_back proofofresidency passport"},
+      {"two-required", "",
+       "National ID.(2) National ID.(3) upload(-1) Proof of residency.(2) upload(-1) "
+       "verified(-1) ",
+       "film national-id front:1 back:2 proof-of-residency front:3",
+       "nationalid_front nationalid_back proofofresidency"},
+      {"repeated-documents", "NATIONAL ID",
+       "Passport.(2) upload(-1) Passport.(2) upload(-1) list(2) National ID.(2) National ID.(3) "
+       "upload(-1) verified(-1) ",
+       "film passport front:1 passport front:2 national-id front:3 back:4",
+       "passport passport nationalid_front nationalid_back"},
+  };
+  bool closes = false;
+  for (const auto& row : rows) {
+    start();
+    shots_ = 0;
+    delegate->calls.clear();
+    registerClient(row.client);
+    launch();
+    reported();
+    EXPECT_EQ(walk(row.pick), begin + row.steps) << row.client;
+    EXPECT_EQ(stored(), row.stored) << row.client;
+    EXPECT_TRUE(delegate->calls.empty());
+    // Both ways to finish tell the same, once.
+    tap((closes = !closes) ? "closeButtonTap" : "bottomButton");
+    reported();
+    EXPECT_EQ(delegate->calls, std::vector<std::string>{"success " + lastIdentity()});
+    EXPECT_FALSE(host->presentedViewController());
+    std::string photo, events = "mobilesdk_button_initscreen_clicked liveness_record_clicked "
+                         "liveness_upload_confirm_clicked ";
+    for (std::istringstream photos(row.photoEvents); photos >> photo;)
+      events += photo + "_takephoto_clicked ";
+    std::string sent;
+    for (const auto& event : arrived().events)
+      sent += event.name.substr(5) + " ";
+    EXPECT_EQ(sent, events + "finish_button_clicked ") << row.client;
+    for (const auto& request : server_->requests())
+      EXPECT_LT(request.status, 300) << request.path << " " << request.message;
+  }
+}
+
+TEST_F(WholeRunTest, CarriesMetadataAsItStands) {
+  start();
+  registerClient("none", Value::Dictionary{{"plan", "a \"b\"\r\nc é"},
+                                           {"count", 3},
+                                           {"tree", Value::Dictionary{{"k", Value::List{true}}}}});
+  ZVKYC::instance().identityId = "host's own";
+  launch();
+  EXPECT_TRUE(shell().isOnlyFaceScan);
+  tapBottom();
+  record();
+  tapBottom();
+  arrive("ZVVerifiedViewController");
+  tapBottom();
+  EXPECT_EQ(stored(), "film count=3 plan=a \"b\"\r\nc é tree=[\"k\": [true]]");
+  EXPECT_EQ(delegate->calls, std::vector<std::string>{"success host's own"});
+  EXPECT_EQ(ZVKYCHelper::instance().tempIdentity, lastIdentity());
+  EXPECT_FALSE(host->presentedViewController());
+}
+
+TEST_F(WholeRunTest, FallsBackWhenNoIdentityComes) {
+  for (const std::string failure :
+       {"drop", "cut", "nonjson", "empty", "truncate", "message=Too dark", "status=500",
+        "json={\"id\":7}", "json=[]"}) {
+    start({"identity:1:" + failure});
+    registerClient("none");
+    launchToUpload();
+    arrive("ZVLiveCameraViewController");
+    EXPECT_EQ(shell().mainNC()->viewControllers().size(), 2U) << failure;
+    EXPECT_FALSE(ZVKYCHelper::instance().tempIdentity) << failure;
+    EXPECT_EQ(*shell().showLiveView, true);
+    EXPECT_EQ(step<ZVLiveCameraViewController>()->startTimerLabel.lock()->text(), "5");
+    record(); // the next take goes through
+    tapBottom();
+    arrive("ZVVerifiedViewController");
+    EXPECT_TRUE(ZVKYCHelper::instance().tempIdentity);
+    tapBottom();
+    ZVKYCHelper::instance().tempIdentity = std::nullopt;
+  }
+}
+
+TEST_F(WholeRunTest, FallsBackToTheFrontWhenADocumentFails) {
+  const struct {
+    std::string client, rule;
+    int pictures;
+    std::string stored;
+  } rows[] = {
+      {"only-required", "document:1:drop", 1, "film passport front:2"},
+      {"only-required", "document:1:message=Not sharp", 1, "film passport front:2"},
+      {"bare", "document:1:nonjson", 2, "film national-id front:3 back:4"},
+      {"bare", "photo:1:nonjson", 2, "film national-id front:1 national-id front:3 back:4"},
+      {"bare", "photo:1:message=Not sharp", 2,
+       "film national-id front:1 national-id front:3 back:4"},
+      {"bare", "photo:1:json={\"fields\":{}}", 2,
+       "film national-id front:1 national-id front:3 back:4"},
+  };
+  for (const auto& row : rows) {
+    start({row.rule});
+    shots_ = 0;
+    registerClient(row.client);
+    launchToUpload();
+    arrive("ZVKYCCameraViewController");
+    const std::weak_ptr<ZVKYCCameraViewController> first = step<ZVKYCCameraViewController>();
+    for (int i = 0; i < row.pictures; i++)
+      shoot(jpeg(++shots_));
+    EXPECT_EQ(top(), "ZVUploadViewController");
+    arrive("ZVKYCCameraViewController");
+
+    const auto expectError = [&](bool shown) {
+      const auto camera = step<ZVKYCCameraViewController>();
+      EXPECT_EQ(camera, first.lock()) << "the same screen, with its front side";
+      EXPECT_EQ(camera->isErrorShown, shown) << row.rule;
+      EXPECT_EQ(camera->errorView.lock()->alpha(), shown ? 1 : 0);
+      EXPECT_EQ(camera->cardView.lock()->alpha(), shown ? 0 : 1);
+      EXPECT_EQ(camera->backgroundImageView.lock()->alpha(), shown ? 0 : 1);
+      EXPECT_EQ(camera->cameraView.lock()->layer()->sublayers()[0]->opacity(), shown ? 0 : 1);
+      EXPECT_EQ(camera->cardImageView.lock()->alpha(), 0) << "the outline stays away";
+      EXPECT_EQ(bottomTitle(), shown ? "Take the photo again" : "Take photo") << row.rule;
+    };
+    time.advance(2);
+    expectError(true);
+    const int stills = back->stills;
+    tapBottom(); // the first tap only clears the panel
+    EXPECT_EQ(back->stills, stills);
+    expectError(false);
+    for (int i = 0; i < row.pictures; i++)
+      shoot(jpeg(++shots_));
+    arrive("ZVVerifiedViewController");
+    EXPECT_EQ(stored(), row.stored) << row.rule;
+    tapBottom();
+  }
+}
+
+TEST_F(WholeRunTest, AnotherOptionalDocumentAfterAFailure) {
+  start({"document:1:nonjson"});
+  registerClient("only-optional");
+  launchToUpload();
+  arrive("ZVDocumentListViewController");
+  tap("PASSPORT", true);
+  shoot(jpeg(1));
+  arrive("ZVKYCCameraViewController");
+  EXPECT_TRUE(step<ZVKYCCameraViewController>()->isErrorShown);
+  tap("backButton");
+  EXPECT_EQ(top(), "ZVDocumentListViewController");
+  EXPECT_EQ(bottomTitle(), "-");
+  EXPECT_EQ(page(), 2);
+  tap("PROOF OF RESIDENCY", true);
+  shoot(jpeg(2));
+  arrive("ZVVerifiedViewController");
+  EXPECT_EQ(stored(), "film proof-of-residency front:2");
+}
+
+} // namespace
+} // namespace zuvi
