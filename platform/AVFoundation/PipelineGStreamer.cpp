@@ -112,9 +112,9 @@ Pipeline::~Pipeline() {
 }
 
 GstElement* Pipeline::element(const char* name) const {
-  // The pipeline holds its elements as long as this object lives.
-  GstRef<GstElement> found(gst_bin_get_by_name(GST_BIN(pipeline_.get()), name));
-  return found.get();
+  auto* found = gst_bin_get_by_name(GST_BIN(pipeline_.get()), name);
+  if (found) gst_object_unref(found); // the pipeline holds it as long as this object lives
+  return found;
 }
 
 bool Pipeline::play() {

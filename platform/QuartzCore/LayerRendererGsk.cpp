@@ -88,7 +88,9 @@ public:
 
     cache.placed = place(layer, own);
     const CGRect now = extents(cache.placed);
-    if (moved) {
+    // The toolkit cuts a see-through group softly at its bounds, so its edges change with them.
+    const bool edgesChanged = layer.presentedOpacity() < 1 && now != cache.drawn;
+    if (moved || edgesChanged) {
       damage(toRoot.apply(cache.drawn));
       damage(toRoot.apply(now));
     } else if (redrawn) {

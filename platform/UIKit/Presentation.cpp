@@ -92,12 +92,12 @@ void Presentation::finishEnd() {
 }
 
 void Presentation::removeViews() {
-  for (auto above = presented_->presentation_; above; above = above->presented_->presentation_) {
+  for (auto above = std::exchange(presented_->presentation_, nullptr); above;
+       above = std::exchange(above->presented_->presentation_, nullptr)) {
     above->presented_->view()->removeFromSuperview();
     above->presented_->endAppearanceTransition();
     above->presenterView_ = nullptr;
   }
-  presented_->presentation_ = nullptr;
   presented_->view()->removeFromSuperview();
 }
 

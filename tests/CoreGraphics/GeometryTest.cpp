@@ -11,16 +11,6 @@
 namespace zuvi::test {
 namespace {
 
-TEST(GeometryTest, EmptyRectanglesAddAndShareNothing) {
-  const CGRect a{0, 0, 10, 10}, none{50, 50, 0, 10}, negative{5, 5, -3, 4};
-  EXPECT_EQ(CGRectUnion(a, none), a);
-  EXPECT_EQ(CGRectUnion(negative, a), a);
-  EXPECT_EQ(CGRectUnion(a, {20, -5, 1, 1}), (CGRect{0, -5, 21, 15}));
-  EXPECT_EQ(CGRectIntersection(a, {5, 5, 10, 10}), (CGRect{5, 5, 5, 5}));
-  EXPECT_TRUE(CGRectIntersection(a, {10, 0, 5, 5}).isEmpty()); // neighbours
-  EXPECT_TRUE(CGRectInset(a, 6, 0).isEmpty());
-}
-
 TEST(GeometryTest, TransformsConcatenateInReadingOrderAndTurnBack) {
   const auto turn = CGAffineTransform::rotation(std::numbers::pi / 2);
   const auto both = turn.concatenating(CGAffineTransform::translation(10, 0));
@@ -67,17 +57,6 @@ TEST(PathTest, ArcsAndEllipsesStayOnTheirCircle) {
       EXPECT_NEAR(std::hypot(p.x - 10, p.y - 20), 50, 0.05);
   EXPECT_NEAR(walk(arc).back().x, 10 + 50 * std::cos(4.5), 1e-9);
   EXPECT_NEAR(walk(backwards).back().y, 20 + 50 * std::sin(-2), 1e-9);
-}
-
-TEST(PathTest, RoundedRectangleKeepsWithinItsBounds) {
-  const CGRect rect{5, 5, 40, 20};
-  for (const double radius : {-3.0, 0.0, 6.0, 10.0, 500.0}) {
-    const CGRect box = CGPath::roundedRect(rect, radius).boundingBox();
-    EXPECT_NEAR(box.x, 5, 1e-9) << radius;
-    EXPECT_NEAR(box.maxX(), 45, 1e-9) << radius;
-    EXPECT_NEAR(box.height, 20, 1e-9) << radius;
-  }
-  EXPECT_TRUE(CGPath().boundingBox().isEmpty());
 }
 
 } // namespace

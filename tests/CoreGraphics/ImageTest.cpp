@@ -61,12 +61,12 @@ TEST(ImageTest, DrawingIsSharpAtEverySize) {
   EXPECT_EQ(drawing->size(), (CGSize{20, 10}));
   const auto large = drawing->rasterize(200, 100);
   EXPECT_EQ(Pixels(large).count(blue, 0), 200 * 100); // to the very edge
-  const auto tall = drawing->rasterize(20, 40); // keeps its proportions
+  const auto tall = drawing->rasterize(20, 40);       // keeps its proportions
   EXPECT_EQ(Pixels(tall).count(blue, 0), 20 * 10);
   EXPECT_FALSE(drawing->rasterize(0, 10));
   EXPECT_FALSE(drawing->rasterize(20, 1'000'000));
-  const auto box = SvgImage::fromData(Data(std::string(
-      R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 30 40"><g/></svg>)")));
+  const auto box = SvgImage::fromData(Data(
+      std::string(R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 30 40"><g/></svg>)")));
   ASSERT_TRUE(box);
   EXPECT_EQ(box->size(), (CGSize{30, 40}));
   for (const std::string text : {"", "<svg", "<html/>", "\xff\xd8\xff"})
@@ -77,8 +77,8 @@ TEST(ImageTest, PicturesOfABundleAreFoundByNameAndReadOnce) {
   const TemporaryFolder folder;
   folder.write("drawn.svg", svg);
   folder.write("broken.svg", "<svg");
-  folder.write("broken.png", encodePNG(*SvgImage::fromData(Data(std::string(svg)))->rasterize(4, 2))
-                                 .string());
+  folder.write("broken.png",
+               encodePNG(*SvgImage::fromData(Data(std::string(svg)))->rasterize(4, 2)).string());
   const Bundle bundle(folder.path());
   const auto drawn = UIImage::named("drawn", bundle);
   ASSERT_TRUE(drawn);

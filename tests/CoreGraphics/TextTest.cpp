@@ -81,8 +81,7 @@ TEST_F(TextColorTest, RangesCountCharactersAndEndWithTheText) {
   label->setTextColor({0, 0, 0, 1});
   label->setFont(CTFont::system(30, FontWeight::Bold));
   const auto colored = [&](std::size_t location, std::size_t length) {
-    label->setAttributedText(
-        AttributedString{"ÄÖÜIII", {{location, length, {1, 0, 0, 1}}}});
+    label->setAttributedText(AttributedString{"ÄÖÜIII", {{location, length, {1, 0, 0, 1}}}});
     const Pixels seen = screen();
     double last = 0, first = 300;
     for (double x = 0; x < 300; x += 0.5)

@@ -60,7 +60,12 @@ TEST_F(AnimationTest, ModelChangesAtOnceWhilePresentedValueMoves) {
 }
 
 TEST_F(AnimationTest, DelayHoldsTheOldValue) {
-  animate(1, [&] { layer->setPosition({100, 0}); }, AnimationCurve::Kind::Linear, 0.5);
+  animate(
+      1,
+      [&] {
+        layer->setPosition({100, 0});
+      },
+      AnimationCurve::Kind::Linear, 0.5);
   time.advance(0.4);
   EXPECT_EQ(x(), 0);
   time.advance(0.6);
@@ -154,39 +159,6 @@ TEST_F(AnimationTest, EmptyAndInstantBlocksEndInTheNextTurn) {
   EXPECT_TRUE(ends.empty()); // never before the call has returned
   time.settle();
   EXPECT_EQ(ends, (Ends{true, true}));
-}
-
-TEST_F(AnimationTest, NestedBlocksKeepTheirOwnTimes) {
-  const auto other = std::make_shared<CALayer>();
-  animate(1, [&] {
-    animate(0.5, [&] { other->setPosition({100, 0}); });
-    layer->setPosition({100, 0});
-  });
-  time.advance(0.25);
-  EXPECT_DOUBLE_EQ(x(), 25);
-  EXPECT_DOUBLE_EQ(other->presented(LayerProperty::Position)[0], 50);
-  time.advance(1);
-  EXPECT_EQ(ends, (Ends{true, true}));
-}
-
-TEST_F(AnimationTest, LayerThatDiesOnTheWayEndsItsGroup) {
-  auto other = std::make_shared<CALayer>();
-  animate(1, [&] { other->setOpacity(0); });
-  other = nullptr;
-  time.settle();
-  EXPECT_EQ(ends, Ends{false});
-}
-
-TEST_F(AnimationTest, CompletionMayBeginTheNextMovement) {
-  const auto group = std::make_shared<AnimationGroup>();
-  group->duration = 1;
-  group->curve.kind = AnimationCurve::Kind::Linear;
-  group->completion = [&](bool) { animate(1, [&] { layer->setPosition({0, 0}); }); };
-  group->run([&] { layer->setPosition({100, 0}); });
-  time.advance(1.5);
-  EXPECT_NEAR(x(), 50, 1e-6);
-  time.advance(1);
-  EXPECT_EQ(ends, Ends{true});
 }
 
 TEST_F(AnimationTest, EndlessTurnGoesOnUntilItIsTakenAway) {

@@ -121,24 +121,6 @@ TEST_F(RenderingTest, TransformsKeepTheirPlaceAndNeverShowTheToolkitsError) {
   }
 }
 
-TEST_F(RenderingTest, TurnOfAnEndlessAnimationIsDrawn) {
-  const auto layer = addLayer({100, 100, 80, 20}, redColor);
-  CABasicAnimation turn;
-  turn.property = LayerProperty::Rotation;
-  turn.to = layerValue(2 * std::numbers::pi);
-  turn.beginTime = DispatchQueue::main().now();
-  turn.duration = 4;
-  turn.curve.kind = AnimationCurve::Kind::Linear;
-  turn.repeatsForever = true;
-  layer->addAnimation("turn", turn);
-  time.advance(1);
-  EXPECT_PIXEL(140, 80, red);
-  EXPECT_PIXEL(110, 110, white);
-  time.advance(1);
-  EXPECT_PIXEL(110, 110, red);
-  layer->removeAnimation("turn");
-}
-
 TEST_F(RenderingTest, ShadowFallsWhereItIsSent) {
   const auto layer = addLayer({50, 50, 60, 60}, redColor);
   layer->setShadowOpacity(1);

@@ -64,21 +64,6 @@ TEST_F(ConstraintTest, ChainsRunInBothDirectionsAndInAnyOrder) {
   EXPECT_EQ(b->frame(), (CGRect{65, 25, 140, 50}));
 }
 
-TEST_F(ConstraintTest, ConstantMovesAtTheNextLayoutAndAnimatesWithIt) {
-  const auto box = add({0, 0, 300, 200});
-  const auto a = child("a", box);
-  const auto made = rules(box, "a.left = super.left + 10; a.top = super.top; a.width = 50;"
-                               "a.height = 50");
-  window->layoutIfNeeded();
-  made[0]->setConstant(110);
-  EXPECT_EQ(a->frame().x, 10);
-  UIView::animate(1, 0, {AnimationCurve::Kind::Linear}, [&] { window->layoutIfNeeded(); });
-  EXPECT_EQ(a->frame().x, 110);
-  time.advance(0.5);
-  EXPECT_NEAR(a->layer()->presentedTransformToSuperlayer().tx, 60, 1e-6);
-  time.advance(1);
-}
-
 TEST_F(ConstraintTest, SafeAreaIsWhatTheScreenLeavesOfTheView) {
   const auto full = add({0, 0, 320, 480}), lower = add({0, 12, 320, 300});
   const auto a = child("a", full), b = child("b", lower);
@@ -123,20 +108,6 @@ TEST_F(ConstraintTest, ContainersTakeTheirHeightFromWrappedText) {
   EXPECT_EQ(card->sizeThatFits({160, -1}).height, card->sizeThatFits({160, 5}).height);
 }
 
-TEST_F(ConstraintTest, IntrinsicSizeSettlesWhatNoRuleDetermines) {
-  const auto box = add({0, 0, 300, 200});
-  const auto label = child<UILabel>("label", box);
-  const auto plain = child("plain", box);
-  plain->setFrame({7, 8, 30, 40});
-  label->setText("Title");
-  rules(box, "label.centerX = super.centerX; label.top = super.top + 4; plain.left = label.right");
-  time.settle();
-  const CGSize own = label->intrinsicContentSize();
-  EXPECT_NEAR(label->frame().width, own.width, 0.5);
-  EXPECT_NEAR(label->frame().midX(), 150, 0.5);
-  EXPECT_EQ(plain->frame(), (CGRect{label->frame().maxX(), 8, 30, 40})); // keeps the rest
-}
-
 TEST_F(ConstraintTest, TransformedViewsDoNotDriftFromLayoutToLayout) {
   const auto box = add({0, 0, 300, 200});
   const auto view = child("view", box);
@@ -178,18 +149,6 @@ TEST_F(ConstraintTest, ContradictionsAndCirclesEndWithTheFirstRule) {
   EXPECT_EQ(a->frame().x, 10);
   EXPECT_GE(a->frame().width, 0); // an impossible width is none at all
   EXPECT_EQ(b->frame().height, 10);
-}
-
-TEST_F(ConstraintTest, RulesOfAViewThatLeavesGoWithIt) {
-  const auto box = add({0, 0, 300, 200});
-  const auto a = child("a", box), b = child("b", box);
-  rules(box, "a.left = super.left + 50; b.left = a.right; super.bottom = b.bottom; b.width = 9");
-  a->removeFromSuperview();
-  EXPECT_EQ(box->constraints().size(), 2U);
-  b->setFrame({3, 0, 1, 1});
-  time.settle();
-  EXPECT_EQ(b->frame().x, 3);
-  EXPECT_EQ(b->frame().width, 9);
 }
 
 TEST(ConstraintRuleTest, MalformedRulesAreNone) {

@@ -19,9 +19,7 @@ protected:
     }
     void viewWillDisappear(bool animated) override { note("-", animated); }
     void viewDidDisappear(bool animated) override { note("-!", animated); }
-    void note(const char* word, bool animated) {
-      log += name + word + (animated ? "~ " : " ");
-    }
+    void note(const char* word, bool animated) { log += name + word + (animated ? "~ " : " "); }
 
     std::string name;
     std::string& log;
@@ -29,11 +27,13 @@ protected:
   };
 
   /// Every screen has a colour of its own on show; it is watched until the end of the test.
-  std::shared_ptr<Screen> screenNamed(const std::string& name, const UIColor& color = {1, 1, 1, 1}) {
+  std::shared_ptr<Screen> screenNamed(const std::string& name,
+                                      const UIColor& color = {1, 1, 1, 1}) {
+    const std::size_t noted = log.size();
     auto made = watch(name, make<Screen>(name, log));
     made->view()->setBackgroundColor(color);
     watch("the view of " + name, made->view());
-    log.clear();
+    log.resize(noted); // its loading is no news
     return made;
   }
   std::shared_ptr<Screen> overlayNamed(const std::string& name) {

@@ -118,9 +118,9 @@ TEST_F(NibTest, EveryFaultIsRefusedWithFileLineAndName) {
 }
 
 TEST_F(NibTest, WhatIsNoNibAtAllIsRefused) {
-  for (const std::string text :
-       {"", "   \n", "<nib>\n<UIView>\n</nib>", "<nib/>", "<UIView/>", "<nib><UIView/><UIView/></nib>",
-        "<nib>words</nib>", "no markup", "<nib><UIView", "\xff\xfe\x01"}) {
+  for (const std::string text : {"", "   \n", "<nib>\n<UIView>\n</nib>", "<nib/>", "<UIView/>",
+                                 "<nib><UIView/><UIView/></nib>", "<nib>words</nib>", "no markup",
+                                 "<nib><UIView", "\xff\xfe\x01"}) {
     const auto [view, error] = load(text);
     EXPECT_FALSE(view) << text;
     EXPECT_TRUE(error.starts_with("Screen.xml:")) << error;
@@ -132,7 +132,8 @@ TEST_F(NibTest, WhatIsNoNibAtAllIsRefused) {
 }
 
 TEST_F(NibTest, AttributesOfALanguageTakeThePlaceOfTheOthers) {
-  const std::string text = "<nib><UILabel text=\"Hello\" text.fr=\"Bonjour\" text.vi=\"Chào\"/></nib>";
+  const std::string text =
+      "<nib><UILabel text=\"Hello\" text.fr=\"Bonjour\" text.vi=\"Chào\"/></nib>";
   folder.write("Words.xml", text);
   const auto words = [&] {
     const auto view = UINib("Words", bundle).instantiate().view;
@@ -147,27 +148,6 @@ TEST_F(NibTest, AttributesOfALanguageTakeThePlaceOfTheOthers) {
   language = "de";
   EXPECT_EQ(words(), "Hello");
   UINib::setLanguage([] { return std::string(); });
-}
-
-/// A row that is the owner of its own nib.
-struct Row : UIView {
-  std::weak_ptr<UILabel> name;
-  bool connectedWhenAwake = false;
-  void declareNib(NibDeclaration& nib) override { nib.outlet("name", name); }
-  void awakeFromNib() override { connectedWhenAwake = !name.expired(); }
-};
-
-TEST_F(NibTest, TopmostViewMayOwnItsNib) {
-  UINib::registerClass<Row>("TestRow");
-  folder.write("Row.xml", "<nib><TestRow><UIView><UILabel outlet=\"name\"/></UIView></TestRow></nib>");
-  const UINib nib("Row", bundle);
-  const auto first = std::dynamic_pointer_cast<Row>(nib.instantiate().view);
-  const auto second = std::dynamic_pointer_cast<Row>(nib.instantiate().view);
-  ASSERT_TRUE(first && second);
-  EXPECT_TRUE(first->connectedWhenAwake);
-  EXPECT_NE(first->name.lock(), second->name.lock());
-  folder.write("Row.xml", "<nib><TestRow/></nib>");
-  EXPECT_EQ(nib.instantiate().error, "Row.xml:1: the outlet name is missing");
 }
 
 TEST_F(NibTest, RefusedNibLeavesAScreenWithAnEmptyViewAndALine) {

@@ -50,18 +50,17 @@ public:
         found += pixel(x, y).isNear(wanted, slack);
     return found;
   }
-  /// Where two pictures differ first; empty when they are alike.
-  static std::string difference(const Pixels& a, const Pixels& b) {
+  /// Where two pictures differ first by more than `slack`; empty when they are alike.
+  static std::string difference(const Pixels& a, const Pixels& b, int slack = 0) {
     if (a.width_ != b.width_ || a.height_ != b.height_) return "the sizes";
-    if (a.bytes_ == b.bytes_) return {};
     for (std::size_t i = 0; i < a.bytes_.size(); i++)
-      if (a.bytes_.bytes()[i] != b.bytes_.bytes()[i]) {
+      if (std::abs(a.bytes_.bytes()[i] - b.bytes_.bytes()[i]) > slack) {
         const auto pixel = i / 4, width = static_cast<std::size_t>(a.width_);
         return "at pixel " + std::to_string(pixel % width) + ", " + std::to_string(pixel / width) +
                ": " + std::to_string(a.bytes_.bytes()[i]) + " against " +
                std::to_string(b.bytes_.bytes()[i]);
       }
-    return "the lengths";
+    return {};
   }
 
 private:

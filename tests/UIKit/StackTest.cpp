@@ -105,7 +105,7 @@ TEST_F(StackTest, ChangeDuringAMovementEndsThatMovementFirst) {
   const auto e = screenNamed("e");
   e->onDidAppear = [this, &nav] { nav->pushViewController(screenNamed("f", greenPaint), true); };
   nav->pushViewController(e, true);
-  EXPECT_EQ(finish(), "e-~ f+~ e-!~ f+!~");
+  EXPECT_EQ(finish(), "c-~ e+~ c-!~ e+!~ e-~ f+~ e-!~ f+!~");
   EXPECT_TRUE(middle().isNear(green));
 }
 

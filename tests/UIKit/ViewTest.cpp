@@ -13,12 +13,6 @@ protected:
   static UIView* hit(double x, double y) { return UIApplication::shared().hitTest({x, y}); }
 };
 
-/// Notes when it comes onto a window or leaves it.
-struct WindowListener : UIView {
-  std::vector<bool> moves;
-  void didMoveToWindow() override { moves.push_back(window() != nullptr); }
-};
-
 TEST_F(ViewTest, TreeEditsKeepViewsAndLayersInStep) {
   const auto parent = add({0, 0, 100, 100});
   const auto a = make<UIView>(), b = make<UIView>(), c = make<UIView>();
@@ -46,19 +40,6 @@ TEST_F(ViewTest, TreeEditsKeepViewsAndLayersInStep) {
   EXPECT_EQ(a->window(), window.get());
   parent->removeFromSuperview();
   EXPECT_EQ(a->window(), nullptr);
-}
-
-TEST_F(ViewTest, ViewsHearWhenTheyEnterAndLeaveAWindow) {
-  const auto parent = add({0, 0, 100, 100});
-  const auto deep = watch("listener", make<WindowListener>());
-  const auto holder = make<UIView>();
-  holder->addSubview(deep);
-  EXPECT_TRUE(deep->moves.empty());
-  parent->addSubview(holder);
-  holder->removeFromSuperview();
-  window->addSubview(deep);
-  deep->removeFromSuperview();
-  EXPECT_EQ(deep->moves, (std::vector<bool>{true, false, true, false}));
 }
 
 TEST_F(ViewTest, AutoresizingSharesTheChangeAmongTheFlexibleParts) {
@@ -90,19 +71,6 @@ TEST_F(ViewTest, AutoresizingSharesTheChangeAmongTheFlexibleParts) {
   parent->setFrame({0, 0, 120, 100});
   EXPECT_EQ(child->bounds().size(), (CGSize{30, 40}));
   EXPECT_EQ(child->center(), (CGPoint{45, 40}));
-}
-
-TEST_F(ViewTest, PointsConvertThroughTransformsAndScrolledBounds) {
-  const auto parent = add({50, 50, 100, 100});
-  const auto child = make<UIView>(CGRect{10, 10, 20, 20});
-  parent->addSubview(child);
-  parent->setBounds({0, 5, 100, 100});
-  child->setTransform(CGAffineTransform::scale(2, 2));
-  EXPECT_EQ(child->convertToScreen(CGPoint{0, 0}), (CGPoint{50, 45}));
-  EXPECT_EQ(child->convertFromScreen(CGPoint{50, 45}), (CGPoint{0, 0}));
-  EXPECT_EQ(child->convertToScreen(child->bounds()), (CGRect{50, 45, 40, 40}));
-  child->setTransform(CGAffineTransform::scale(0, 1)); // flat: no way back
-  EXPECT_EQ(child->convertFromScreen(CGPoint{50, 45}), (CGPoint{}));
 }
 
 TEST_F(ViewTest, TouchFindsTheTopmostViewThatCanBeSeen) {
@@ -220,15 +188,6 @@ TEST_F(ViewTest, MarksMadeDuringALayoutAreServedByIt) {
   pusher->setNeedsLayout();
   time.settle();
   EXPECT_EQ(counter->layouts, before + 1);
-  // Also when the other one stands in a window that had its turn before.
-  const auto above = make<UIWindow>();
-  above->setVisible(true);
-  const auto upper = make<Pusher>();
-  upper->other = counter;
-  above->addSubview(upper);
-  const int then = counter->layouts;
-  time.settle();
-  EXPECT_EQ(counter->layouts, then + 1);
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 // Views with a life of their own: labels, pictures, scrolled contents, tables, indicators.
 
 #include "platform/UIKit/UIActivityIndicatorView.h"
-#include "platform/UIKit/UIImageView.h"
 #include "platform/UIKit/UILabel.h"
 #include "platform/UIKit/UIPageControl.h"
 #include "platform/UIKit/UITableView.h"
@@ -170,12 +169,8 @@ TEST_F(WidgetsTest, PageControlMarksOneDotOfThoseThereAre) {
   EXPECT_EQ(pages->currentPage(), 2);
   EXPECT_TRUE(screen().at(66, 10).isNear(red)); // dots at 34, 50 and 66
   EXPECT_FALSE(screen().at(50, 10).isNear(red));
-  pages->setNumberOfPages(2);
-  EXPECT_EQ(pages->currentPage(), 1);
   pages->setNumberOfPages(-1);
-  pages->setCurrentPage(-5);
   EXPECT_EQ(pages->currentPage(), 0);
-  EXPECT_EQ(pages->intrinsicContentSize().width, 0);
 }
 
 TEST_F(WidgetsTest, IndicatorTurnsOnlyWhileSomethingIsUnderWay) {
@@ -195,33 +190,6 @@ TEST_F(WidgetsTest, IndicatorTurnsOnlyWhileSomethingIsUnderWay) {
   EXPECT_TRUE(surface.drawFrame()); // still turns
   indicator->stopAnimating();
   EXPECT_EQ(screen().count({0, 0, 0}), 0);
-}
-
-TEST_F(WidgetsTest, SeriesOfPicturesPlaysWhileItIsOnAWindow) {
-  const auto plain = [](char r, char b) {
-    std::string pixels;
-    for (int i = 0; i < 100; i++)
-      pixels += std::string{b, '\0', r, '\xff'};
-    return UIImage::fromCGImage(
-        CGImage::fromPixels(Data(pixels), 10, 10, 40, CGImage::Format::BGRA));
-  };
-  const auto view = add<UIImageView>({0, 0, 40, 20});
-  view->setImage(UIImage::animatedImage({plain('\xff', 0), plain(0, '\xff')}, 1));
-  EXPECT_TRUE(screen().at(5, 10).isNear(red));
-  time.advance(0.6);
-  EXPECT_TRUE(screen().at(5, 10).isNear(blue));
-  time.advance(0.5);
-  EXPECT_TRUE(screen().at(5, 10).isNear(red));
-  view->removeFromSuperview();
-  EXPECT_TRUE(std::isinf(DispatchQueue::main().nextDeadline()));
-  window->addSubview(view);
-  view->setContentMode(UIViewContentMode::ScaleAspectFit); // 20 by 20 in the middle
-  EXPECT_TRUE(screen().at(5, 10).isNear(white));
-  EXPECT_TRUE(screen().at(15, 10).isNear(red));
-  EXPECT_EQ(view->sizeThatFits({30, -1}), (CGSize{30, 30}));
-  view->setImage(nullptr);
-  EXPECT_TRUE(screen().at(15, 10).isNear(white));
-  EXPECT_TRUE(std::isinf(DispatchQueue::main().nextDeadline()));
 }
 
 } // namespace

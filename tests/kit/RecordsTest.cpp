@@ -1,5 +1,6 @@
 // What the back end says, as records.
 
+#include "kit/Helper/ZVLocalization.h"
 #include "platform/UIKit/UIImage.h"
 #include "tests/kit/KitTest.h"
 
@@ -67,12 +68,12 @@ TEST_F(RecordsTest, KnowsTheDocuments) {
     ZVDocument document;
     std::string key, image;
     bool back;
-  } rows[] = {{ZVDocument::drivingLicense, "Driving licence", "ZVDrivingLicenseIcon", true},
-              {ZVDocument::nationalId, "National ID", "ZVNationalIDIcon", true},
-              {ZVDocument::proofOfResidency, "Proof of residency", "ZVProofOfResidencyIcon", false},
-              {ZVDocument::passport, "Passport", "ZVPassportIcon", false}};
+  } rows[] = {{ZVDocument::drivingLicense, "drivingLicense", "ZVDrivingLicenseIcon", true},
+              {ZVDocument::nationalId, "nationalId", "ZVNationalIDIcon", true},
+              {ZVDocument::proofOfResidency, "proofOfResidency", "ZVProofOfResidencyIcon", false},
+              {ZVDocument::passport, "passport", "ZVPassportIcon", false}};
   for (const auto& row : rows) {
-    EXPECT_EQ(name(row.document), row.key);
+    EXPECT_EQ(name(row.document), localized(row.key));
     ASSERT_TRUE(icon(row.document)) << row.image;
     EXPECT_EQ(icon(row.document)->name(), row.image);
     EXPECT_EQ(scanBackSide(row.document), row.back) << row.key;

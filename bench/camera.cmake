@@ -1,0 +1,1 @@
+zuvi_bench(camera_bench LINKS zuvi_avfoundation PACKAGES gstreamer-1.0 gstreamer-app-1.0)

@@ -1,0 +1,234 @@
+#include "kit/Helper/ZVLocalization.h"
+#include "tests/flow/FlowTest.h"
+
+namespace zuvi {
+namespace {
+
+class DocumentCameraTest : public FlowTest {
+protected:
+  /// Lays a camera for a required document over the start screen.
+  void open(const std::string& document, ZVKYCCameraType side = ZVKYCCameraType::ineFront,
+            const std::optional<std::string>& identity = "identity-1") {
+    registerMerchant(R"({"required":[")" + document + R"("]})");
+    launch();
+    const auto screen = make<ZVKYCCameraViewController>();
+    screen->type = side;
+    screen->objectId = identity;
+    camera = screen;
+    shell().mainNC()->pushViewController(screen, true);
+    settle();
+    ASSERT_EQ(top(), "ZVKYCCameraViewController");
+  }
+  void close() {
+    host->dismiss(false);
+    settle();
+  }
+  std::string word(const std::weak_ptr<UILabel>& label) { return label.lock()->text().value_or("-"); }
+  std::string picture(const std::weak_ptr<UIImageView>& view) {
+    return view.lock()->image() ? view.lock()->image()->name() : "-";
+  }
+  double flash() { return camera.lock()->snapshotEffectView.lock()->layer()->presentedOpacity(); }
+
+  std::weak_ptr<ZVKYCCameraViewController> camera;
+};
+
+TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
+  const auto side = [](ZVKYCCameraType type) { return type == ZVKYCCameraType::ineFront; };
+  const struct {
+    const char* document;
+    ZVKYCCameraType type;
+    const char* caption;
+    std::optional<std::string> hosts;
+    int page;
+    std::string event;
+  } rows[] = {
+      {"national-id", ZVKYCCameraType::ineFront, "frontSide", {}, 2, "nationalid_front"},
+      {"national-id", ZVKYCCameraType::ineBack, "backSide", {}, 3, "nationalid_back"},
+      {"driving-license", ZVKYCCameraType::ineBack, "backSide", "own", 0, "driverlicense_back"},
+      {"passport", ZVKYCCameraType::ineFront, "", "own", 0, "passport"},
+      {"proof-of-residency", ZVKYCCameraType::ineFront, "", {}, 2, "proofofresidency"},
+  };
+  std::size_t events = 0;
+  for (const auto& row : rows) {
+    ZVKYC::instance().identityId = row.hosts;
+    open(row.document, row.type);
+    const auto screen = camera.lock();
+    EXPECT_EQ(title(), name(*fromRawValue<ZVDocument>(row.document)) + ".");
+    EXPECT_EQ(word(shell().descriptionLabel), localized("documentDescription"));
+    EXPECT_EQ(bottomTitle(), localized("takePhoto"));
+    EXPECT_EQ(page(), row.page);
+    EXPECT_EQ(*shell().showBackButton, !row.hosts);
+    EXPECT_EQ(word(screen->cardTitleLabel), *row.caption ? localized(row.caption) : " ");
+    EXPECT_EQ(word(screen->cardLabel1), localized("documentWarning1"));
+    EXPECT_EQ(word(screen->cardLabel2), localized("documentWarning2"));
+    EXPECT_EQ(word(screen->errorTitleLabel), localized("faceErrorTitle"));
+    EXPECT_EQ(picture(screen->backgroundImageView), "ZVCameraCardIcon");
+    EXPECT_EQ(picture(screen->cardImageView), side(row.type) ? "ZVFrontIneCard" : "ZVBackIneCard");
+    EXPECT_FALSE(screen->cardView.lock()->isHidden());
+    EXPECT_EQ(screen->errorView.lock()->alpha(), 0);
+    EXPECT_EQ(flash(), 0);
+    const auto& layers = screen->cameraView.lock()->layer()->sublayers();
+    ASSERT_FALSE(layers.empty());
+    EXPECT_EQ(layers[0]->frame(), screen->cameraView.lock()->bounds()) << "the preview, at the bottom";
+    EXPECT_TRUE(back->isRunning());
+    back->still = std::nullopt;
+    tapBottom();
+    events += 2; // the launch's too
+    EXPECT_TRUE(time.waitUntil([&] { return backend.events().size() == events; })) << row.event;
+    close();
+    EXPECT_FALSE(back->isRunning());
+  }
+}
+
+TEST_F(DocumentCameraTest, FadesTheOutlineAndFlashes) {
+  open("national-id"); // half a second ago
+  const auto outline = [this] { return camera.lock()->cardImageView.lock()->layer(); };
+  time.advance(1.4);
+  EXPECT_EQ(outline()->presentedOpacity(), 1);
+  time.advance(0.2);
+  EXPECT_GT(outline()->presentedOpacity(), 0);
+  EXPECT_LT(outline()->presentedOpacity(), 1);
+  time.advance(0.2);
+  EXPECT_EQ(outline()->presentedOpacity(), 0);
+  EXPECT_EQ(camera.lock()->cardLabel1.lock()->alpha(), 1) << "the warnings stay";
+
+  back->answersStills = false;
+  shell().bottomButton.lock()->sendActions(UIControlEvent::TouchUpInside);
+  EXPECT_EQ(flash(), 1);
+  time.advance(0.25);
+  EXPECT_GT(flash(), 0);
+  EXPECT_LT(flash(), 1);
+  time.advance(0.25);
+  EXPECT_EQ(flash(), 0);
+}
+
+TEST_F(DocumentCameraTest, HandsThePicturesOn) {
+  open("driving-license");
+  shoot("front bytes");
+  ASSERT_NE(step<ZVKYCCameraViewController>(), camera.lock());
+  const auto second = step<ZVKYCCameraViewController>();
+  EXPECT_EQ(second->frontIneImage.value().string(), "front bytes");
+  EXPECT_EQ(second->type, ZVKYCCameraType::ineBack);
+  EXPECT_EQ(second->objectId, "identity-1");
+  EXPECT_EQ(back->starts - back->stops, 1) << "only the one on show runs";
+  tap("backButton");
+  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  EXPECT_TRUE(back->isRunning());
+  EXPECT_EQ(page(), 2);
+  shoot("better front");
+  backend.hold();
+  shoot("back bytes");
+  ASSERT_TRUE(step<ZVUploadViewController>());
+  EXPECT_EQ(step<ZVUploadViewController>()->frontData.string(), "better front");
+  EXPECT_EQ(step<ZVUploadViewController>()->backData.value().string(), "back bytes");
+  EXPECT_EQ(step<ZVUploadViewController>()->identityId, "identity-1");
+  close();
+  open("passport");
+  shoot("only side");
+  ASSERT_TRUE(step<ZVUploadViewController>());
+  EXPECT_FALSE(step<ZVUploadViewController>()->backData);
+}
+
+TEST_F(DocumentCameraTest, StaysWhenThereIsNothingToHandOn) {
+  open("passport", ZVKYCCameraType::ineFront, std::nullopt); // no identity to send it to
+  shoot(jpeg(1));
+  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  EXPECT_EQ(back->stills, 1);
+  close();
+  open("national-id", ZVKYCCameraType::ineBack); // a back without a front
+  shoot(jpeg(1));
+  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  close();
+  open("passport"); // no picture, or an empty one
+  back->still = std::nullopt;
+  tapBottom();
+  shoot("");
+  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  back->unplug();
+  shoot(jpeg(1));
+  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+}
+
+TEST_F(DocumentCameraTest, TakesTheFirstOfTwoQuickPictures) {
+  open("national-id");
+  back->answersStills = false;
+  tapBottom();
+  tapBottom();
+  EXPECT_EQ(back->stills, 2);
+  back->answerStills();
+  settle();
+  EXPECT_EQ(shell().mainNC()->viewControllers().size(), 3U);
+  // Left while the still is on its way: nothing is pushed.
+  tap("backButton");
+  tapBottom();
+  const auto late = back->stills;
+  tap("backButton");
+  back->answerStills();
+  settle();
+  EXPECT_EQ(back->stills, late);
+  EXPECT_EQ(top(), "ZVMainViewController");
+}
+
+TEST_F(DocumentCameraTest, DoesWithoutACamera) {
+  for (const bool missing : {true, false}) {
+    cameras->back = missing ? nullptr : back;
+    back->opens = missing;
+    open("passport");
+    shell().bottomButton.lock()->sendActions(UIControlEvent::TouchUpInside);
+    EXPECT_EQ(flash(), 1);
+    settle();
+    EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+    camera.lock()->showError(true); // there is no preview to hide
+    EXPECT_EQ(bottomTitle(), localized("retakePhoto"));
+    EXPECT_TRUE(time.waitUntil([this] { return !backend.events().empty(); }));
+    close();
+  }
+  EXPECT_EQ(back->stills, 0);
+  EXPECT_EQ(backend.events().size(), 2U) << "the two launches; no picture was begun";
+}
+
+TEST_F(DocumentCameraTest, AsksForPermission) {
+  using Status = AVAuthorizationStatus;
+  for (const Status status : {Status::Denied, Status::Restricted}) {
+    cameras->status = status;
+    opened.clear();
+    open("passport");
+    EXPECT_FALSE(camera.lock()->cardView.lock()->isHidden()) << "it looks the same";
+    tapBottom();
+    EXPECT_EQ(opened, std::vector<std::string>{UIApplicationOpenSettingsURLString});
+    cameras->status = Status::Authorized; // counts for the next screen only
+    tapBottom();
+    EXPECT_EQ(opened.size(), 2U);
+    EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+    close();
+  }
+  EXPECT_EQ(cameras->requests + back->stills, 0);
+  for (const bool grants : {true, false}) {
+    cameras->status = Status::NotDetermined;
+    cameras->grants = grants;
+    cameras->answersRequests = false;
+    opened.clear();
+    open("passport");
+    EXPECT_TRUE(camera.lock()->cardView.lock()->isHidden());
+    time.advance(3);
+    cameras->answerRequests();
+    settle();
+    EXPECT_FALSE(camera.lock()->cardView.lock()->isHidden());
+    EXPECT_EQ(camera.lock()->cardImageView.lock()->alpha(), 1) << "two seconds from now";
+    backend.hold();
+    shoot(jpeg(1));
+    EXPECT_EQ(top(), grants ? "ZVUploadViewController" : "ZVKYCCameraViewController");
+    EXPECT_EQ(opened.size(), grants ? 0U : 1U);
+    close();
+    backend.release();
+  }
+  // The answer finds nobody.
+  cameras->status = Status::NotDetermined;
+  open("passport");
+  tap("backButton");
+  EXPECT_TRUE(camera.expired());
+  cameras->answerRequests();
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,263 @@
+#include "kit/Helper/ZVLocalization.h"
+#include "tests/flow/FlowTest.h"
+
+#include <regex>
+
+namespace zuvi {
+namespace {
+
+/// A platform queue that runs when the test says so.
+class ManualQueue final : public DispatchQueue {
+public:
+  WorkId async(Work work) override {
+    waiting_.push_back(std::move(work));
+    return waiting_.size();
+  }
+  void run() {
+    for (auto& work : std::exchange(waiting_, {}))
+      work();
+  }
+
+private:
+  std::vector<Work> waiting_;
+};
+
+class RecorderTest : public FlowTest {
+protected:
+  void open() {
+    registerMerchant("{}");
+    launch();
+    tapBottom();
+    ASSERT_EQ(top(), "ZVLiveCameraViewController");
+  }
+  std::string figure() {
+    const auto label = step<ZVLiveCameraViewController>()->startTimerLabel.lock();
+    return label->text().value_or("-") + (label->alpha() > 0 ? "" : " hidden");
+  }
+  std::string caption() {
+    return step<ZVLiveCameraViewController>()->recordLabel.lock()->text().value_or("-");
+  }
+  bool instructionShows() {
+    return step<ZVLiveCameraViewController>()->gifImageView.lock()->alpha() > 0;
+  }
+  std::size_t filesLeft() const {
+    std::error_code none;
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(documents, none), {}));
+  }
+};
+
+TEST_F(RecorderTest, CountsSecondBySecond) {
+  open();
+  const auto recorder = [this] { return step<ZVLiveCameraViewController>(); };
+  const auto ring = [&] { return recorder()->recordButton.lock()->layer(); };
+  EXPECT_EQ(ring()->borderWidth(), 2);
+  EXPECT_EQ(ring()->borderColor(), UIColor::white());
+  EXPECT_EQ(ring()->cornerRadius(), ring()->frame().width / 2);
+  EXPECT_EQ(title(), localized("livenessCameraTitle"));
+  EXPECT_EQ(shell().containerBottomSpace.lock()->constant(), 0);
+  EXPECT_EQ(page(), 0) << "the dots stay as they were";
+  EXPECT_EQ(figure(), "5 hidden");
+  EXPECT_EQ(caption(), localized("record"));
+  tap("recordButton");
+  const struct {
+    const char *figure, *caption;
+    std::size_t films;
+    bool instruction;
+  } seconds[] = {
+      {"5", "00:07", 0, true},           {"4", "00:07", 0, true},
+      {"3", "00:07", 0, true},           {"2", "00:07", 0, true},
+      {"1", "00:07", 0, true},           {"0 hidden", "00:07", 1, false},
+      {"-1 hidden", "00:06", 1, false},  {"-2 hidden", "00:05", 1, false},
+      {"-3 hidden", "00:04", 1, false},  {"-4 hidden", "00:03", 1, false},
+      {"-5 hidden", "00:02", 1, false},  {"-6 hidden", "00:01", 1, false},
+  };
+  for (const auto& second : seconds) { // half a second past each
+    EXPECT_EQ(figure(), second.figure);
+    EXPECT_EQ(caption(), second.caption) << second.figure;
+    EXPECT_EQ(front->films.size(), second.films) << second.figure;
+    EXPECT_EQ(instructionShows(), second.instruction) << second.figure;
+    EXPECT_EQ(front->filmsStopped, 0);
+    time.advance(1);
+  }
+  EXPECT_EQ(front->filmsStopped, 1);
+  EXPECT_EQ(top(), "ZVLivenessVerifyViewController");
+  EXPECT_EQ(step<ZVLivenessVerifyViewController>()->video.value().string(), film);
+  EXPECT_EQ(filesLeft(), 0U) << "the bytes are the only copy";
+  EXPECT_TRUE(std::regex_search(
+      front->films[0],
+      std::regex("/documents/\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d[+-]\\d{4}\\.mov$")))
+      << front->films[0];
+  EXPECT_TRUE(front->isRunning()) << "as long as its screen lives";
+
+  // A retake begins anew.
+  tap("retakeButton");
+  EXPECT_EQ(figure(), "5 hidden");
+  EXPECT_EQ(caption(), localized("record"));
+  EXPECT_TRUE(instructionShows());
+  EXPECT_TRUE(*shell().showLiveView);
+  front->film = Data(std::string("another"));
+  record();
+  EXPECT_EQ(step<ZVLivenessVerifyViewController>()->video.value().string(), "another");
+  EXPECT_EQ(front->films.size(), 2U);
+}
+
+TEST_F(RecorderTest, HearsOneTapATake) {
+  open();
+  tap("recordButton");
+  time.advance(2); // 2.5 seconds in
+  tap("recordButton");
+  EXPECT_EQ(figure(), "2");
+  time.advance(5);
+  tap("recordButton"); // while it films
+  EXPECT_EQ(caption(), "00:04");
+  time.advance(4);
+  EXPECT_EQ(top(), "ZVLivenessVerifyViewController");
+  EXPECT_EQ(front->films.size(), 1U);
+  EXPECT_TRUE(time.waitUntil([this] { return backend.events().size() == 2; }));
+}
+
+TEST_F(RecorderTest, LeavesNothingWhenItIsLeft) {
+  for (const double seconds : {0.5, 4.0, 5.0, 8.0, 11.0}) {
+    open();
+    tap("recordButton");
+    time.advance(seconds);
+    const auto films = front->films.size();
+    tap("backButton");
+    EXPECT_EQ(top(), "ZVMainViewController");
+    EXPECT_FALSE(*shell().showBackButton);
+    time.advance(10);
+    EXPECT_EQ(top(), "ZVMainViewController") << seconds;
+    EXPECT_EQ(front->films.size(), films) << seconds;
+    EXPECT_EQ(filesLeft(), 0U) << seconds;
+    EXPECT_FALSE(front->isRunning());
+    host->dismiss(false);
+    settle();
+  }
+  EXPECT_EQ(front->filmsDiscarded, 3);
+}
+
+TEST_F(RecorderTest, LeavesNothingWhenTheFilmHasJustEnded) {
+  for (const int stage : {0, 1, 2}) {
+    ManualQueue platform;
+    const auto own = make<ScriptedCameraProvider>(platform);
+    own->front->film = Data(film);
+    AVCaptureDevice::setProvider(own);
+    open();
+    tap("recordButton");
+    time.advance(11.5);
+    EXPECT_EQ(own->front->filmsStopped, 1);
+    EXPECT_EQ(filesLeft(), 1U) << "the film is there, nobody was told yet";
+    for (int i = 0; i < stage; i++) // with two turns the news is on its way to the main queue
+      platform.run();
+    tap("backButton");
+    for (int i = 0; i < 3; i++) {
+      platform.run();
+      settle();
+    }
+    EXPECT_EQ(top(), "ZVMainViewController");
+    EXPECT_EQ(filesLeft(), 0U) << stage;
+    host->dismiss(false);
+    settle();
+  }
+}
+
+TEST_F(RecorderTest, GoesOnWithoutACamera) {
+  for (const bool missing : {true, false}) {
+    cameras->front = missing ? nullptr : front;
+    front->opens = missing; // the second time it can't be opened
+    open();
+    for (int take = 0; take < 2; take++) {
+      tap("recordButton");
+      time.advance(7);
+      EXPECT_EQ(figure(), "-2 hidden");
+      time.advance(20);
+      EXPECT_EQ(caption(), "00:00");
+      EXPECT_EQ(top(), "ZVLiveCameraViewController");
+    }
+    EXPECT_TRUE(front->films.empty());
+    tap("backButton");
+    EXPECT_EQ(top(), "ZVMainViewController");
+    host->dismiss(false);
+    settle();
+  }
+}
+
+TEST_F(RecorderTest, CountsOnlyWithPermission) {
+  using Status = AVAuthorizationStatus;
+  open();
+  for (const Status status : {Status::Denied, Status::Restricted}) {
+    cameras->status = status;
+    tap("recordButton");
+    time.advance(20);
+    EXPECT_EQ(figure(), "5");
+    EXPECT_EQ(caption(), "00:07");
+  }
+  EXPECT_EQ(cameras->requests, 0);
+  cameras->status = Status::NotDetermined;
+  cameras->grants = false;
+  tap("recordButton");
+  time.advance(20);
+  EXPECT_EQ(cameras->requests, 1);
+  EXPECT_EQ(figure(), "5");
+
+  // Two taps while the question is open: one timer.
+  cameras->status = Status::NotDetermined;
+  cameras->grants = true;
+  cameras->answersRequests = false;
+  tap("recordButton");
+  tap("recordButton");
+  time.advance(20);
+  EXPECT_EQ(figure(), "5");
+  cameras->answerRequests();
+  time.advance(1.5);
+  EXPECT_EQ(figure(), "4");
+  time.advance(11);
+  EXPECT_EQ(top(), "ZVLivenessVerifyViewController");
+
+  // The answer finds nobody.
+  tap("retakeButton");
+  cameras->status = Status::NotDetermined;
+  tap("recordButton");
+  tap("backButton");
+  cameras->answerRequests();
+  time.advance(20);
+  EXPECT_EQ(top(), "ZVMainViewController");
+  EXPECT_EQ(front->films.size(), 1U);
+}
+
+TEST_F(RecorderTest, StaysWhenThereIsNoFilm) {
+  open();
+  // No picture in it
+  front->film = std::nullopt;
+  tap("recordButton");
+  time.advance(20);
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  EXPECT_EQ(caption(), "00:00");
+  // A folder that has become a file
+  front->film = Data(film);
+  tap("recordButton");
+  time.advance(6);
+  std::filesystem::remove_all(documents);
+  folder.write("documents", "in the way");
+  time.advance(20);
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  std::filesystem::remove(documents);
+  // Pulled out while it films: what was filmed counts
+  tap("recordButton");
+  time.advance(7);
+  front->unplug();
+  settle();
+  EXPECT_EQ(top(), "ZVLivenessVerifyViewController");
+  EXPECT_EQ(step<ZVLivenessVerifyViewController>()->video.value().string(), film);
+  time.advance(20);
+  EXPECT_EQ(top(), "ZVLivenessVerifyViewController");
+  // Gone for good
+  tap("retakeButton");
+  tap("recordButton");
+  time.advance(20);
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+}
+
+} // namespace
+} // namespace zuvi

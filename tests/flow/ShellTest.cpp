@@ -1,0 +1,240 @@
+// The frame of the flow: what steps publish, its buttons, the keyboard, and the plain screens.
+
+#include "kit/Helper/LiveChat/LiveChatMessage.h"
+#include "kit/Helper/LiveChat/LiveChatPresenter.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/UI/ViewControllers/ZVMainViewController.h"
+#include "kit/UI/Views/ZVDocumentButton.h"
+#include "platform/UIKit/UIAlertController.h"
+#include "tests/flow/FlowTest.h"
+
+namespace zuvi {
+namespace {
+
+struct ScriptedChat final : LiveChatPresenter {
+  bool presented = false;
+  int calls = 0;
+  bool isChatPresented() const override { return presented; }
+  void presentChat(bool animated, std::function<void(bool)>) override { calls += animated; }
+};
+
+class ShellTest : public FlowTest {
+protected:
+  void SetUp() override {
+    registerMerchant(R"({"optional":["passport","national-id","passport"]})");
+    launch();
+  }
+  static double space() { return shell().containerBottomSpace.lock()->constant(); }
+};
+
+TEST_F(ShellTest, TurnsWhatStepsPublishIntoChrome) {
+  ZVRootViewController& frame = shell();
+  const double full = 34 + 88;
+  EXPECT_EQ(space(), full);
+  frame.showLiveView = true;
+  EXPECT_EQ(space(), 0);
+  const auto container = frame.containerView.lock();
+  EXPECT_EQ(container->frame().maxY(), 812) << "laid out at once";
+  EXPECT_EQ(frame.mainNC()->view()->frame().height, container->bounds().height);
+  frame.bottomButtonTitle = std::nullopt;
+  EXPECT_EQ(space(), 0) << "a missing title leaves it alone";
+  EXPECT_EQ(frame.bottomButton.lock()->alpha() + frame.bottomView.lock()->alpha(), 0);
+  frame.bottomButtonTitle = "Go on";
+  EXPECT_FALSE(*frame.showLiveView);
+  EXPECT_EQ(space(), full);
+  EXPECT_EQ(frame.bottomButton.lock()->alpha() + frame.bottomView.lock()->alpha(), 2);
+  EXPECT_EQ(bottomTitle(), "Go on");
+  EXPECT_EQ(frame.bottomButton.lock()->backgroundColor(), UIColor::bytes(0, 178, 87));
+  EXPECT_EQ(frame.bottomView.lock()->backgroundColor(), UIColor::bytes(0, 178, 87));
+
+  const auto dots = frame.pageControl.lock();
+  EXPECT_EQ(dots->numberOfPages(), 4);
+  for (const auto& [page, alpha, shown, green] :
+       {std::tuple{2, 1, 2, false}, {-1, 0, 2, false}, {0, 1, 0, true}, {3, 1, 3, false}}) {
+    frame.currentPage = page;
+    EXPECT_EQ(dots->alpha(), alpha) << page;
+    EXPECT_EQ(dots->currentPage(), shown) << page;
+    EXPECT_EQ(dots->currentPageIndicatorTintColor(),
+              green ? UIColor::bytes(0, 178, 87) : UIColor::bytes(235, 87, 87));
+  }
+  for (const bool shown : {true, false}) {
+    frame.showBackButton = shown;
+    EXPECT_EQ(frame.backButton.lock()->alpha(), shown ? 1 : 0);
+  }
+  frame.desc = "Words";
+  EXPECT_EQ(frame.descriptionLabel.lock()->text(), "Words");
+  frame.desc = std::nullopt;
+  EXPECT_FALSE(frame.descriptionLabel.lock()->text());
+}
+
+TEST_F(ShellTest, ColoursTheLastCharacterOfTheTitle) {
+  using Ranges = std::vector<AttributedString::ColorRange>;
+  for (const auto& [text, at] : std::map<std::string, std::size_t>{
+           {"Passport.", 8}, {"é", 0}, {"Carte d’identité", 15}, {"日本😀", 2}}) {
+    shell().titleText = text;
+    const auto shown = shell().titleLabel.lock()->attributedText().value();
+    EXPECT_EQ(shown.text, text);
+    EXPECT_EQ(shown.colors, (Ranges{{at, 1, UIColor::bytes(71, 168, 232)}})) << text;
+  }
+  shell().titleText = "";
+  EXPECT_TRUE(shell().titleLabel.lock()->attributedText().value().colors.empty());
+  shell().titleText = std::nullopt;
+  EXPECT_FALSE(shell().titleLabel.lock()->text());
+}
+
+TEST_F(ShellTest, MakesRoomForTheKeyboard) {
+  const auto post = [](const char* name, const Value& frame, const Value& duration) {
+    NotificationCenter::defaultCenter().post(
+        name, {{UIKeyboardFrameEndUserInfoKey, frame},
+               {UIKeyboardAnimationDurationUserInfoKey, duration}});
+  };
+  const Value::Dictionary keyboard{{"x", 0}, {"y", 512}, {"width", 375}, {"height", 300}};
+  const Value malformed[] = {nullptr, 7, "text", Value::Dictionary{{"height", "300"}},
+                             Value::Dictionary{}};
+  for (const Value& frame : malformed)
+    post(UIKeyboardWillShowNotification, frame, 0.25);
+  for (const Value& duration : malformed)
+    if (!duration.isNumber()) post(UIKeyboardWillShowNotification, keyboard, duration);
+  NotificationCenter::defaultCenter().post(UIKeyboardWillHideNotification);
+  EXPECT_EQ(space(), 34 + 88) << "a notice that says nothing changes nothing";
+
+  post(UIKeyboardWillShowNotification, keyboard, 0.25);
+  EXPECT_EQ(space(), 250);
+  const auto layer = shell().containerView.lock()->layer();
+  EXPECT_TRUE(layer->hasAnimations());
+  time.advance(0.3);
+  EXPECT_FALSE(layer->hasAnimations());
+  EXPECT_EQ(layer->frame().maxY(), 812 - 250);
+  post(UIKeyboardWillHideNotification, keyboard, 0);
+  EXPECT_EQ(space(), 40);
+  shell().showLiveView = false;
+  EXPECT_EQ(space(), 34 + 88) << "back at the next write";
+}
+
+TEST_F(ShellTest, OpensTheChatAndItsMessages) {
+  shell().received({"1", "before there is a chat"});
+  settle();
+  shell().dismiss(false);
+  settle();
+  const auto chat = make<ScriptedChat>();
+  shell().chat = chat;
+  chat->presented = true;
+  shell().received({"2", "seen already"});
+  EXPECT_FALSE(shell().presentedViewController());
+  chat->presented = false;
+  shell().received({"3", "Hello é"});
+  settle();
+  auto alert = std::dynamic_pointer_cast<UIAlertController>(shell().presentedViewController());
+  ASSERT_TRUE(alert);
+  EXPECT_EQ(alert->title() + "|" + alert->message(), "Support|Hello é");
+  ASSERT_EQ(alert->actions().size(), 2U);
+  EXPECT_EQ(alert->actions()[0].title, "Go to Chat");
+  EXPECT_EQ(alert->actions()[1].title, "Cancel");
+  EXPECT_EQ(alert->actions()[1].style, UIAlertAction::Style::Cancel);
+  alert->choose(1);
+  settle();
+  EXPECT_EQ(chat->calls, 0);
+  alert->actions()[0].handler();
+  EXPECT_EQ(chat->calls, 1);
+  chat->presented = true;
+  alert->actions()[0].handler();
+  EXPECT_EQ(chat->calls, 1) << "it is open already";
+  shell().handleURL(URL::fromString("https://host/a").value());
+  EXPECT_EQ(opened, std::vector<std::string>{"https://host/a"});
+  EXPECT_EQ(shell().supportedInterfaceOrientations(), 2U);
+  EXPECT_EQ(shell().preferredInterfaceOrientationForPresentation(), 1);
+}
+
+TEST_F(ShellTest, ShowsTheStartAndRestoresIt) {
+  const auto expectStart = [this] {
+    const auto screen = step<ZVMainViewController>();
+    ASSERT_TRUE(screen);
+    EXPECT_EQ(screen->titleLabel.lock()->text(), localized("startStepTitle"));
+    EXPECT_EQ(screen->step1Label.lock()->text(), localized("startStep1"));
+    EXPECT_EQ(screen->step2Label.lock()->text(), localized("startStep2"));
+    EXPECT_EQ(screen->infolabel.lock()->text(), localized("startInfo"));
+    EXPECT_EQ(title(), localized("startTitle"));
+    EXPECT_EQ(bottomTitle(), localized("startButton"));
+    EXPECT_FALSE(*shell().showBackButton || *shell().showLiveView);
+    EXPECT_EQ(page(), 0);
+    EXPECT_FALSE(*shell().desc);
+  };
+  expectStart();
+  shell().backButton.lock()->sendActions(UIControlEvent::TouchUpInside);
+  settle();
+  expectStart(); // nothing to go back to
+  tapBottom();
+  record();
+  tap("backButton");
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  tap("backButton");
+  expectStart();
+}
+
+TEST_F(ShellTest, ListsTheOptionalDocuments) {
+  const auto list = make<ZVDocumentListViewController>();
+  list->identityId = "i";
+  shell().mainNC()->pushViewController(list, true);
+  settle();
+  EXPECT_EQ(title(), localized("documentsTitle"));
+  EXPECT_EQ(page(), 2);
+  EXPECT_EQ(bottomTitle(), "-");
+  EXPECT_TRUE(*shell().showBackButton);
+  const auto table = list->tableView.lock();
+  EXPECT_FALSE(table->delaysContentTouches());
+  const ZVDocument documentsOfRows[] = {ZVDocument::passport, ZVDocument::nationalId,
+                                        ZVDocument::passport};
+  EXPECT_EQ(list->numberOfRows(*table), 3U);
+  EXPECT_FALSE(table->cellForRow(3));
+  for (std::size_t i = 0; i < 3; i++) {
+    const auto row = std::dynamic_pointer_cast<ZVDocumentTableViewCell>(table->cellForRow(i));
+    ASSERT_TRUE(row);
+    EXPECT_EQ(row->frame().height, 66);
+    EXPECT_EQ(row->nameLabel.lock()->text(), uppercased(name(documentsOfRows[i])));
+    EXPECT_EQ(row->iconImageView.lock()->image(), icon(documentsOfRows[i]));
+    EXPECT_EQ(row->sideLabel.lock()->isHidden(), i != 1);
+    EXPECT_EQ(row->sideLabel.lock()->text(), "2 " + localized("sides"));
+    const auto border = row->documentButton.lock()->layer();
+    EXPECT_EQ(border->borderWidth(), 1);
+    EXPECT_EQ(border->cornerRadius(), 4);
+    EXPECT_EQ(border->borderColor(), UIColor::bytes(227, 227, 227));
+    row->documentButton.lock()->setHighlighted(true);
+    EXPECT_EQ(border->borderColor(), UIColor::bytes(0, 178, 87));
+    row->documentButton.lock()->setHighlighted(false);
+    EXPECT_EQ(border->borderColor(), UIColor::bytes(227, 227, 227));
+
+    row->documentButton.lock()->sendActions(UIControlEvent::TouchUpInside);
+    settle();
+    const auto camera = step<ZVKYCCameraViewController>();
+    ASSERT_TRUE(camera);
+    EXPECT_EQ(camera->index, i == 1 ? 1 : 0) << "the first of its kind";
+    EXPECT_FALSE(camera->isRequired);
+    EXPECT_EQ(camera->type, ZVKYCCameraType::ineFront);
+    EXPECT_EQ(camera->objectId, "i");
+    tap("backButton");
+    EXPECT_EQ(title(), localized("documentsTitle")) << "the chrome is the list's again";
+  }
+}
+
+TEST_F(ShellTest, AsksBeforeItCancels) {
+  delegate->calls.clear();
+  tap("closeButtonTap");
+  tap("continueButton");
+  tap("closeButtonTap");
+  const auto alert = std::static_pointer_cast<ZVCancelAlertViewController>(
+      shell().presentedViewController());
+  alert->delegate.reset(); // without somebody to tell it only closes
+  tap("cancelButton");
+  EXPECT_TRUE(host->presentedViewController());
+  EXPECT_TRUE(delegate->calls.empty());
+  tap("closeButtonTap");
+  shell().presentedViewController(); // told before the frame has left
+  const auto view = demo::findView("cancelButton", false);
+  std::static_pointer_cast<UIButton>(view)->sendActions(UIControlEvent::TouchUpInside);
+  EXPECT_EQ(delegate->calls, std::vector<std::string>{"cancelled"});
+  settle();
+  EXPECT_FALSE(host->presentedViewController());
+}
+
+} // namespace
+} // namespace zuvi

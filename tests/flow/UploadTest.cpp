@@ -1,0 +1,224 @@
+// The upload screen while its request runs, and the ways out of the flow meanwhile.
+
+#include "kit/Helper/ZVLocalization.h"
+#include "tests/flow/FlowTest.h"
+
+#include <thread>
+
+namespace zuvi {
+namespace {
+
+class UploadTest : public FlowTest {
+protected:
+  void SetUp() override {
+    registerMerchant(R"({"required":["national-id"],"optional":["passport"]})");
+    launch();
+    tapBottom();
+    record();
+  }
+  /// Up to the upload of the document, whose first request waits.
+  void uploadDocument() {
+    tapBottom();
+    arrive("ZVKYCCameraViewController");
+    shoot(jpeg(1));
+    before_ = backend.requests().size();
+    backend.hold();
+    shoot(jpeg(2));
+    expectRequest();
+  }
+  void uploadFilm() {
+    before_ = backend.requests().size();
+    backend.hold();
+    tapBottom();
+    expectRequest();
+  }
+  void expectRequest() {
+    ASSERT_EQ(top(), "ZVUploadViewController");
+    EXPECT_TRUE(time.waitUntil([this] { return backend.requests().size() > before_; }));
+  }
+  /// The request under way reaches its answer, which finds its screen gone.
+  void answerLate() {
+    const auto before = backend.requests().size();
+    EXPECT_FALSE(left_.expired()) << "the request holds it";
+    backend.release();
+    EXPECT_TRUE(time.waitUntil([this] { return left_.expired(); }));
+    settle();
+    EXPECT_EQ(backend.requests().size(), before) << "no second request";
+  }
+  std::size_t depth() { return shell().mainNC()->viewControllers().size(); }
+  void remember() { left_ = shell().mainNC()->topViewController(); }
+
+  std::weak_ptr<UIViewController> left_;
+  std::size_t before_ = 0;
+};
+
+TEST_F(UploadTest, WritesItsChrome) {
+  uploadFilm();
+  const auto screen = step<ZVUploadViewController>();
+  EXPECT_EQ(title(), localized("livenessTitle"));
+  EXPECT_EQ(page(), -1);
+  EXPECT_EQ(bottomTitle(), "-");
+  EXPECT_TRUE(*shell().showBackButton);
+  EXPECT_EQ(shell().containerBottomSpace.lock()->constant(), 34 + 88);
+  EXPECT_EQ(screen->textLabel.lock()->text(), localized("uploadText"));
+  EXPECT_EQ(screen->retakeButton.lock()->title(), localized("retake"));
+  EXPECT_EQ(screen->activityIndicator.lock()->color(), UIColor::bytes(0, 178, 87));
+  backend.release();
+  arrive("ZVKYCCameraViewController");
+  EXPECT_EQ(step<ZVKYCCameraViewController>()->objectId, "identity-1");
+  // Coming back finds the waiting page, with nothing running.
+  tap("backButton");
+  EXPECT_EQ(top(), "ZVUploadViewController");
+  time.advance(5);
+  EXPECT_EQ(backend.requests().size(), 2U);
+}
+
+TEST_F(UploadTest, DropsWhatComesAfterItWasLeft) {
+  uploadFilm();
+  remember();
+  tap("retakeButton"); // past the review
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  EXPECT_EQ(depth(), 2U);
+  answerLate();
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  EXPECT_FALSE(ZVKYCHelper::instance().tempIdentity);
+
+  record();
+  uploadFilm();
+  remember();
+  tap("backButton");
+  EXPECT_EQ(top(), "ZVLivenessVerifyViewController");
+  EXPECT_EQ(bottomTitle(), localized("continue"));
+  answerLate();
+  EXPECT_EQ(top(), "ZVLivenessVerifyViewController");
+  EXPECT_FALSE(ZVKYCHelper::instance().tempIdentity);
+
+  uploadDocument();
+  const auto requests = backend.requests().size();
+  remember();
+  tap("retakeButton");
+  EXPECT_EQ(top(), "ZVKYCCameraViewController");
+  EXPECT_EQ(page(), 2) << "the front again";
+  EXPECT_FALSE(step<ZVKYCCameraViewController>()->isErrorShown);
+  EXPECT_EQ(backend.requests().size(), requests);
+  answerLate();
+  EXPECT_EQ(page(), 2);
+  shoot(jpeg(3));
+  shoot(jpeg(4));
+  arrive("ZVDocumentListViewController");
+}
+
+TEST_F(UploadTest, DropsTheBacksAnswerToo) {
+  tapBottom();
+  arrive("ZVKYCCameraViewController");
+  shoot(jpeg(1));
+  std::atomic<bool> backAsked = false, mayAnswer = false;
+  backend.answer([&](const test::Request& request) {
+    if (request.method == "PUT") {
+      backAsked = true;
+      while (!mayAnswer)
+        std::this_thread::yield();
+    }
+    return succeed(request);
+  });
+  shoot(jpeg(2));
+  EXPECT_TRUE(time.waitUntil([&] { return backAsked.load(); }));
+  remember();
+  tap("backButton");
+  EXPECT_EQ(page(), 3) << "the back's camera";
+  mayAnswer = true;
+  answerLate();
+  EXPECT_EQ(page(), 3);
+  shoot(jpeg(3)); // and goes on from there
+  arrive("ZVDocumentListViewController");
+}
+
+TEST_F(UploadTest, GoesOnUnderTheCancelAlert) {
+  uploadFilm();
+  tap("closeButtonTap");
+  ASSERT_TRUE(std::dynamic_pointer_cast<ZVCancelAlertViewController>(
+      shell().presentedViewController()));
+  const auto alert =
+      std::static_pointer_cast<ZVCancelAlertViewController>(shell().presentedViewController());
+  EXPECT_EQ(alert->modalPresentationStyle, UIModalPresentationStyle::OverCurrentContext);
+  EXPECT_EQ(alert->modalTransitionStyle, UIModalTransitionStyle::CrossDissolve);
+  EXPECT_EQ(alert->titleLabel.lock()->text(), localized("cancelTitle"));
+  EXPECT_EQ(alert->cancelLabel.lock()->text(), localized("cancel"));
+  EXPECT_EQ(alert->continueLabel.lock()->text(), localized("continue"));
+  EXPECT_EQ(alert->cancelButton.lock()->backgroundColor(), UIColor::bytes(0, 178, 87));
+  backend.release();
+  arrive("ZVKYCCameraViewController");
+  EXPECT_TRUE(shell().presentedViewController());
+  tap("continueButton");
+  EXPECT_FALSE(shell().presentedViewController());
+  EXPECT_TRUE(delegate->calls.empty());
+  shoot(jpeg(1));
+  EXPECT_EQ(page(), 3) << "the flow works on";
+
+  tap("closeButtonTap");
+  tap("cancelButton");
+  EXPECT_FALSE(host->presentedViewController());
+  EXPECT_EQ(delegate->calls, std::vector<std::string>{"cancelled"});
+}
+
+TEST_F(UploadTest, AnswersNobodyAfterTheFlowWasCancelled) {
+  uploadFilm();
+  remember();
+  tap("closeButtonTap");
+  tap("cancelButton");
+  EXPECT_EQ(delegate->calls, std::vector<std::string>{"cancelled"});
+  ZVKYCHelper::instance().rootVC = make<ZVRootViewController>(); // it held the old one
+  answerLate();
+  EXPECT_FALSE(ZVKYCHelper::instance().tempIdentity);
+  EXPECT_EQ(delegate->calls.size(), 1U);
+}
+
+TEST_F(UploadTest, KeepsToItsMerchantWhenAnotherComesMeanwhile) {
+  tapBottom();
+  arrive("ZVKYCCameraViewController");
+  registerMerchant("{}"); // no documents any more
+  shoot(jpeg(1));
+  EXPECT_EQ(page(), 3);
+  shoot(jpeg(2));
+  arrive("ZVDocumentListViewController");
+  tap(uppercased(name(ZVDocument::passport)), true);
+  shoot(jpeg(3));
+  arrive("ZVVerifiedViewController");
+  tapBottom();
+  EXPECT_EQ(delegate->calls, std::vector<std::string>{"success identity-1"});
+}
+
+TEST_F(UploadTest, KeysReachNothingThatIsOutOfSight) {
+  const auto press = [this] {
+    UIApplication::shared().keyPressed({"space", " ", false});
+    settle();
+  };
+  backend.hold();
+  ASSERT_TRUE(shell().bottomButton.lock()->becomeFirstResponder());
+  press(); // confirms the film
+  EXPECT_EQ(top(), "ZVUploadViewController");
+  press(); // the bar is hidden by now
+  EXPECT_EQ(depth(), 4U);
+  tap("retakeButton");
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  press(); // the review that owned the button has gone
+  EXPECT_EQ(depth(), 2U);
+  backend.release();
+
+  tap("closeButtonTap");
+  press();
+  EXPECT_TRUE(shell().presentedViewController()) << "keys belong to the alert";
+  EXPECT_EQ(depth(), 2U);
+  tap("continueButton");
+  record();
+  tapBottom();
+  arrive("ZVKYCCameraViewController");
+  ASSERT_TRUE(shell().backButton.lock()->becomeFirstResponder());
+  shell().showBackButton = false;
+  const auto before = depth();
+  press();
+  EXPECT_EQ(depth(), before);
+}
+
+} // namespace
+} // namespace zuvi
