@@ -13,17 +13,17 @@ namespace zuvi::bench {
 class UploadSink {
 public:
   explicit UploadSink(const std::optional<test::Identity>& identity = std::nullopt) {
-    const unsigned flags = MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_AUTO |
-                           (identity ? unsigned(MHD_USE_TLS) : 0U);
+    const unsigned flags =
+        MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_AUTO | (identity ? unsigned(MHD_USE_TLS) : 0U);
     if (identity)
       daemon_ = MHD_start_daemon(flags, 0, nullptr, nullptr, answer, nullptr,
                                  MHD_OPTION_CONNECTION_MEMORY_LIMIT, size_t(1) << 20,
                                  MHD_OPTION_HTTPS_MEM_CERT, identity->certificate.c_str(),
                                  MHD_OPTION_HTTPS_MEM_KEY, identity->key.c_str(), MHD_OPTION_END);
     else
-      daemon_ = MHD_start_daemon(flags, 0, nullptr, nullptr, answer, nullptr,
-                                 MHD_OPTION_CONNECTION_MEMORY_LIMIT, size_t(1) << 20,
-                                 MHD_OPTION_END);
+      daemon_ =
+          MHD_start_daemon(flags, 0, nullptr, nullptr, answer, nullptr,
+                           MHD_OPTION_CONNECTION_MEMORY_LIMIT, size_t(1) << 20, MHD_OPTION_END);
     const auto port = MHD_get_daemon_info(daemon_, MHD_DAEMON_INFO_BIND_PORT)->port;
     address_ = std::string(identity ? "https" : "http") + "://127.0.0.1:" + std::to_string(port);
   }

@@ -15,25 +15,24 @@ namespace {
 const Value::Dictionary& event() {
   static const Value::Dictionary payload{
       {"event", "zuvi_liveness_record_clicked"},
-      {"properties",
-       Value::Dictionary{{"$app_release", "1.0"},
-                         {"$app_version", "1"},
-                         {"$app_build_number", "1"},
-                         {"$app_version_string", "1.0"},
-                         {"$model", "x86_64"},
-                         {"$lib_version", "3.1.6"},
-                         {"$manufacturer", "Apple"},
-                         {"mp_lib", "iphone"},
-                         {"mp_device_model", "x86_64"},
-                         {"$os_version", "6.1.0-18-amd64"},
-                         {"$os", "iOS"},
-                         {"$radio", "None"},
-                         {"$screen_height", 812.0},
-                         {"$screen_width", 375.0},
-                         {"distinct_id", "5F0C6D4B-8F1E-4B57-9D3E-0C8A6E0B3A11"},
-                         {"token", "0f3ab9d17c2e46a8b5d90e7f1c64a382"},
-                         {"$region", "Germany"},
-                         {"$country_code", "Germany"}}}};
+      {"properties", Value::Dictionary{{"$app_release", "1.0"},
+                                       {"$app_version", "1"},
+                                       {"$app_build_number", "1"},
+                                       {"$app_version_string", "1.0"},
+                                       {"$model", "x86_64"},
+                                       {"$lib_version", "3.1.6"},
+                                       {"$manufacturer", "Apple"},
+                                       {"mp_lib", "iphone"},
+                                       {"mp_device_model", "x86_64"},
+                                       {"$os_version", "6.1.0-18-amd64"},
+                                       {"$os", "iOS"},
+                                       {"$radio", "None"},
+                                       {"$screen_height", 812.0},
+                                       {"$screen_width", 375.0},
+                                       {"distinct_id", "5F0C6D4B-8F1E-4B57-9D3E-0C8A6E0B3A11"},
+                                       {"token", "0f3ab9d17c2e46a8b5d90e7f1c64a382"},
+                                       {"$region", "Germany"},
+                                       {"$country_code", "Germany"}}}};
   return payload;
 }
 

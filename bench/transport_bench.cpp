@@ -21,7 +21,9 @@ namespace {
 constexpr std::size_t filmSize = 16u << 20;
 constexpr int rounds = 25;
 
-std::size_t drop(char*, std::size_t size, std::size_t count, void*) { return size * count; }
+std::size_t drop(char*, std::size_t size, std::size_t count, void*) {
+  return size * count;
+}
 
 /// One connection that is kept, as the kit keeps its own.
 class Bare {
@@ -59,7 +61,9 @@ double peakMemory() {
   return 0;
 }
 
-void resetPeak() { std::ofstream("/proc/self/clear_refs") << "5"; }
+void resetPeak() {
+  std::ofstream("/proc/self/clear_refs") << "5";
+}
 
 bool createIdentity(VirtualTime& time, const Data& film) {
   bool done = false, made = false;

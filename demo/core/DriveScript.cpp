@@ -11,8 +11,8 @@ namespace {
 // Fewest and most words behind each command.
 const std::map<std::string, std::pair<std::size_t, std::size_t>>& commands() {
   static const std::map<std::string, std::pair<std::size_t, std::size_t>> known{
-      {"wait", {1, 2}},  {"tap", {1, 1}},   {"expect", {2, 2}}, {"picture", {1, 1}},
-      {"dump", {1, 1}},  {"sleep", {1, 1}}, {"key", {1, 1}},    {"outcome", {0, 1}}};
+      {"wait", {1, 2}}, {"tap", {1, 1}},   {"expect", {2, 2}}, {"picture", {1, 1}},
+      {"dump", {1, 1}}, {"sleep", {1, 1}}, {"key", {1, 1}},    {"outcome", {0, 1}}};
   return known;
 }
 

@@ -51,7 +51,9 @@ void Driver::start() {
   timer_ = Timer::scheduled(lookEvery, Timer::Repeats::Yes, [this] { step(); });
 }
 
-double Driver::elapsed() const { return DispatchQueue::main().now() - commandStart_; }
+double Driver::elapsed() const {
+  return DispatchQueue::main().now() - commandStart_;
+}
 
 void Driver::step() {
   while (at_ < commands_.size()) {
@@ -81,7 +83,8 @@ Driver::Step Driver::run(const DriveCommand& command) {
   if (command.name == "tap") return tap(command);
   if (command.name == "expect") return expect(command);
   if (command.name == "key") {
-    UIApplication::shared().keyPressed({command.word(0), command.word(0).size() == 1 ? command.word(0) : "", false});
+    UIApplication::shared().keyPressed(
+        {command.word(0), command.word(0).size() == 1 ? command.word(0) : "", false});
     return {};
   }
   if (command.name == "picture") {

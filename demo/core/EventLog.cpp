@@ -16,14 +16,18 @@ EventLog::EventLog() : start_(DispatchQueue::main().now()) {
   setPrintListener([this](const std::string& line) { console(line); });
 }
 
-EventLog::~EventLog() { setPrintListener(nullptr); }
+EventLog::~EventLog() {
+  setPrintListener(nullptr);
+}
 
 bool EventLog::open(const std::string& path) {
   file_.reset(std::fopen(path.c_str(), "w"));
   return file_ != nullptr;
 }
 
-double EventLog::elapsed() const { return DispatchQueue::main().now() - start_; }
+double EventLog::elapsed() const {
+  return DispatchQueue::main().now() - start_;
+}
 
 void EventLog::write(Value::Dictionary event) {
   if (!file_) return;

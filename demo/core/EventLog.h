@@ -9,8 +9,8 @@
 
 namespace zuvi::demo {
 
-/// Tells what happens as it happens: a line a reader understands on the console, and one JSON object
-/// a line in the events file, flushed at once.
+/// Tells what happens as it happens: a line a reader understands on the console, and one JSON
+/// object a line in the events file, flushed at once.
 class EventLog {
 public:
   EventLog();

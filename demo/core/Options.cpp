@@ -99,10 +99,8 @@ const std::map<std::string, Reader>& readers() {
       {"--server", readServer},
       {"--tracking", address(&Options::tracking)},
       {"--chat-template", address(&Options::chatTemplate)},
-      {"--ca",
-       [](Options& o, const std::string& v) {
-         return readReadableFile(&Options::authorities, o, v);
-       }},
+      {"--ca", [](Options& o,
+                  const std::string& v) { return readReadableFile(&Options::authorities, o, v); }},
       {"--front-camera", camera(&Options::frontCamera)},
       {"--back-camera", camera(&Options::backCamera)},
       {"--camera-permission", readPermission},

@@ -45,10 +45,8 @@ std::map<std::string, std::weak_ptr<CameraSource>>& openSources() {
 } // namespace
 
 std::shared_ptr<CameraSource> CameraSource::forRecipe(const SourceRecipe& recipe) {
-  // A program may end with a running camera, whose thread must not meet what is destroyed then.
-  static const int registered =
-      std::atexit([] { SerialQueue::camera().async([] { CameraSource::closeAll(); }); });
-  static_cast<void>(registered);
+  static std::once_flag registered;
+  std::call_once(registered, [] { SerialQueue::camera().whenProgramEnds(closeAll); });
   auto& known = openSources()[recipe.key];
   auto source = known.lock();
   if (!source) known = source = make<CameraSource>(recipe);

@@ -47,9 +47,6 @@ public:
   /// The source of that camera; an open one is shared.
   static std::shared_ptr<CameraSource> forRecipe(const SourceRecipe& recipe);
 
-  /// Closes every camera.
-  static void closeAll();
-
   explicit CameraSource(SourceRecipe recipe);
   ~CameraSource();
   CameraSource(const CameraSource&) = delete;
@@ -63,6 +60,7 @@ public:
   void deliver(const CameraFrame& frame);
 
 private:
+  static void closeAll();
   void open();
   void heard(const Pipeline* from, const Pipeline::Event& event);
   void rewind();

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <set>
 #include <unistd.h>
 #include <utility>
 
@@ -36,6 +37,12 @@ std::optional<Error> makePrivateFile(const std::string& path) {
   return std::nullopt;
 }
 
+/// The films whose file is open. Film queue only; never destroyed.
+std::set<FilmGStreamer*>& openFilms() {
+  static auto& films = *new std::set<FilmGStreamer*>;
+  return films;
+}
+
 } // namespace
 
 FilmGStreamer::FilmGStreamer(std::string path, std::optional<double> maxDuration,
@@ -51,6 +58,10 @@ void FilmGStreamer::build() {
   if (!ended_) return; // discarded before its turn came
   if (auto error = makePrivateFile(path_)) return end(std::move(error), true);
   fileMade_ = true;
+  // A film that the end of the program cuts short must not stay on the disk.
+  static std::once_flag registered;
+  std::call_once(registered, [] { SerialQueue::film().whenProgramEnds(discardAll); });
+  openFilms().insert(this);
   if (!encoder_ && !filmEncoders().empty()) encoder_ = &filmEncoders().front();
   auto made = Pipeline::launch(
       std::string("appsrc name=in format=time max-buffers=30 max-bytes=0 max-time=0 "
@@ -70,6 +81,11 @@ void FilmGStreamer::build() {
   if (!pipeline->play()) return end(filmError(AVErrorUnknown, "The film does not start."), false);
   std::lock_guard lock(mutex_);
   pipeline_ = std::move(pipeline);
+}
+
+void FilmGStreamer::discardAll() {
+  for (auto* film : std::set(openFilms()))
+    film->end(filmError(AVErrorOperationInterrupted, "The program ends."), false);
 }
 
 bool FilmGStreamer::frame(const CameraFrame& frame) {
@@ -155,6 +171,7 @@ void FilmGStreamer::discard() {
 void FilmGStreamer::end(std::optional<Error> error, bool keepFile) {
   auto ended = std::exchange(ended_, nullptr);
   if (!ended) return;
+  openFilms().erase(this);
   std::unique_ptr<Pipeline> pipeline;
   {
     std::lock_guard lock(mutex_);

@@ -25,6 +25,7 @@ public:
   void stopBecause(Error error) { finishInput(std::move(error)); }
 
 private:
+  static void discardAll();
   void build();
   void finishInput(std::optional<Error> because);
   void close();

@@ -49,9 +49,10 @@ GstFlowReturn converted(GstAppSink* sink, gpointer data) {
 } // namespace
 
 std::unique_ptr<PreviewBranch> PreviewBranch::start(Handler handler) {
-  auto made = Pipeline::launch("videoconvert name=in ! video/x-raw,format=BGRA ! "
-      "appsink name=out sync=false async=false enable-last-sample=false qos=false",
-      [](const Pipeline::Event& event) {
+  auto made = Pipeline::launch("appsrc name=in format=time max-buffers=1 max-bytes=0 max-time=0 "
+                               "leaky-type=downstream ! videoconvert ! video/x-raw,format=BGRA ! "
+                               "appsink name=out sync=false enable-last-sample=false qos=false",
+                               [](const Pipeline::Event& event) {
                                  if (event.kind == Pipeline::Event::Kind::Failed)
                                    print("The camera's preview ended: " + event.error.description);
                                });
@@ -68,18 +69,7 @@ std::unique_ptr<PreviewBranch> PreviewBranch::start(Handler handler) {
 }
 
 void PreviewBranch::push(const CameraFrame& frame) {
-  static bool started = false;
-  GstRef<GstPad> pad(gst_element_get_static_pad(pipeline_->element("in"), "sink"));
-  if (!started || true) {
-    GstMini<GstCaps> have(gst_pad_get_current_caps(pad.get()));
-    if (!have) {
-    gst_pad_send_event(pad.get(), gst_event_new_stream_start("x"));
-    gst_pad_send_event(pad.get(), gst_event_new_caps(gst_sample_get_caps(frame.sample.get())));
-    GstSegment seg; gst_segment_init(&seg, GST_FORMAT_TIME);
-    gst_pad_send_event(pad.get(), gst_event_new_segment(&seg));
-    started = true; }
-  }
-  gst_pad_chain(pad.get(), gst_buffer_ref(gst_sample_get_buffer(frame.sample.get())));
+  gst_app_src_push_sample(GST_APP_SRC(pipeline_->element("in")), frame.sample.get());
 }
 
 } // namespace zuvi

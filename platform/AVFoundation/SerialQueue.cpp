@@ -1,51 +1,63 @@
 #include "platform/AVFoundation/SerialQueue.h"
 
 #include <chrono>
+#include <cstdlib>
 
 namespace zuvi {
 
 SerialQueue::SerialQueue() : thread_([this] { run(); }) {}
 
-SerialQueue::~SerialQueue() {
-  {
-    std::lock_guard lock(mutex_);
-    ending_ = true;
-  }
-  changed_.notify_all();
-  thread_.join();
-}
-
-namespace {
-
-/// A queue whose work may still post to the others when the program ends, so they have to outlive
-/// it.
-struct LateQueue : SerialQueue {
-  LateQueue() {
-    DispatchQueue::main();
-    DispatchQueue::global();
-  }
-};
-
-} // namespace
+// Neither is ever destroyed: sessions in static objects may end after everything else.
 
 SerialQueue& SerialQueue::film() {
-  static LateQueue queue;
-  return queue;
+  static auto* queue = new SerialQueue;
+  return *queue;
 }
 
 SerialQueue& SerialQueue::camera() {
-  film();
-  static LateQueue queue;
-  return queue;
+  static auto* queue = [] {
+    std::atexit([] {
+      camera().end();
+      film().end(); // what a camera's end does to its films runs here
+    });
+    return new SerialQueue;
+  }();
+  return *queue;
 }
 
 void SerialQueue::asyncAfter(TimeInterval delay, Work work) {
   const auto deadline = SystemClock().now() + delay;
   {
-    std::lock_guard lock(mutex_);
-    waiting_.emplace(deadline, std::move(work));
+    const std::lock_guard lock(mutex_);
+    if (state_ != State::Ended) {
+      waiting_.emplace(deadline, std::move(work));
+      changed_.notify_all();
+      return;
+    }
   }
-  changed_.notify_all();
+  if (delay == 0) work();
+}
+
+void SerialQueue::whenProgramEnds(Work work) {
+  camera(); // which arranges for the end of both
+  const std::lock_guard lock(mutex_);
+  last_.push_back(std::move(work));
+}
+
+void SerialQueue::end() {
+  std::vector<Work> last;
+  {
+    const std::lock_guard lock(mutex_);
+    last.swap(last_);
+  }
+  for (auto& work : last)
+    async(std::move(work));
+  {
+    const std::lock_guard lock(mutex_);
+    state_ = State::Ending;
+    changed_.notify_all();
+  }
+  thread_.join();
 }
 
 void SerialQueue::run() {
@@ -58,7 +70,8 @@ void SerialQueue::run() {
       work();
       work = nullptr; // what it holds may post to this queue as it goes
       lock.lock();
-    } else if (ending_) {
+    } else if (state_ == State::Ending) {
+      state_ = State::Ended;
       return;
     } else if (waiting_.empty()) {
       changed_.wait(lock);

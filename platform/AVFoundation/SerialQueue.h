@@ -6,6 +6,7 @@
 #include <map>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace zuvi {
 
@@ -14,8 +15,6 @@ namespace zuvi {
 class SerialQueue {
 public:
   SerialQueue();
-  /// Runs what waits without a delay, then ends the thread.
-  ~SerialQueue();
   SerialQueue(const SerialQueue&) = delete;
   SerialQueue& operator=(const SerialQueue&) = delete;
 
@@ -25,15 +24,20 @@ public:
   static SerialQueue& film();
 
   void async(Work work) { asyncAfter(0, std::move(work)); }
+  /// Once the queue has ended, work runs at once on the caller's thread and delayed work never.
   void asyncAfter(TimeInterval delay, Work work);
+  /// Has `work` run last when the program ends: nothing may be left open then.
+  void whenProgramEnds(Work work);
 
 private:
+  void end();
   void run();
 
   std::mutex mutex_;
   std::condition_variable changed_;
   std::multimap<TimeInterval, Work> waiting_; // by deadline, on the machine's clock
-  bool ending_ = false;
+  std::vector<Work> last_;
+  enum class State { Open, Ending, Ended } state_ = State::Open;
   std::thread thread_;
 };
 

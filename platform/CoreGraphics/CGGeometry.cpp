@@ -29,8 +29,8 @@ CGAffineTransform CGAffineTransform::rotation(double radians) {
 }
 
 CGAffineTransform CGAffineTransform::concatenating(const CGAffineTransform& n) const {
-  return {a * n.a + b * n.c,         a * n.b + b * n.d,         c * n.a + d * n.c,
-          c * n.b + d * n.d,         tx * n.a + ty * n.c + n.tx, tx * n.b + ty * n.d + n.ty};
+  return {a * n.a + b * n.c, a * n.b + b * n.d,          c * n.a + d * n.c,
+          c * n.b + d * n.d, tx * n.a + ty * n.c + n.tx, tx * n.b + ty * n.d + n.ty};
 }
 
 std::optional<CGAffineTransform> CGAffineTransform::inverted() const {
@@ -49,10 +49,9 @@ CGPoint CGAffineTransform::apply(CGPoint p) const {
 }
 
 CGRect CGAffineTransform::apply(const CGRect& rect) const {
-  const CGPoint corners[] = {apply(CGPoint{rect.minX(), rect.minY()}),
-                             apply(CGPoint{rect.maxX(), rect.minY()}),
-                             apply(CGPoint{rect.minX(), rect.maxY()}),
-                             apply(CGPoint{rect.maxX(), rect.maxY()})};
+  const CGPoint corners[] = {
+      apply(CGPoint{rect.minX(), rect.minY()}), apply(CGPoint{rect.maxX(), rect.minY()}),
+      apply(CGPoint{rect.minX(), rect.maxY()}), apply(CGPoint{rect.maxX(), rect.maxY()})};
   double left = corners[0].x, right = left, top = corners[0].y, bottom = top;
   for (const CGPoint& corner : corners) {
     left = std::min(left, corner.x);

@@ -35,9 +35,13 @@ CGImage::CGImage(std::unique_ptr<Native> native) : native_(std::move(native)) {}
 
 CGImage::~CGImage() = default;
 
-int CGImage::width() const { return gdk_texture_get_width(native_->texture); }
+int CGImage::width() const {
+  return gdk_texture_get_width(native_->texture);
+}
 
-int CGImage::height() const { return gdk_texture_get_height(native_->texture); }
+int CGImage::height() const {
+  return gdk_texture_get_height(native_->texture);
+}
 
 Data CGImage::pixels() const {
   const std::size_t row = 4 * static_cast<std::size_t>(width());

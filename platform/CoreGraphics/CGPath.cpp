@@ -43,9 +43,13 @@ CGPath CGPath::ellipse(const CGRect& r) {
   return path;
 }
 
-void CGPath::moveTo(CGPoint point) { elements_.push_back({Verb::Move, {point, {}, {}}}); }
+void CGPath::moveTo(CGPoint point) {
+  elements_.push_back({Verb::Move, {point, {}, {}}});
+}
 
-void CGPath::lineTo(CGPoint point) { elements_.push_back({Verb::Line, {point, {}, {}}}); }
+void CGPath::lineTo(CGPoint point) {
+  elements_.push_back({Verb::Line, {point, {}, {}}});
+}
 
 void CGPath::curveTo(CGPoint control1, CGPoint control2, CGPoint end) {
   elements_.push_back({Verb::Curve, {control1, control2, end}});
@@ -71,7 +75,9 @@ void CGPath::arc(CGPoint center, double radius, double start, double end) {
   }
 }
 
-void CGPath::close() { elements_.push_back({Verb::Close, {}}); }
+void CGPath::close() {
+  elements_.push_back({Verb::Close, {}});
+}
 
 CGRect CGPath::boundingBox() const {
   bool any = false;

@@ -52,10 +52,10 @@ std::shared_ptr<const CTFont> CTFont::named(const std::string& postScriptName, d
 
 std::shared_ptr<const CTFont> CTFont::system(double size, FontWeight weight) {
   PangoFontDescription* description = pango_font_description_from_string("Sans");
-  pango_font_description_set_weight(description,
-                                    weight == FontWeight::Regular    ? PANGO_WEIGHT_NORMAL
-                                    : weight == FontWeight::SemiBold ? PANGO_WEIGHT_SEMIBOLD
-                                                                     : PANGO_WEIGHT_BOLD);
+  pango_font_description_set_weight(description, weight == FontWeight::Regular ? PANGO_WEIGHT_NORMAL
+                                                 : weight == FontWeight::SemiBold
+                                                     ? PANGO_WEIGHT_SEMIBOLD
+                                                     : PANGO_WEIGHT_BOLD);
   auto font = std::make_shared<CTFont>();
   font->name_ = "Sans";
   font->size_ = size;
@@ -66,8 +66,8 @@ std::shared_ptr<const CTFont> CTFont::system(double size, FontWeight weight) {
 std::shared_ptr<const CTFont> CTFont::withSize(double size) const {
   auto font = std::make_shared<CTFont>(*this);
   font->size_ = size;
-  font->description_ = hold(
-      pango_font_description_copy(static_cast<const PangoFontDescription*>(native())), size);
+  font->description_ =
+      hold(pango_font_description_copy(static_cast<const PangoFontDescription*>(native())), size);
   return font;
 }
 
@@ -82,7 +82,8 @@ double CTFont::lineHeight() const {
 bool CTFontManagerRegisterFontsForURL(const std::string& path) {
   static std::set<std::string> registered;
   if (registered.contains(path)) return false;
-  if (!FcConfigAppFontAddFile(nullptr, reinterpret_cast<const FcChar8*>(path.c_str()))) return false;
+  if (!FcConfigAppFontAddFile(nullptr, reinterpret_cast<const FcChar8*>(path.c_str())))
+    return false;
   registered.insert(path);
   pango_fc_font_map_config_changed(PANGO_FC_FONT_MAP(pango_context_get_font_map(textContext())));
   return true;

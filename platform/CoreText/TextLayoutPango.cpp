@@ -41,9 +41,13 @@ static std::string transformed(const std::string& text, char* (*transform)(const
   return result;
 }
 
-std::string uppercased(const std::string& text) { return transformed(text, g_utf8_strup); }
+std::string uppercased(const std::string& text) {
+  return transformed(text, g_utf8_strup);
+}
 
-std::string lowercased(const std::string& text) { return transformed(text, g_utf8_strdown); }
+std::string lowercased(const std::string& text) {
+  return transformed(text, g_utf8_strdown);
+}
 
 TextLayout::TextLayout(const AttributedString& text, const Style& style, double width)
     : color_(style.color) {
@@ -59,11 +63,12 @@ TextLayout::TextLayout(const AttributedString& text, const Style& style, double 
   for (const auto& range : text.colors) {
     if (range.location >= count) continue;
     const std::size_t end = range.location + std::min(range.length, count - range.location);
-    PangoAttribute* color = pango_attr_foreground_new(static_cast<guint16>(range.color.red * 65535),
-                                                      static_cast<guint16>(range.color.green * 65535),
-                                                      static_cast<guint16>(range.color.blue * 65535));
-    color->start_index =
-        static_cast<guint>(g_utf8_offset_to_pointer(valid, static_cast<glong>(range.location)) - valid);
+    PangoAttribute* color =
+        pango_attr_foreground_new(static_cast<guint16>(range.color.red * 65535),
+                                  static_cast<guint16>(range.color.green * 65535),
+                                  static_cast<guint16>(range.color.blue * 65535));
+    color->start_index = static_cast<guint>(
+        g_utf8_offset_to_pointer(valid, static_cast<glong>(range.location)) - valid);
     color->end_index =
         static_cast<guint>(g_utf8_offset_to_pointer(valid, static_cast<glong>(end)) - valid);
     pango_attr_list_insert(attributes, color);

@@ -19,9 +19,8 @@ Data encodePNG(const CGImage& image) {
   GBytes* bytes = gdk_texture_save_to_png_bytes(image.native().texture);
   gsize size = 0;
   const void* start = g_bytes_get_data(bytes, &size);
-  return Data(std::shared_ptr<const void>(
-                  bytes, [](GBytes* held) { g_bytes_unref(held); }),
-              start, size);
+  return Data(std::shared_ptr<const void>(bytes, [](GBytes* held) { g_bytes_unref(held); }), start,
+              size);
 }
 
 } // namespace zuvi

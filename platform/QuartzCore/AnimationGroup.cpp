@@ -8,7 +8,9 @@ namespace {
 AnimationGroup* currentGroup = nullptr;
 }
 
-AnimationGroup* AnimationGroup::current() { return currentGroup; }
+AnimationGroup* AnimationGroup::current() {
+  return currentGroup;
+}
 
 void AnimationGroup::run(const std::function<void()>& changes) {
   AnimationGroup* outer = currentGroup;

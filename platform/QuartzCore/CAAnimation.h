@@ -25,10 +25,18 @@ enum class LayerProperty {
 /// The value of one property, as numbers that can be mixed.
 using LayerValue = std::array<double, 6>;
 
-inline LayerValue layerValue(double v) { return {v}; }
-inline LayerValue layerValue(CGPoint p) { return {p.x, p.y}; }
-inline LayerValue layerValue(const CGRect& r) { return {r.x, r.y, r.width, r.height}; }
-inline LayerValue layerValue(const CGColor& c) { return {c.red, c.green, c.blue, c.alpha}; }
+inline LayerValue layerValue(double v) {
+  return {v};
+}
+inline LayerValue layerValue(CGPoint p) {
+  return {p.x, p.y};
+}
+inline LayerValue layerValue(const CGRect& r) {
+  return {r.x, r.y, r.width, r.height};
+}
+inline LayerValue layerValue(const CGColor& c) {
+  return {c.red, c.green, c.blue, c.alpha};
+}
 inline LayerValue layerValue(const CGAffineTransform& t) {
   return {t.a, t.b, t.c, t.d, t.tx, t.ty};
 }

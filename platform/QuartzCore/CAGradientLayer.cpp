@@ -9,6 +9,8 @@ void CAGradientLayer::setColors(std::vector<CGColor> colors) {
   setNeedsDisplay();
 }
 
-void CAGradientLayer::draw(DrawingContext& context) { context.fillGradient(bounds(), colors_); }
+void CAGradientLayer::draw(DrawingContext& context) {
+  context.fillGradient(bounds(), colors_);
+}
 
 } // namespace zuvi

@@ -43,7 +43,8 @@ void CALayer::insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index) 
   if (!layer) return;
   layer->removeFromSuperlayer();
   layer->superlayer_ = this;
-  const auto at = sublayers_.begin() + static_cast<std::ptrdiff_t>(std::min(index, sublayers_.size()));
+  const auto at =
+      sublayers_.begin() + static_cast<std::ptrdiff_t>(std::min(index, sublayers_.size()));
   CALayer& inserted = **sublayers_.insert(at, std::move(layer));
   inserted.setNeedsPlacement();
 }

@@ -114,7 +114,9 @@ bool CALayer::isAnimating(LayerProperty property) const {
   });
 }
 
-void CALayer::removeAnimation(const std::string& key) { finish(key, false); }
+void CALayer::removeAnimation(const std::string& key) {
+  finish(key, false);
+}
 
 void CALayer::removeAllAnimations() {
   while (!animations_.empty())

@@ -29,7 +29,9 @@ void trace(cairo_t* context, const CGPath& path) {
 
 } // namespace
 
-double DrawingContext::scale() const { return native_.scale; }
+double DrawingContext::scale() const {
+  return native_.scale;
+}
 
 void DrawingContext::fill(const CGRect& rect, const CGColor& color) {
   if (rect.isEmpty() || color.alpha <= 0) return;
@@ -77,8 +79,8 @@ void DrawingContext::fillGradient(const CGRect& rect, const std::vector<CGColor>
   for (std::size_t i = 0; i < colors.size(); i++)
     stops.push_back({float(i) / float(colors.size() - 1), toGdk(colors[i])});
   const graphene_rect_t area = toGraphene(rect);
-  const graphene_point_t top = GRAPHENE_POINT_INIT(float(rect.midX()), float(rect.minY()));
-  const graphene_point_t bottom = GRAPHENE_POINT_INIT(float(rect.midX()), float(rect.maxY()));
+  const graphene_point_t top{float(rect.midX()), float(rect.minY())};
+  const graphene_point_t bottom{float(rect.midX()), float(rect.maxY())};
   gtk_snapshot_append_linear_gradient(native_.snapshot, &area, &top, &bottom, stops.data(),
                                       stops.size());
 }
@@ -91,7 +93,7 @@ void DrawingContext::drawImage(const CGImage& image, const CGRect& rect) {
 
 void DrawingContext::drawText(const TextLayout& text, CGPoint origin) {
   gtk_snapshot_save(native_.snapshot);
-  const graphene_point_t offset = GRAPHENE_POINT_INIT(float(origin.x), float(origin.y));
+  const graphene_point_t offset{float(origin.x), float(origin.y)};
   gtk_snapshot_translate(native_.snapshot, &offset);
   const GdkRGBA rgba = toGdk(text.color());
   gtk_snapshot_append_layout(native_.snapshot, static_cast<PangoLayout*>(text.native()), &rgba);

@@ -12,7 +12,7 @@ struct DrawingContext::Native {
 };
 
 inline graphene_rect_t toGraphene(const CGRect& r) {
-  return GRAPHENE_RECT_INIT(float(r.x), float(r.y), float(r.width), float(r.height));
+  return {{float(r.x), float(r.y)}, {float(r.width), float(r.height)}};
 }
 
 inline GdkRGBA toGdk(const CGColor& c) {

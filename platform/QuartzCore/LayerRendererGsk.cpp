@@ -33,7 +33,7 @@ CGRect extents(const std::shared_ptr<void>& held) {
 /// The toolkit draws a matrix of unknown kind as an error, so the transform is handed on as two
 /// turns around a stretch, which gives every affine one.
 void applyTransform(GtkSnapshot* snapshot, const CGAffineTransform& t) {
-  const graphene_point_t offset = GRAPHENE_POINT_INIT(float(t.tx), float(t.ty));
+  const graphene_point_t offset{float(t.tx), float(t.ty)};
   gtk_snapshot_translate(snapshot, &offset);
   if (t.a == 1 && t.b == 0 && t.c == 0 && t.d == 1) return;
   const double e = (t.a + t.d) / 2, f = (t.a - t.d) / 2, g = (t.b + t.c) / 2, h = (t.b - t.c) / 2;
@@ -111,8 +111,7 @@ private:
   static bool animatesContent(const CALayer& layer) {
     const auto bounds = layer.bounds();
     return layer.presented(LayerProperty::Bounds) != layerValue(bounds) ||
-           layer.presented(LayerProperty::BackgroundColor) !=
-               layerValue(layer.backgroundColor()) ||
+           layer.presented(LayerProperty::BackgroundColor) != layerValue(layer.backgroundColor()) ||
            layer.presented(LayerProperty::BorderColor) != layerValue(layer.borderColor()) ||
            layer.presented(LayerProperty::CornerRadius) != layerValue(layer.cornerRadius());
   }
@@ -167,8 +166,8 @@ private:
     const double aside = shape.rect.width + 2 * reach;
     const CGSize offset = layer.shadowOffset();
     const GskRoundedRect outline = toRounded(shape.rect.offsetBy(-aside, 0), shape.radius);
-    const graphene_rect_t seen = toGraphene(
-        CGRectInset(shape.rect, -reach, -reach).offsetBy(offset.width, offset.height));
+    const graphene_rect_t seen =
+        toGraphene(CGRectInset(shape.rect, -reach, -reach).offsetBy(offset.width, offset.height));
     gtk_snapshot_push_clip(snapshot, &seen);
     gtk_snapshot_append_outset_shadow(snapshot, &outline, &rgba, float(aside + offset.width),
                                       float(offset.height), 0, float(2 * layer.shadowRadius()));
@@ -214,7 +213,8 @@ private:
     }
     if (cache.content) gtk_snapshot_append_node(snapshot, nodeOf(cache.content));
     for (const auto& sublayer : layer.sublayers())
-      if (sublayer->cache().placed) gtk_snapshot_append_node(snapshot, nodeOf(sublayer->cache().placed));
+      if (sublayer->cache().placed)
+        gtk_snapshot_append_node(snapshot, nodeOf(sublayer->cache().placed));
     if (cache.border) gtk_snapshot_append_node(snapshot, nodeOf(cache.border));
     if (layer.masksToBounds()) gtk_snapshot_pop(snapshot);
     if (opacity < 1) gtk_snapshot_pop(snapshot);

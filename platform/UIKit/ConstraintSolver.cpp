@@ -231,7 +231,9 @@ private:
   std::map<UIView*, Axis> limited_;
 };
 
-double onHalfPoints(double value) { return std::round(value * 2) / 2; }
+double onHalfPoints(double value) {
+  return std::round(value * 2) / 2;
+}
 
 } // namespace
 
@@ -241,7 +243,8 @@ ConstraintSolver::ConstraintSolver(const UIView& container, double width,
   height_ = solved.container_box_.vertical.size;
   for (const auto& [view, box] : solved.boxes_) {
     // Edges, not sizes, go onto the grid, so that neighbours stay neighbours.
-    const double left = onHalfPoints(*box.horizontal.min), right = onHalfPoints(*box.horizontal.max);
+    const double left = onHalfPoints(*box.horizontal.min),
+                 right = onHalfPoints(*box.horizontal.max);
     const double top = onHalfPoints(*box.vertical.min), bottom = onHalfPoints(*box.vertical.max);
     frames_[view] = {left, top, std::max(0.0, right - left), std::max(0.0, bottom - top)};
   }

@@ -64,7 +64,8 @@ std::optional<NibConstraintRule> NibConstraintRule::parse(const std::string& tex
   return rule;
 }
 
-std::optional<std::vector<NibConstraintRule>> NibConstraintRule::parseList(const std::string& text) {
+std::optional<std::vector<NibConstraintRule>>
+NibConstraintRule::parseList(const std::string& text) {
   std::vector<NibConstraintRule> rules;
   std::istringstream stream(text);
   for (std::string part; std::getline(stream, part, ';');) {

@@ -72,9 +72,9 @@ struct OffscreenSurface::Native {
     cairo_surface_t* part = makeSurface({pixels.width / scale, pixels.height / scale}, scale);
     cairo_surface_set_device_offset(part, -pixels.x, -pixels.y);
     cairo_t* context = cairo_create(part);
-    LayerRenderer::draw(root, context,
-                        {pixels.x / scale, pixels.y / scale, pixels.width / scale,
-                         pixels.height / scale});
+    LayerRenderer::draw(
+        root, context,
+        {pixels.x / scale, pixels.y / scale, pixels.width / scale, pixels.height / scale});
     cairo_destroy(context);
     return part;
   }
@@ -87,7 +87,9 @@ OffscreenSurface::OffscreenSurface(CGSize size, double scale, UIEdgeInsets safeA
   UIScreen::main().setSurface(this);
 }
 
-OffscreenSurface::~OffscreenSurface() { UIScreen::main().setSurface(nullptr); }
+OffscreenSurface::~OffscreenSurface() {
+  UIScreen::main().setSurface(nullptr);
+}
 
 bool OffscreenSurface::drawFrame() {
   UIScreen& screen = UIScreen::main();

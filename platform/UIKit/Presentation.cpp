@@ -51,7 +51,7 @@ void Presentation::finishBegin() {
 
 void Presentation::end(bool animated, std::function<void()> completion) {
   const auto self = shared_from_this();
-  settle(); // on its way in still
+  settle();            // on its way in still
   if (ending_) return; // by a completion of that
   ending_ = true;
   for (auto above = presented_->presentation_; above; above = above->presented_->presentation_)

@@ -31,7 +31,9 @@ private:
   GtkWidget* widget_;
 };
 
-ScreenWidget* self(gpointer widget) { return reinterpret_cast<ScreenWidget*>(widget); }
+ScreenWidget* self(gpointer widget) {
+  return reinterpret_cast<ScreenWidget*>(widget);
+}
 
 // Drawing
 
@@ -79,7 +81,9 @@ void onReleased(GtkGestureClick*, int, double x, double y, gpointer) {
   UIApplication::shared().touchEnded({x, y});
 }
 
-void onCancel(GtkGesture*, GdkEventSequence*, gpointer) { UIApplication::shared().touchCancelled(); }
+void onCancel(GtkGesture*, GdkEventSequence*, gpointer) {
+  UIApplication::shared().touchCancelled();
+}
 
 gboolean onScroll(GtkEventControllerScroll* controller, double dx, double dy, gpointer) {
   constexpr double step = 40; // points a notch of the wheel
@@ -148,7 +152,8 @@ void screen_widget_init(ScreenWidget* me) { // NOLINT: named by the macro
   g_signal_connect(click, "cancel", G_CALLBACK(onCancel), widget);
   gtk_widget_add_controller(widget, GTK_EVENT_CONTROLLER(click));
 
-  GtkEventController* scroll = gtk_event_controller_scroll_new(GTK_EVENT_CONTROLLER_SCROLL_BOTH_AXES);
+  GtkEventController* scroll =
+      gtk_event_controller_scroll_new(GTK_EVENT_CONTROLLER_SCROLL_BOTH_AXES);
   g_signal_connect(scroll, "scroll", G_CALLBACK(onScroll), widget);
   gtk_widget_add_controller(widget, scroll);
 

@@ -3,6 +3,7 @@
 #include "platform/UIKit/UIButton.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zuvi {
 
@@ -52,7 +53,7 @@ void UIAlertController::loadView() {
 }
 
 void UIAlertController::choose(std::size_t index) {
-  if (index >= actions_.size()) return;
+  if (index >= actions_.size() || std::exchange(chosen_, true)) return;
   const auto handler = actions_[index].handler;
   dismiss(true);
   if (handler) handler();

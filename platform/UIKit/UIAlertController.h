@@ -34,6 +34,7 @@ private:
   std::string title_, message_;
   std::vector<UIAlertAction> actions_;
   std::shared_ptr<UIView> box_;
+  bool chosen_ = false; ///< an alert takes one answer
   std::vector<std::shared_ptr<UIView>> texts_, buttons_;
 };
 

@@ -104,9 +104,8 @@ void UIButton::layoutSubviews() {
   const CGRect all = bounds();
   const bool hasText = !titleLabel_->text().value_or("").empty();
   CGSize image = imageView_->image() ? imageView_->image()->size() : CGSize{};
-  const double fit = image.height > 0 ? std::min({1.0, all.height / image.height,
-                                                  all.width / image.width})
-                                      : 1;
+  const double fit =
+      image.height > 0 ? std::min({1.0, all.height / image.height, all.width / image.width}) : 1;
   image = {image.width * fit, image.height * fit};
   const double gap = hasText && image.width > 0 ? imageGap : 0;
   const double room = std::max(0.0, all.width - image.width - gap - (hasText ? 2 * padding : 0));
@@ -129,8 +128,7 @@ bool UIButton::setNibAttribute(const std::string& name, const std::string& value
     setTitle(value);
     return true;
   }
-  if (name == "font")
-    return nib::withFont(value, [&](const auto& font) { setFont(font); });
+  if (name == "font") return nib::withFont(value, [&](const auto& font) { setFont(font); });
   if (name == "color") return nib::withColor(value, [&](const UIColor& v) { setTitleColor(v); });
   if (name == "image") {
     setImage(ImageBundleScope::imageNamed(value));

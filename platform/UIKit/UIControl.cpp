@@ -2,7 +2,10 @@
 
 #include "platform/UIKit/KeyPress.h"
 #include "platform/UIKit/NibValues.h"
+#include "platform/UIKit/UIApplication.h"
+#include "platform/UIKit/UIScrollView.h"
 
+#include <cmath>
 #include <vector>
 
 namespace zuvi {
@@ -10,6 +13,8 @@ namespace zuvi {
 namespace {
 // A finger is blunt: it may slip this far off the control, in points, and still mean it.
 constexpr double slip = 48;
+// Beyond this, in points, it no longer rests but drags.
+constexpr double dragBegins = 10;
 } // namespace
 
 void UIControl::addTarget(UIControlEvent event, std::function<void()> target) {
@@ -32,7 +37,9 @@ void UIControl::setEnabled(bool enabled) {
   setNeedsDisplay();
 }
 
-void UIControl::setHighlighted(bool highlighted) { highlighted_ = highlighted; }
+void UIControl::setHighlighted(bool highlighted) {
+  highlighted_ = highlighted;
+}
 
 UIView* UIControl::hitTest(CGPoint point) {
   // What a control is made of hears nothing by itself.
@@ -43,15 +50,32 @@ bool UIControl::reaches(CGPoint point) const {
   return CGRectInset(bounds(), -slip, -slip).contains(point);
 }
 
-void UIControl::touchBegan(CGPoint) {
+void UIControl::touchBegan(CGPoint point) {
   if (!enabled_) return;
   tracking_ = true;
+  touchStart_ = point;
   setHighlighted(true);
   sendActions(UIControlEvent::TouchDown);
 }
 
 void UIControl::touchMoved(CGPoint point) {
+  if (!tracking_) return;
+  if (std::hypot(point.x - touchStart_.x, point.y - touchStart_.y) > dragBegins && handOver(point))
+    return;
   if (tracking_ && reaches(point) != highlighted_) setHighlighted(reaches(point));
+}
+
+/// A finger that drags means the contents around the control, where they can be moved.
+bool UIControl::handOver(CGPoint point) {
+  for (UIView* up = superview(); up; up = up->superview()) {
+    auto* scroller = dynamic_cast<UIScrollView*>(up);
+    if (!scroller || !scroller->canScroll()) continue;
+    const CGPoint place = scroller->convertFromScreen(convertToScreen(point));
+    UIApplication::shared().takeOverTouch(*scroller);
+    scroller->touchBegan(place);
+    return true;
+  }
+  return false;
 }
 
 void UIControl::touchEnded(CGPoint point) {

@@ -8,7 +8,13 @@
 
 namespace zuvi {
 
-enum class UIControlEvent { TouchDown, TouchUpInside, TouchUpOutside, ValueChanged, EditingChanged };
+enum class UIControlEvent {
+  TouchDown,
+  TouchUpInside,
+  TouchUpOutside,
+  ValueChanged,
+  EditingChanged
+};
 
 /// A view that acts when it is touched, or when Space or Return is pressed while it has the focus.
 class UIControl : public UIView {
@@ -41,11 +47,13 @@ public:
 
 private:
   bool reaches(CGPoint point) const;
+  bool handOver(CGPoint point);
 
   std::multimap<UIControlEvent, std::function<void()>> targets_;
   bool enabled_ = true;
   bool highlighted_ = false;
   bool tracking_ = false;
+  CGPoint touchStart_;
   std::shared_ptr<CALayer> focusRing_;
 };
 

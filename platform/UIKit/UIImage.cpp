@@ -16,7 +16,9 @@ const Bundle* scopeBundle = nullptr;
 ImageBundleScope::ImageBundleScope(const Bundle& bundle)
     : outer_(std::exchange(scopeBundle, &bundle)) {}
 
-ImageBundleScope::~ImageBundleScope() { scopeBundle = outer_; }
+ImageBundleScope::~ImageBundleScope() {
+  scopeBundle = outer_;
+}
 
 std::shared_ptr<const UIImage> ImageBundleScope::imageNamed(const std::string& name) {
   return scopeBundle ? UIImage::named(name, *scopeBundle) : nullptr;

@@ -8,7 +8,9 @@
 
 namespace zuvi {
 
-UIImageView::UIImageView() { setUserInteractionEnabled(false); }
+UIImageView::UIImageView() {
+  setUserInteractionEnabled(false);
+}
 
 UIImageView::UIImageView(std::shared_ptr<const UIImage> image) : UIImageView() {
   setImage(std::move(image));
@@ -35,7 +37,9 @@ void UIImageView::play() {
   });
 }
 
-void UIImageView::didMoveToWindow() { play(); }
+void UIImageView::didMoveToWindow() {
+  play();
+}
 
 CGSize UIImageView::intrinsicContentSize() const {
   return image_ ? image_->size() : CGSize{-1, -1};
@@ -80,8 +84,7 @@ void UIImageView::draw(DrawingContext& context) {
   const auto onPixels = [scale](double v) { return std::round(v * scale) / scale; };
   CGRect area = place(shown.size());
   area = {onPixels(area.x), onPixels(area.y), onPixels(area.width), onPixels(area.height)};
-  if (const auto pixels = shown.pixels(area.size(), scale))
-    context.drawImage(*pixels, area);
+  if (const auto pixels = shown.pixels(area.size(), scale)) context.drawImage(*pixels, area);
 }
 
 void UIImageView::describe(Value::Dictionary& description) const {

@@ -112,8 +112,7 @@ bool UILabel::setNibAttribute(const std::string& name, const std::string& value)
     setText(value);
     return true;
   }
-  if (name == "font")
-    return nib::withFont(value, [&](const auto& font) { setFont(font); });
+  if (name == "font") return nib::withFont(value, [&](const auto& font) { setFont(font); });
   if (name == "color") return nib::withColor(value, [&](const UIColor& v) { setTextColor(v); });
   if (name == "lines")
     return nib::withNumberIn(value, 0, 999, [&](double v) { setNumberOfLines(int(v)); });

@@ -15,7 +15,8 @@ namespace zuvi {
 ///     <nib owner="ZVUploadViewController">
 ///       <UIView background="#FFFFFF">
 ///         <UILabel outlet="textLabel" font="SFProText-Regular 16" lines="0" align="center"
-///                  layout="left = super.left + 24; right = super.right - 24; top = icon.bottom + 8"/>
+///                  layout="left = super.left + 24; right = super.right - 24; top = icon.bottom +
+///                  8"/>
 ///         <constraint outlet="space" rule="super.bottom = textLabel.bottom + 88"/>
 ///       </UIView>
 ///     </nib>

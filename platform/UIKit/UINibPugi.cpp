@@ -181,8 +181,9 @@ private:
         connectAction(named);
     }
     for (const auto& [name, constraint, node] : constraintOutlets_) {
-      const auto declared = std::find_if(declaration_.constraints_.begin(), declaration_.constraints_.end(),
-                                         [&](const auto& o) { return o.name == name; });
+      const auto declared =
+          std::find_if(declaration_.constraints_.begin(), declaration_.constraints_.end(),
+                       [&name = name](const auto& o) { return o.name == name; });
       if (declared == declaration_.constraints_.end())
         return refuse(node, "the owner has no outlet " + name);
       if (declared->connected) return refuse(node, "the outlet " + name + " is connected twice");
@@ -195,7 +196,7 @@ private:
     for (const auto& outlet : declaration_.constraints_)
       if (!outlet.connected) refuse(root, "the outlet " + outlet.name + " is missing");
     for (const auto& [name, run] : declaration_.actions_)
-      if (std::none_of(views_.begin(), views_.end(), [&](const Named& named) {
+      if (std::none_of(views_.begin(), views_.end(), [&name = name](const Named& named) {
             return named.node.attribute("action").value() == name;
           }))
         refuse(root, "the action " + name + " is missing");
@@ -256,9 +257,13 @@ UINib::Result UINib::instantiate(NibDeclaration owner) const {
   return load(name_, bundle_.get(), &owner);
 }
 
-UINib::Result UINib::instantiate() const { return load(name_, bundle_.get(), nullptr); }
+UINib::Result UINib::instantiate() const {
+  return load(name_, bundle_.get(), nullptr);
+}
 
-void UINib::setLanguage(std::function<std::string()> asked) { language() = std::move(asked); }
+void UINib::setLanguage(std::function<std::string()> asked) {
+  language() = std::move(asked);
+}
 
 void UINib::registerClass(const std::string& name,
                           std::function<std::shared_ptr<UIView>()> factory) {

@@ -86,7 +86,9 @@ void UIScreen::layoutIfNeeded() {
   layoutScheduled_ = false;
 }
 
-std::vector<CGRect> UIScreen::takeDamage() { return std::exchange(damage_, {}); }
+std::vector<CGRect> UIScreen::takeDamage() {
+  return std::exchange(damage_, {});
+}
 
 void UIScreen::setNeedsFrame() {
   if (surface_) surface_->requestFrame();

@@ -4,7 +4,9 @@
 
 namespace zuvi {
 
-UIScrollView::UIScrollView() { setClipsToBounds(true); }
+UIScrollView::UIScrollView() {
+  setClipsToBounds(true);
+}
 
 void UIScrollView::setContentSize(CGSize size) {
   contentSize_ = size;
@@ -22,6 +24,11 @@ void UIScrollView::setContentOffset(CGPoint offset) {
   setNeedsLayout();
 }
 
+bool UIScrollView::canScroll() const {
+  return scrollEnabled_ &&
+         (contentSize_.width > bounds().width || contentSize_.height > bounds().height);
+}
+
 void UIScrollView::touchBegan(CGPoint point) {
   if (scrollEnabled_) dragStart_ = point;
 }
@@ -32,9 +39,13 @@ void UIScrollView::touchMoved(CGPoint point) {
   setContentOffset({offset.x + dragStart_->x - point.x, offset.y + dragStart_->y - point.y});
 }
 
-void UIScrollView::touchEnded(CGPoint) { dragStart_.reset(); }
+void UIScrollView::touchEnded(CGPoint) {
+  dragStart_.reset();
+}
 
-void UIScrollView::touchCancelled() { dragStart_.reset(); }
+void UIScrollView::touchCancelled() {
+  dragStart_.reset();
+}
 
 bool UIScrollView::scrollWheel(CGPoint delta) {
   const CGPoint before = contentOffset();

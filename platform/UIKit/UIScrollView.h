@@ -14,6 +14,8 @@ public:
   CGPoint contentOffset() const { return bounds().origin(); }
   /// Clamped to the contents.
   void setContentOffset(CGPoint offset);
+  /// Whether there is more than is seen, and moving it is allowed.
+  bool canScroll() const;
   bool isScrollEnabled() const { return scrollEnabled_; }
   void setScrollEnabled(bool enabled) { scrollEnabled_ = enabled; }
   /// Whether a touch waits a moment, in case it scrolls, before the contents hear of it.

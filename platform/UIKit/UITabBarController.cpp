@@ -66,7 +66,8 @@ void UITabBarController::setSelectedIndex(std::size_t index) {
 void UITabBarController::markSelected() {
   for (std::size_t i = 0; i < tabs_.size(); i++) {
     auto& button = static_cast<UIButton&>(*bar_->subviews()[i]);
-    button.setTitleColor(i == selected_ ? UIColor::bytes(33, 150, 243) : UIColor::bytes(96, 104, 116));
+    button.setTitleColor(i == selected_ ? UIColor::bytes(33, 150, 243)
+                                        : UIColor::bytes(96, 104, 116));
   }
 }
 

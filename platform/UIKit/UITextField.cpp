@@ -20,7 +20,8 @@ UITextField::UITextField(const CGRect& frame)
 
 void UITextField::setText(const std::string& text) {
   text_ = text;
-  std::replace_if(text_.begin(), text_.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+  std::replace_if(
+      text_.begin(), text_.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
   caret_ = text_.size();
   changed();
 }
@@ -30,7 +31,9 @@ void UITextField::setPlaceholder(const std::string& placeholder) {
   changed();
 }
 
-void UITextField::setFont(std::shared_ptr<const UIFont> font) { label_->setFont(std::move(font)); }
+void UITextField::setFont(std::shared_ptr<const UIFont> font) {
+  label_->setFont(std::move(font));
+}
 
 void UITextField::changed() {
   label_->setText(text_.empty() ? placeholder_ : text_);
@@ -105,8 +108,8 @@ void UITextField::layoutSubviews() {
   const double overflow = isEditing() ? std::max(0.0, caret + 2 - area.width) : 0;
   const double height = label_->font()->lineHeight();
   const double width = std::max(area.width, label_->intrinsicContentSize().width);
-  label_->setFrame({area.x - overflow, area.midY() - height / 2, isEditing() ? width : area.width,
-                    height});
+  label_->setFrame(
+      {area.x - overflow, area.midY() - height / 2, isEditing() ? width : area.width, height});
   caretView_->setFrame({area.x - overflow + caret, area.midY() - height / 2, 2, height});
 }
 

@@ -45,7 +45,9 @@ void UIView::draw(DrawingContext&) {}
 
 // Tree
 
-UIWindow* UIView::window() const { return superview_ ? superview_->window() : nullptr; }
+UIWindow* UIView::window() const {
+  return superview_ ? superview_->window() : nullptr;
+}
 
 bool UIView::isDescendantOf(const UIView& other) const {
   for (const UIView* view = this; view; view = view->superview_)
@@ -121,7 +123,9 @@ void UIView::setBounds(const CGRect& bounds) {
   sizeChanged(old);
 }
 
-void UIView::setCenter(CGPoint center) { layer_->setPosition(center); }
+void UIView::setCenter(CGPoint center) {
+  layer_->setPosition(center);
+}
 
 void UIView::sizeChanged(CGSize old) {
   const CGSize now = bounds().size();

@@ -131,7 +131,10 @@ void UIViewController::dismiss(bool animated, std::function<void()> completion) 
   const UIViewController* top = topmostParent();
   auto presentation = top->presentation_;
   if (!presentation || presentation->isEnding()) presentation = top->presentedBy_.lock();
-  if (!presentation || presentation->isEnding()) return;
+  if (!presentation || presentation->isEnding()) {
+    if (completion) DispatchQueue::main().async(std::move(completion));
+    return;
+  }
   const auto self = shared_from_this(); // the presentation may be the last to hold it
   presentation->end(animated, std::move(completion));
 }

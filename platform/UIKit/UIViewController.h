@@ -21,8 +21,9 @@ enum class UIModalTransitionStyle { CoverVertical = 0, CrossDissolve = 2 };
 /// One screen, or a frame around screens. Made with `make<...>()`, held by the stack or window that
 /// shows it. Main queue only.
 ///
-/// The appearance calls come in pairs, `viewWillAppear` with `viewDidAppear` and `viewWillDisappear`
-/// with `viewDidDisappear`; the second of a pair follows once the movement has ended.
+/// The appearance calls come in pairs, `viewWillAppear` with `viewDidAppear` and
+/// `viewWillDisappear` with `viewDidDisappear`; the second of a pair follows once the movement has
+/// ended.
 class UIViewController : public std::enable_shared_from_this<UIViewController> {
 public:
   UIViewController() = default;

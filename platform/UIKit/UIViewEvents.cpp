@@ -17,7 +17,9 @@ UIView* UIView::hitTest(CGPoint point) {
   return this;
 }
 
-bool UIView::pointInside(CGPoint point) const { return bounds().contains(point); }
+bool UIView::pointInside(CGPoint point) const {
+  return bounds().contains(point);
+}
 
 // A touch that this view has no use for goes up, as far as somebody wants it.
 
@@ -37,9 +39,13 @@ void UIView::touchCancelled() {
   if (superview_) superview_->touchCancelled();
 }
 
-bool UIView::scrollWheel(CGPoint delta) { return superview_ && superview_->scrollWheel(delta); }
+bool UIView::scrollWheel(CGPoint delta) {
+  return superview_ && superview_->scrollWheel(delta);
+}
 
-bool UIView::isFirstResponder() const { return UIApplication::shared().firstResponder() == this; }
+bool UIView::isFirstResponder() const {
+  return UIApplication::shared().firstResponder() == this;
+}
 
 bool UIView::becomeFirstResponder() {
   if (!canBecomeFirstResponder() || !window()) return false;

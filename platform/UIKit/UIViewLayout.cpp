@@ -52,7 +52,9 @@ void UIView::layoutSubviews() {
     }
 }
 
-CGSize UIView::intrinsicContentSize() const { return {-1, -1}; }
+CGSize UIView::intrinsicContentSize() const {
+  return {-1, -1};
+}
 
 CGSize UIView::sizeThatFits(CGSize size) const {
   if (!constraints_.empty() && size.width >= 0) {

@@ -13,7 +13,8 @@ bool UIView::setNibAttribute(const std::string& name, const std::string& value) 
     return nib::withBoolean(value, [&](bool v) { setUserInteractionEnabled(v); });
   if (name == "background")
     return nib::withColor(value, [&](const UIColor& v) { setBackgroundColor(v); });
-  if (name == "corner") return nib::withNumber(value, [&](double v) { layer_->setCornerRadius(v); });
+  if (name == "corner")
+    return nib::withNumber(value, [&](double v) { layer_->setCornerRadius(v); });
   if (name == "border") return nib::withNumber(value, [&](double v) { layer_->setBorderWidth(v); });
   if (name == "borderColor")
     return nib::withColor(value, [&](const UIColor& v) { layer_->setBorderColor(v); });

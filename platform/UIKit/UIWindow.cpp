@@ -39,7 +39,9 @@ void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controlle
   }
 }
 
-bool UIWindow::isKeyWindow() const { return UIApplication::shared().keyWindow() == this; }
+bool UIWindow::isKeyWindow() const {
+  return UIApplication::shared().keyWindow() == this;
+}
 
 void UIWindow::makeKeyAndVisible() {
   UIApplication::shared().setKeyWindow(this);

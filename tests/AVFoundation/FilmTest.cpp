@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -172,6 +173,28 @@ TEST_F(FilmTest, WithoutPictureThereIsNoFile) {
   ASSERT_TRUE(ended(2));
   EXPECT_EQ(listener->ends()[1].error.value().code, AVErrorNoDataCaptured);
   EXPECT_FALSE(exists(folder.path("film.mov")));
+}
+
+TEST_F(FilmTest, ProgramMayEndWhileFilming) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  static std::string root, path;
+  root = folder.path();
+  path = folder.path("film.mov");
+  EXPECT_EXIT(
+      {
+        std::atexit([] { // registered first, so it sees what all others have left
+          const bool left = exists(path);
+          std::filesystem::remove_all(root);
+          ::_exit(left ? 3 : 0);
+        });
+        static Rig rig(back()); // goes after the cameras were closed
+        rig.session->startRunning();
+        warm(rig);
+        rig.film->startRecording(path, listener);
+        film(0.3);
+        std::exit(exists(path) ? 0 : 4);
+      },
+      ::testing::ExitedWithCode(0), "");
 }
 
 /// Every encoder of this machine, on a picture of odd size.

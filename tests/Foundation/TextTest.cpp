@@ -1,12 +1,9 @@
 #include "platform/Foundation/Base64.h"
-#include "platform/Foundation/ClassName.h"
 #include "platform/Foundation/PercentEncoding.h"
 #include "platform/Foundation/URL.h"
-#include "platform/Foundation/UUID.h"
 #include "platform/Foundation/Value.h"
 
 #include <limits>
-#include <regex>
 #include <string>
 
 #include <glib.h>
@@ -70,57 +67,6 @@ TEST(URLTest, RefusesWhatIsNoAddress) {
                            "https://[::1/", "1http://h/", "https://h/\xff", " https://h/"})
     EXPECT_FALSE(URL::fromString(text)) << text;
   EXPECT_FALSE(URL::fromString(std::string("https://h/\0", 11)));
-}
-
-TEST(URLTest, AFilePathSurvives) {
-  for (const std::string path : {"/tmp/a b", "/x/é%20?#", "/bytes/\xff\xfe", "/"}) {
-    const URL url = URL::fromFilePath(path);
-    EXPECT_TRUE(url.isFileURL());
-    EXPECT_EQ(url.path(), path);
-    EXPECT_EQ(URL::fromString(url.absoluteString()), url);
-  }
-}
-
-TEST(UUIDTest, IsCanonicalUpperCaseAndNew) {
-  const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
-  EXPECT_TRUE(std::regex_match(uuidString(), form));
-  EXPECT_NE(uuidString(), uuidString());
-}
-
-template <class T> struct Outer {
-  struct Inner {};
-};
-struct Local {
-  virtual ~Local() = default;
-};
-struct Derived : Local {};
-
-TEST(ClassNameTest, IsPlainAndOfTheObjectItself) {
-  const Derived derived;
-  const Local& base = derived;
-  EXPECT_EQ(className(base), "Derived");
-  EXPECT_EQ(className(typeid(URL)), "URL");
-  EXPECT_EQ(className(typeid(Outer<URL>::Inner)), "Inner");
-  EXPECT_EQ(className(typeid(Outer<URL>)), "Outer<zuvi::URL>");
-}
-
-TEST(ValueTest, NumbersAndBooleansStayApart) {
-  EXPECT_EQ(Value(true).number(), std::nullopt);
-  EXPECT_EQ(Value(1).boolean(), nullptr);
-  EXPECT_FALSE(Value(true) == Value(1));
-  EXPECT_EQ(Value(1.5F).number(), 1.5);
-  EXPECT_EQ(Value("1").number(), std::nullopt);
-  EXPECT_TRUE(Value(std::optional<std::string>()).isNull());
-}
-
-TEST(ValueTest, TypedListsAreAllOrNothing) {
-  EXPECT_EQ((Value::List{"a", "b"}, Value(Value::List{"a", "b"}).listOfStrings()),
-            (std::vector<std::string>{"a", "b"}));
-  EXPECT_EQ(Value(Value::List{"a", 1}).listOfStrings(), std::nullopt);
-  EXPECT_EQ(Value(Value::List{}).listOfStrings(), std::vector<std::string>());
-  EXPECT_EQ(Value("a").listOfStrings(), std::nullopt);
-  EXPECT_EQ(Value(Value::List{Value::Dictionary{}, nullptr}).listOfDictionaries(), std::nullopt);
-  EXPECT_EQ(Value(Value::List{Value::Dictionary{}}).listOfDictionaries()->size(), 1U);
 }
 
 TEST(ValueTest, DescribesItself) {

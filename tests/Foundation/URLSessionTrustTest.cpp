@@ -37,14 +37,6 @@ protected:
   const test::TemporaryFolder folder_;
 };
 
-TEST_F(URLSessionTrustTest, AGoodCertificateIsTrustedByNameAndAddress) {
-  const LoopbackServer server(welcome, authority_.good());
-  for (const char* host : {"localhost", "127.0.0.1"}) {
-    const auto outcome = send(to(server.url("/", host)));
-    EXPECT_EQ(outcome.code(), 0) << outcome.text();
-  }
-}
-
 TEST_F(URLSessionTrustTest, ABadCertificateSeesNoRequest) {
   const Authority unknown;
   for (const auto& identity : {authority_.forAnotherHost(), authority_.expired(), unknown.good()}) {
@@ -68,12 +60,6 @@ TEST_F(URLSessionTrustTest, AnAuthorityIsTrustedNoLongerThanItIsNamed) {
   EXPECT_EQ(server.requests().size(), 1U);
 }
 
-TEST_F(URLSessionTrustTest, PlainTextOnAProtectedPortIsASecureConnectionError) {
-  const LoopbackServer server(welcome);
-  const std::string address = server.url("/");
-  EXPECT_EQ(send(to("https" + address.substr(4))).code(), NSURLErrorSecureConnectionFailed);
-}
-
 TEST_F(URLSessionTrustTest, AuthorizationStaysWithItsHost) {
   const LoopbackServer plain(welcome);
   std::string target;
@@ -82,7 +68,6 @@ TEST_F(URLSessionTrustTest, AuthorizationStaysWithItsHost) {
     return Reply{302, {{"Location", target}}, "moved"};
   };
   const LoopbackServer secure(redirect, authority_.good());
-  const LoopbackServer otherPort(welcome, authority_.good());
   const auto arrivedWith = [](const LoopbackServer& server) {
     const auto headers = server.requests().back().headers;
     EXPECT_EQ(headers.at("x-other"), "kept");
@@ -100,10 +85,6 @@ TEST_F(URLSessionTrustTest, AuthorizationStaysWithItsHost) {
   target = plain.url("/"); // the same host, unprotected
   EXPECT_EQ(send(authorized(secure.url("/start"))).data->string(), "welcome");
   EXPECT_EQ(arrivedWith(plain), 0U);
-
-  target = otherPort.url("/");
-  EXPECT_EQ(send(authorized(secure.url("/start"))).data->string(), "welcome");
-  EXPECT_EQ(arrivedWith(otherPort), 0U);
 }
 
 TEST_F(URLSessionTrustTest, RedirectsEndSomewhere) {

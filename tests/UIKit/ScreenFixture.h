@@ -22,14 +22,17 @@ namespace zuvi::test {
 /// once the window is, and nothing may wait on the main queue by then.
 class ScreenFixture : public testing::Test {
 protected:
-  ScreenFixture() { watch("window", window); }
+  ScreenFixture() {
+    watch("window", window);
+    window->makeKeyAndVisible();
+  }
 
   void TearDown() override {
     window->setVisible(false);
     window = nullptr;
     time.advance(3);
-    for (const auto& [name, object] : watched_)
-      EXPECT_TRUE(object.expired()) << name << " has outlived the test";
+    for (const auto& entry : watched_)
+      EXPECT_TRUE(entry.second.expired()) << entry.first << " has outlived the test";
     EXPECT_TRUE(UIScreen::main().windows().empty());
     EXPECT_FALSE(UIApplication::shared().isIgnoringInteractionEvents());
     EXPECT_EQ(UIApplication::shared().firstResponder(), nullptr);
@@ -66,11 +69,7 @@ protected:
 
   VirtualTime time;
   OffscreenSurface surface{{320, 480}, 2, {20, 0, 10, 0}};
-  std::shared_ptr<UIWindow> window = [] {
-    auto made = make<UIWindow>();
-    made->makeKeyAndVisible();
-    return made;
-  }();
+  std::shared_ptr<UIWindow> window = make<UIWindow>();
 
 private:
   std::vector<std::pair<std::string, std::weak_ptr<void>>> watched_;

@@ -16,16 +16,20 @@ namespace {
 
 TEST(DriveScript, SaysWhichLineIsWrong) {
   const std::vector<std::pair<std::string, std::string>> wrong{
-      {"tap launchButton\nfly away", "2: "}, {"tap", "1: "},
-      {"\n\nsleep soon", "3: "},             {"tap \"open", "1: "},
-      {"expect label text", "1: "},          {"wait Screen -1", "1: "},
+      {"tap launchButton\nfly away", "2: "},
+      {"tap", "1: "},
+      {"\n\nsleep soon", "3: "},
+      {"tap \"open", "1: "},
+      {"expect label text", "1: "},
+      {"wait Screen -1", "1: "},
       {"dump a b", "1: "}};
   for (const auto& [text, where] : wrong) {
     const auto parsed = parseDriveScript(text);
     ASSERT_TRUE(std::holds_alternative<std::string>(parsed)) << text;
     EXPECT_EQ(std::get<std::string>(parsed).rfind(where, 0), 0u) << std::get<std::string>(parsed);
   }
-  const auto parsed = parseDriveScript("# nothing\n tap \"Say \\\"hi\\\"\" # quoted\r\nsleep 0.5\n");
+  const auto parsed =
+      parseDriveScript("# nothing\n tap \"Say \\\"hi\\\"\" # quoted\r\nsleep 0.5\n");
   const auto& commands = std::get<std::vector<DriveCommand>>(parsed);
   ASSERT_EQ(commands.size(), 2u);
   EXPECT_EQ(commands[0].word(0), "Say \"hi\"");

@@ -19,13 +19,8 @@ protected:
     settle();
     ASSERT_EQ(top(), "ZVKYCCameraViewController");
   }
-  void close() {
-    host->dismiss(false);
-    settle();
-  }
-  std::string word(const std::weak_ptr<UILabel>& label) { return label.lock()->text().value_or("-"); }
-  std::string picture(const std::weak_ptr<UIImageView>& view) {
-    return view.lock()->image() ? view.lock()->image()->name() : "-";
+  std::string word(const std::weak_ptr<UILabel>& label) {
+    return label.lock()->text().value_or("-");
   }
   double flash() { return camera.lock()->snapshotEffectView.lock()->layer()->presentedOpacity(); }
 
@@ -33,22 +28,18 @@ protected:
 };
 
 TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
-  const auto side = [](ZVKYCCameraType type) { return type == ZVKYCCameraType::ineFront; };
+  const auto front = ZVKYCCameraType::ineFront, back = ZVKYCCameraType::ineBack;
   const struct {
     const char* document;
     ZVKYCCameraType type;
     const char* caption;
     std::optional<std::string> hosts;
     int page;
-    std::string event;
   } rows[] = {
-      {"national-id", ZVKYCCameraType::ineFront, "frontSide", {}, 2, "nationalid_front"},
-      {"national-id", ZVKYCCameraType::ineBack, "backSide", {}, 3, "nationalid_back"},
-      {"driving-license", ZVKYCCameraType::ineBack, "backSide", "own", 0, "driverlicense_back"},
-      {"passport", ZVKYCCameraType::ineFront, "", "own", 0, "passport"},
-      {"proof-of-residency", ZVKYCCameraType::ineFront, "", {}, 2, "proofofresidency"},
+      {"national-id", front, "frontSide", {}, 2},      {"national-id", back, "backSide", {}, 3},
+      {"driving-license", back, "backSide", "own", 0}, {"passport", front, "", "own", 0},
+      {"proof-of-residency", front, "", {}, 2},
   };
-  std::size_t events = 0;
   for (const auto& row : rows) {
     ZVKYC::instance().identityId = row.hosts;
     open(row.document, row.type);
@@ -59,24 +50,20 @@ TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
     EXPECT_EQ(page(), row.page);
     EXPECT_EQ(*shell().showBackButton, !row.hosts);
     EXPECT_EQ(word(screen->cardTitleLabel), *row.caption ? localized(row.caption) : " ");
-    EXPECT_EQ(word(screen->cardLabel1), localized("documentWarning1"));
-    EXPECT_EQ(word(screen->cardLabel2), localized("documentWarning2"));
-    EXPECT_EQ(word(screen->errorTitleLabel), localized("faceErrorTitle"));
-    EXPECT_EQ(picture(screen->backgroundImageView), "ZVCameraCardIcon");
-    EXPECT_EQ(picture(screen->cardImageView), side(row.type) ? "ZVFrontIneCard" : "ZVBackIneCard");
-    EXPECT_FALSE(screen->cardView.lock()->isHidden());
+    EXPECT_EQ(word(screen->cardLabel1) + word(screen->cardLabel2) + word(screen->errorTitleLabel),
+              localized("documentWarning1") + localized("documentWarning2") +
+                  localized("faceErrorTitle"));
+    EXPECT_EQ(screen->cardImageView.lock()->image()->name(),
+              row.type == front ? "ZVFrontIneCard" : "ZVBackIneCard");
     EXPECT_EQ(screen->errorView.lock()->alpha(), 0);
     EXPECT_EQ(flash(), 0);
     const auto& layers = screen->cameraView.lock()->layer()->sublayers();
     ASSERT_FALSE(layers.empty());
-    EXPECT_EQ(layers[0]->frame(), screen->cameraView.lock()->bounds()) << "the preview, at the bottom";
-    EXPECT_TRUE(back->isRunning());
-    back->still = std::nullopt;
-    tapBottom();
-    events += 2; // the launch's too
-    EXPECT_TRUE(time.waitUntil([&] { return backend.events().size() == events; })) << row.event;
-    close();
-    EXPECT_FALSE(back->isRunning());
+    EXPECT_EQ(layers[0]->frame(), screen->cameraView.lock()->bounds())
+        << "the preview, at the bottom";
+    EXPECT_TRUE(KitTest::back->isRunning());
+    leave();
+    EXPECT_FALSE(KitTest::back->isRunning());
   }
 }
 
@@ -122,8 +109,10 @@ TEST_F(DocumentCameraTest, HandsThePicturesOn) {
   EXPECT_EQ(step<ZVUploadViewController>()->frontData.string(), "better front");
   EXPECT_EQ(step<ZVUploadViewController>()->backData.value().string(), "back bytes");
   EXPECT_EQ(step<ZVUploadViewController>()->identityId, "identity-1");
-  close();
+  leave();
+  backend.release();
   open("passport");
+  backend.hold();
   shoot("only side");
   ASSERT_TRUE(step<ZVUploadViewController>());
   EXPECT_FALSE(step<ZVUploadViewController>()->backData);
@@ -134,11 +123,11 @@ TEST_F(DocumentCameraTest, StaysWhenThereIsNothingToHandOn) {
   shoot(jpeg(1));
   EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
   EXPECT_EQ(back->stills, 1);
-  close();
+  leave();
   open("national-id", ZVKYCCameraType::ineBack); // a back without a front
   shoot(jpeg(1));
   EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
-  close();
+  leave();
   open("passport"); // no picture, or an empty one
   back->still = std::nullopt;
   tapBottom();
@@ -180,8 +169,7 @@ TEST_F(DocumentCameraTest, DoesWithoutACamera) {
     EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
     camera.lock()->showError(true); // there is no preview to hide
     EXPECT_EQ(bottomTitle(), localized("retakePhoto"));
-    EXPECT_TRUE(time.waitUntil([this] { return !backend.events().empty(); }));
-    close();
+    leave();
   }
   EXPECT_EQ(back->stills, 0);
   EXPECT_EQ(backend.events().size(), 2U) << "the two launches; no picture was begun";
@@ -200,7 +188,7 @@ TEST_F(DocumentCameraTest, AsksForPermission) {
     tapBottom();
     EXPECT_EQ(opened.size(), 2U);
     EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
-    close();
+    leave();
   }
   EXPECT_EQ(cameras->requests + back->stills, 0);
   for (const bool grants : {true, false}) {
@@ -219,7 +207,7 @@ TEST_F(DocumentCameraTest, AsksForPermission) {
     shoot(jpeg(1));
     EXPECT_EQ(top(), grants ? "ZVUploadViewController" : "ZVKYCCameraViewController");
     EXPECT_EQ(opened.size(), grants ? 0U : 1U);
-    close();
+    leave();
     backend.release();
   }
   // The answer finds nobody.

@@ -42,6 +42,11 @@ protected:
   /// Touches the middle of a view as a finger does, by outlet, action, or text.
   void tap(const std::string& name, bool isText = false);
   void tapBottom() { tap("bottomButton"); }
+  /// Takes the whole flow away.
+  void leave() {
+    host->dismiss(false);
+    settle();
+  }
   /// From the recorder to the review.
   void record();
   /// Takes a picture with these bytes.
@@ -52,7 +57,9 @@ protected:
   std::string title() const { return shell().titleLabel.lock()->text().value_or("-"); }
   static std::string bottomTitle() { return shell().bottomButton.lock()->title().value_or("-"); }
   static int page() { return *shell().currentPage; }
-  static std::string jpeg(int number) { return "\xff\xd8\xff\xe0 picture " + std::to_string(number); }
+  static std::string jpeg(int number) {
+    return "\xff\xd8\xff\xe0 picture " + std::to_string(number);
+  }
 
   static const std::string film;
   std::shared_ptr<UIWindow> window = make<UIWindow>();

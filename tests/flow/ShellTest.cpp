@@ -44,8 +44,6 @@ TEST_F(ShellTest, TurnsWhatStepsPublishIntoChrome) {
   EXPECT_EQ(space(), full);
   EXPECT_EQ(frame.bottomButton.lock()->alpha() + frame.bottomView.lock()->alpha(), 2);
   EXPECT_EQ(bottomTitle(), "Go on");
-  EXPECT_EQ(frame.bottomButton.lock()->backgroundColor(), UIColor::bytes(0, 178, 87));
-  EXPECT_EQ(frame.bottomView.lock()->backgroundColor(), UIColor::bytes(0, 178, 87));
 
   const auto dots = frame.pageControl.lock();
   EXPECT_EQ(dots->numberOfPages(), 4);
@@ -57,14 +55,6 @@ TEST_F(ShellTest, TurnsWhatStepsPublishIntoChrome) {
     EXPECT_EQ(dots->currentPageIndicatorTintColor(),
               green ? UIColor::bytes(0, 178, 87) : UIColor::bytes(235, 87, 87));
   }
-  for (const bool shown : {true, false}) {
-    frame.showBackButton = shown;
-    EXPECT_EQ(frame.backButton.lock()->alpha(), shown ? 1 : 0);
-  }
-  frame.desc = "Words";
-  EXPECT_EQ(frame.descriptionLabel.lock()->text(), "Words");
-  frame.desc = std::nullopt;
-  EXPECT_FALSE(frame.descriptionLabel.lock()->text());
 }
 
 TEST_F(ShellTest, ColoursTheLastCharacterOfTheTitle) {
@@ -84,9 +74,9 @@ TEST_F(ShellTest, ColoursTheLastCharacterOfTheTitle) {
 
 TEST_F(ShellTest, MakesRoomForTheKeyboard) {
   const auto post = [](const char* name, const Value& frame, const Value& duration) {
-    NotificationCenter::defaultCenter().post(
-        name, {{UIKeyboardFrameEndUserInfoKey, frame},
-               {UIKeyboardAnimationDurationUserInfoKey, duration}});
+    NotificationCenter::defaultCenter().post(name,
+                                             {{UIKeyboardFrameEndUserInfoKey, frame},
+                                              {UIKeyboardAnimationDurationUserInfoKey, duration}});
   };
   const Value::Dictionary keyboard{{"x", 0}, {"y", 512}, {"width", 375}, {"height", 300}};
   const Value malformed[] = {nullptr, 7, "text", Value::Dictionary{{"height", "300"}},
@@ -128,9 +118,7 @@ TEST_F(ShellTest, OpensTheChatAndItsMessages) {
   ASSERT_TRUE(alert);
   EXPECT_EQ(alert->title() + "|" + alert->message(), "Support|Hello é");
   ASSERT_EQ(alert->actions().size(), 2U);
-  EXPECT_EQ(alert->actions()[0].title, "Go to Chat");
-  EXPECT_EQ(alert->actions()[1].title, "Cancel");
-  EXPECT_EQ(alert->actions()[1].style, UIAlertAction::Style::Cancel);
+  EXPECT_EQ(alert->actions()[0].title + "|" + alert->actions()[1].title, "Go to Chat|Cancel");
   alert->choose(1);
   settle();
   EXPECT_EQ(chat->calls, 0);
@@ -141,23 +129,15 @@ TEST_F(ShellTest, OpensTheChatAndItsMessages) {
   EXPECT_EQ(chat->calls, 1) << "it is open already";
   shell().handleURL(URL::fromString("https://host/a").value());
   EXPECT_EQ(opened, std::vector<std::string>{"https://host/a"});
-  EXPECT_EQ(shell().supportedInterfaceOrientations(), 2U);
-  EXPECT_EQ(shell().preferredInterfaceOrientationForPresentation(), 1);
 }
 
 TEST_F(ShellTest, ShowsTheStartAndRestoresIt) {
   const auto expectStart = [this] {
-    const auto screen = step<ZVMainViewController>();
-    ASSERT_TRUE(screen);
-    EXPECT_EQ(screen->titleLabel.lock()->text(), localized("startStepTitle"));
-    EXPECT_EQ(screen->step1Label.lock()->text(), localized("startStep1"));
-    EXPECT_EQ(screen->step2Label.lock()->text(), localized("startStep2"));
-    EXPECT_EQ(screen->infolabel.lock()->text(), localized("startInfo"));
+    EXPECT_TRUE(step<ZVMainViewController>());
     EXPECT_EQ(title(), localized("startTitle"));
     EXPECT_EQ(bottomTitle(), localized("startButton"));
     EXPECT_FALSE(*shell().showBackButton || *shell().showLiveView);
     EXPECT_EQ(page(), 0);
-    EXPECT_FALSE(*shell().desc);
   };
   expectStart();
   shell().backButton.lock()->sendActions(UIControlEvent::TouchUpInside);
@@ -179,7 +159,6 @@ TEST_F(ShellTest, ListsTheOptionalDocuments) {
   EXPECT_EQ(title(), localized("documentsTitle"));
   EXPECT_EQ(page(), 2);
   EXPECT_EQ(bottomTitle(), "-");
-  EXPECT_TRUE(*shell().showBackButton);
   const auto table = list->tableView.lock();
   EXPECT_FALSE(table->delaysContentTouches());
   const ZVDocument documentsOfRows[] = {ZVDocument::passport, ZVDocument::nationalId,
@@ -195,8 +174,6 @@ TEST_F(ShellTest, ListsTheOptionalDocuments) {
     EXPECT_EQ(row->sideLabel.lock()->isHidden(), i != 1);
     EXPECT_EQ(row->sideLabel.lock()->text(), "2 " + localized("sides"));
     const auto border = row->documentButton.lock()->layer();
-    EXPECT_EQ(border->borderWidth(), 1);
-    EXPECT_EQ(border->cornerRadius(), 4);
     EXPECT_EQ(border->borderColor(), UIColor::bytes(227, 227, 227));
     row->documentButton.lock()->setHighlighted(true);
     EXPECT_EQ(border->borderColor(), UIColor::bytes(0, 178, 87));
@@ -221,14 +198,13 @@ TEST_F(ShellTest, AsksBeforeItCancels) {
   tap("closeButtonTap");
   tap("continueButton");
   tap("closeButtonTap");
-  const auto alert = std::static_pointer_cast<ZVCancelAlertViewController>(
-      shell().presentedViewController());
+  const auto alert =
+      std::static_pointer_cast<ZVCancelAlertViewController>(shell().presentedViewController());
   alert->delegate.reset(); // without somebody to tell it only closes
   tap("cancelButton");
   EXPECT_TRUE(host->presentedViewController());
   EXPECT_TRUE(delegate->calls.empty());
   tap("closeButtonTap");
-  shell().presentedViewController(); // told before the frame has left
   const auto view = demo::findView("cancelButton", false);
   std::static_pointer_cast<UIButton>(view)->sendActions(UIControlEvent::TouchUpInside);
   EXPECT_EQ(delegate->calls, std::vector<std::string>{"cancelled"});

@@ -136,12 +136,11 @@ TEST_F(UploadTest, DropsTheBacksAnswerToo) {
 TEST_F(UploadTest, GoesOnUnderTheCancelAlert) {
   uploadFilm();
   tap("closeButtonTap");
-  ASSERT_TRUE(std::dynamic_pointer_cast<ZVCancelAlertViewController>(
-      shell().presentedViewController()));
+  ASSERT_TRUE(
+      std::dynamic_pointer_cast<ZVCancelAlertViewController>(shell().presentedViewController()));
   const auto alert =
       std::static_pointer_cast<ZVCancelAlertViewController>(shell().presentedViewController());
   EXPECT_EQ(alert->modalPresentationStyle, UIModalPresentationStyle::OverCurrentContext);
-  EXPECT_EQ(alert->modalTransitionStyle, UIModalTransitionStyle::CrossDissolve);
   EXPECT_EQ(alert->titleLabel.lock()->text(), localized("cancelTitle"));
   EXPECT_EQ(alert->cancelLabel.lock()->text(), localized("cancel"));
   EXPECT_EQ(alert->continueLabel.lock()->text(), localized("continue"));

@@ -94,8 +94,7 @@ protected:
       for (const auto& document : identity.documents) {
         text += " " + document.type;
         for (const auto& side : document.sides)
-          text += " " + side.side + ":" +
-                  (*server_->file(side.picture)).substr(jpeg(0).size() - 1);
+          text += " " + side.side + ":" + (*server_->file(side.picture)).substr(jpeg(0).size() - 1);
       }
     }
     return text;
@@ -157,7 +156,7 @@ TEST_F(WholeRunTest, TakeEachMerchantsRoad) {
     EXPECT_EQ(delegate->calls, std::vector<std::string>{"success " + lastIdentity()});
     EXPECT_FALSE(host->presentedViewController());
     std::string photo, events = "mobilesdk_button_initscreen_clicked liveness_record_clicked "
-                         "liveness_upload_confirm_clicked ";
+                                "liveness_upload_confirm_clicked ";
     for (std::istringstream photos(row.photoEvents); photos >> photo;)
       events += photo + "_takephoto_clicked ";
     std::string sent;

@@ -2,22 +2,21 @@
 
 #include "tests/kit/KitTest.h"
 
-#include <algorithm>
-
 namespace zuvi {
 namespace {
 
 const Data photo{std::string("\xff\xd8 photo")};
 
-/// An operation, whose outcome is told in words.
+/// An operation, whose outcome is told in words, and what must go out for it.
 struct Operation {
-  std::string name, request, fileField;
-  std::vector<std::string> fields; ///< name=value, sorted
-  bool film = false;
+  std::string request;
+  std::vector<std::string> parts; ///< of the form, in any order
   std::function<void(std::function<void(std::string)>)> call;
 };
 
-std::string words(const std::optional<std::string>& text) { return text.value_or("-"); }
+std::string words(const std::optional<std::string>& text) {
+  return text.value_or("-");
+}
 
 class OperationsTest : public KitTest {
 protected:
@@ -36,43 +35,50 @@ protected:
       EXPECT_TRUE(DispatchQueue::main().isCurrent());
       outcomes.push_back(outcome);
     });
-    EXPECT_TRUE(time.waitUntil([&] { return !outcomes.empty(); })) << operation.name;
+    EXPECT_TRUE(time.waitUntil([&] { return !outcomes.empty(); })) << operation.request;
     time.settle();
-    EXPECT_EQ(outcomes.size(), 1U) << operation.name;
+    EXPECT_EQ(outcomes.size(), 1U) << operation.request;
     return outcomes.empty() ? "none" : outcomes[0];
   }
 
-  const std::vector<std::string> metadata{"metadata[a]=one", "metadata[b]=[2]"};
+  static std::string file(const std::string& field, const std::string& name) {
+    return "\"" + field + "\"; filename=\"" + name + "\"\r\n";
+  }
+  const std::string face = file("photo", "user-profile.jpg");
+  const std::string picture = file("picture", "user-profile.jpg");
+  const std::string a = "\"metadata[a]\"\r\n\r\none\r\n", b = "\"metadata[b]\"\r\n\r\n[2]\r\n";
   const std::vector<Operation> forIds{
-      {"createNewIdentity", "POST /v1/identities", "video", metadata, true,
+      {"POST /v1/identities",
+       {a, b, file("video", "liveness.mov")},
        [](const auto& done) { manager().createNewIdentity(photo, id(done)); }},
-      {"appendFaceToIdentity", "PUT /v1/identities/i-1", "photo", {}, false,
+      {"PUT /v1/identities/i-1",
+       {face},
        [](const auto& done) { manager().appendFaceToIdentity("i-1", photo, id(done)); }},
-      {"submitNewFace", "POST /v1/identities/i-1/faces", "photo", metadata, false,
+      {"POST /v1/identities/i-1/faces",
+       {a, b, face},
        [](const auto& done) { manager().submitNewFace("i-1", photo, id(done)); }},
-      {"submitDocument", "POST /v1/identities/i-1/documents", "picture",
-       {"side=front", "type=passport"}, false,
+      {"POST /v1/identities/i-1/documents",
+       {"\"side\"\r\n\r\nfront\r\n", "\"type\"\r\n\r\npassport\r\n", picture},
        [](const auto& done) { manager().submitDocument("i-1", "passport", photo, id(done)); }},
   };
-  const Operation upload{
-      "uploadNewPhoto", "PUT /v1/documents/d-1", "picture", {"side=back", "type=national-id"},
-      false, [](const auto& done) {
-        manager().uploadNewPhoto("d-1", "national-id", photo,
-                                 [done](const auto& results, const auto& message) {
-                                   std::string text = results ? "" : "-";
-                                   if (results)
-                                     for (const ZVOCRResult& result : *results)
-                                       text += result.imageName() + ",";
-                                   done(text + "/" + words(message));
-                                 });
-      }};
-  const Operation verify{"verifyDocument", "PATCH /v1/documents/d-1", "", {}, false,
+  const Operation upload{"PUT /v1/documents/d-1",
+                         {"\"side\"\r\n\r\nback\r\n", "\"type\"\r\n\r\nnational-id\r\n", picture},
                          [](const auto& done) {
+                           manager().uploadNewPhoto(
+                               "d-1", "national-id", photo,
+                               [done](const auto& results, const auto& message) {
+                                 std::string text = results ? "" : "-";
+                                 if (results)
+                                   for (const ZVOCRResult& result : *results)
+                                     text += result.imageName() + ",";
+                                 done(text + "/" + words(message));
+                               });
+                         }};
+  const Operation verify{"PATCH /v1/documents/d-1", {}, [](const auto& done) {
                            manager().verifyDocument(
                                "d-1", {}, [done](bool taken) { done(taken ? "yes" : "no"); });
                          }};
-  const Operation merchant{"getMerchant", "GET /api/v1/merchants/me", "", {}, false,
-                           [](const auto& done) {
+  const Operation merchant{"GET /api/v1/merchants/me", {}, [](const auto& done) {
                              manager().getMerchant([done](const auto& answer) {
                                done(answer ? words(answer->displayName) : "none");
                              });
@@ -87,29 +93,14 @@ TEST_F(OperationsTest, SendWhatTheBackEndExpects) {
     outcomeOf(operation);
     const auto request = backend.requests().back();
     EXPECT_EQ(request.method + " " + request.path, operation.request);
-    EXPECT_EQ(request.query, "");
     EXPECT_EQ(request.headers.at("authorization"), "Bearer me");
-    if (operation.fileField.empty()) continue;
-    // The fields in any order, then the one file.
-    std::vector<std::string> fields;
-    std::size_t at = 0;
-    for (; (at = request.body.find("form-data; name=\"", at)) != std::string::npos;) {
-      at += 17;
-      const auto end = request.body.find("\r\n", at);
-      const std::string head = request.body.substr(at, end - at);
-      if (head.find("filename=") == std::string::npos) {
-        const auto value = end + 4;
-        fields.push_back(head.substr(0, head.size() - 1) + "=" +
-                         request.body.substr(value, request.body.find("\r\n", value) - value));
-      } else {
-        EXPECT_EQ(head, operation.fileField + (operation.film
-                                                   ? "\"; filename=\"liveness.mov\""
-                                                   : "\"; filename=\"user-profile.jpg\""));
-        EXPECT_NE(request.body.find("\r\n\r\n" + photo.string() + "\r\n--", end), std::string::npos);
-      }
-    }
-    std::sort(fields.begin(), fields.end());
-    EXPECT_EQ(fields, operation.fields) << operation.name;
+    std::size_t count = 0;
+    for (auto at = request.body.find("; name="); at != std::string::npos;
+         at = request.body.find("; name=", at + 1))
+      count++;
+    EXPECT_EQ(count, operation.parts.size()) << request.body;
+    for (const std::string& part : operation.parts)
+      EXPECT_NE(request.body.find("form-data; name=" + part), std::string::npos) << part;
   }
   ZVKYC::instance().metadata = std::nullopt;
   outcomeOf(forIds[0]);
@@ -122,7 +113,6 @@ TEST_F(OperationsTest, ReadEveryShapeOfAnswer) {
   } rows[] = {
       {"{}", "-/-", "-/-", "no", "-"},
       {R"({"id":"x","name":"N"})", "x/-", "-/-", "no", "N"},
-      {R"({"id":"x","message":"m"})", "x/m", "-/m", "no", "-"},
       {R"({"message":"Too dark é"})", "-/Too dark é", "-/Too dark é", "no", "-"},
       {R"({"id":"","message":""})", "/", "-/", "no", "-"},
       {R"({"id":7,"message":["m"],"name":{}})", "-/-", "-/-", "no", "-"},
@@ -130,7 +120,6 @@ TEST_F(OperationsTest, ReadEveryShapeOfAnswer) {
       {R"({"id":{"id":"x"},"message":true})", "-/-", "-/-", "no", "-"},
       {R"({"fields":[]})", "-/-", "/-", "yes", "-"},
       {R"({"fields":[],"message":"m","id":"x"})", "x/m", "/-", "yes", "-"},
-      {R"({"fields":[{}]})", "-/-", "/-", "yes", "-"},
       {R"({"fields":[{"id":"X","required":true},{"id":"y"},{"required":true}]})", "-/-",
        "d_x,d_,/-", "yes", "-"},
       {R"({"fields":[{"id":"X","required":true}],"metadata":{"cardType":"B"}})", "-/-", "c_x,/-",
@@ -147,7 +136,6 @@ TEST_F(OperationsTest, ReadEveryShapeOfAnswer) {
       {R"({"fields":"x","message":3})", "-/-", "-/-", "no", "-"},
       {R"([{"id":"x","message":"m","fields":[]}])", "-/-", "-/-", "no", "none"},
       {R"("id")", "-/-", "-/-", "no", "none"},
-      {"7", "-/-", "-/-", "no", "none"},
       {"true", "-/-", "-/-", "no", "none"},
       {"null", "-/-", "-/-", "no", "none"},
       {"", "-/-", "-/-", "no", "none"},
@@ -159,12 +147,13 @@ TEST_F(OperationsTest, ReadEveryShapeOfAnswer) {
     backend.answer(row.body, status);
     status = status == 200 ? 422 : 200; // it is never read
     for (const Operation& operation : forIds)
-      EXPECT_EQ(outcomeOf(operation), row.id) << operation.name << " " << row.body;
+      EXPECT_EQ(outcomeOf(operation), row.id) << operation.request << " " << row.body;
     EXPECT_EQ(outcomeOf(upload), row.photo) << row.body;
     EXPECT_EQ(outcomeOf(verify), row.verify) << row.body;
     EXPECT_EQ(outcomeOf(merchant), row.merchant) << row.body;
   }
-  backend.answer([](const auto&) { return test::Reply{.mode = test::Reply::Mode::DropConnection}; });
+  backend.answer(
+      [](const auto&) { return test::Reply{.mode = test::Reply::Mode::DropConnection}; });
   EXPECT_EQ(outcomeOf(forIds[0]), "-/-");
   EXPECT_EQ(outcomeOf(upload), "-/-");
   EXPECT_EQ(outcomeOf(verify), "no");

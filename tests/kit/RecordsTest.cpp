@@ -1,7 +1,5 @@
 // What the back end says, as records.
 
-#include "kit/Helper/ZVLocalization.h"
-#include "platform/UIKit/UIImage.h"
 #include "tests/kit/KitTest.h"
 
 namespace zuvi {
@@ -55,29 +53,12 @@ TEST_F(RecordsTest, ReadsMerchantsFieldByField) {
       {listing(R"("required":["passport","x","passport"],"optional":["Passport"])"),
        "- - #2196F3 en [ passport passport ] [ ]"},
       {listing(R"("required":["driving-license","proof-of-residency"],)"
-                 R"("optional":["national-id","driving-license"])"),
+               R"("optional":["national-id","driving-license"])"),
        "- - #2196F3 en [ driving-license proof-of-residency ] [ national-id driving-license ]"},
   };
   EXPECT_EQ(inWords(ZVKYCMerchant()), standard);
   for (const auto& row : rows)
     EXPECT_EQ(inWords(ZVKYCMerchant(dictionary(row.json))), row.expected) << row.json;
-}
-
-TEST_F(RecordsTest, KnowsTheDocuments) {
-  const struct {
-    ZVDocument document;
-    std::string key, image;
-    bool back;
-  } rows[] = {{ZVDocument::drivingLicense, "drivingLicense", "ZVDrivingLicenseIcon", true},
-              {ZVDocument::nationalId, "nationalId", "ZVNationalIDIcon", true},
-              {ZVDocument::proofOfResidency, "proofOfResidency", "ZVProofOfResidencyIcon", false},
-              {ZVDocument::passport, "passport", "ZVPassportIcon", false}};
-  for (const auto& row : rows) {
-    EXPECT_EQ(name(row.document), localized(row.key));
-    ASSERT_TRUE(icon(row.document)) << row.image;
-    EXPECT_EQ(icon(row.document)->name(), row.image);
-    EXPECT_EQ(scanBackSide(row.document), row.back) << row.key;
-  }
 }
 
 TEST_F(RecordsTest, ReadsFieldsOfDocuments) {

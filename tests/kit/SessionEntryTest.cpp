@@ -52,7 +52,8 @@ TEST_F(SessionEntryTest, KeepsTheRecordWhenNoMerchantComes) {
     registerClient("1"); // waits for the notice
     EXPECT_EQ(ZVKYCHelper::instance().merchant, kept) << body;
   }
-  backend.answer([](const auto&) { return test::Reply{.mode = test::Reply::Mode::DropConnection}; });
+  backend.answer(
+      [](const auto&) { return test::Reply{.mode = test::Reply::Mode::DropConnection}; });
   registerClient("1");
   EXPECT_EQ(ZVKYCHelper::instance().merchant, kept);
   backend.answer(R"({"message":"who are you"})", 401);

@@ -1,4 +1,3 @@
-#include "sandbox/core/store/FilmStill.h"
 #include "tests/sandbox/ServerFixture.h"
 
 #include <array>
@@ -60,16 +59,6 @@ TEST_F(Persistence, DamagedDatabasesAreRefused) {
   EXPECT_THAT(startFault(), HasSubstr("damaged"));
 }
 
-TEST_F(Persistence, NothingIsKeptOfAnUploadThatCannotBeStored) {
-  start();
-  const auto identity = newIdentity();
-  fs::remove_all(folder_.path("data/files"));
-  const auto answer = upload("PUT", "/v1/identities/" + identity, SampleForm::ofPhoto());
-  EXPECT_EQ(answer.status, 500);
-  EXPECT_THAT(messageOf(answer), HasSubstr("cannot write"));
-  EXPECT_TRUE(server_->arrivals()->identities.at(0).faces.empty());
-}
-
 TEST_F(Persistence, ManyClientsAtOnce) {
   start();
   std::array<std::thread, 6> clients;
@@ -87,18 +76,6 @@ TEST_F(Persistence, ManyClientsAtOnce) {
   EXPECT_EQ(arrivals->identities.size(), 30U);
   for (const Identity& identity : arrivals->identities)
     EXPECT_EQ(*server_->file(identity.film), film);
-}
-
-TEST(FilmStill, TakesTheFirstFrameOfAJpegFilm) {
-  const std::string frame("\xff\xd8\xff\xe0\0\4ab\xff\xda\0\3cdata\xff\0more\xff\xd9", 25);
-  const std::string table("stsd\0\0\0\0\0\0\0\1\0\0\0\x56jpeg", 20);
-  const std::string start("\0\0\0\x14"
-                          "ftypqt  ",
-                          12);
-  EXPECT_EQ(firstJpegFrame(start + frame + frame + table), frame);
-  EXPECT_EQ(firstJpegFrame(start + frame), "") << "nothing says that these are frames";
-  for (std::size_t length = 0; length < frame.size(); ++length)
-    EXPECT_EQ(firstJpegFrame(start + table + frame.substr(0, length)), "") << length;
 }
 
 } // namespace

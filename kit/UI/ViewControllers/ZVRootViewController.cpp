@@ -11,6 +11,7 @@
 #include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
 #include "platform/UIKit/UIAlertController.h"
 #include "platform/UIKit/UIApplication.h"
+#include "platform/UIKit/UIScreen.h"
 
 namespace zuvi {
 
@@ -84,7 +85,10 @@ void ZVRootViewController::bottomButtonTitleChanged() {
 }
 
 void ZVRootViewController::showLiveViewChanged() {
-  const double space = showLiveView ? 0 : view()->safeAreaInsets().bottom + bottomBarHeight;
+  // The first step writes before the frame is on its window; it will cover the screen.
+  const UIEdgeInsets safe =
+      view()->window() ? view()->safeAreaInsets() : UIScreen::main().safeAreaInsets();
+  const double space = showLiveView ? 0 : safe.bottom + bottomBarHeight;
   if (const auto constraint = containerBottomSpace.lock()) constraint->setConstant(space);
   view()->layoutIfNeeded();
 }

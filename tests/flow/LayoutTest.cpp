@@ -1,0 +1,173 @@
+// Every screen in every language on small and large screens: nothing is cut off, nothing collides.
+
+#include "platform/UIKit/UIPageControl.h"
+#include "platform/UIKit/UIScreen.h"
+#include "tests/flow/FlowTest.h"
+
+namespace zuvi {
+namespace {
+
+/// Something that a person reads or touches, where it stands on the screen.
+struct Item {
+  const UIView* view;
+  CGRect place;
+  bool isText;
+};
+
+std::string words(const Item& item) {
+  Value::Dictionary description;
+  item.view->describe(description);
+  const auto text = stringValue(description, item.isText ? "text" : "title").value_or("");
+  const CGRect& at = item.place;
+  return className(*item.view) + " " + item.view->outletName + " \"" + text + "\" at " +
+         testing::PrintToString(std::array{at.x, at.y, at.width, at.height});
+}
+
+bool overlap(const CGRect& a, const CGRect& b) {
+  const CGRect both = CGRectIntersection(a, b);
+  return both.width > 1 && both.height > 1; // layout rounds
+}
+
+bool holds(const CGRect& outer, const CGRect& inner) {
+  return inner.minX() >= outer.minX() - 1 && inner.minY() >= outer.minY() - 1 &&
+         inner.maxX() <= outer.maxX() + 1 && inner.maxY() <= outer.maxY() + 1;
+}
+
+/// The place of the letters within a label.
+CGRect placeOfText(const UILabel& label) {
+  const CGRect bounds = label.bounds();
+  const CGSize size = label.sizeThatFits(bounds.size());
+  const double free = bounds.width - size.width;
+  const double left = label.textAlignment() == NSTextAlignment::Left    ? 0
+                      : label.textAlignment() == NSTextAlignment::Right ? free
+                                                                        : free / 2;
+  return label.convertToScreen(CGRect{bounds.x + left, bounds.y + (bounds.height - size.height) / 2,
+                                      size.width, size.height});
+}
+
+class LayoutTest : public FlowTest {
+protected:
+  void inspect(const std::string& screen) {
+    UIScreen::main().layoutIfNeeded();
+    items_.clear();
+    // The sheet in front; what lies under it is out of reach.
+    collect(*window->subviews().back());
+    EXPECT_GE(items_.size(), 2U) << screen;
+    const std::string where = screen + " " + place_ + ": ";
+    for (auto a = items_.begin(); a != items_.end(); ++a) {
+      const auto* label = dynamic_cast<const UILabel*>(a->view);
+      EXPECT_FALSE(label && label->isClipped()) << where << words(*a) << " is clipped";
+      EXPECT_TRUE(holds(UIScreen::main().bounds(), a->place))
+          << where << words(*a) << " is outside";
+      for (const UIView* up = a->view->superview(); up; up = up->superview()) {
+        const bool whole =
+            !up->clipsToBounds() || holds(up->convertToScreen(up->bounds()), a->place);
+        EXPECT_TRUE(whole) << where << words(*a) << " is cut off by " << className(*up) << " "
+                           << up->outletName;
+      }
+      for (auto b = std::next(a); b != items_.end(); ++b) {
+        if (!overlap(a->place, b->place) || belongs(*a, *b) || belongs(*b, *a)) continue;
+        ADD_FAILURE() << where << words(*a) << " overlaps " << words(*b);
+      }
+    }
+  }
+
+  std::string place_;
+
+private:
+  /// A text may stand on the control that it is a part of, or that has no words of its own.
+  static bool belongs(const Item& text, const Item& control) {
+    if (!text.isText || control.isText) return false;
+    if (text.view->isDescendantOf(*control.view)) return true;
+    const auto* button = dynamic_cast<const UIButton*>(control.view);
+    return button && !button->title() && holds(control.place, text.place);
+  }
+
+  /// In drawing order; what a screen's opaque ground covers afterwards is taken out again.
+  void collect(const UIView& view) {
+    if (view.isHidden() || view.alpha() < 0.01) return;
+    const CGRect frame = view.convertToScreen(view.bounds());
+    const CGRect all = UIScreen::main().bounds();
+    if (view.backgroundColor().alpha > 0.99 &&
+        frame.width * frame.height > all.width * all.height / 3)
+      std::erase_if(items_, [&](const Item& item) { return holds(frame, item.place); });
+    if (const auto* label = dynamic_cast<const UILabel*>(&view)) {
+      if (label->text().value_or(" ").find_first_not_of(' ') != std::string::npos)
+        items_.push_back({&view, placeOfText(*label), true});
+    } else if (dynamic_cast<const UIControl*>(&view) || dynamic_cast<const UIPageControl*>(&view)) {
+      items_.push_back({&view, frame, false});
+    }
+    for (const auto& subview : view.subviews())
+      collect(*subview);
+  }
+
+  std::vector<Item> items_;
+};
+
+TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreen) {
+  const struct {
+    CGSize size;
+    UIEdgeInsets safe;
+  } screens[] = {{{320, 568}, {20, 0, 0, 0}}, {{375, 812}, {44, 0, 34, 0}}, {{768, 1024}, {}}};
+  const std::string all = R"(["national-id","proof-of-residency","driving-license","passport"])";
+  for (const auto& screen : screens) {
+    UIScreen::main().configure(screen.size, 2, screen.safe);
+    for (const auto& language : RawValues<ZVLanguage>::all) {
+      place_ = std::string(language.text) + " " + std::to_string(int(screen.size.width)) + " x " +
+               std::to_string(int(screen.size.height));
+      registerMerchant(R"({"required":)" + all + R"(,"optional":)" + all + "}",
+                       std::string(language.text));
+      launch();
+      inspect("start");
+      tap("closeButtonTap");
+      inspect("cancel alert");
+      tap("continueButton");
+      tapBottom();
+      inspect("recorder");
+      tap("recordButton");
+      inspect("count-down");
+      time.advance(7);
+      inspect("recording");
+      time.advance(5);
+      inspect("review");
+      backend.hold();
+      tapBottom();
+      inspect("upload of the film");
+      backend.release();
+      for (const bool backSide : {true, false, true, false}) {
+        arrive("ZVKYCCameraViewController");
+        inspect("camera, " + title());
+        step<ZVKYCCameraViewController>()->showError(true);
+        settle();
+        inspect("failed, " + title());
+        tapBottom();
+        time.advance(3);
+        shoot(jpeg(1));
+        if (backSide) {
+          ASSERT_EQ(page(), 3);
+          inspect("back, " + title());
+          backend.hold();
+          shoot(jpeg(2));
+          inspect("upload of " + title());
+          const std::weak_ptr<UIViewController> upload = shell().mainNC()->topViewController();
+          backend.release();
+          EXPECT_TRUE(time.waitUntil(
+              [&] { return shell().mainNC()->topViewController() != upload.lock(); }));
+        } else {
+          EXPECT_TRUE(time.waitUntil([&] { return top() != "ZVUploadViewController"; }));
+        }
+        settle();
+      }
+      arrive("ZVDocumentListViewController");
+      inspect("list");
+      tap(uppercased(name(ZVDocument::passport)), true);
+      shoot(jpeg(3));
+      arrive("ZVVerifiedViewController");
+      inspect("verified");
+      tapBottom();
+    }
+  }
+}
+
+} // namespace
+} // namespace zuvi
