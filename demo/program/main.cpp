@@ -8,7 +8,7 @@
 
 using namespace zuvi;
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): out of memory ends it
   auto parsed = demo::parseOptions({argv + 1, argv + argc});
   if (const auto* problem = std::get_if<std::string>(&parsed)) {
     std::fprintf(stderr, "zuvi-demo: %s\n", problem->c_str());

@@ -51,9 +51,8 @@ void downloadImage(const URL& from,
     });
   };
   if (from.isFileURL()) {
-    DispatchQueue::global().async([from, finish] {
-      finish(FileManager::contents(from.path()), "the file can't be read");
-    });
+    DispatchQueue::global().async(
+        [from, finish] { finish(FileManager::contents(from.path()), "the file can't be read"); });
     return;
   }
   URLSession::shared()

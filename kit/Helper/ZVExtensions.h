@@ -22,8 +22,7 @@ std::shared_ptr<const UIFont> zvSFProText(FontStyle style, double size);
 std::shared_ptr<const UIImage> zvKYCImage(const std::string& name);
 /// Reads an address off the main queue. The completion comes on the main queue, with null when
 /// nothing could be read or it is no picture.
-void downloadImage(const URL& from,
-                   std::function<void(std::shared_ptr<const UIImage>)> completion);
+void downloadImage(const URL& from, std::function<void(std::shared_ptr<const UIImage>)> completion);
 
 /// RRGGBB in hexadecimal, with or without "#", blanks around it allowed. What is no number is
 /// black.

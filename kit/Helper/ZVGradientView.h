@@ -18,6 +18,7 @@ public:
   void addGradient(const std::vector<std::string>& hexColors) {
     if (hexColors.empty()) return;
     std::vector<CGColor> colors;
+    colors.reserve(hexColors.size());
     for (const std::string& hex : hexColors)
       colors.push_back(colorFromHex(hex));
     gradient->setColors(std::move(colors));

@@ -14,8 +14,7 @@ ZVLocalizationManager::ZVLocalizationManager(const std::optional<std::string>& p
 }
 
 ZVLocalizationManager& ZVLocalizationManager::shared() {
-  static auto* instance =
-      new ZVLocalizationManager(zvKitBundle()->path("Localization", "plist"));
+  static auto* instance = new ZVLocalizationManager(zvKitBundle()->path("Localization", "plist"));
   return *instance;
 }
 

@@ -84,27 +84,27 @@ void ZVKYCManager::submitDocument(const std::string& identityId, const std::stri
 
 void ZVKYCManager::uploadNewPhoto(const std::string& documentId, const std::string& type,
                                   const Data& photo, ResultsCompletion completion) {
-  networkManager.put(
-      "v1/documents/" + documentId, photo, "picture",
-      Value::Dictionary{{"side", "back"}, {"type", type}},
-      [completion = std::move(completion)](const std::optional<Value>& json,
-                                           const std::optional<Error>&) {
-        std::optional<std::vector<ZVOCRResult>> results;
-        std::optional<std::string> message;
-        if (const auto* answer = json ? json->dictionary() : nullptr) {
-          const std::string cardType = cardTypeOf(*answer);
-          const Value* value = valueForKey(*answer, "fields");
-          if (const auto fields = value ? value->listOfDictionaries() : std::nullopt) {
-            results.emplace();
-            for (const Value::Dictionary& field : *fields)
-              if (ZVOCRResult result(field, cardType); result.isRequired())
-                results->push_back(std::move(result));
-          } else {
-            message = stringValue(*answer, "message");
-          }
-        }
-        completion(std::move(results), std::move(message));
-      });
+  networkManager.put("v1/documents/" + documentId, photo, "picture",
+                     Value::Dictionary{{"side", "back"}, {"type", type}},
+                     [completion = std::move(completion)](const std::optional<Value>& json,
+                                                          const std::optional<Error>&) {
+                       std::optional<std::vector<ZVOCRResult>> results;
+                       std::optional<std::string> message;
+                       if (const auto* answer = json ? json->dictionary() : nullptr) {
+                         const std::string cardType = cardTypeOf(*answer);
+                         const Value* value = valueForKey(*answer, "fields");
+                         if (const auto fields =
+                                 value ? value->listOfDictionaries() : std::nullopt) {
+                           results.emplace();
+                           for (const Value::Dictionary& field : *fields)
+                             if (ZVOCRResult result(field, cardType); result.isRequired())
+                               results->push_back(std::move(result));
+                         } else {
+                           message = stringValue(*answer, "message");
+                         }
+                       }
+                       completion(std::move(results), std::move(message));
+                     });
 }
 
 void ZVKYCManager::verifyDocument(const std::string& documentId,
@@ -112,8 +112,8 @@ void ZVKYCManager::verifyDocument(const std::string& documentId,
                                   std::function<void(bool)> completion) {
   Value::List fields;
   for (const ZVOCRResult& result : results)
-    fields.emplace_back(Value::Dictionary{{"id", result.id().value_or("")},
-                                          {"value", result.value.value_or("")}});
+    fields.emplace_back(
+        Value::Dictionary{{"id", result.id().value_or("")}, {"value", result.value.value_or("")}});
   networkManager.patch("v1/documents/" + documentId,
                        Value(Value::Dictionary{{"fields", std::move(fields)}}),
                        [completion = std::move(completion)](const std::optional<Value>& json,

@@ -31,14 +31,16 @@ std::string asciiLossy(const std::string& text) {
 } // namespace
 
 ZVKYCNetworkManager::ZVKYCNetworkManager()
-    : serverURL(ZVEndpoints::serverURL()), authorization(std::nullopt, [this] {
-        if (*authorization)
-          headers_["Authorization"] = **authorization;
-        else
-          headers_.erase("Authorization");
-      }),
-      session(URLSessionConfiguration{requestTimeout}),
-      headers_{{"Content-Type", "application/json"}} {}
+    : serverURL(ZVEndpoints::serverURL()),
+      authorization(std::nullopt,
+                    [this] {
+                      if (*authorization)
+                        headers_["Authorization"] = **authorization;
+                      else
+                        headers_.erase("Authorization");
+                    }),
+      session(URLSessionConfiguration{requestTimeout}), headers_{
+                                                            {"Content-Type", "application/json"}} {}
 
 std::optional<URLRequest> ZVKYCNetworkManager::request(const std::string& path,
                                                        const Completion& completion) const {
@@ -109,8 +111,8 @@ Data ZVKYCNetworkManager::createBody(const std::string& filePathKey, const Data&
   std::string head;
   if (parameters)
     for (const auto& [key, value] : *parameters)
-      head += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + key +
-              "\"\r\n\r\n" + value.description() + "\r\n";
+      head += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + key + "\"\r\n\r\n" +
+              value.description() + "\r\n";
   head += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + filePathKey +
           "\"; filename=\"" + fileName + "\"\r\nContent-Type: " + mimeType + "\r\n\r\n";
   const std::string tail = "\r\n--" + boundary + "--\r\n";
@@ -135,9 +137,7 @@ void ZVKYCNetworkManager::send(const URLRequest& request, Completion completion)
       result = JSONSerialization::jsonObject(data->view(), JSONSerialization::Fragments::Allow);
     DispatchQueue::main().async(
         [completion = std::move(*handed), result = std::move(result),
-         error = std::move(error)]() mutable {
-          completion(std::move(result), std::move(error));
-        });
+         error = std::move(error)]() mutable { completion(std::move(result), std::move(error)); });
   };
   session.dataTask(request, handleResponse)->resume();
 }

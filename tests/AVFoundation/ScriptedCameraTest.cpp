@@ -1,5 +1,5 @@
-#include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/ScriptedCamera.h"
+#include "platform/AVFoundation/AVError.h"
 #include "tests/AVFoundation/CameraFixture.h"
 
 #include <filesystem>

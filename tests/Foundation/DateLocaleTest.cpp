@@ -1,5 +1,4 @@
 #include "platform/Foundation/DateFormatter.h"
-#include "platform/Foundation/Locale.h"
 #include "tests/support/ScopedEnvironment.h"
 
 #include <cmath>
@@ -35,6 +34,8 @@ TEST(DateFormatterTest, MillisecondsAreNeitherLostNorInvented) {
     std::snprintf(expected, sizeof expected, "2018-01-31T12:00:00.%03dZ", ms);
     ASSERT_EQ(formatter.string({1517400000 + ms / 1000.0}), expected);
   }
+  for (const double seconds : {std::nan(""), std::numeric_limits<double>::infinity(), -1e300})
+    EXPECT_EQ(formatter.string({seconds}), "");
   EXPECT_EQ(formatter.string({-0.001}), "1969-12-31T23:59:59.999Z");
   EXPECT_EQ(formatter.string({1517400000.9996}), "2018-01-31T12:00:00.999Z");
 }
@@ -71,33 +72,6 @@ TEST(DateFormatterTest, ParsesExactlyOrNotAtAll) {
                            "2018-01-31T12:00:00.000Zx", " 2018-01-31T12:00:00.000Z",
                            "2018- 1-31T12:00:00.000Z", "2018-01-31t12:00:00.000Z", "\xff"})
     EXPECT_EQ(formatter.date(text), std::nullopt) << text;
-}
-
-TEST(DateFormatterTest, WhatCannotBeUsedGivesNothing) {
-  const Date noon{1517400000};
-  EXPECT_EQ((DateFormatter{"bbbb tttt", "en", "UTC"}.string(noon)), "");
-  EXPECT_EQ((DateFormatter{"yyyy", "en", "No/Where"}.string(noon)), "");
-  for (const double seconds : {std::nan(""), std::numeric_limits<double>::infinity(), -1e300})
-    EXPECT_EQ(machineFormatter().string({seconds}), "");
-}
-
-TEST(LocaleTest, ComesFromTheEnvironmentAnewEachTime) {
-  const struct {
-    const char* language;
-    const char* identifier;
-    std::optional<std::string> region;
-  } rows[] = {
-      {"de_AT.UTF-8", "de_AT", "AT"},  {"en_GB.UTF-8@euro", "en_GB", "GB"},
-      {"C.UTF-8", "en", std::nullopt}, {"", "en", std::nullopt},
-      {"..//", "en", std::nullopt},
-  };
-  for (const auto& row : rows) {
-    const ScopedEnvironment all("LC_ALL", std::nullopt);
-    const ScopedEnvironment messages("LC_MESSAGES", std::nullopt);
-    const ScopedEnvironment lang("LANG", row.language);
-    EXPECT_EQ(Locale::current().identifier(), row.identifier);
-    EXPECT_EQ(Locale::current().regionCode(), row.region) << row.language;
-  }
 }
 
 } // namespace

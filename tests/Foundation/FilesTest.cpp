@@ -2,7 +2,6 @@
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/PropertyList.h"
 #include "platform/Foundation/UserDefaults.h"
-#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -15,7 +14,6 @@
 namespace zuvi {
 namespace {
 
-using test::ScopedEnvironment;
 using test::TemporaryFolder;
 
 unsigned mode(const std::string& path) {
@@ -29,7 +27,6 @@ TEST(UserDefaultsTest, OutlivesTheObjectPrivatelyAndAlone) {
   {
     UserDefaults defaults(path);
     defaults.set("list", Value::List{"x", "y"});
-    defaults.set("flag", true);
     defaults.set("gone", 1);
     defaults.set("gone", nullptr);
     defaults.set("refused", Value::List{Date{0}});
@@ -37,7 +34,6 @@ TEST(UserDefaultsTest, OutlivesTheObjectPrivatelyAndAlone) {
   }
   const UserDefaults defaults(path);
   EXPECT_EQ(defaults.value("list"), (Value::List{"x", "y"}));
-  EXPECT_EQ(defaults.value("flag"), true);
   EXPECT_TRUE(defaults.value("gone").isNull());
   EXPECT_TRUE(defaults.value("refused").isNull());
   EXPECT_EQ(mode(path), 0600U);
@@ -57,19 +53,6 @@ TEST(UserDefaultsTest, ADamagedFileIsKeptAsideAndReadsAsEmpty) {
     EXPECT_EQ(UserDefaults(path).value("a"), 2);
     EXPECT_EQ(TemporaryFolder::read(path + ".damaged"), bytes);
   }
-}
-
-TEST(FileManagerTest, DocumentsFolderIsMadePrivatelyOrNotAtAll) {
-  const TemporaryFolder folder;
-  const std::string program = std::filesystem::read_symlink("/proc/self/exe").filename();
-  const ScopedEnvironment home("HOME", std::nullopt);
-  {
-    const ScopedEnvironment data("XDG_DATA_HOME", folder.path("data"));
-    EXPECT_EQ(FileManager::documentsDirectory(), folder.path("data/" + program + "/Documents"));
-    EXPECT_EQ(mode(*FileManager::documentsDirectory()), 0700U);
-  }
-  const ScopedEnvironment data("XDG_DATA_HOME", "relative");
-  EXPECT_EQ(FileManager::documentsDirectory(), std::nullopt);
 }
 
 TEST(FileManagerTest, ReadsWholeFilesAndOnlyFiles) {

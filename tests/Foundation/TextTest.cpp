@@ -1,9 +1,7 @@
 #include "platform/Foundation/Base64.h"
 #include "platform/Foundation/PercentEncoding.h"
 #include "platform/Foundation/URL.h"
-#include "platform/Foundation/Value.h"
 
-#include <limits>
 #include <string>
 
 #include <glib.h>
@@ -42,23 +40,6 @@ TEST(PercentEncodingTest, TheReverseRefusesWhatIsMalformed) {
   EXPECT_EQ(removingPercentEncoding("a%20b%c3%A9+"), "a bé+");
   for (const char* text : {"%", "%2", "%2g", "%g2", "%%20", "%FF", "\xff"})
     EXPECT_EQ(removingPercentEncoding(text), std::nullopt) << text;
-  std::string all;
-  for (int c = 0; c < 128; ++c)
-    all += static_cast<char>(c);
-  EXPECT_EQ(removingPercentEncoding(*addingPercentEncoding(all, CharacterSet())), all);
-}
-
-TEST(URLTest, TakesAnAddressApart) {
-  const auto url = URL::fromString("HTTPS://User@Host.example:8443/a%20b/c?q=%41#f");
-  ASSERT_TRUE(url);
-  EXPECT_EQ(url->scheme(), "https");
-  EXPECT_EQ(url->host(), "Host.example");
-  EXPECT_EQ(url->path(), "/a b/c");
-  EXPECT_EQ(url->absoluteString(), "HTTPS://User@Host.example:8443/a%20b/c?q=%41#f");
-  EXPECT_EQ(URL::fromString("mailto:a@b.c")->scheme(), "mailto");
-  EXPECT_EQ(URL::fromString("mailto:a@b.c")->host(), "");
-  EXPECT_EQ(URL::fromString("http://[::1]:80/")->host(), "::1");
-  EXPECT_TRUE(URL::fromString("https://h/?name=José"));
 }
 
 TEST(URLTest, RefusesWhatIsNoAddress) {
@@ -67,18 +48,6 @@ TEST(URLTest, RefusesWhatIsNoAddress) {
                            "https://[::1/", "1http://h/", "https://h/\xff", " https://h/"})
     EXPECT_FALSE(URL::fromString(text)) << text;
   EXPECT_FALSE(URL::fromString(std::string("https://h/\0", 11)));
-}
-
-TEST(ValueTest, DescribesItself) {
-  const Value value = Value::Dictionary{{"a", Value::List{1, 2.0, 0.1F, true, nullptr, "x\"y"}},
-                                        {"b", Value::Dictionary{}},
-                                        {"d", Date{-1}},
-                                        {"u", URL::fromString("https://h/").value()}};
-  EXPECT_EQ(value.description(), R"(["a": [1, 2.0, 0.1, true, nil, "x\"y"], "b": [:], )"
-                                 R"("d": 1969-12-31 23:59:59 +0000, "u": https://h/])");
-  EXPECT_EQ(Value("plain \"text\"").description(), "plain \"text\"");
-  EXPECT_EQ(Value(std::numeric_limits<std::uint64_t>::max()).description(), "18446744073709551615");
-  EXPECT_EQ(Value(Date{1e300}).description(), "1e+300");
 }
 
 } // namespace

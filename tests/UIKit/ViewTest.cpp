@@ -86,7 +86,6 @@ struct Restless : UIView {
 
 TEST_F(ViewTest, ViewThatMarksItselfAtEveryLayoutDoesNotHangTheProgram) {
   const auto restless = add<Restless>({0, 0, 10, 10});
-
   surface.drawFrame();
   time.settle();
   EXPECT_GE(restless->layouts, 1);

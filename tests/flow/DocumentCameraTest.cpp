@@ -28,7 +28,7 @@ protected:
 };
 
 TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
-  const auto front = ZVKYCCameraType::ineFront, back = ZVKYCCameraType::ineBack;
+  const auto first = ZVKYCCameraType::ineFront, second = ZVKYCCameraType::ineBack;
   const struct {
     const char* document;
     ZVKYCCameraType type;
@@ -36,9 +36,9 @@ TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
     std::optional<std::string> hosts;
     int page;
   } rows[] = {
-      {"national-id", front, "frontSide", {}, 2},      {"national-id", back, "backSide", {}, 3},
-      {"driving-license", back, "backSide", "own", 0}, {"passport", front, "", "own", 0},
-      {"proof-of-residency", front, "", {}, 2},
+      {"national-id", first, "frontSide", {}, 2},      {"national-id", second, "backSide", {}, 3},
+      {"driving-license", second, "backSide", "own", 0}, {"passport", first, "", "own", 0},
+      {"proof-of-residency", first, "", {}, 2},
   };
   for (const auto& row : rows) {
     ZVKYC::instance().identityId = row.hosts;
@@ -54,16 +54,16 @@ TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
               localized("documentWarning1") + localized("documentWarning2") +
                   localized("faceErrorTitle"));
     EXPECT_EQ(screen->cardImageView.lock()->image()->name(),
-              row.type == front ? "ZVFrontIneCard" : "ZVBackIneCard");
+              row.type == first ? "ZVFrontIneCard" : "ZVBackIneCard");
     EXPECT_EQ(screen->errorView.lock()->alpha(), 0);
     EXPECT_EQ(flash(), 0);
     const auto& layers = screen->cameraView.lock()->layer()->sublayers();
     ASSERT_FALSE(layers.empty());
     EXPECT_EQ(layers[0]->frame(), screen->cameraView.lock()->bounds())
         << "the preview, at the bottom";
-    EXPECT_TRUE(KitTest::back->isRunning());
+    EXPECT_TRUE(back->isRunning());
     leave();
-    EXPECT_FALSE(KitTest::back->isRunning());
+    EXPECT_FALSE(back->isRunning());
   }
 }
 

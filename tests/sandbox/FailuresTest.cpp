@@ -61,5 +61,13 @@ TEST_F(Failures, NeverEndsWithTheClientOrTheServer) {
   EXPECT_EQ(server_->requests().size(), 2U) << "both handlers came to their end";
 }
 
+TEST(FailRules, RefuseWhatDoesNotParse) {
+  for (const std::string rule :
+       {"", "identity", "film:1:drop", "identity:0:drop", "identity:4-2:drop", "identity:1-:drop",
+        "identity:99999999999:drop", "identity:1:explode", "identity:1:drop=1",
+        "identity:1:status=99", "identity:1:delay=nan"})
+    EXPECT_FALSE(FailRule::parse(rule)) << rule;
+}
+
 } // namespace
 } // namespace zuvi::sandbox::test

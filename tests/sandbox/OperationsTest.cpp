@@ -85,43 +85,32 @@ TEST_F(Operations, ResourcesOfOthersAreUnknown) {
 
 TEST_F(Operations, UploadsAreCheckedToTheLetter) {
   const auto identity = newIdentity();
-  const auto fault = [&](const std::string& method, const std::string& path,
-                         const SampleForm& form) {
-    const auto answer = upload(method, path, form);
-    EXPECT_EQ(answer.status, 400);
-    return messageOf(answer);
+  using Change = void (*)(SampleForm&);
+  const auto refuse = [&](const std::string& path, const SampleForm& good,
+                          const std::vector<Change>& changes) {
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+      SampleForm form = good;
+      changes[i](form);
+      EXPECT_EQ(upload("POST", path, form).status, 400) << path << " with change " << i;
+    }
   };
-  const auto filmFault = [&](auto change) {
-    SampleForm form = SampleForm::ofFilm();
-    change(form);
-    return fault("POST", "/v1/identities", form);
-  };
-  EXPECT_THAT(filmFault([](auto& form) { form.fileField = "photo"; }), HasSubstr("\"video\""));
-  EXPECT_THAT(filmFault([](auto& form) { form.fileName = "Liveness.mov"; }), HasSubstr("named"));
-  EXPECT_THAT(filmFault([](auto& form) { form.type = "video/mp4"; }), HasSubstr("Content-Type"));
-  EXPECT_THAT(filmFault([](auto& form) { form.bytes = "ftyp"; }), HasSubstr("QuickTime"));
-  EXPECT_THAT(filmFault([](auto& form) { form.bytes.clear(); }), HasSubstr("QuickTime"));
-  EXPECT_THAT(filmFault([](auto& form) { form.fields = {{"city", "x"}}; }), HasSubstr("metadata"));
-
-  const auto documentFault = [&](auto change) {
-    SampleForm form = SampleForm::ofDocument("passport", "front");
-    change(form);
-    return fault("POST", "/v1/identities/" + identity + "/documents", form);
-  };
-  EXPECT_THAT(documentFault([](auto& form) { form.fields[0].second = "Passport"; }),
-              HasSubstr("no known document"));
-  EXPECT_THAT(documentFault([](auto& form) { form.fields[1].second = "back"; }),
-              HasSubstr("must be front"));
-  EXPECT_THAT(documentFault([](auto& form) { form.fields.pop_back(); }), HasSubstr("lacks"));
-  EXPECT_THAT(documentFault([](auto& form) { form.fields.emplace_back("metadata[a]", "b"); }),
-              HasSubstr("not known"));
-  EXPECT_THAT(documentFault([](auto& form) { form.bytes = film; }), HasSubstr("JPEG"));
-
-  const auto chunked =
-      ask("POST", "/v1/identities", {"Content-Type: " + formType, "Transfer-Encoding: chunked"},
-          SampleForm::ofFilm().body());
-  EXPECT_THAT(messageOf(chunked), HasSubstr("Content-Length"));
-  EXPECT_EQ(server_->arrivals()->identities.size(), 1U) << "nothing of all that was stored";
+  refuse("/v1/identities", SampleForm::ofFilm(),
+         {[](SampleForm& form) { form.fileField = "photo"; },
+          [](SampleForm& form) { form.fileName = "Liveness.mov"; },
+          [](SampleForm& form) { form.type = "video/mp4"; },
+          [](SampleForm& form) { form.bytes = "ftyp"; },
+          [](SampleForm& form) {
+            form.fields = {{"city", "x"}};
+          }});
+  refuse("/v1/identities/" + identity + "/documents", SampleForm::ofDocument("passport", "front"),
+         {[](SampleForm& form) { form.fields[0].second = "Passport"; },
+          [](SampleForm& form) { form.fields[1].second = "back"; },
+          [](SampleForm& form) { form.fields.pop_back(); },
+          [](SampleForm& form) { form.fields.emplace_back("metadata[a]", "b"); },
+          [](SampleForm& form) { form.bytes = film; }});
+  const auto arrivals = server_->arrivals();
+  ASSERT_EQ(arrivals->identities.size(), 1U) << "nothing of all that was stored";
+  EXPECT_TRUE(arrivals->identities[0].documents.empty());
 }
 
 TEST_F(Operations, VerifyingIsCheckedToo) {
@@ -133,17 +122,8 @@ TEST_F(Operations, VerifyingIsCheckedToo) {
         R"({"fields":[{"id":"fullName","value":"x","label":"Full name"}]})",
         R"({"fields":[{"id":"fullName","value":"x"},{"id":"fullname","value":"x"}]})"})
     EXPECT_EQ(patch(id, body).status, 400) << body;
+  EXPECT_EQ(patch(id, std::string(100000, '[')).status, 400);
   EXPECT_FALSE(server_->arrivals()->identities[0].documents[0].fields[0].verified);
-}
-
-TEST_F(Operations, WrongPathMethodOrHost) {
-  EXPECT_EQ(ask("GET", "/v1/merchants/me").status, 404);
-  EXPECT_EQ(ask("POST", "/v1/identities/").status, 404);
-  const auto method = ask("GET", "/v1/documents/x");
-  EXPECT_EQ(method.status, 405);
-  EXPECT_EQ(method.headers.at("allow"), "PUT, PATCH");
-  EXPECT_EQ(ask("GET", "/arrivals.json", {"Host: example.org"}).status, 403);
-  EXPECT_EQ(ask("GET", "/arrivals.json", {"Host: localhost:1"}).status, 200);
 }
 
 TEST_F(Operations, BodiesHaveALimit) {
@@ -154,21 +134,6 @@ TEST_F(Operations, BodiesHaveALimit) {
   form.bytes += std::string(5000, 'x');
   EXPECT_EQ(upload("POST", "/v1/identities", form).status, 413);
   EXPECT_EQ(upload("POST", "/v1/identities", SampleForm::ofFilm()).status, 201);
-}
-
-TEST_F(Operations, LogTellsNothingPersonal) {
-  std::vector<std::string> lines;
-  ServerOptions options;
-  options.log = [&](const std::string& line) { lines.push_back(line); };
-  start(std::move(options));
-  SampleForm form = SampleForm::ofFilm();
-  form.fields = {{"metadata[name]", "Ines"}};
-  upload("POST", "/v1/identities", form);
-  ask("GET\x1b[31m", "/nothing?name=Ines");
-  server_->stop();
-  ASSERT_EQ(lines.size(), 2U);
-  EXPECT_THAT(lines[0], testing::MatchesRegex("POST /v1/identities [0-9]+ bytes, 201, [0-9]+ ms"));
-  EXPECT_THAT(lines[1], testing::StartsWith("GET?[31m /nothing 0 bytes, 404, "));
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <sstream>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -30,26 +30,14 @@ struct SampleForm {
   }
 
   std::string body() const {
-    std::string text;
+    const std::string line = std::string("--") + boundary, end = "\r\n";
+    const std::string disposition = end + "Content-Disposition: form-data; name=\"";
+    std::ostringstream text;
     for (const auto& [name, value] : fields)
-      text.append("--")
-          .append(boundary)
-          .append("\r\nContent-Disposition: form-data; name=\"")
-          .append(name)
-          .append("\"\r\n\r\n")
-          .append(value)
-          .append("\r\n");
-    text.append("--")
-        .append(boundary)
-        .append("\r\nContent-Disposition: form-data; name=\"")
-        .append(fileField)
-        .append("\"; filename=\"")
-        .append(fileName)
-        .append("\"\r\nContent-Type: ")
-        .append(type)
-        .append("\r\n\r\n")
-        .append(bytes);
-    return text.append("\r\n--").append(boundary).append("--\r\n");
+      text << line << disposition << name << '"' << end << end << value << end;
+    text << line << disposition << fileField << "\"; filename=\"" << fileName << '"' << end
+         << "Content-Type: " << type << end << end << bytes << end << line << "--" << end;
+    return text.str();
   }
 };
 

@@ -1,9 +1,7 @@
 #include "tests/sandbox/ServerFixture.h"
 
-#include <array>
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <thread>
 
 namespace zuvi::sandbox::test {
 namespace {
@@ -37,15 +35,6 @@ TEST_F(Persistence, EverythingIsThereAfterARestart) {
   EXPECT_EQ(server_->arrivals()->identities.at(1).id, next);
 }
 
-TEST_F(Persistence, UnusableFoldersAreRefused) {
-  folder_.write("data", "a file in its place");
-  EXPECT_THAT(startFault(), HasSubstr("cannot be used"));
-  fs::remove(folder_.path("data"));
-  fs::create_directories(folder_.path("data"));
-  folder_.write("data/sandbox.db", std::string(5000, 'x'));
-  EXPECT_THAT(startFault(), HasSubstr("not a database"));
-}
-
 TEST_F(Persistence, DamagedDatabasesAreRefused) {
   start();
   newDocument(newIdentity(), "passport");
@@ -57,25 +46,6 @@ TEST_F(Persistence, DamagedDatabasesAreRefused) {
   std::fill(bytes.begin() + 4096, bytes.end(), '\x5a');
   folder_.write("data/sandbox.db", bytes);
   EXPECT_THAT(startFault(), HasSubstr("damaged"));
-}
-
-TEST_F(Persistence, ManyClientsAtOnce) {
-  start();
-  std::array<std::thread, 6> clients;
-  for (auto& thread : clients)
-    thread = std::thread([&] {
-      HttpClient client;
-      for (int k = 0; k < 5; ++k)
-        client.ask("POST", server_->address() + "/v1/identities",
-                   {"Authorization: Bearer demo", "Content-Type: " + formType},
-                   SampleForm::ofFilm().body());
-    });
-  for (auto& client : clients)
-    client.join();
-  const auto arrivals = server_->arrivals();
-  EXPECT_EQ(arrivals->identities.size(), 30U);
-  for (const Identity& identity : arrivals->identities)
-    EXPECT_EQ(*server_->file(identity.film), film);
 }
 
 } // namespace

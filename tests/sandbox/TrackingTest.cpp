@@ -1,5 +1,4 @@
 #include "sandbox/core/api/Tracking.h"
-#include "sandbox/core/text/Json.h"
 
 #include <gmock/gmock.h>
 

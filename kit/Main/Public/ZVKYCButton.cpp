@@ -53,7 +53,9 @@ void ZVKYCButton::configureLayer() {
   shape.setMasksToBounds(false); // the shadow lies outside
 }
 
-CGSize ZVKYCButton::intrinsicContentSize() const { return {280, 60}; }
+CGSize ZVKYCButton::intrinsicContentSize() const {
+  return {280, 60};
+}
 
 void ZVKYCButton::layoutSubviews() {
   UIButton::layoutSubviews();

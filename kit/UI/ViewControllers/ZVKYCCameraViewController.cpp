@@ -115,7 +115,8 @@ void ZVKYCCameraViewController::refreshSubviews(bool isVideoPermissionGranted) {
   cameraPermissionAccess_ = isVideoPermissionGranted;
   const bool front = type == ZVKYCCameraType::ineFront;
   if (const auto card = cardView.lock()) card->setHidden(false);
-  if (const auto image = backgroundImageView.lock()) image->setImage(zvKYCImage("ZVCameraCardIcon"));
+  if (const auto image = backgroundImageView.lock())
+    image->setImage(zvKYCImage("ZVCameraCardIcon"));
   if (const auto label = errorTitleLabel.lock()) label->setText(localized("faceErrorTitle"));
   if (const auto label = cardTitleLabel.lock())
     label->setText(!scanBackSide(document()) ? " " : localized(front ? "frontSide" : "backSide"));
@@ -192,8 +193,7 @@ void ZVKYCCameraViewController::takePhoto(std::function<void(std::optional<Data>
                                                        const std::optional<Error>&) {
         auto bytes = AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(buffer);
         // What follows changes screens, which belongs on the main queue.
-        DispatchQueue::main().async(
-            [completion, bytes = std::move(bytes)] { completion(bytes); });
+        DispatchQueue::main().async([completion, bytes = std::move(bytes)] { completion(bytes); });
       });
   trackPhoto();
 }

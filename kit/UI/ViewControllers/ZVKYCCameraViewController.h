@@ -43,8 +43,8 @@ public:
   bool isRequired = true; ///< whether the index counts in the required documents
   int index = 0;
   std::optional<ZVKYCCameraType> type;
-  std::optional<std::string> objectId;  ///< the identity that the pictures go to
-  std::optional<Data> frontIneImage;    ///< of a back side: the picture of the front
+  std::optional<std::string> objectId; ///< the identity that the pictures go to
+  std::optional<Data> frontIneImage;   ///< of a back side: the picture of the front
   std::shared_ptr<const ZVKYCMerchant> merchant;
   bool isErrorShown = false;
 

@@ -153,8 +153,7 @@ void ZVLiveCameraViewController::recordButtonTap() {
     figure->setText(countDownFrom); // an earlier take without a film has left it below zero
     figure->setAlpha(1.0);
   }
-  if (const auto label = recordLabel.lock())
-    label->setText("00:0" + std::to_string(filmLength));
+  if (const auto label = recordLabel.lock()) label->setText("00:0" + std::to_string(filmLength));
   configure();
 }
 
@@ -205,8 +204,8 @@ void ZVLiveCameraViewController::beginRecording() {
   if (const auto figure = startTimerLabel.lock()) figure->setAlpha(0);
   DateFormatter formatter;
   formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ssZ";
-  const std::string path = FileManager::documentsDirectory().value_or("") + "/" +
-                           formatter.string(Date::now()) + ".mov";
+  const std::string path =
+      FileManager::documentsDirectory().value_or("") + "/" + formatter.string(Date::now()) + ".mov";
   if (videoOutput_) {
     if (!recordingDelegate_) recordingDelegate_ = std::make_shared<RecordingDelegate>(weakSelf());
     videoOutput_->startRecording(path, recordingDelegate_);

@@ -16,8 +16,8 @@ class AVCaptureSession;
 class AVCaptureVideoPreviewLayer;
 class Timer;
 
-/// Records the selfie film: five seconds of count-down, then seven of film. The figure on the screen
-/// is the only counter; from zero on it is out of sight and runs into negative numbers.
+/// Records the selfie film: five seconds of count-down, then seven of film. The figure on the
+/// screen is the only counter; from zero on it is out of sight and runs into negative numbers.
 class ZVLiveCameraViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVLiveCameraViewController";

@@ -31,6 +31,8 @@ void ZVMainViewController::viewWillAppear(bool animated) {
   setBottomButtonAction([this] { start(); });
 }
 
-void ZVMainViewController::start() { show(make<ZVLiveCameraViewController>()); }
+void ZVMainViewController::start() {
+  show(make<ZVLiveCameraViewController>());
+}
 
 } // namespace zuvi

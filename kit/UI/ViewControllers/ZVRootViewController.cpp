@@ -99,8 +99,8 @@ void ZVRootViewController::currentPageChanged() {
   dots->setAlpha(currentPage < 0 ? 0.0 : 1.0);
   if (currentPage < 0) return;
   dots->setCurrentPage(currentPage);
-  dots->setCurrentPageIndicatorTintColor(
-      currentPage == 0 ? ZVKYCHelper::instance().merchant->color : laterPageColor);
+  dots->setCurrentPageIndicatorTintColor(currentPage == 0 ? ZVKYCHelper::instance().merchant->color
+                                                          : laterPageColor);
 }
 
 // Lifecycle
@@ -170,12 +170,10 @@ void ZVRootViewController::cancelAction() {
 
 void ZVRootViewController::registerNotifications() {
   NotificationCenter& center = NotificationCenter::defaultCenter();
-  observers_.push_back(center.observe(UIKeyboardWillShowNotification, [this](const auto& notice) {
-    keyboardWillShow(notice);
-  }));
-  observers_.push_back(center.observe(UIKeyboardWillHideNotification, [this](const auto& notice) {
-    keyboardWillHide(notice);
-  }));
+  observers_.push_back(center.observe(UIKeyboardWillShowNotification,
+                                      [this](const auto& notice) { keyboardWillShow(notice); }));
+  observers_.push_back(center.observe(UIKeyboardWillHideNotification,
+                                      [this](const auto& notice) { keyboardWillHide(notice); }));
 }
 
 void ZVRootViewController::keyboardWillShow(const Notification& notification) {
@@ -212,6 +210,8 @@ void ZVRootViewController::received(const LiveChatMessage& message) {
   present(alert, true);
 }
 
-void ZVRootViewController::handleURL(const URL& url) { UIApplication::shared().openURL(url); }
+void ZVRootViewController::handleURL(const URL& url) {
+  UIApplication::shared().openURL(url);
+}
 
 } // namespace zuvi

@@ -10,7 +10,9 @@ namespace zuvi {
 
 ZVScreen::ZVScreen(const char* name) : UIViewController(name, zvKitBundle()) {}
 
-ZVRootViewController& ZVScreen::shell() { return *ZVKYCHelper::instance().rootVC; }
+ZVRootViewController& ZVScreen::shell() {
+  return *ZVKYCHelper::instance().rootVC;
+}
 
 void ZVScreen::setBottomButtonAction(std::function<void()> action) {
   // A key can still reach the button when the next screen lies over it or hides it.

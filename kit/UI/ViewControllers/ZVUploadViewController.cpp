@@ -81,15 +81,14 @@ void ZVUploadViewController::documentResult(const std::optional<std::string>& id
   if (!isAppeared) return;
   if (!id) return showError();
   if (!backData) return showNext();
-  ZVKYCManager::shared().uploadNewPhoto(
-      *id, rawValue(document()), *backData,
-      [self = self()](const auto& results, const auto&) {
-        if (!self->isAppeared) return;
-        if (results)
-          self->showNext();
-        else
-          self->showError();
-      });
+  ZVKYCManager::shared().uploadNewPhoto(*id, rawValue(document()), *backData,
+                                        [self = self()](const auto& results, const auto&) {
+                                          if (!self->isAppeared) return;
+                                          if (results)
+                                            self->showNext();
+                                          else
+                                            self->showError();
+                                        });
 }
 
 // What comes next
@@ -123,9 +122,13 @@ void ZVUploadViewController::showList(const std::string& identity) {
 
 // The way back
 
-void ZVUploadViewController::showError() { returnToCapture(Failure::Show); }
+void ZVUploadViewController::showError() {
+  returnToCapture(Failure::Show);
+}
 
-void ZVUploadViewController::retakeButtonTap() { returnToCapture(Failure::Hide); }
+void ZVUploadViewController::retakeButtonTap() {
+  returnToCapture(Failure::Hide);
+}
 
 void ZVUploadViewController::returnToCapture(Failure failure) {
   UINavigationController* navigation = navigationController();

@@ -19,13 +19,13 @@ public:
   static constexpr const char* name = "ZVUploadViewController";
   ZVUploadViewController();
 
-  bool isRequired = true;          ///< whether the index counts in the required documents
+  bool isRequired = true; ///< whether the index counts in the required documents
   int documentIndex = 0;
-  std::string identityId;          ///< of a document: whose it is
-  Data frontData;                  ///< of a document
-  std::optional<Data> backData;    ///< of a document with two sides
-  std::optional<Data> video;       ///< present: the item is the film
-  bool isAppeared = false;         ///< a result that comes while it is false is dropped
+  std::string identityId;       ///< of a document: whose it is
+  Data frontData;               ///< of a document
+  std::optional<Data> backData; ///< of a document with two sides
+  std::optional<Data> video;    ///< present: the item is the film
+  bool isAppeared = false;      ///< a result that comes while it is false is dropped
   std::shared_ptr<const ZVKYCMerchant> merchant;
 
   std::weak_ptr<UILabel> textLabel;
