@@ -224,6 +224,18 @@ private:
   double scale_;
 };
 
+void addShadows(CALayer& layer, const CGAffineTransform& toRoot, const CGRect& area,
+                CGRect& grown) {
+  const CALayer::Cache& cache = layer.cache();
+  if (!cache.placed) return;
+  const CGAffineTransform own = layer.presentedTransformToSuperlayer().concatenating(toRoot);
+  const CGRect content = own.apply(extents(cache.content));
+  if (layer.shadowOpacity() > 0 && !CGRectIntersection(content, area).isEmpty())
+    grown = CGRectUnion(grown, content);
+  for (const auto& sublayer : layer.sublayers())
+    addShadows(*sublayer, own, area, grown);
+}
+
 /// Draws a layer as its superlayer's coordinates have it.
 void drawWithin(CALayer& layer, cairo_t* context, const CGRect& area) {
   const CALayer::Cache& cache = layer.cache();
@@ -234,7 +246,9 @@ void drawWithin(CALayer& layer, cairo_t* context, const CGRect& area) {
   const CGAffineTransform own = layer.presentedTransformToSuperlayer();
   const bool moved = own.a == 1 && own.b == 0 && own.c == 0 && own.d == 1;
   const bool square = layer.presented(LayerProperty::CornerRadius)[0] <= 0;
-  if (!moved || layer.presentedOpacity() < 1 || (layer.masksToBounds() && !square)) {
+  // What moves by itself has moved on since its node was placed.
+  if (!moved || layer.hasAnimations() || layer.presentedOpacity() < 1 ||
+      (layer.masksToBounds() && !square)) {
     gsk_render_node_draw(nodeOf(cache.placed), context); // in one piece
     return;
   }
@@ -254,6 +268,12 @@ void drawWithin(CALayer& layer, cairo_t* context, const CGRect& area) {
 }
 
 } // namespace
+
+CGRect LayerRenderer::areaWithShadows(CALayer& root, const CGRect& area) {
+  CGRect grown = area;
+  addShadows(root, {}, area, grown);
+  return grown;
+}
 
 void LayerRenderer::draw(CALayer& root, cairo_t* context, const CGRect& area) {
   drawWithin(root, context, area);

@@ -21,6 +21,10 @@ public:
   /// `scale`: pixels a point.
   static Frame render(CALayer& root, double scale);
 
+  /// The area and all shadows that reach into it, in the root's coordinates: the toolkit shades a
+  /// part of a shadow a little differently than the whole.
+  static CGRect areaWithShadows(CALayer& root, const CGRect& area);
+
   /// Draws what `render` has built, leaving out layers that lie outside of `area` (the root's
   /// coordinates): they may be most of the screen, and each would be drawn before it is clipped.
   static void draw(CALayer& root, cairo_t* context, const CGRect& area);

@@ -114,7 +114,11 @@ bool OffscreenSurface::drawFrame() {
     return false; // out of sight
   }
   // Drawn without a clip, for soft edges come out a shade different under one.
-  cairo_surface_t* fresh = native_->draw(screen.rootLayer(), all);
+  const double scale = native_->scale;
+  const CGRect area = LayerRenderer::areaWithShadows(
+      screen.rootLayer(), {all.x / scale, all.y / scale, all.width / scale, all.height / scale});
+  cairo_surface_t* fresh = native_->draw(
+      screen.rootLayer(), CGRectIntersection(native_->wholePixels(area), native_->extent()));
   cairo_clip(context);
   cairo_set_operator(context, CAIRO_OPERATOR_SOURCE);
   cairo_set_source_surface(context, fresh, 0, 0);
