@@ -24,15 +24,7 @@ void registerZVFonts() {
 }
 
 std::shared_ptr<const UIFont> zvSFProText(FontStyle style, double size) {
-  switch (style) {
-  case FontStyle::semiBold:
-    return UIFont::named("SFProText-SemiBold", size);
-  case FontStyle::bold:
-    return UIFont::named("SFProText-Bold", size);
-  case FontStyle::regular:
-    return UIFont::named("SFProText-Regular", size);
-  }
-  return nullptr;
+  return UIFont::named("SFProText-" + rawValue(style), size);
 }
 
 // Pictures
@@ -43,11 +35,12 @@ std::shared_ptr<const UIImage> zvKYCImage(const std::string& name) {
 
 void downloadImage(const URL& from,
                    std::function<void(std::shared_ptr<const UIImage>)> completion) {
-  const auto finish = [completion = std::move(completion)](const std::optional<Data>& data,
-                                                           const std::string& problem) {
-    DispatchQueue::main().async([completion, data, problem] {
-      if (!data) print("Unable to load data: " + problem);
+  // Handed on whole, not copied: what it holds must not die off the main queue.
+  const auto handed = std::make_shared<decltype(completion)>(std::move(completion));
+  const auto finish = [handed](const std::optional<Data>& data, const std::string& problem) {
+    DispatchQueue::main().async([completion = std::move(*handed), data, problem] {
       completion(data ? UIImage::fromData(*data) : nullptr);
+      if (!data) print("Unable to load data: " + problem);
     });
   };
   if (from.isFileURL()) {
@@ -72,14 +65,13 @@ UIColor colorFromHex(const std::string& hexString, double alpha) {
   while (at < hexString.size() && isBlank(hexString[at]))
     at++;
   if (at < hexString.size() && hexString[at] == '#') at++;
-  while (at < hexString.size() && isBlank(hexString[at])) // as the scanner skips them
+  while (at < hexString.size() && isBlank(hexString[at])) // also behind the sign
     at++;
   if (hexString.compare(at, 2, "0x") == 0 || hexString.compare(at, 2, "0X") == 0) at += 2;
-  std::uint64_t bits = 0;
+  std::uint32_t bits = 0; // what does not fit is of no matter
   for (; at < hexString.size() && std::isxdigit(static_cast<unsigned char>(hexString[at])); at++) {
     const char digit = static_cast<char>(std::tolower(static_cast<unsigned char>(hexString[at])));
     bits = bits * 16 + static_cast<unsigned>(digit <= '9' ? digit - '0' : digit - 'a' + 10);
-    if (bits > UINT32_MAX) bits = UINT32_MAX; // a scan of 32 bits stays at its end
   }
   return UIColor::bytes(static_cast<int>(bits >> 16 & 0xff), static_cast<int>(bits >> 8 & 0xff),
                         static_cast<int>(bits & 0xff), alpha);

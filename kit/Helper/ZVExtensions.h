@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kit/Main/Private/RawValue.h"
 #include "platform/UIKit/UIColor.h"
 #include "platform/UIKit/UIFont.h"
 #include "platform/UIKit/UIImage.h"
@@ -12,6 +13,12 @@
 namespace zuvi {
 
 enum class FontStyle { semiBold, bold, regular };
+
+template <> struct RawValues<FontStyle> {
+  static constexpr RawValue<FontStyle> all[] = {{FontStyle::semiBold, "SemiBold"},
+                                                {FontStyle::bold, "Bold"},
+                                                {FontStyle::regular, "Regular"}};
+};
 
 /// Makes the kit's own fonts known to the system; may run any number of times.
 void registerZVFonts();

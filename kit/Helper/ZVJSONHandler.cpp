@@ -30,9 +30,12 @@ Value ZVJSONHandler::makeObjectSerializable(const Value& value) {
   return value.description();
 }
 
+std::optional<Data> ZVJSONHandler::serializeJSONObject(const Value& value) {
+  return JSONSerialization::data(makeObjectSerializable(value));
+}
+
 std::optional<std::string> ZVJSONHandler::encodeAPIData(const Value& value) {
-  const Value reduced = makeObjectSerializable(value);
-  const auto json = JSONSerialization::data(reduced);
+  const auto json = serializeJSONObject(value);
   if (!json) return std::nullopt;
   return addingPercentEncoding(base64Encoded(json->view(), Base64Lines::Length64),
                                CharacterSet::urlQueryAllowed());

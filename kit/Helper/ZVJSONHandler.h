@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Foundation/Data.h"
 #include "platform/Foundation/Value.h"
 
 #include <optional>
@@ -15,6 +16,7 @@ public:
   static std::optional<std::string> encodeAPIData(const Value& value);
 
 private:
+  static std::optional<Data> serializeJSONObject(const Value& value);
   /// What JSON can't hold becomes text: dates, addresses, descriptions.
   static Value makeObjectSerializable(const Value& value);
 };

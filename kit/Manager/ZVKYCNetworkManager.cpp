@@ -98,13 +98,13 @@ void ZVKYCNetworkManager::upload(const std::string& method, const std::string& p
   const std::string boundary = "Boundary-" + uuidString();
   made->allHTTPHeaderFields["Content-Type"] = "multipart/form-data; boundary=" + boundary;
   made->httpMethod = method;
-  made->httpBody = createBody(name, file, parameters, boundary, kind);
+  made->httpBody = createBodyWithParameters(name, file, parameters, boundary, kind);
   send(*made, std::move(completion));
 }
 
-Data ZVKYCNetworkManager::createBody(const std::string& filePathKey, const Data& file,
-                                     const Parameters& parameters, const std::string& boundary,
-                                     FileKind kind) {
+Data ZVKYCNetworkManager::createBodyWithParameters(const std::string& filePathKey, const Data& file,
+                                                   const Parameters& parameters,
+                                                   const std::string& boundary, FileKind kind) {
   const bool video = kind == FileKind::Video;
   const std::string fileName = video ? "liveness.mov" : "user-profile.jpg";
   const std::string mimeType = video ? "video/quicktime" : "image/jpeg";

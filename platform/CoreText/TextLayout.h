@@ -29,8 +29,6 @@ struct AttributedString {
 std::size_t characterCount(const std::string& text);
 /// The text in upper case, by the rules of its script.
 std::string uppercased(const std::string& text);
-/// The text in lower case, by the rules of its script.
-std::string lowercased(const std::string& text);
 
 enum class NSTextAlignment { Left, Center, Right };
 

@@ -31,22 +31,13 @@ std::size_t characterCount(const std::string& text) {
   }));
 }
 
-/// Applies one of the toolkit's text functions to text that may hold bytes that are no UTF-8.
-static std::string transformed(const std::string& text, char* (*transform)(const char*, gssize)) {
+std::string uppercased(const std::string& text) {
   char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-  char* changed = transform(valid, -1);
-  std::string result = changed;
-  g_free(changed);
+  char* upper = g_utf8_strup(valid, -1);
+  std::string result = upper;
+  g_free(upper);
   g_free(valid);
   return result;
-}
-
-std::string uppercased(const std::string& text) {
-  return transformed(text, g_utf8_strup);
-}
-
-std::string lowercased(const std::string& text) {
-  return transformed(text, g_utf8_strdown);
 }
 
 TextLayout::TextLayout(const AttributedString& text, const Style& style, double width)

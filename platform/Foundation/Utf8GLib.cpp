@@ -15,4 +15,16 @@ bool isValidUtf8(std::string_view text) {
   }
 }
 
+std::string lowercased(std::string_view text) {
+  char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
+  std::string result;
+  for (const char* at = valid; *at; at = g_utf8_next_char(at)) {
+    char bytes[6];
+    const int size = g_unichar_to_utf8(g_unichar_tolower(g_utf8_get_char(at)), bytes);
+    result.append(bytes, static_cast<std::size_t>(size));
+  }
+  g_free(valid);
+  return result;
+}
+
 } // namespace zuvi

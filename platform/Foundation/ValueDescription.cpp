@@ -11,7 +11,12 @@ namespace {
 
 template <class Real> std::string describeReal(Real number) {
   char buffer[64];
-  const auto end = std::to_chars(buffer, buffer + sizeof buffer, number).ptr;
+  // Decimal as long as it is of a readable length.
+  const double size = std::abs(static_cast<double>(number));
+  const bool plain = size == 0 || (size >= 1e-4 && size < 0x1p54);
+  char* const last = buffer + sizeof buffer;
+  const auto end = plain ? std::to_chars(buffer, last, number, std::chars_format::fixed).ptr
+                         : std::to_chars(buffer, last, number).ptr;
   std::string text(buffer, end);
   // Keeps a real recognisable as one.
   if (std::isfinite(number) && text.find_first_of(".e") == std::string::npos) text += ".0";

@@ -36,7 +36,7 @@ TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
     std::optional<std::string> hosts;
     int page;
   } rows[] = {
-      {"national-id", first, "frontSide", {}, 2},      {"national-id", second, "backSide", {}, 3},
+      {"national-id", first, "frontSide", {}, 2},        {"national-id", second, "backSide", {}, 3},
       {"driving-license", second, "backSide", "own", 0}, {"passport", first, "", "own", 0},
       {"proof-of-residency", first, "", {}, 2},
   };

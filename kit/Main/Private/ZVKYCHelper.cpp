@@ -36,7 +36,7 @@ void ZVKYCHelper::clientIdChanged() {
 }
 
 void ZVKYCHelper::success() {
-  const auto& id = identity() ? identity() : tempIdentity;
+  const auto id = identity() ? identity() : tempIdentity; // a copy: the host may change its own
   if (!id) return;
   if (const auto delegate = ZVKYC::instance().delegate.lock()) delegate->zvKYCLoginSuccess(*id);
 }

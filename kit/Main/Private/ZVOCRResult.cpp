@@ -1,6 +1,6 @@
 #include "kit/Main/Private/ZVOCRResult.h"
 
-#include "platform/CoreText/TextLayout.h"
+#include "platform/Foundation/Utf8.h"
 
 namespace zuvi {
 

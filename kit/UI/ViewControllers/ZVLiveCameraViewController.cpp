@@ -147,10 +147,14 @@ void ZVLiveCameraViewController::makeCamera() {
 // The take
 
 void ZVLiveCameraViewController::recordButtonTap() {
-  if (takeUnderWay_) return; // one timer, one film
+  if (takeUnderWay_) return;        // one timer, one film
+  if (timer_) timer_->invalidate(); // of a take that gave no film
+  timer_ = nullptr;
   ZVAnalyticsManager::track(MixpanelEvent::livenessRecordClicked);
   if (const auto figure = startTimerLabel.lock()) {
-    figure->setText(countDownFrom); // an earlier take without a film has left it below zero
+    // An earlier take that gave no film has left it at zero or below.
+    if (const auto left = decimal(figure->text()); left && *left <= 0)
+      figure->setText(countDownFrom);
     figure->setAlpha(1.0);
   }
   if (const auto label = recordLabel.lock()) label->setText("00:0" + std::to_string(filmLength));

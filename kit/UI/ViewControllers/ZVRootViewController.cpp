@@ -156,7 +156,6 @@ void ZVRootViewController::closeButtonTap() {
   alert->modalPresentationStyle = UIModalPresentationStyle::OverCurrentContext;
   alert->modalTransitionStyle = UIModalTransitionStyle::CrossDissolve;
   alert->delegate = std::static_pointer_cast<ZVRootViewController>(shared_from_this());
-  view()->endEditing(true); // keys belong to the alert from here on
   present(alert, true);
   ZVAnalyticsManager::track(MixpanelEvent::zuviCancelButtonClicked);
 }

@@ -107,7 +107,7 @@ void ZVUploadViewController::showCamera(int index, const std::string& identity) 
   const auto camera = make<ZVKYCCameraViewController>();
   camera->merchant = merchant; // the index counts in its lists, whatever has come since
   camera->index = index;
-  camera->isRequired = isRequired;
+  camera->isRequired = video || isRequired;
   camera->type = ZVKYCCameraType::ineFront;
   camera->objectId = identity;
   show(camera);
