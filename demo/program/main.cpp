@@ -37,5 +37,5 @@ int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): out of m
   }
   MainLoop::run();
   std::fflush(nullptr);
-  std::_Exit(exitCode); // no waiting for connections that nobody needs any more
+  std::exit(exitCode); // which also removes a film under way
 }

@@ -185,6 +185,9 @@ void FilmGStreamer::end(std::optional<Error> error, bool keepFile) {
     ::unlink(path_.c_str());
   // A disk that hangs may hold up what is left of the pipeline, but not the answer.
   ended(std::move(error));
+  if (keepFile || !fileMade_ || !pipeline) return;
+  pipeline.reset();
+  ::unlink(path_.c_str()); // its sink may have opened the file in between
 }
 
 } // namespace zuvi

@@ -1,4 +1,6 @@
 zuvi_test(demo LINKS zuvi_demo_core zuvi_sandbox_core zuvi_test_support GTest::gtest_main)
 # The window test runs the real program.
-add_dependencies(test_demo zuvi-demo)
+if(TARGET zuvi-demo)
+  add_dependencies(test_demo zuvi-demo)
+endif()
 target_compile_definitions(test_demo PRIVATE ZUVI_DEMO_PROGRAM="$<TARGET_FILE:zuvi-demo>")

@@ -21,6 +21,7 @@ void FlowTest::TearDown() {
   settle();
   if (host->presentedViewController()) host->dismiss(false);
   settle();
+  EXPECT_FALSE(front->isRunning() || back->isRunning()) << "a camera outlives the flow";
   ZVKYCHelper::instance().rootVC = make<ZVRootViewController>();
   // A request that still runs holds its screen until the answer.
   time.waitUntil(

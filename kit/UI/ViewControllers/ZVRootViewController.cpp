@@ -121,6 +121,13 @@ void ZVRootViewController::viewDidLoad() {
   }
 }
 
+void ZVRootViewController::viewDidDisappear(bool animated) {
+  ZVScreen::viewDidDisappear(animated);
+  if (presentedViewController()) return; // covered, not dismissed
+  // The frame is kept until the next run; its steps, and the camera of one, go now.
+  mainNC_->setViewControllers({mainNC_->viewControllers().front()}, false);
+}
+
 void ZVRootViewController::viewDidLayoutSubviews() {
   ZVScreen::viewDidLayoutSubviews();
   const auto container = containerView.lock();

@@ -60,6 +60,7 @@ public:
 
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
+  void viewDidDisappear(bool animated) override;
   void viewDidLayoutSubviews() override;
   unsigned supportedInterfaceOrientations() const override { return 2; }
   int preferredInterfaceOrientationForPresentation() const override { return 1; }
