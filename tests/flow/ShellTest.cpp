@@ -147,6 +147,10 @@ TEST_F(ShellTest, ShowsTheStartAndRestoresIt) {
   record();
   tap("backButton");
   EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  shell().present(make<UIViewController>(), true); // covers everything for a while
+  settle();
+  shell().dismiss(true);
+  settle();
   tap("backButton");
   expectStart();
 }
