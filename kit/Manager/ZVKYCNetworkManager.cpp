@@ -82,9 +82,9 @@ void ZVKYCNetworkManager::patch(const std::string& path, const std::optional<Val
   auto made = request(path, completion);
   if (!made) return;
   if (parameters && parameters->string())
-    made->httpBody = Data(asciiLossy(*parameters->string()));
+    made->httpBody = HTTPBody{Data(asciiLossy(*parameters->string()))};
   else if (parameters)
-    made->httpBody = JSONSerialization::data(*parameters);
+    if (const auto json = JSONSerialization::data(*parameters)) made->httpBody = HTTPBody{*json};
   made->httpMethod = "PATCH";
   send(*made, std::move(completion));
 }
@@ -102,9 +102,10 @@ void ZVKYCNetworkManager::upload(const std::string& method, const std::string& p
   send(*made, std::move(completion));
 }
 
-Data ZVKYCNetworkManager::createBodyWithParameters(const std::string& filePathKey, const Data& file,
-                                                   const Parameters& parameters,
-                                                   const std::string& boundary, FileKind kind) {
+HTTPBody ZVKYCNetworkManager::createBodyWithParameters(const std::string& filePathKey,
+                                                       const Data& file,
+                                                       const Parameters& parameters,
+                                                       const std::string& boundary, FileKind kind) {
   const bool video = kind == FileKind::Video;
   const std::string fileName = video ? "liveness.mov" : "user-profile.jpg";
   const std::string mimeType = video ? "video/quicktime" : "image/jpeg";
@@ -115,14 +116,7 @@ Data ZVKYCNetworkManager::createBodyWithParameters(const std::string& filePathKe
               value.description() + "\r\n";
   head += "--" + boundary + "\r\nContent-Disposition: form-data; name=\"" + filePathKey +
           "\"; filename=\"" + fileName + "\"\r\nContent-Type: " + mimeType + "\r\n\r\n";
-  const std::string tail = "\r\n--" + boundary + "--\r\n";
-
-  std::string body;
-  body.reserve(head.size() + file.size() + tail.size()); // a film is large: one copy, no more
-  body += head;
-  body += file.view();
-  body += tail;
-  return Data(std::move(body));
+  return {Data(std::move(head)), file, Data("\r\n--" + boundary + "--\r\n")};
 }
 
 void ZVKYCNetworkManager::send(const URLRequest& request, Completion completion) {

@@ -47,9 +47,9 @@ private:
   void upload(const std::string& method, const std::string& path, const Data& file,
               const std::string& name, const Parameters& parameters, FileKind kind,
               Completion completion);
-  static Data createBodyWithParameters(const std::string& filePathKey, const Data& file,
-                                       const Parameters& parameters, const std::string& boundary,
-                                       FileKind kind);
+  static HTTPBody createBodyWithParameters(const std::string& filePathKey, const Data& file,
+                                           const Parameters& parameters,
+                                           const std::string& boundary, FileKind kind);
   void send(const URLRequest& request, Completion completion);
 
   std::map<std::string, std::string> headers_;

@@ -83,6 +83,27 @@ struct CurlTransfer::Callbacks {
     }
   }
 
+  /// Fills `buffer` with what comes next of the body's pieces.
+  static std::size_t read(char* buffer, std::size_t, std::size_t room, void* self) {
+    auto& transfer = *static_cast<CurlTransfer*>(self);
+    std::size_t filled = 0;
+    auto skip = static_cast<std::size_t>(transfer.sent_);
+    for (const Data& piece : *transfer.request_.httpBody) {
+      const std::string_view rest = piece.view().substr(std::min(skip, piece.size()));
+      skip -= piece.size() - rest.size();
+      filled += rest.copy(buffer + filled, room - filled);
+    }
+    transfer.sent_ += static_cast<long long>(filled);
+    return filled;
+  }
+
+  /// The library starts over when a kept connection was dead before it took anything.
+  static int seek(void* self, curl_off_t offset, int origin) {
+    if (origin != SEEK_SET) return CURL_SEEKFUNC_CANTSEEK;
+    static_cast<CurlTransfer*>(self)->sent_ = offset;
+    return CURL_SEEKFUNC_OK;
+  }
+
   static std::size_t header(char* bytes, std::size_t, std::size_t size, void* self) {
     try {
       static_cast<CurlTransfer*>(self)->receiveHeader({bytes, size});
@@ -166,11 +187,17 @@ void CurlTransfer::setMethod() {
   const std::string& method = request_.httpMethod;
   const bool expectsBody = method == "POST" || method == "PUT" || method == "PATCH";
   if (request_.httpBody || expectsBody) {
-    const Data body = request_.httpBody.value_or(Data());
-    // Sent from where it lies; `request_` keeps it there.
+    if (!request_.httpBody) request_.httpBody.emplace();
+    curl_off_t size = 0;
+    for (const Data& piece : *request_.httpBody)
+      size += static_cast<curl_off_t>(piece.size());
     set(easy, CURLOPT_UPLOAD_BUFFERSIZE, uploadBuffer);
-    set(easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
-    set(easy, CURLOPT_POSTFIELDS, body.empty() ? "" : body.view().data());
+    set(easy, CURLOPT_POST, 1L);
+    set(easy, CURLOPT_POSTFIELDSIZE_LARGE, size);
+    set(easy, CURLOPT_READFUNCTION, &Callbacks::read);
+    set(easy, CURLOPT_READDATA, this);
+    set(easy, CURLOPT_SEEKFUNCTION, &Callbacks::seek);
+    set(easy, CURLOPT_SEEKDATA, this);
     if (method != "POST") set(easy, CURLOPT_CUSTOMREQUEST, method.c_str());
   } else if (method == "HEAD") {
     set(easy, CURLOPT_NOBODY, 1L);
@@ -215,6 +242,7 @@ void CurlTransfer::setAddress() {
   response_ = {};
   body_.clear();
   sendings_ = 0;
+  sent_ = 0;
   transferred_ = 0;
   lastProgress_ = std::chrono::steady_clock::now();
 }

@@ -67,6 +67,7 @@ private:
   std::unique_ptr<void, Cleanup> easy_;
   std::unique_ptr<void, FreeList> headers_;
   std::string errorText_;
+  long long sent_ = 0; ///< bytes of the body that the library has taken
   URLResponse response_;
   std::string body_;
   bool bodyTooLong_ = false;

@@ -9,8 +9,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zuvi {
+
+/// What a request carries: pieces that are sent one after another, each from where it lies, so that
+/// a form around a film costs no copy of the film.
+using HTTPBody = std::vector<Data>;
 
 struct URLRequest {
   explicit URLRequest(URL address) : url(std::move(address)) {}
@@ -18,7 +23,7 @@ struct URLRequest {
   URL url;
   std::string httpMethod = "GET";
   std::map<std::string, std::string> allHTTPHeaderFields;
-  std::optional<Data> httpBody;
+  std::optional<HTTPBody> httpBody;
   /// Seconds without any progress after which the request fails; absent: the session's.
   std::optional<double> timeoutInterval;
 };

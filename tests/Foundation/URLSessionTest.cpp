@@ -30,7 +30,7 @@ TEST_F(URLSessionTest, CarriesMethodHeadersQueryAndBody) {
     request.httpMethod = method;
     request.allHTTPHeaderFields = {
         {"Content-Type", "application/json"}, {"X-Empty", ""}, {"Content-Length", "3"}};
-    request.httpBody = Data(std::string("{\"a\":\0}", 7));
+    request.httpBody = HTTPBody{Data(std::string("{\"a")), Data(), Data(std::string("\":\0}", 4))};
     const auto outcome = send(request);
     ASSERT_TRUE(outcome.data) << outcome.text();
     EXPECT_EQ(outcome.data->string(), std::string("{\"a\":\0}", 7));
@@ -81,7 +81,7 @@ TEST_F(URLSessionTest, AnUploadIsNotSentTwiceWhenAKeptConnectionDies) {
   EXPECT_EQ(send(to(server.url("/first"))).code(), 0);
   auto request = to(server.url("/drop"));
   request.httpMethod = "POST";
-  request.httpBody = Data(std::string("once"));
+  request.httpBody = HTTPBody{Data(std::string("once"))};
   EXPECT_EQ(send(request).code(), NSURLErrorNetworkConnectionLost);
   EXPECT_EQ(server.requests().size(), 2U);
 }

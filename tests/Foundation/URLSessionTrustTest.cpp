@@ -103,7 +103,7 @@ TEST_F(URLSessionTrustTest, RedirectsEndSomewhere) {
 
   auto upload = to(server.url("/3"));
   upload.httpMethod = "POST";
-  upload.httpBody = Data(std::string("picture"));
+  upload.httpBody = HTTPBody{Data(std::string("picture"))};
   EXPECT_EQ(send(upload).response->statusCode, 302); // goes nowhere but where it was sent
 }
 
