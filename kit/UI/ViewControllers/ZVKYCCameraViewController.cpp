@@ -3,10 +3,10 @@
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/CameraSetup.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 #include "platform/AVFoundation/AVCaptureDevice.h"
-#include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureStillImageOutput.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
@@ -96,19 +96,9 @@ void ZVKYCCameraViewController::viewDidLayoutSubviews() {
 // Permission and contents
 
 void ZVKYCCameraViewController::configure() {
-  switch (AVCaptureDevice::authorizationStatus()) {
-  case AVAuthorizationStatus::Authorized:
-    return refreshSubviews(true);
-  case AVAuthorizationStatus::Denied:
-  case AVAuthorizationStatus::Restricted:
-    return refreshSubviews(false);
-  case AVAuthorizationStatus::NotDetermined:
-    AVCaptureDevice::requestAccess([self = weakSelf()](bool granted) {
-      DispatchQueue::main().async([self, granted] {
-        if (const auto screen = self.lock()) screen->refreshSubviews(granted);
-      });
-    });
-  }
+  askForCamera([self = weakSelf()](bool granted) {
+    if (const auto screen = self.lock()) screen->refreshSubviews(granted);
+  });
 }
 
 void ZVKYCCameraViewController::refreshSubviews(bool isVideoPermissionGranted) {
@@ -133,21 +123,9 @@ void ZVKYCCameraViewController::refreshSubviews(bool isVideoPermissionGranted) {
 
 // Camera
 
-std::shared_ptr<AVCaptureDevice> ZVKYCCameraViewController::cameraDevice() {
-  for (const auto& device : AVCaptureDevice::devices())
-    if (device->position() == AVCaptureDevicePosition::Back) return device;
-  return nullptr;
-}
-
 void ZVKYCCameraViewController::makeCamera() {
-  captureSession_->sessionPreset = AVCaptureSessionPresetHigh;
-  const auto device = cameraDevice();
-  if (!device) return;
-  const auto input = AVCaptureDeviceInput::withDevice(device);
-  if (!input) return;
-  captureSession_->addInput(input);
-  previewLayer_ = make<AVCaptureVideoPreviewLayer>(captureSession_);
-  previewLayer_->setVideoGravity(AVLayerVideoGravityResizeAspectFill);
+  previewLayer_ = addCamera(captureSession_, AVCaptureDevicePosition::Back);
+  if (!previewLayer_) return;
   // The error panel may have opened before the camera was there.
   previewLayer_->setOpacity(isErrorShown ? 0 : 1);
   if (const auto camera = cameraView.lock()) {

@@ -12,7 +12,6 @@
 
 namespace zuvi {
 
-class AVCaptureDevice;
 class AVCaptureSession;
 class AVCaptureStillImageOutput;
 class AVCaptureVideoPreviewLayer;
@@ -62,7 +61,6 @@ private:
   void configure();
   void refreshSubviews(bool isVideoPermissionGranted);
   void makeCamera();
-  static std::shared_ptr<AVCaptureDevice> cameraDevice();
   void bottomButtonAction();
   void takePhoto(std::function<void(std::optional<Data>)> completion);
   void trackPhoto() const;

@@ -3,10 +3,10 @@
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
+#include "kit/UI/ViewControllers/CameraSetup.h"
 #include "kit/UI/ViewControllers/ZVLivenessVerifyViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/AVFoundation/AVCaptureDevice.h"
-#include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
@@ -122,22 +122,10 @@ void ZVLiveCameraViewController::viewDidLayoutSubviews() {
 
 // Camera
 
-std::shared_ptr<AVCaptureDevice> ZVLiveCameraViewController::cameraDevice() {
-  for (const auto& device : AVCaptureDevice::devices())
-    if (device->position() == AVCaptureDevicePosition::Front) return device;
-  return nullptr;
-}
-
 void ZVLiveCameraViewController::makeCamera() {
-  captureSession_->sessionPreset = AVCaptureSessionPresetHigh;
-  const auto device = cameraDevice();
-  if (!device) return;
-  const auto input = AVCaptureDeviceInput::withDevice(device);
-  if (!input) return;
-  captureSession_->addInput(input);
-  previewLayer_ = make<AVCaptureVideoPreviewLayer>(captureSession_);
+  previewLayer_ = addCamera(captureSession_, AVCaptureDevicePosition::Front);
+  if (!previewLayer_) return;
   previewLayer_->setFrame(view()->bounds());
-  previewLayer_->setVideoGravity(AVLayerVideoGravityResizeAspectFill);
   view()->layer()->insertSublayer(previewLayer_, 0);
   videoOutput_ = make<AVCaptureMovieFileOutput>();
   captureSession_->addOutput(videoOutput_);
@@ -162,19 +150,9 @@ void ZVLiveCameraViewController::recordButtonTap() {
 }
 
 void ZVLiveCameraViewController::configure() {
-  switch (AVCaptureDevice::authorizationStatus()) {
-  case AVAuthorizationStatus::Authorized:
-    return startTimer(true);
-  case AVAuthorizationStatus::Denied:
-  case AVAuthorizationStatus::Restricted:
-    return startTimer(false);
-  case AVAuthorizationStatus::NotDetermined:
-    AVCaptureDevice::requestAccess([self = weakSelf()](bool granted) {
-      DispatchQueue::main().async([self, granted] {
-        if (const auto screen = self.lock()) screen->startTimer(granted);
-      });
-    });
-  }
+  askForCamera([self = weakSelf()](bool granted) {
+    if (const auto screen = self.lock()) screen->startTimer(granted);
+  });
 }
 
 void ZVLiveCameraViewController::startTimer(bool isVideoPermissionGranted) {

@@ -10,7 +10,6 @@
 
 namespace zuvi {
 
-class AVCaptureDevice;
 class AVCaptureMovieFileOutput;
 class AVCaptureSession;
 class AVCaptureVideoPreviewLayer;
@@ -43,7 +42,6 @@ private:
   void updateTimer();
   void beginRecording();
   void makeCamera();
-  static std::shared_ptr<AVCaptureDevice> cameraDevice();
   void recordButtonTap();
   /// The film at `path` is complete; on the main queue.
   void fileOutputDidFinishRecording(const std::string& path);
