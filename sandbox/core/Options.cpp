@@ -107,6 +107,7 @@ std::string_view usage() {
   --tls DIR        serve HTTPS; the certificate authority is made there on the first start
   --fail RULE      let operations fail: OPERATION:WHICH:ACTION, may be repeated
                    OPERATION  merchant identity append-face face document photo verify track
+                              chat-template chat-page chat-message
                    WHICH      the number of a call, a range such as 2-4, or *
                    ACTION     drop cut truncate nonjson empty never message=TEXT
                               status=CODE json=TEXT delay=SECONDS

@@ -4,6 +4,7 @@
 #include "sandbox/core/File.h"
 #include "sandbox/core/api/Api.h"
 #include "sandbox/core/api/Tracking.h"
+#include "sandbox/core/chat/ChatRoutes.h"
 #include "sandbox/core/http/HttpServer.h"
 #include "sandbox/core/page/PageRoutes.h"
 #include "sandbox/core/store/Store.h"
@@ -51,6 +52,7 @@ struct Server::State {
   std::unique_ptr<Store> store;
   std::unique_ptr<Api> api;
   Router router;
+  ChatRoom chatRoom;
   FailPlan plan;
   std::string address;
   mutable std::mutex mutex; ///< guards the requests and the log
@@ -120,6 +122,7 @@ Result<std::unique_ptr<Server>> Server::start(ServerOptions options) {
                                      [&shared] { return shared.address; });
   state->api->addRoutes(state->router);
   addTrackingRoutes(state->router, *state->store);
+  addChatRoutes(state->router, state->chatRoom, [&shared] { return shared.address; });
   addPageRoutes(state->router, *state->store);
   state->options = std::move(options);
 

@@ -15,12 +15,16 @@ inline constexpr std::string_view document = "document";
 inline constexpr std::string_view photo = "photo";
 inline constexpr std::string_view verify = "verify";
 inline constexpr std::string_view track = "track";
+inline constexpr std::string_view chatTemplate = "chat-template";
+inline constexpr std::string_view chatPage = "chat-page";
+inline constexpr std::string_view chatMessage = "chat-message";
 } // namespace operation
 
 inline const std::vector<std::string_view>& operationNames() {
   using namespace operation;
-  static const std::vector<std::string_view> names = {merchant, identity, appendFace, face,
-                                                      document, photo,    verify,     track};
+  static const std::vector<std::string_view> names = {merchant,     identity, appendFace, face,
+                                                      document,     photo,    verify,     track,
+                                                      chatTemplate, chatPage, chatMessage};
   return names;
 }
 

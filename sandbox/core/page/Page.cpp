@@ -16,6 +16,17 @@ constexpr std::string_view start = R"(<!doctype html>
 <title>Sandbox: what arrived</title>
 )";
 
+// Filled in by its script; the snapshot of a run has none.
+constexpr std::string_view operatorBox = R"(<section class="operator"><h2>Chat</h2>
+<form id="operator">
+<label for="visitor">Visitor</label><select id="visitor" disabled></select>
+<pre id="conversation" tabindex="0"></pre>
+<label for="line">Answer</label><input id="line" autocomplete="off" disabled>
+<button id="say" disabled>Send</button>
+<p id="operator-status" role="status"></p>
+</form></section>
+)";
+
 std::string bodyHtml(const Arrivals& arrivals, std::string_view files, std::string_view status,
                      std::string_view afterHeader) {
   std::string out = "<body>\n<header class=\"top\"><h1>Sandbox</h1>";
@@ -48,9 +59,10 @@ std::string livePage(const Arrivals& arrivals) {
   return std::string(start) +
          "<link rel=\"icon\" href=\"/merchant.png\">\n"
          "<link rel=\"stylesheet\" href=\"/page.css\">\n"
-         "<script src=\"/page.js\" defer></script>\n</head>\n" +
+         "<script src=\"/page.js\" defer></script>\n"
+         "<script src=\"/operator.js\" defer></script>\n</head>\n" +
          bodyHtml(arrivals, "/files/",
-                  "<p class=\"status\" id=\"status\" role=\"status\" hidden></p>", {});
+                  "<p class=\"status\" id=\"status\" role=\"status\" hidden></p>", operatorBox);
 }
 
 std::string snapshotPage(const Arrivals& arrivals, std::string_view files,

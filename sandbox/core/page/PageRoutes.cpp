@@ -88,6 +88,7 @@ void addPageRoutes(Router& router, const Store& store) {
   };
   ship("page.css", "text/css; charset=utf-8");
   ship("page.js", "text/javascript; charset=utf-8");
+  ship("operator.js", "text/javascript; charset=utf-8");
   ship("merchant.png", "image/png");
 }
 
