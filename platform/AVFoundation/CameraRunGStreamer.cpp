@@ -85,7 +85,6 @@ void CameraRun::end(Films films) {
     films == Films::Complete ? film->stop() : film->discard();
   SerialQueue::camera().async([self = shared_from_this()] {
     if (auto source = std::exchange(self->source_, nullptr)) source->detach(self.get());
-    self->branch_.reset();
   });
 }
 
@@ -122,15 +121,14 @@ void CameraRun::addFilm(std::shared_ptr<FilmGStreamer> film) {
 }
 
 void CameraRun::frame(const CameraFrame& frame) {
-  std::lock_guard lock(mutex_);
-  if (!running_) return;
-  std::erase_if(films_, [&frame](const auto& film) { return !film->frame(frame); });
-  encodeStills(frame);
+  {
+    std::lock_guard lock(mutex_);
+    if (!running_) return;
+    std::erase_if(films_, [&frame](const auto& film) { return !film->frame(frame); });
+    encodeStills(frame);
+  }
   if (!previews_->anyWantsFrames()) return;
-  if (branchState_ == Branch::Ready && branch_)
-    branch_->push(frame);
-  else if (branchState_ == Branch::None)
-    startPreview();
+  if (const auto picture = converter_.convert(frame)) previews_->show(picture);
 }
 
 void CameraRun::encodeStills(const CameraFrame& frame) {
@@ -146,18 +144,6 @@ void CameraRun::encodeStills(const CameraFrame& frame) {
   });
 }
 
-void CameraRun::startPreview() {
-  branchState_ = Branch::Starting;
-  SerialQueue::camera().async([self = shared_from_this()] {
-    if (!self->source_) return; // the run has ended
-    std::shared_ptr<PreviewBranch> branch = PreviewBranch::start(
-        [previews = self->previews_](const auto& image) { previews->show(image); });
-    std::lock_guard lock(self->mutex_);
-    self->branch_ = std::move(branch);
-    self->branchState_ = Branch::Ready;
-  });
-}
-
 void CameraRun::cameraEnded(const Error& error) {
   std::vector<Still> stills;
   std::vector<std::shared_ptr<FilmGStreamer>> films;
@@ -168,7 +154,6 @@ void CameraRun::cameraEnded(const Error& error) {
     films.swap(films_);
   }
   source_.reset();
-  branch_.reset();
   for (const auto& still : stills)
     answerWithout(still.handler, "The camera is gone.");
   for (const auto& film : films)

@@ -3,7 +3,7 @@
 #include "platform/AVFoundation/CameraSourceGStreamer.h"
 #include "platform/AVFoundation/CameraStream.h"
 #include "platform/AVFoundation/FilmGStreamer.h"
-#include "platform/AVFoundation/PreviewBranchGStreamer.h"
+#include "platform/AVFoundation/PreviewConverterGStreamer.h"
 
 #include <mutex>
 #include <vector>
@@ -52,7 +52,6 @@ private:
   void open(const SourceRecipe& recipe);
   void encodeStills(const CameraFrame& frame);
   void forgetStill(std::uint64_t id);
-  void startPreview();
 
   const std::shared_ptr<PreviewList> previews_;
   mutable std::mutex mutex_;
@@ -60,8 +59,7 @@ private:
   std::uint64_t lastStill_ = 0;
   std::vector<Still> stills_;
   std::vector<std::shared_ptr<FilmGStreamer>> films_;
-  enum class Branch { None, Starting, Ready } branchState_ = Branch::None;
-  std::shared_ptr<PreviewBranch> branch_;
+  PreviewConverter converter_;           // the camera's own thread only
   std::shared_ptr<CameraSource> source_; // camera queue only
 };
 
