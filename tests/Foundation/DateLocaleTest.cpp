@@ -1,4 +1,5 @@
 #include "platform/Foundation/DateFormatter.h"
+#include "platform/Foundation/Locale.h"
 #include "tests/support/ScopedEnvironment.h"
 
 #include <cmath>
@@ -45,9 +46,7 @@ TEST(DateFormatterTest, DeviceZoneIsReadAnewAndRulesCount) {
   DateFormatter formatter;
   formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ssZ";
   const struct {
-    const char* zone;
-    const char* winter;
-    const char* summer;
+    const char *zone, *winter, *summer;
   } rows[] = {
       {"America/New_York", "2018-01-31T07:00:00-0500", "2018-07-01T08:00:00-0400"},
       {":Asia/Kathmandu", "2018-01-31T17:45:00+0545", "2018-07-01T17:45:00+0545"},
@@ -60,8 +59,21 @@ TEST(DateFormatterTest, DeviceZoneIsReadAnewAndRulesCount) {
     EXPECT_EQ(formatter.string({1530446400}), row.summer) << row.zone;
     DateFormatter local;
     local.dateFormat = "yyyy-MM-dd HH:mm";
-    EXPECT_EQ(local.date(local.string({1517400000})), Date{1517400000}) << row.zone;
-    EXPECT_EQ(local.date(local.string({1530446400})), Date{1530446400}) << row.zone;
+    for (const double instant : {1517400000, 1530446400})
+      EXPECT_EQ(local.date(local.string({instant})), Date{instant}) << row.zone;
+  }
+}
+
+TEST(LocaleTest, NamesTheRegionInTheUsersLanguage) {
+  const struct {
+    const char *environment, *code, *germany;
+  } rows[] = {
+      {"fr_BR.UTF-8", "BR", "Allemagne"}, {"de", "-", "Deutschland"}, {"C", "-", "Germany"}};
+  for (const auto& row : rows) {
+    const ScopedEnvironment lang("LC_ALL", row.environment);
+    EXPECT_EQ(Locale::current().regionCode().value_or("-"), row.code);
+    EXPECT_EQ(Locale::current().localizedStringForRegionCode("DE"), row.germany);
+    EXPECT_FALSE(Locale::current().localizedStringForRegionCode(""));
   }
 }
 

@@ -2,6 +2,7 @@
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/PropertyList.h"
 #include "platform/Foundation/UserDefaults.h"
+#include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -70,6 +71,15 @@ TEST(FileManagerTest, ReadsWholeFilesAndOnlyFiles) {
     EXPECT_FALSE(FileManager::contents(none)) << none;
 }
 
+TEST(FileManagerTest, DocumentsFolderIsMadeForTheUserAlone) {
+  const TemporaryFolder folder;
+  const test::ScopedEnvironment data("XDG_DATA_HOME", folder.path("data"));
+  const auto documents = FileManager::documentsDirectory();
+  ASSERT_TRUE(documents);
+  EXPECT_TRUE(documents->starts_with(folder.path("data/"))) << *documents;
+  EXPECT_EQ(mode(*documents), 0700U);
+}
+
 TEST(BundleTest, FindsOnlyFilesOfItsOwn) {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder.path("in"));
@@ -83,8 +93,12 @@ TEST(BundleTest, FindsOnlyFilesOfItsOwn) {
   EXPECT_EQ(bundle.path(".", ""), std::nullopt);
 }
 
-TEST(PropertyListTest, RefusesWhatIsNone) {
+TEST(PropertyListTest, ReadsValuesAndRefusesWhatIsNone) {
   const TemporaryFolder folder;
+  EXPECT_EQ(propertyListFromFile(folder.write("good", R"(<?xml version="1.0"?><plist><dict>
+              <key>a &amp; é</key><array><true/><integer>-7</integer><real>0.5</real></array>
+              <key>empty</key><string/></dict></plist>)")),
+            Value(Value::Dictionary{{"a & é", Value::List{true, -7, 0.5}}, {"empty", ""}}));
   std::string deep = "<plist>";
   for (int i = 0; i < 100'000; ++i)
     deep += "<array>";

@@ -1,7 +1,9 @@
 #include "platform/Foundation/Base64.h"
+#include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/PercentEncoding.h"
 #include "platform/Foundation/URL.h"
 
+#include <limits>
 #include <string>
 
 #include <glib.h>
@@ -48,6 +50,80 @@ TEST(URLTest, RefusesWhatIsNoAddress) {
                            "https://[::1/", "1http://h/", "https://h/\xff", " https://h/"})
     EXPECT_FALSE(URL::fromString(text)) << text;
   EXPECT_FALSE(URL::fromString(std::string("https://h/\0", 11)));
+}
+
+using Fragments = JSONSerialization::Fragments;
+
+std::string written(const Value& value) {
+  const auto data = JSONSerialization::data(value);
+  return data ? data->string() : "(absent)";
+}
+
+std::string nested(std::size_t depth) {
+  return std::string(depth, '[') + std::string(depth, ']');
+}
+
+TEST(JSONSerializationTest, ReadsEveryKindOfValue) {
+  const auto value = JSONSerialization::jsonObject(
+      R"( {"t":true,"n":null,"i":-7,"big":18446744073709551615,"d":0.5,"e":1e2,)"
+      R"("s":"\u00e9\ud83d\ude00\u0000x","l":[1,[],{}],"t":false} )");
+  ASSERT_TRUE(value && value->dictionary());
+  const Value expected =
+      Value::Dictionary{{"t", false}, // the last of two wins
+                        {"n", nullptr},
+                        {"i", -7},
+                        {"big", std::numeric_limits<std::uint64_t>::max()},
+                        {"d", 0.5},
+                        {"e", 100.0},
+                        {"s", std::string("\xC3\xA9\xF0\x9F\x98\x80\0x", 8)},
+                        {"l", Value::List{1, Value::List{}, Value::Dictionary{}}}};
+  EXPECT_EQ(*value, expected);
+  EXPECT_FALSE(valueForKey(*value->dictionary(), "t")->isNumber());
+  EXPECT_EQ(valueForKey(*value->dictionary(), "i")->boolean(), nullptr);
+}
+
+TEST(JSONSerializationTest, RefusesWhatIsNoJson) {
+  for (const std::string text :
+       {"", "{", "[1,]", "{\"a\"}", "{a:1}", "[1] x", "['a']", "[01]", "[NaN]", "[1e999]",
+        "[\"\\ud800\"]", "[\"\t\"]", "[\"\xff\"]", "[\"\xc0\xaf\"]", "[/* */]", "tru"})
+    EXPECT_FALSE(JSONSerialization::jsonObject(text, Fragments::Allow)) << text;
+  EXPECT_FALSE(JSONSerialization::jsonObject(std::string_view("[1]\0", 4)));
+  for (const char* text : {"\"a\"", "1", "null"}) {
+    EXPECT_FALSE(JSONSerialization::jsonObject(text)) << text;
+    EXPECT_TRUE(JSONSerialization::jsonObject(text, Fragments::Allow)) << text;
+  }
+}
+
+TEST(JSONSerializationTest, DepthIsLimitedBothWays) {
+  const auto deepest = JSONSerialization::jsonObject(nested(512));
+  ASSERT_TRUE(deepest);
+  EXPECT_EQ(written(*deepest), nested(512));
+  EXPECT_FALSE(JSONSerialization::jsonObject(nested(513)));
+  EXPECT_FALSE(JSONSerialization::jsonObject(std::string(8'000'000, '[')));
+  std::string objects;
+  for (int i = 0; i < 100'000; ++i)
+    objects += "{\"a\":";
+  EXPECT_FALSE(JSONSerialization::jsonObject(objects));
+  EXPECT_FALSE(JSONSerialization::isValidJSONObject(Value::List{*deepest}));
+  EXPECT_EQ(written(Value::Dictionary{{"a", *deepest}}), "(absent)");
+}
+
+TEST(JSONSerializationTest, WritesCompactly) {
+  EXPECT_EQ(written(Value::Dictionary{{"b", Value::List{1, true, nullptr, "x\"\n"}},
+                                      {"a", Value::Dictionary{}}}),
+            R"({"a":{},"b":[1,true,null,"x\"\n"]})");
+  EXPECT_EQ(written(Value::List{0.1F, 2.5, std::numeric_limits<std::uint64_t>::max(),
+                                std::numeric_limits<std::int64_t>::min()}),
+            "[0.1,2.5,18446744073709551615,-9223372036854775808]");
+}
+
+TEST(JSONSerializationTest, RefusesWhatJsonCannotHold) {
+  const Value infinite = std::numeric_limits<double>::infinity();
+  for (const Value& value :
+       {infinite, Value(Date{0}), Value(URL::fromFilePath("/a")), Value("\xff")})
+    EXPECT_EQ(written(Value::List{Value::Dictionary{{"k", value}}}), "(absent)");
+  EXPECT_EQ(written(Value::Dictionary{{"\xff", 1}}), "(absent)");
+  EXPECT_FALSE(JSONSerialization::isValidJSONObject(Value("a")));
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-#include "tests/Foundation/SessionFixture.h"
-#include "tests/support/Certificates.h"
+#include "sandbox/core/tls/ServerCredentials.h"
+#include "tests/support/SessionFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <map>
@@ -10,7 +10,6 @@
 namespace zuvi {
 namespace {
 
-using test::Authority;
 using test::LoopbackServer;
 using test::Reply;
 using test::Request;
@@ -22,9 +21,7 @@ Reply welcome(const Request&) {
 /// Servers under an authority that the session trusts.
 class URLSessionTrustTest : public SessionFixture {
 protected:
-  URLSessionTrustTest() {
-    URLSession::setAdditionalAuthorities(folder_.write("ca.pem", authority_.certificate()));
-  }
+  URLSessionTrustTest() { URLSession::setAdditionalAuthorities(folder_.path("known/ca.pem")); }
   ~URLSessionTrustTest() override { URLSession::setAdditionalAuthorities(""); }
 
   URLRequest authorized(const std::string& address) {
@@ -33,15 +30,29 @@ protected:
     return request;
   }
 
-  const Authority authority_;
+  /// For localhost and 127.0.0.1, of the authority with that name.
+  sandbox::TlsCredentials issue(const std::string& authority,
+                                std::time_t at = std::time(nullptr)) const {
+    return *sandbox::serverCredentials(folder_.path(authority), at);
+  }
+
   const test::TemporaryFolder folder_;
+  const sandbox::TlsCredentials good_ = issue("known");
 };
 
 TEST_F(URLSessionTrustTest, ABadCertificateSeesNoRequest) {
-  const Authority unknown;
-  for (const auto& identity : {authority_.forAnotherHost(), authority_.expired(), unknown.good()}) {
+  constexpr std::time_t years = 2 * 365 * 24 * 3600L;
+  const auto expired = issue("old", std::time(nullptr) - years);
+  const struct {
+    sandbox::TlsCredentials identity;
+    std::string host, authority;
+  } rows[] = {{good_, "other.localhost", "known"},
+              {expired, "localhost", "old"},
+              {issue("unknown"), "localhost", "known"}};
+  for (const auto& [identity, host, authority] : rows) {
+    URLSession::setAdditionalAuthorities(folder_.path(authority + "/ca.pem"));
     const LoopbackServer server(welcome, identity);
-    const auto outcome = send(authorized(server.url("/", "localhost")));
+    const auto outcome = send(authorized(server.url("/", host)));
     EXPECT_EQ(outcome.code(), NSURLErrorServerCertificateUntrusted) << outcome.text();
     EXPECT_FALSE(outcome.data);
     EXPECT_TRUE(server.requests().empty());
@@ -49,7 +60,7 @@ TEST_F(URLSessionTrustTest, ABadCertificateSeesNoRequest) {
 }
 
 TEST_F(URLSessionTrustTest, AnAuthorityIsTrustedNoLongerThanItIsNamed) {
-  const LoopbackServer server(welcome, authority_.good());
+  const LoopbackServer server(welcome, good_);
   EXPECT_EQ(send(to(server.url("/"))).code(), 0);
   for (const auto& file : {std::string(), folder_.path("missing"), folder_.write("empty", "")}) {
     URLSession::setAdditionalAuthorities(file);
@@ -67,7 +78,7 @@ TEST_F(URLSessionTrustTest, AuthorizationStaysWithItsHost) {
     if (request.path == "/end") return welcome(request);
     return Reply{302, {{"Location", target}}, "moved"};
   };
-  const LoopbackServer secure(redirect, authority_.good());
+  const LoopbackServer secure(redirect, good_);
   const auto arrivedWith = [](const LoopbackServer& server) {
     const auto headers = server.requests().back().headers;
     EXPECT_EQ(headers.at("x-other"), "kept");

@@ -1,7 +1,5 @@
 #include "tests/sandbox/ServerFixture.h"
 
-#include <curl/curl.h>
-#include <future>
 #include <gmock/gmock.h>
 
 namespace zuvi::sandbox::test {
@@ -16,11 +14,9 @@ protected:
 TEST_F(Failures, ConnectionsEndWhereTheRulesSay) {
   start({"identity:2:drop", "identity:3:cut"});
   EXPECT_EQ(create().status, 201);
-  EXPECT_EQ(create().error, CURLE_GOT_NOTHING) << "not taken for a stale connection";
+  EXPECT_EQ(create().error, NSURLErrorNetworkConnectionLost) << "not taken for a stale connection";
   EXPECT_EQ(stored(), 1U);
-  const auto cut = create();
-  EXPECT_EQ(cut.error, CURLE_PARTIAL_FILE);
-  EXPECT_FALSE(cut.body.empty());
+  EXPECT_EQ(create().error, NSURLErrorNetworkConnectionLost);
   EXPECT_EQ(stored(), 2U) << "only the answer was lost";
   EXPECT_EQ(create().status, 201);
 }
@@ -30,7 +26,7 @@ TEST_F(Failures, BodiesAreWhatTheRulesSay) {
          "identity:4:message=Too dark: try again", "identity:5:status=503", "identity:6:status=201",
          "identity:6:json=[]"});
   const auto truncated = create();
-  EXPECT_EQ(truncated.error, CURLE_OK);
+  EXPECT_EQ(truncated.error, 0);
   EXPECT_THAT(truncated.body, testing::StartsWith("{\"id"));
   EXPECT_FALSE(parseJson(truncated.body));
   const auto nonJson = create();
@@ -48,16 +44,13 @@ TEST_F(Failures, BodiesAreWhatTheRulesSay) {
 
 TEST_F(Failures, NeverEndsWithTheClientOrTheServer) {
   start({"merchant:*:never"});
-  client_.timeoutMilliseconds = 100;
-  EXPECT_EQ(ask("GET", "/api/v1/merchants/me").error, CURLE_OPERATION_TIMEDOUT);
+  timeout_ = 0.1;
+  EXPECT_EQ(ask("GET", "/api/v1/merchants/me").error, NSURLErrorTimedOut);
 
-  auto waiting = std::async(std::launch::async, [&] {
-    HttpClient other;
-    return other.ask("GET", server_->address() + "/api/v1/merchants/me");
-  });
-  EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(150)), std::future_status::timeout);
+  const auto waiting = SessionFixture::start(to(server_->address() + "/api/v1/merchants/me"));
+  EXPECT_FALSE(waiting.within(std::chrono::milliseconds(150)));
   server_->stop();
-  EXPECT_NE(waiting.get().error, CURLE_OK);
+  EXPECT_NE(waiting.outcome().code(), 0);
   EXPECT_EQ(server_->requests().size(), 2U) << "both handlers came to their end";
 }
 

@@ -2,16 +2,21 @@
 
 #include "sandbox/core/Server.h"
 #include "sandbox/core/text/Json.h"
-#include "tests/sandbox/HttpClient.h"
 #include "tests/sandbox/Samples.h"
+#include "tests/support/SessionFixture.h"
 #include "tests/support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
 
 namespace zuvi::sandbox::test {
 
+struct Answer {
+  int error = 0; ///< of the transport; 0 when an answer came whole
+  int status = 0;
+  std::map<std::string, std::string> headers; ///< names in lower case
+  std::string body;
+};
+
 /// A running server with a folder of its own, and a client of the merchant "demo".
-class ServerFixture : public testing::Test {
+class ServerFixture : public SessionFixture {
 protected:
   void start(const std::vector<std::string>& failRules = {}) {
     ServerOptions options;
@@ -28,17 +33,26 @@ protected:
   }
 
   Answer ask(const std::string& method, const std::string& path,
-             std::vector<std::string> headers = {}, const std::string& body = {}) {
-    headers.push_back("Authorization: Bearer " + clientId_);
-    return client_.ask(method, server_->address() + path, headers, body);
+             std::map<std::string, std::string> headers = {}, const std::string& body = {}) {
+    headers.try_emplace("Authorization", "Bearer " + clientId_);
+    auto request = to(server_->address() + path);
+    request.httpMethod = method;
+    request.allHTTPHeaderFields = std::move(headers);
+    if (method != "GET") request.httpBody = Data(body);
+    request.timeoutInterval = timeout_;
+    const auto outcome = send(request);
+    if (!outcome.response) return {outcome.code(), 0, {}, {}};
+    return {outcome.code(), int(outcome.response->statusCode), outcome.response->headers,
+            outcome.data ? outcome.data->string() : ""};
   }
 
   Answer upload(const std::string& method, const std::string& path, const SampleForm& form) {
-    return ask(method, path, {"Content-Type: " + formType}, form.body());
+    return ask(method, path, {{"Content-Type", formType}}, form.body());
   }
 
   Answer patch(const std::string& documentId, const std::string& json) {
-    return ask("PATCH", "/v1/documents/" + documentId, {"Content-Type: application/json"}, json);
+    return ask("PATCH", "/v1/documents/" + documentId, {{"Content-Type", "application/json"}},
+               json);
   }
 
   static Json json(const Answer& answer) { return parseJson(answer.body).value_or(Json()); }
@@ -59,7 +73,7 @@ protected:
   }
 
   zuvi::test::TemporaryFolder folder_;
-  HttpClient client_;
+  double timeout_ = 20;
   std::string clientId_ = "demo";
   std::unique_ptr<Server> server_;
 };

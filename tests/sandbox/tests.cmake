@@ -1,2 +1,1 @@
-zuvi_test(sandbox LINKS zuvi_sandbox_core zuvi_test_support GTest::gtest_main
-          PACKAGES libcurl nlohmann_json)
+zuvi_test(sandbox LINKS zuvi_foundation zuvi_test_support GTest::gtest_main PACKAGES nlohmann_json)

@@ -1,24 +1,15 @@
 #pragma once
 
-#include "tests/support/Certificates.h"
+#include "sandbox/core/http/HttpServer.h"
 
-#include <cstdint>
-#include <functional>
 #include <map>
-#include <memory>
-#include <optional>
-#include <string>
+#include <mutex>
+#include <stdexcept>
 #include <vector>
 
 namespace zuvi::test {
 
-struct Request {
-  std::string method;
-  std::string path;                           // as it was sent
-  std::string query;                          // as it was sent, without the question mark
-  std::map<std::string, std::string> headers; // names in lower case
-  std::string body;
-};
+using Request = sandbox::Request;
 
 struct Reply {
   enum class Mode {
@@ -32,8 +23,6 @@ struct Reply {
   std::map<std::string, std::string> headers = {};
   std::string body = {};
   Mode mode = Mode::Normal;
-  /// If set, gives the body part by part in place of `body`; an empty part ends it.
-  std::function<std::string()> nextPart = nullptr;
 };
 
 /// An HTTP server on the loopback interface, with a port of its own, for the length of a test.
@@ -42,25 +31,50 @@ public:
   /// Called when a request has arrived whole, on a thread of its connection. It may block there.
   using Handler = std::function<Reply(const Request&)>;
 
-  /// With an identity it speaks HTTPS.
-  explicit LoopbackServer(Handler handler, const std::optional<Identity>& identity = std::nullopt);
-  /// Closes every connection.
-  ~LoopbackServer();
-  LoopbackServer(const LoopbackServer&) = delete;
-  LoopbackServer& operator=(const LoopbackServer&) = delete;
+  /// With credentials it speaks HTTPS.
+  explicit LoopbackServer(Handler handler,
+                          const std::optional<sandbox::TlsCredentials>& tls = std::nullopt)
+      : handler_(std::move(handler)), scheme_(tls ? "https://" : "http://") {
+    sandbox::HttpOptions options;
+    options.tls = tls;
+    server_ = *sandbox::HttpServer::listen(std::move(options));
+    if (!server_->serve([this](const Request& request) { return answer(request); }))
+      throw std::runtime_error("the loopback server does not start");
+  }
 
-  std::uint16_t port() const;
   /// The address of `path`, which begins with a slash.
-  std::string url(const std::string& path, const std::string& host = "127.0.0.1") const;
+  std::string url(const std::string& path, const std::string& host = "127.0.0.1") const {
+    return scheme_ + host + ':' + std::to_string(server_->port()) + path;
+  }
 
   /// What has arrived whole so far.
-  std::vector<Request> requests() const;
-  /// How many connections were made so far.
-  int connectionCount() const;
+  std::vector<Request> requests() const {
+    const std::lock_guard lock(mutex_);
+    return requests_;
+  }
 
 private:
-  struct Daemon;
-  std::unique_ptr<Daemon> daemon_;
+  sandbox::Response answer(const Request& request) {
+    {
+      const std::lock_guard lock(mutex_);
+      requests_.push_back(request);
+    }
+    const Reply reply = handler_(request);
+    sandbox::Response response{reply.status, "", reply.body, {}, {}, {}};
+    response.headers.assign(reply.headers.begin(), reply.headers.end());
+    if (reply.mode == Reply::Mode::NeverAnswer) request.wait({});
+    if (reply.mode == Reply::Mode::CutBody)
+      response.delivery = sandbox::Delivery::cutInBody;
+    else if (reply.mode != Reply::Mode::Normal)
+      response.delivery = sandbox::Delivery::dropped;
+    return response;
+  }
+
+  Handler handler_;
+  std::string scheme_;
+  mutable std::mutex mutex_;
+  std::vector<Request> requests_;
+  std::unique_ptr<sandbox::HttpServer> server_; // ends first
 };
 
 } // namespace zuvi::test

@@ -4,13 +4,8 @@
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/ScopedEnvironment.h"
 
-#include <chrono>
-#include <condition_variable>
-#include <memory>
-#include <mutex>
-#include <optional>
-#include <stdexcept>
-#include <string>
+#include <atomic>
+#include <future>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -32,33 +27,26 @@ class Pending {
 public:
   URLSession::Completion completion() {
     return [state = state_](auto data, auto response, auto error) {
-      const std::lock_guard lock(state->mutex);
-      ++state->calls;
-      state->outcome = {data, response, error, std::this_thread::get_id()};
-      state->called.notify_all();
+      if (state->calls++ == 0)
+        state->outcome.set_value({data, response, error, std::this_thread::get_id()});
     };
   }
-
   Outcome outcome() const {
-    std::unique_lock lock(state_->mutex);
-    if (!state_->called.wait_for(lock, std::chrono::seconds(30), [this] { return state_->calls; }))
-      throw std::runtime_error("no completion came");
-    return state_->outcome;
+    if (!within(std::chrono::seconds(30))) throw std::runtime_error("no completion came");
+    return known_.get();
   }
-
-  int calls() const {
-    const std::lock_guard lock(state_->mutex);
-    return state_->calls;
+  bool within(std::chrono::milliseconds time) const {
+    return known_.wait_for(time) == std::future_status::ready;
   }
+  int calls() const { return state_->calls; }
 
 private:
   struct State {
-    std::mutex mutex;
-    std::condition_variable called;
-    int calls = 0;
-    Outcome outcome;
+    std::atomic<int> calls = 0;
+    std::promise<Outcome> outcome;
   };
   std::shared_ptr<State> state_ = std::make_shared<State>();
+  std::shared_future<Outcome> known_ = state_->outcome.get_future().share();
 };
 
 class SessionFixture : public testing::Test {
@@ -69,10 +57,7 @@ protected:
 
   URLSession& session() { return session_; }
 
-  Outcome send(const URLRequest& request) {
-    const Pending pending = start(request);
-    return pending.outcome();
-  }
+  Outcome send(const URLRequest& request) { return start(request).outcome(); }
 
   Pending start(const URLRequest& request) {
     Pending pending;

@@ -1,3 +1,4 @@
+#include "sandbox/core/api/Tracking.h"
 #include "sandbox/core/http/Multipart.h"
 #include "tests/sandbox/Samples.h"
 
@@ -67,6 +68,32 @@ TEST(Multipart, RefusesWhatIsNotFramedToTheLetter) {
     EXPECT_NE(faultOf(body, other), "none") << other;
   for (std::size_t length = 0; length < body.size(); ++length)
     EXPECT_FALSE(readForm(formType, std::string_view(body).substr(0, length))) << length;
+}
+
+std::string trackingFault(const std::string& query) {
+  const auto event = readTrackedEvent(query);
+  return event ? "none" : event.error().message;
+}
+
+TEST(Tracking, UndoesLineBreaksBase64AndEscapes) {
+  // {"event":"cam~>?opened","properties":{"$os":"iOS","size":{"w":414,"h":736},"list":[true,null]}}
+  const auto event = readTrackedEvent(
+      "v=1&data=eyJldmVudCI6ImNhbX4+P29wZW5lZCIsInByb3BlcnRpZXMiOnsiJG9zIjoiaU9T%0D%0A"
+      "Iiwic2l6ZSI6eyJ3Ijo0MTQsImgiOjczNn0sImxpc3QiOlt0cnVlLG51bGxdfX0%3D");
+  ASSERT_TRUE(event) << event.error().message;
+  EXPECT_EQ(event->name, "cam~>?opened");
+  EXPECT_EQ(event->properties, R"({"$os":"iOS","size":{"w":414,"h":736},"list":[true,null]})");
+}
+
+TEST(Tracking, SaysWhichLayerIsWrong) {
+  EXPECT_THAT(trackingFault(""), HasSubstr("no key"));
+  EXPECT_THAT(trackingFault("data=e30%3"), HasSubstr("percent"));
+  EXPECT_THAT(trackingFault("data=e30"), HasSubstr("Base64"));
+  EXPECT_THAT(trackingFault("data=e30%0A="), HasSubstr("Base64")) << "a line feed of its own";
+  EXPECT_THAT(trackingFault("data=e30 "), HasSubstr("Base64")) << "a plus sign that became a space";
+  EXPECT_THAT(trackingFault("data=W10="), HasSubstr("no JSON object"));         // []
+  EXPECT_THAT(trackingFault("data=e30="), HasSubstr("no name"));                // {}
+  EXPECT_THAT(trackingFault("data=eyJldmVudCI6ImEifQ=="), HasSubstr("object")); // {"event":"a"}
 }
 
 } // namespace
