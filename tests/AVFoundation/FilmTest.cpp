@@ -40,9 +40,9 @@ INSTANTIATE_TEST_SUITE_P(Seconds, FilmLengthTest, ::testing::Values(2, 7));
 TEST_P(FilmLengthTest, LastsFromStartToStopAndPlays) {
   const auto path = folder.path("film.mov");
   auto rig = filming(path);
-  EXPECT_TRUE(rig->film->isRecording());
   const auto start = std::chrono::steady_clock::now();
   film(GetParam());
+  EXPECT_TRUE(rig->film->isRecording());
   rig->film->stopRecording();
   const std::chrono::duration<double> lasted = std::chrono::steady_clock::now() - start;
   EXPECT_FALSE(rig->film->isRecording());
@@ -51,8 +51,7 @@ TEST_P(FilmLengthTest, LastsFromStartToStopAndPlays) {
   ASSERT_EQ(listener->ends().size(), 1U);
   const auto end = listener->ends().front();
   EXPECT_EQ(end.path, path);
-  EXPECT_FALSE(end.error) << end.error->description;
-  EXPECT_FALSE(end.onMain);
+  EXPECT_FALSE(end.error || end.onMain);
 
   const auto facts = readFilm(path);
   EXPECT_THAT(facts.container, ::testing::StartsWith("video/quicktime"));
@@ -61,8 +60,7 @@ TEST_P(FilmLengthTest, LastsFromStartToStopAndPlays) {
   EXPECT_NEAR(facts.seconds, lasted.count(), oneFrame);
   EXPECT_NEAR(facts.end, lasted.count(), 2 * oneFrame);
   EXPECT_GE(facts.frames, GetParam() * 30 * 0.8);
-  EXPECT_EQ(facts.width, 1280);
-  EXPECT_EQ(facts.height, 720);
+  EXPECT_EQ(std::pair(facts.width, facts.height), std::pair(1280, 720));
   struct stat status {};
   ASSERT_EQ(::stat(path.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0077, 0U) << "others may read the film";
@@ -226,8 +224,7 @@ TEST_F(FilmTest, EncodersKeepLengthAndColours) {
     ASSERT_TRUE(time.waitUntil([&] { return done.load(); }));
     EXPECT_FALSE(error) << error->description;
     const auto facts = readFilm(path);
-    EXPECT_EQ(facts.width, 320);
-    EXPECT_EQ(facts.height, 240);
+    EXPECT_EQ(std::pair(facts.width, facts.height), std::pair(320, 240));
     EXPECT_NEAR(facts.seconds, 1, oneFrame);
     for (int part = 0; part < 3; part++)
       EXPECT_NEAR(facts.center[part], colour[part], 8) << part;

@@ -24,40 +24,31 @@ protected:
 };
 
 TEST_F(HostCameraTest, ReadsSourcesAndSaysWhatIsWrong) {
-  const auto png = folder.write("a", "\x89PNG\r\n");
-  const auto jpeg = folder.write("b", "\xff\xd8\xff\xe0");
-  const auto film = folder.write("c", "something else");
   const std::pair<std::string, Kind> good[] = {
-      {"none", Kind::None}, {"simulated", Kind::Simulated},
-      {png, Kind::Picture}, {jpeg, Kind::Picture},
-      {film, Kind::Film},   {"/dev/null", Kind::Device},
+      {"none", Kind::None},
+      {"simulated", Kind::Simulated},
+      {folder.write("a", "\x89PNG\r\n"), Kind::Picture},
+      {folder.write("b", "\xff\xd8\xff\xe0"), Kind::Picture},
+      {folder.write("c", "something else"), Kind::Film},
+      {"/dev/null", Kind::Device},
   };
-  for (const auto& [text, kind] : good) {
-    const auto parsed = parseCameraSource(text);
-    ASSERT_TRUE(std::holds_alternative<CameraSourceDescription>(parsed)) << text;
-    EXPECT_EQ(std::get<CameraSourceDescription>(parsed).kind, kind) << text;
-  }
-  for (const auto& text : {std::string(), std::string("Simulated"), folder.path("missing.mov"),
-                           folder.path(), folder.write("empty", "")}) {
-    const auto parsed = parseCameraSource(text);
-    ASSERT_TRUE(std::holds_alternative<Error>(parsed)) << text;
-    const auto& line = std::get<Error>(parsed).description;
+  for (const auto& [text, kind] : good)
+    EXPECT_EQ(std::get<CameraSourceDescription>(parseCameraSource(text)).kind, kind) << text;
+  for (const auto& text : {std::string("Simulated"), folder.path("missing.mov"), folder.path(),
+                           folder.write("empty", "")}) {
+    const auto line = std::get<Error>(parseCameraSource(text)).description;
     EXPECT_NE(line.find("'" + text + "'"), std::string::npos) << line;
-    EXPECT_EQ(line.find('\n'), std::string::npos);
   }
 }
 
 TEST_F(HostCameraTest, PermissionRoads) {
-  struct Road {
-    const char* name;
-    Status before, after;
-  };
-  for (const auto& [name, before, after] :
-       {Road{"authorized", Status::Authorized, Status::Authorized},
-        Road{"denied", Status::Denied, Status::Denied},
-        Road{"restricted", Status::Restricted, Status::Restricted},
-        Road{"grant", Status::NotDetermined, Status::Authorized},
-        Road{"refuse", Status::NotDetermined, Status::Denied}}) {
+  const std::tuple<const char*, Status, Status> roads[] = {
+      {"authorized", Status::Authorized, Status::Authorized},
+      {"denied", Status::Denied, Status::Denied},
+      {"restricted", Status::Restricted, Status::Restricted},
+      {"grant", Status::NotDetermined, Status::Authorized},
+      {"refuse", Status::NotDetermined, Status::Denied}};
+  for (const auto& [name, before, after] : roads) {
     SCOPED_TRACE(name);
     auto cameras = simulated();
     cameras.permission = std::get<CameraPermission>(parseCameraPermission(name));
@@ -87,26 +78,21 @@ TEST_F(HostCameraTest, PermissionRoads) {
 
 TEST_F(HostCameraTest, SidesDifferAndMayBeMissing) {
   useHost(simulated());
-  std::vector<Data> pictures;
+  std::vector<int> colours;
   for (auto side : {AVCaptureDevicePosition::Front, AVCaptureDevicePosition::Back}) {
-    ASSERT_TRUE(device(side));
-    EXPECT_TRUE(device(side)->isSimulated());
     Rig rig(device(side));
     rig.session->startRunning();
     auto still = rig.askStill();
     ASSERT_TRUE(time.waitUntil([&] { return still->done(); }));
     const auto image = decodeImage(still->jpeg.value());
-    ASSERT_EQ(image->width(), 1280);
-    ASSERT_EQ(image->height(), 720);
-    pictures.push_back(image->pixels());
+    EXPECT_EQ(std::pair(image->width(), image->height()), std::pair(1280, 720));
+    colours.push_back(image->pixels().bytes()[0] / 16);
   }
-  EXPECT_NE(pictures[0].bytes()[0] / 16, pictures[1].bytes()[0] / 16);
-
+  EXPECT_NE(colours[0], colours[1]);
   auto cameras = simulated();
   cameras.front.kind = Kind::None;
   useHost(cameras);
   EXPECT_FALSE(device(AVCaptureDevicePosition::Front));
-  EXPECT_TRUE(back());
 }
 
 TEST_F(HostCameraTest, FilmIsShownOverAndOver) {

@@ -6,11 +6,13 @@
 #include <gst/pbutils/pbutils.h>
 #include <gst/video/video.h>
 
-#include <algorithm>
-
 namespace zuvi {
 
 namespace {
+
+struct Unref {
+  void operator()(gpointer object) const { g_object_unref(object); }
+};
 
 int count(GList* adopted) {
   const int length = static_cast<int>(g_list_length(adopted));
@@ -19,9 +21,6 @@ int count(GList* adopted) {
 }
 
 void discover(const std::string& path, FilmFacts& facts) {
-  struct Unref {
-    void operator()(gpointer object) const { g_object_unref(object); }
-  };
   std::unique_ptr<GstDiscoverer, Unref> discoverer(gst_discoverer_new(10 * GST_SECOND, nullptr));
   std::unique_ptr<char, decltype(&g_free)> uri(gst_filename_to_uri(path.c_str(), nullptr), g_free);
   std::unique_ptr<GstDiscovererInfo, Unref> info(

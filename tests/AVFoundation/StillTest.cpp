@@ -18,15 +18,12 @@ protected:
 
   /// A file with smooth colours and sharp edges, as the bytes of a PNG.
   std::string makePicture(int width, int height) {
-    std::vector<std::uint8_t> pixels;
+    std::string pixels;
     for (int y = 0; y < height; y++)
-      for (int x = 0; x < width; x++) {
-        const bool red = x * 4 < width && y * 2 < height;
-        pixels.push_back(red ? 30 : 255 * x / width);
-        pixels.push_back(red ? 20 : 255 * y / height);
-        pixels.push_back(red ? 220 : 90);
-        pixels.push_back(255);
-      }
+      for (int x = 0; x < width; x++)
+        pixels += x * 4 < width && y * 2 < height
+                      ? "\x1e\x14\xdc\xff"
+                      : std::string{char(255 * x / width), char(255 * y / height), 'Z', '\xff'};
     auto image = CGImage::fromPixels(Data(pixels), width, height, std::size_t(width) * 4,
                                      CGImage::Format::BGRA);
     return folder.write("picture.png", encodePNG(*image).view());
@@ -45,18 +42,15 @@ TEST_F(StillTest, EqualsTheSourceAtFullSize) {
   for (auto [width, height] : {std::pair{1600, 1200}, std::pair{301, 201}}) {
     const auto path = makePicture(width, height);
     useHost(backFrom(path));
-    EXPECT_TRUE(back()->isSimulated());
     Rig rig(back());
     rig.session->startRunning();
     auto still = take(rig);
     ASSERT_TRUE(still->jpeg);
-    EXPECT_FALSE(still->error);
-    EXPECT_FALSE(still->onMain);
+    EXPECT_FALSE(still->error || still->onMain);
     const auto taken = decodeImage(*still->jpeg);
     const auto source = decodeImage(Data(test::TemporaryFolder::read(path)));
     ASSERT_TRUE(taken && source);
-    ASSERT_EQ(taken->width(), width);
-    ASSERT_EQ(taken->height(), height);
+    ASSERT_EQ(std::pair(taken->width(), taken->height()), std::pair(width, height));
     EXPECT_LT(meanDifference(*taken, *source), 2.0);
 
     // The JPEG that was taken can itself be shown, and keeps its colours.
@@ -110,23 +104,14 @@ TEST_F(StillTest, IsAnsweredOnceWithoutCamera) {
     EXPECT_EQ(still->answers, 1);
 }
 
-TEST_F(StillTest, RefusesWrongConnectionAndCodec) {
+TEST_F(StillTest, RefusesWrongCodecAndWhatIsNoPicture) {
   useHost(simulated());
-  Rig rig(back()), other(back());
+  Rig rig(back());
   rig.session->startRunning();
   rig.stills->outputSettings[AVVideoCodecKey] = "other";
   EXPECT_EQ(take(rig)->error.value().code, AVErrorInvalidSetting);
   rig.stills->outputSettings[AVVideoCodecKey] = AVVideoCodecJPEG;
   EXPECT_TRUE(take(rig)->jpeg);
-
-  std::atomic<int> code = 0;
-  rig.stills->captureStillImageAsynchronously(
-      other.stills->connections().at(0),
-      [&](const auto& buffer, const std::optional<Error>& error) {
-        EXPECT_FALSE(AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(buffer));
-        code = error.value().code;
-      });
-  EXPECT_TRUE(time.waitUntil([&] { return code == AVErrorInvalidSetting; }));
   EXPECT_FALSE(AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(
       CMSampleBuffer{"other", Data("bytes")}));
 }

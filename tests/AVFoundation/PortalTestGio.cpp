@@ -1,12 +1,15 @@
-#include "tests/AVFoundation/FakePortalGio.h"
+#include "platform/AVFoundation/CameraPortal.h"
+#include "platform/AVFoundation/SystemCameraProvider.h"
+#include "tests/AVFoundation/CameraFixture.h"
 
-#include <string>
+#include <future>
+#include <thread>
 
+#include <gio/gio.h>
 #include <gio/gunixfdlist.h>
 #include <unistd.h>
 
 namespace zuvi {
-
 namespace {
 
 constexpr const char* description = R"(<node><interface name="org.freedesktop.portal.Camera">
@@ -28,14 +31,38 @@ void handOver(GDBusMethodInvocation* invocation) {
   ::close(ends[1]);
 }
 
-} // namespace
+/// A camera portal on a bus of its own, which is the session bus as long as this object lives.
+class FakePortal {
+public:
+  FakePortal();
+  ~FakePortal();
+  FakePortal(const FakePortal&) = delete;
+
+  /// Takes the portal off the bus.
+  void leave();
+
+  std::atomic<int> response = 0; ///< what the user says; below 0: nothing
+  std::atomic<int> asked = 0;    ///< how often the user was asked
+  std::atomic<bool> present = true;
+
+private:
+  void serve();
+  void called(const char* sender, const char* method, GDBusMethodInvocation* invocation);
+
+  GTestDBus* daemon_;
+  GMainContext* context_;
+  GDBusConnection* connection_ = nullptr;
+  std::promise<void> ready_;
+  std::atomic<bool> ending_ = false;
+  guint name_ = 0;
+  std::thread thread_;
+};
 
 FakePortal::FakePortal()
     : daemon_(g_test_dbus_new(G_TEST_DBUS_NONE)), context_(g_main_context_new()) {
   g_test_dbus_up(daemon_);
   thread_ = std::thread([this] { serve(); });
-  std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return ready_; });
+  ready_.get_future().wait();
 }
 
 FakePortal::~FakePortal() {
@@ -75,10 +102,7 @@ void FakePortal::serve() {
   name_ = g_bus_own_name_on_connection(
       connection_, "org.freedesktop.portal.Desktop", G_BUS_NAME_OWNER_FLAGS_NONE,
       [](GDBusConnection*, const char*, gpointer data) {
-        auto* self = static_cast<FakePortal*>(data);
-        std::lock_guard lock(self->mutex_);
-        self->ready_ = true;
-        self->changed_.notify_all();
+        static_cast<FakePortal*>(data)->ready_.set_value();
       },
       nullptr, this, nullptr);
   while (!ending_)
@@ -102,4 +126,71 @@ void FakePortal::called(const char* sender, const char* method, GDBusMethodInvoc
                                 nullptr);
 }
 
+using Status = AVAuthorizationStatus;
+
+class PortalTest : public CameraTest {
+protected:
+  std::shared_ptr<SystemCameraProvider> provider() {
+    return make<SystemCameraProvider>(
+        std::map<std::string, AVCaptureDevicePosition>{{"portal", AVCaptureDevicePosition::Back}},
+        SystemCameraProvider::Access::Portal);
+  }
+  /// 1 granted, 0 refused, -1 no answer.
+  int ask(SystemCameraProvider& from) {
+    auto answer = std::make_shared<std::atomic<int>>(-1);
+    from.requestAccess([answer](bool granted) { *answer = granted; });
+    time.waitUntil([&] { return *answer >= 0; });
+    return *answer;
+  }
+};
+
+TEST_F(PortalTest, AnswersAreTheUsers) {
+  FakePortal portal;
+  for (bool grants : {true, false}) {
+    portal.response = grants ? 0 : 1;
+    auto cameras = provider();
+    EXPECT_EQ(cameras->authorizationStatus(), Status::NotDetermined);
+    EXPECT_EQ(ask(*cameras), grants);
+    EXPECT_EQ(cameras->authorizationStatus(), grants ? Status::Authorized : Status::Denied);
+    EXPECT_EQ(cameras->open("portal") != nullptr, grants);
+    const int asked = portal.asked;
+    EXPECT_EQ(ask(*cameras), grants) << "known by now";
+    EXPECT_EQ(portal.asked, asked);
+  }
+}
+
+TEST_F(PortalTest, ListsOneCameraAndHandsItOver) {
+  FakePortal portal;
+  const auto devices = provider()->devices();
+  ASSERT_EQ(devices.size(), 1U);
+  EXPECT_EQ(devices[0].position, AVCaptureDevicePosition::Back);
+  const int descriptor = CameraPortal::openCameras();
+  ASSERT_GE(descriptor, 0);
+  char text[8] = {};
+  EXPECT_EQ(::read(descriptor, text, 6), 6);
+  EXPECT_STREQ(text, "remote");
+  ::close(descriptor);
+  portal.present = false;
+  EXPECT_TRUE(provider()->devices().empty());
+}
+
+TEST_F(PortalTest, NoPortalIsANo) {
+  {
+    FakePortal portal;
+    portal.response = -1; // the dialogue stays open until the portal is gone
+    auto cameras = provider();
+    auto answer = std::make_shared<std::atomic<int>>(-1);
+    cameras->requestAccess([answer](bool granted) { *answer = granted; });
+    EXPECT_TRUE(time.waitUntil([&] { return portal.asked > 0; }));
+    EXPECT_EQ(*answer, -1);
+    portal.leave();
+    EXPECT_TRUE(time.waitUntil([&] { return *answer == 0; }));
+  }
+  auto cameras = provider(); // not even a bus
+  EXPECT_EQ(ask(*cameras), 0);
+  EXPECT_TRUE(cameras->devices().empty());
+  EXPECT_EQ(CameraPortal::openCameras(), -1);
+}
+
+} // namespace
 } // namespace zuvi
