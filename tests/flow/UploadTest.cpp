@@ -52,25 +52,18 @@ protected:
   std::size_t before_ = 0;
 };
 
-TEST_F(UploadTest, WritesItsChrome) {
+TEST_F(UploadTest, IsAWaitingPageWhenOneComesBackToIt) {
   uploadFilm();
-  const auto screen = step<ZVUploadViewController>();
   EXPECT_EQ(title(), localized("livenessTitle"));
   EXPECT_EQ(page(), -1);
-  EXPECT_EQ(bottomTitle(), "-");
   EXPECT_TRUE(*shell().showBackButton);
   EXPECT_EQ(shell().containerBottomSpace.lock()->constant(), 34 + 88);
-  EXPECT_EQ(screen->textLabel.lock()->text(), localized("uploadText"));
-  EXPECT_EQ(screen->retakeButton.lock()->title(), localized("retake"));
-  EXPECT_EQ(screen->activityIndicator.lock()->color(), UIColor::bytes(0, 178, 87));
   backend.release();
   arrive("ZVKYCCameraViewController");
-  EXPECT_EQ(step<ZVKYCCameraViewController>()->objectId, "identity-1");
-  // Coming back finds the waiting page, with nothing running.
   tap("backButton");
   EXPECT_EQ(top(), "ZVUploadViewController");
   time.advance(5);
-  EXPECT_EQ(backend.requests().size(), 2U);
+  EXPECT_EQ(backend.requests().size(), 2U) << "nothing runs";
 }
 
 TEST_F(UploadTest, DropsWhatComesAfterItWasLeft) {
@@ -137,15 +130,6 @@ TEST_F(UploadTest, DropsTheBacksAnswerToo) {
 TEST_F(UploadTest, GoesOnUnderTheCancelAlert) {
   uploadFilm();
   tap("closeButtonTap");
-  ASSERT_TRUE(
-      std::dynamic_pointer_cast<ZVCancelAlertViewController>(shell().presentedViewController()));
-  const auto alert =
-      std::static_pointer_cast<ZVCancelAlertViewController>(shell().presentedViewController());
-  EXPECT_EQ(alert->modalPresentationStyle, UIModalPresentationStyle::OverCurrentContext);
-  EXPECT_EQ(alert->titleLabel.lock()->text(), localized("cancelTitle"));
-  EXPECT_EQ(alert->cancelLabel.lock()->text(), localized("cancel"));
-  EXPECT_EQ(alert->continueLabel.lock()->text(), localized("continue"));
-  EXPECT_EQ(alert->cancelButton.lock()->backgroundColor(), UIColor::bytes(0, 178, 87));
   backend.release();
   arrive("ZVKYCCameraViewController");
   EXPECT_TRUE(shell().presentedViewController());
@@ -210,14 +194,6 @@ TEST_F(UploadTest, KeysReachNothingThatIsOutOfSight) {
   press();
   EXPECT_TRUE(shell().presentedViewController()) << "keys belong to the alert";
   EXPECT_EQ(depth(), 3U);
-  tap("continueButton");
-  tapBottom();
-  arrive("ZVKYCCameraViewController");
-  ASSERT_TRUE(shell().backButton.lock()->becomeFirstResponder());
-  shell().showBackButton = false;
-  const auto before = depth();
-  press();
-  EXPECT_EQ(depth(), before);
 }
 
 } // namespace

@@ -116,7 +116,6 @@ TEST_F(OperationsTest, ReadEveryShapeOfAnswer) {
       {R"({"message":"Too dark é"})", "-/Too dark é", "-/Too dark é", "no", "-"},
       {R"({"id":"","message":""})", "/", "-/", "no", "-"},
       {R"({"id":7,"message":["m"],"name":{}})", "-/-", "-/-", "no", "-"},
-      {R"({"id":null,"message":null,"fields":null})", "-/-", "-/-", "no", "-"},
       {R"({"id":{"id":"x"},"message":true})", "-/-", "-/-", "no", "-"},
       {R"({"fields":[]})", "-/-", "/-", "yes", "-"},
       {R"({"fields":[],"message":"m","id":"x"})", "x/m", "/-", "yes", "-"},
@@ -124,20 +123,14 @@ TEST_F(OperationsTest, ReadEveryShapeOfAnswer) {
        "d_x,d_,/-", "yes", "-"},
       {R"({"fields":[{"id":"X","required":true}],"metadata":{"cardType":"B"}})", "-/-", "c_x,/-",
        "yes", "-"},
-      {R"({"fields":[{"id":"X","required":true}],"metadata":{"cardType":"E"}})", "-/-", "d_x,/-",
-       "yes", "-"},
       {R"({"fields":[{"id":"X","required":true}],"metadata":{"cardType":"Zz"}})", "-/-", "zz_x,/-",
        "yes", "-"},
-      {R"({"fields":[{"required":true}],"metadata":{"cardType":5}})", "-/-", "d_,/-", "yes", "-"},
       {R"({"fields":[{"required":true}],"metadata":["C"]})", "-/-", "d_,/-", "yes", "-"},
       {R"({"fields":[{"required":1},{"required":"true"}]})", "-/-", "/-", "yes", "-"},
       {R"({"fields":[{},7],"message":"m"})", "-/m", "-/m", "no", "-"},
       {R"({"fields":{"id":"x"},"message":"m"})", "-/m", "-/m", "no", "-"},
-      {R"({"fields":"x","message":3})", "-/-", "-/-", "no", "-"},
       {R"([{"id":"x","message":"m","fields":[]}])", "-/-", "-/-", "no", "none"},
       {R"("id")", "-/-", "-/-", "no", "none"},
-      {"true", "-/-", "-/-", "no", "none"},
-      {"null", "-/-", "-/-", "no", "none"},
       {"", "-/-", "-/-", "no", "none"},
       {"<html></html>", "-/-", "-/-", "no", "none"},
       {R"({"id":"x","fields":[])", "-/-", "-/-", "no", "none"},
@@ -166,14 +159,59 @@ TEST_F(OperationsTest, SendTheFieldsBackInTheirOrder) {
   results.emplace_back(Value::Dictionary{{"id", "B"}, {"value", "old"}, {"label", "L"}}, "D");
   results.emplace_back(Value::Dictionary{}, "D");
   results[0].value = "new \"é\"";
-  for (const auto& [sent, body] :
-       {std::pair{results, R"({"fields":[{"id":"B","value":"new \"é\""},{"id":"","value":""}]})"},
-        std::pair{std::vector<ZVOCRResult>{}, R"({"fields":[]})"}}) {
-    int calls = 0;
-    manager().verifyDocument("d", sent, [&](bool) { calls++; });
-    EXPECT_TRUE(time.waitUntil([&] { return calls == 1; }));
-    EXPECT_EQ(backend.requests().back().body, body);
+  int calls = 0;
+  manager().verifyDocument("d", results, [&](bool) { calls++; });
+  EXPECT_TRUE(time.waitUntil([&] { return calls == 1; }));
+  EXPECT_EQ(backend.requests().back().body,
+            R"({"fields":[{"id":"B","value":"new \"é\""},{"id":"","value":""}]})");
+}
+
+std::string inWords(const ZVKYCMerchant& merchant) {
+  std::string text = merchant.displayName.value_or("-") + " " + merchant.photoUrl.value_or("-") +
+                     " " + textFromColor(merchant.color) + " " + rawValue(merchant.currentLanguage);
+  for (const auto* documents : {&merchant.requiredDocuments, &merchant.optionalDocuments}) {
+    text += " [";
+    for (const ZVDocument document : *documents)
+      text += " " + rawValue(document);
+    text += " ]";
   }
+  return text;
+}
+
+TEST_F(OperationsTest, ReadsMerchantsFieldByField) {
+  const std::string standard = "- - #2196F3 en [ national-id ] [ ]";
+  const std::string noDocuments = "- - #2196F3 en [ ] [ ]";
+  const auto configured = [](const std::string& inside) {
+    return R"({"configurations":[{)" + inside + "}]}";
+  };
+  const auto listing = [&](const std::string& inside) {
+    return configured(R"("documents":{)" + inside + "}");
+  };
+  const struct {
+    std::string json, expected;
+  } rows[] = {
+      {"{}", standard},
+      {R"({"name":"N","photo":"p"})", "N p #2196F3 en [ national-id ] [ ]"},
+      {R"({"name":"N","configurations":[]})", "N - #2196F3 en [ national-id ] [ ]"},
+      {R"({"configurations":[{"color":"red"},7]})", standard}, // not a list of objects
+      {R"({"configurations":[{},{"color":"red","documents":{}}]})", standard}, // only the first
+      {configured(R"("color":"Green","language":"pt-BR")"), standard},
+      {configured(R"("color":1,"language":true,"documents":[])"), standard},
+      {configured(R"("color":"green","language":"pt")"), "- - #00B257 pt [ national-id ] [ ]"},
+      {configured(R"("color":"orange","language":"FR")"), "- - #F2994A en [ national-id ] [ ]"},
+      {configured(R"("color":"yellow","language":"en")"), "- - #FFBD00 en [ national-id ] [ ]"},
+      {listing(""), noDocuments},
+      {listing(R"("required":"passport","optional":{})"), noDocuments},
+      {listing(R"("required":["passport",7])"), noDocuments}, // not a list of strings
+      {listing(R"("required":["passport","x","passport"],"optional":["Passport"])"),
+       "- - #2196F3 en [ passport passport ] [ ]"},
+      {listing(R"("required":["driving-license","proof-of-residency"],)"
+               R"("optional":["national-id","driving-license"])"),
+       "- - #2196F3 en [ driving-license proof-of-residency ] [ national-id driving-license ]"},
+  };
+  EXPECT_EQ(inWords(ZVKYCMerchant()), standard);
+  for (const auto& row : rows)
+    EXPECT_EQ(inWords(ZVKYCMerchant(dictionary(row.json))), row.expected) << row.json;
 }
 
 } // namespace
