@@ -1,5 +1,6 @@
 // The pixels that layers leave on the screen.
 
+#include "platform/QuartzCore/CAGradientLayer.h"
 #include "tests/UIKit/ScreenFixture.h"
 
 #include <numbers>
@@ -52,6 +53,21 @@ TEST_F(RenderingTest, CornersAndClip) {
   EXPECT_PIXEL(15, 30, blue);
 }
 
+TEST_F(RenderingTest, GradientRunsDownAndShadowFallsWhereItIsSent) {
+  const auto layer = addLayer({10, 10, 40, 40}, redColor);
+  layer->setShadowOpacity(1);
+  layer->setShadowRadius(0);
+  layer->setShadowOffset({20, 0});
+  const auto gradient = std::make_shared<CAGradientLayer>();
+  gradient->setFrame({0, 0, 40, 40});
+  gradient->setColors({redColor, blueColor});
+  layer->addSublayer(gradient);
+  EXPECT_TRUE(at(30, 30).isNear({128, 0, 128}, 8)) << at(30, 30);
+  EXPECT_TRUE(at(30, 12).isNear(red, 20)) << at(30, 12);
+  EXPECT_PIXEL(60, 30, black);
+  EXPECT_PIXEL(80, 30, white);
+}
+
 TEST_F(RenderingTest, OpacityCoversTheWholeSubtreeAsOne) {
   const auto layer = addLayer({10, 10, 40, 40}, redColor);
   const auto inner = std::make_shared<CALayer>();
@@ -80,11 +96,10 @@ TEST_F(RenderingTest, TransformsKeepTheirPlaceAndNeverShowTheToolkitsError) {
   for (const Case& each : cases) {
     layer->setTransform(each.transform);
     const Pixels seen = screen();
-    const std::ptrdiff_t index = &each - cases;
-    EXPECT_TRUE(seen.at(each.inside.x, each.inside.y).isNear(red))
-        << index << ": " << seen.at(each.inside.x, each.inside.y);
-    EXPECT_TRUE(seen.at(each.outside.x, each.outside.y).isNear(white)) << index;
-    EXPECT_EQ(seen.count({255, 192, 203}, 6), 0) << index << ": an error is drawn";
+    const auto in = seen.at(each.inside.x, each.inside.y);
+    const auto out = seen.at(each.outside.x, each.outside.y);
+    EXPECT_TRUE(in.isNear(red) && out.isNear(white)) << &each - cases << ": " << in << ", " << out;
+    EXPECT_EQ(seen.count({255, 192, 203}, 6), 0) << &each - cases << ": an error is drawn";
   }
   for (const auto& flat : {CGAffineTransform::scale(0, 0), CGAffineTransform::scale(0, 1),
                            CGAffineTransform::scale(1e-9, 1)}) {

@@ -58,26 +58,18 @@ TEST_F(ConstraintTest, ChainsRunInBothDirectionsAndInAnyOrder) {
 TEST_F(ConstraintTest, ContainersTakeTheirHeightFromWrappedText) {
   const auto page = add({0, 0, 200, 400});
   const auto card = child("card", page);
-  const auto below = child("below", page);
   const auto text = child<UILabel>("text", card);
   text->setNumberOfLines(0);
   rules(card, "text.left = super.left + 10; text.right = super.right - 10;"
               "text.top = super.top + 10; super.bottom = text.bottom + 10");
-  rules(page, "card.left = super.left + 20; card.right = super.right - 20; card.top = super.top;"
-              "below.top = card.bottom + 5; below.height = 1; below.left = super.left;"
-              "below.width = 1");
-  text->setText("one");
-  time.settle();
-  const double line = text->frame().height;
-  EXPECT_EQ(card->frame(), (CGRect{20, 0, 160, line + 20}));
-  EXPECT_EQ(below->frame().y, line + 25);
-  text->setText("many words that do not fit into one line of this narrow card at all");
-  time.settle();
-  const double tall = text->frame().height;
-  EXPECT_GE(tall, 3 * line - 3);
-  EXPECT_EQ(card->frame().height, text->frame().height + 20);
-  EXPECT_EQ(below->frame().y, card->frame().maxY() + 5);
-  EXPECT_FALSE(text->isClipped());
+  rules(page, "card.left = super.left + 20; card.right = super.right - 20; card.top = super.top");
+  for (const char* words :
+       {"one", "many words that do not fit into one line of this card at all"}) {
+    text->setText(words);
+    time.settle();
+    EXPECT_EQ(card->frame(), (CGRect{20, 0, 160, text->frame().height + 20}));
+    EXPECT_FALSE(text->isClipped());
+  }
 }
 
 TEST_F(ConstraintTest, ContradictionsAndCirclesEndWithTheFirstRule) {

@@ -54,13 +54,10 @@ TEST_F(ControlTest, FingerIsFollowedUntilItIsLifted) {
 TEST_F(ControlTest, DisabledControlIsDeafAlsoFromTheMiddleOfATouch) {
   const auto lower = addButton("lower", {0, 0, 60, 40});
   const auto button = addButton("a", {0, 0, 60, 40});
-  button->setEnabled(false);
-  tap({10, 10}); // it still covers what lies below
-  EXPECT_EQ(take(), "");
-  button->setEnabled(true);
   app().touchBegan({10, 10});
   button->setEnabled(false);
   app().touchEnded({10, 10});
+  tap({10, 10}); // it still covers what lies below
   EXPECT_EQ(take(), "a:down ");
 }
 
@@ -78,19 +75,16 @@ TEST_F(ControlTest, ControlMayLeaveInItsOwnAction) {
 }
 
 TEST_F(ControlTest, TabWalksTheControlsInOrderAndKeysPressThem) {
-  const auto page = add({0, 0, 320, 480});
-  const auto a = addButton("a", {0, 0, 50, 50});
-  const auto b = addButton("b", {0, 60, 50, 50});
-  const auto disabled = addButton("disabled", {0, 120, 50, 50});
-  const auto hidden = addButton("hidden", {0, 180, 50, 50});
-  const auto covered = addButton("covered", {100, 0, 50, 50});
-  const auto cover = add({90, 0, 100, 100});
+  const auto a = addButton("a", {0, 0, 50, 50}), b = addButton("b", {0, 60, 50, 50});
+  addButton("disabled", {0, 120, 50, 50})->setEnabled(false);
+  addButton("hidden", {0, 180, 50, 50})->setHidden(true);
+  addButton("covered", {100, 0, 50, 50});
+  add({90, 0, 100, 100});
   const auto last = add<UITextField>({0, 240, 100, 40});
-  for (const auto& view :
-       std::vector<std::shared_ptr<UIView>>{a, b, disabled, hidden, covered, cover, last})
+  const auto page = make<UIView>(CGRect{0, 0, 320, 480});
+  for (const auto& view : std::vector(window->subviews()))
     page->addSubview(view);
-  disabled->setEnabled(false);
-  hidden->setHidden(true);
+  window->addSubview(page);
   std::vector<UIView*> order;
   for (int i = 0; i < 4; i++) {
     press("Tab");
@@ -117,46 +111,22 @@ TEST_F(ControlTest, TabWalksTheControlsInOrderAndKeysPressThem) {
   EXPECT_TRUE(inner->isFirstResponder());
 }
 
-class TextFieldTest : public ControlTest {
-protected:
-  TextFieldTest() {
-    field = add<UITextField>({10, 10, 120, 30});
-    field->addTarget(UIControlEvent::EditingChanged, [this] { edits++; });
-  }
-  void TearDown() override {
-    field = nullptr;
-    ControlTest::TearDown();
-  }
-  void type(const std::vector<std::string>& keys) {
-    for (const std::string& key : keys) {
-      const bool named = key.size() > 2 && static_cast<unsigned char>(key[0]) < 0x80;
-      press(named ? key : "key", named ? "" : key);
-    }
-  }
-
-  std::shared_ptr<UITextField> field;
+TEST_F(ControlTest, EditingStepsOverWholeCharacters) {
+  const auto field = add<UITextField>({10, 10, 120, 30});
   int edits = 0;
-};
-
-TEST_F(TextFieldTest, EditingStepsOverWholeCharacters) {
+  field->addTarget(UIControlEvent::EditingChanged, [&] { edits++; });
+  const auto type = [](const std::vector<std::string>& keys) {
+    for (const std::string& key : keys)
+      key.size() > 2 && key[0] > 0 ? press(key) : press("key", key);
+  };
   tap({20, 20});
-  ASSERT_TRUE(field->isEditing());
-  type({"ä", "€", "😀", "x"});
-  EXPECT_EQ(field->text(), "ä€😀x");
-  type({"Left", "BackSpace"});
+  type({"ä", "€", "😀", "x", "Left", "BackSpace"});
   EXPECT_EQ(field->text(), "ä€x");
   type({"Left", "Delete", "Home", "b", "End", "c"});
   EXPECT_EQ(field->text(), "bäxc");
-  EXPECT_EQ(edits, 8);
-  type({"Home", "BackSpace", "Left", "End", "Delete", "Right"}); // nothing left to do
+  type({"Home", "BackSpace", "Left", "End", "Delete", "Right", "\x01"}); // nothing left to do
   EXPECT_EQ(field->text(), "bäxc");
   EXPECT_EQ(edits, 8) << "told of a change that was none";
-  press("x", "\x01");
-  EXPECT_EQ(field->text(), "bäxc");
-  field->setText("one\ntwo\r");
-  EXPECT_EQ(field->text(), "one two ");
-  type({"!"});
-  EXPECT_EQ(field->text(), "one two !");
   field->setText("\x80\xbf\xff");
   type({"BackSpace", "BackSpace", "BackSpace", "BackSpace"});
   EXPECT_EQ(field->text(), "");

@@ -48,7 +48,7 @@ struct Rows : UITableViewDataSource, UITableViewDelegate {
 
 class TableTest : public WidgetsTest {
 protected:
-  TableTest() {
+  void SetUp() override {
     UINib::registerClass<UITableViewCell>("TestCell");
     folder.write("row.xml", "<nib><TestCell background=\"#FFFFFF\"/></nib>");
     table->registerNib(UINib("row", std::make_shared<Bundle>(folder.path())), "row");
@@ -85,22 +85,6 @@ TEST_F(TableTest, OnlyRowsInSightAreMadeAndThoseThatLeaveAreUsedAgain) {
   ASSERT_TRUE(last);
   EXPECT_EQ(last->accessibilityLabel, "199999");
   EXPECT_EQ(last->frame(), (CGRect{0, 9'999'950, 200, 50}));
-}
-
-TEST_F(TableTest, SourceThatReloadsWhileItIsAskedDoesNoHarm) {
-  struct Impatient : Rows {
-    std::shared_ptr<UITableViewCell> cellForRow(UITableView& asking, std::size_t row) override {
-      if (row == 2 && count == 10) {
-        count = 1;
-        asking.reloadData();
-      }
-      return Rows::cellForRow(asking, row);
-    }
-  };
-  rows = std::make_shared<Impatient>();
-  table->dataSource = rows;
-  reload(10);
-  EXPECT_EQ(table->subviews().size(), 1U);
 }
 
 } // namespace
