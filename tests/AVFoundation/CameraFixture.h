@@ -117,6 +117,15 @@ protected:
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     time.waitUntil([end] { return std::chrono::steady_clock::now() >= end; }, seconds + 1);
   }
+  /// A film of that length, complete; false when no end was told.
+  bool shoot(const Rig& rig, const std::string& path, double seconds,
+             const std::shared_ptr<FilmListener>& listener) {
+    const auto before = listener->ends().size();
+    rig.film->startRecording(path, listener);
+    film(seconds);
+    rig.film->stopRecording();
+    return time.waitUntil([&] { return listener->ends().size() > before; });
+  }
   /// Waits for the first picture of a running session.
   bool warm(const Rig& rig) {
     auto asked = rig.askStill();

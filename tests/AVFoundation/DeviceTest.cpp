@@ -1,6 +1,8 @@
 #include "platform/AVFoundation/DeviceAccess.h"
 #include "platform/AVFoundation/DevicesGStreamer.h"
+#include "platform/ImageIO/ImageFile.h"
 #include "tests/AVFoundation/CameraFixture.h"
+#include "tests/AVFoundation/MediaReaderGStreamer.h"
 
 #include <filesystem>
 #include <sys/syscall.h>
@@ -11,9 +13,135 @@
 namespace zuvi {
 namespace {
 
+using Kind = CameraSourceDescription::Kind;
+using Status = AVAuthorizationStatus;
+
+class HostCameraTest : public CameraTest {
+protected:
+  bool ask() {
+    std::atomic<int> answer = -1;
+    AVCaptureDevice::requestAccess([&](bool granted) {
+      EXPECT_FALSE(DispatchQueue::main().isCurrent());
+      answer = granted;
+    });
+    EXPECT_TRUE(time.waitUntil([&] { return answer >= 0; }));
+    return answer == 1;
+  }
+};
+
+TEST_F(HostCameraTest, ReadsSourcesAndSaysWhatIsWrong) {
+  const std::pair<std::string, Kind> good[] = {
+      {"none", Kind::None},
+      {"simulated", Kind::Simulated},
+      {folder.write("a", "\x89PNG\r\n"), Kind::Picture},
+      {folder.write("b", "\xff\xd8\xff\xe0"), Kind::Picture},
+      {folder.write("c", "something else"), Kind::Film},
+      {"/dev/null", Kind::Device},
+  };
+  for (const auto& [text, kind] : good)
+    EXPECT_EQ(std::get<CameraSourceDescription>(parseCameraSource(text)).kind, kind) << text;
+  for (const auto& text : {std::string("Simulated"), folder.path("missing.mov"), folder.path(),
+                           folder.write("empty", "")}) {
+    const auto line = std::get<Error>(parseCameraSource(text)).description;
+    EXPECT_NE(line.find("'" + text + "'"), std::string::npos) << line;
+  }
+}
+
+TEST_F(HostCameraTest, PermissionRoads) {
+  const std::tuple<const char*, Status, Status> roads[] = {
+      {"authorized", Status::Authorized, Status::Authorized},
+      {"denied", Status::Denied, Status::Denied},
+      {"restricted", Status::Restricted, Status::Restricted},
+      {"grant", Status::NotDetermined, Status::Authorized},
+      {"refuse", Status::NotDetermined, Status::Denied}};
+  for (const auto& [name, before, after] : roads) {
+    SCOPED_TRACE(name);
+    auto cameras = simulated();
+    cameras.permission = std::get<CameraPermission>(parseCameraPermission(name));
+    useHost(cameras);
+    EXPECT_EQ(AVCaptureDevice::authorizationStatus(), before);
+
+    // An input made while the user is still to be asked gives pictures only after a yes.
+    Rig rig(back());
+    EXPECT_EQ(rig.input != nullptr,
+              before == Status::Authorized || before == Status::NotDetermined);
+    rig.session->startRunning();
+    std::shared_ptr<AskedStill> still;
+    if (rig.input) still = rig.askStill();
+    if (before == Status::NotDetermined) {
+      film(0.3);
+      EXPECT_FALSE(still->done());
+    }
+    EXPECT_EQ(ask(), after == Status::Authorized);
+    EXPECT_EQ(AVCaptureDevice::authorizationStatus(), after);
+    if (!still) continue;
+    ASSERT_TRUE(time.waitUntil([&] { return still->done(); }));
+    EXPECT_EQ(still->jpeg.has_value(), after == Status::Authorized);
+    EXPECT_EQ(rig.session->isRunning(), after == Status::Authorized);
+  }
+  EXPECT_TRUE(std::holds_alternative<Error>(parseCameraPermission("yes")));
+}
+
+TEST_F(HostCameraTest, SidesDifferAndMayBeMissing) {
+  useHost(simulated());
+  std::vector<int> colours;
+  for (auto side : {AVCaptureDevicePosition::Front, AVCaptureDevicePosition::Back}) {
+    Rig rig(device(side));
+    rig.session->startRunning();
+    auto still = rig.askStill();
+    ASSERT_TRUE(time.waitUntil([&] { return still->done(); }));
+    const auto image = decodeImage(still->jpeg.value());
+    EXPECT_EQ(std::pair(image->width(), image->height()), std::pair(1280, 720));
+    colours.push_back(image->pixels().bytes()[0] / 16);
+  }
+  EXPECT_NE(colours[0], colours[1]);
+  auto cameras = simulated();
+  cameras.front.kind = Kind::None;
+  useHost(cameras);
+  EXPECT_FALSE(device(AVCaptureDevicePosition::Front));
+}
+
+TEST_F(HostCameraTest, FilmIsShownOverAndOver) {
+  // A short film of the simulated camera is the next camera's source.
+  useHost(simulated());
+  auto listener = std::make_shared<FilmListener>();
+  {
+    Rig rig(back());
+    rig.session->startRunning();
+    ASSERT_TRUE(warm(rig));
+    ASSERT_TRUE(shoot(rig, folder.path("loop.mov"), 0.4, listener));
+  }
+  useHost(backFrom(folder.path("loop.mov")));
+  EXPECT_TRUE(back()->isSimulated());
+  Rig rig(back());
+  rig.session->startRunning();
+  ASSERT_TRUE(warm(rig));
+  ASSERT_TRUE(shoot(rig, folder.path("long.mov"), 1.6, listener)); // four rounds
+  EXPECT_FALSE(listener->ends()[1].error);
+  EXPECT_TRUE(rig.session->isRunning());
+  const auto facts = readFilm(folder.path("long.mov"));
+  EXPECT_NEAR(facts.seconds, 1.6, 0.1);
+  EXPECT_GT(facts.frames, 20) << "it pauses between the rounds";
+}
+
+TEST_F(HostCameraTest, FileThatIsNoFilmEndsTheRun) {
+  useHost(backFrom(folder.write("text.mov", std::string(5000, 'x'))));
+  Rig rig(back());
+  rig.session->startRunning();
+  EXPECT_TRUE(time.waitUntil([&] { return !rig.session->isRunning(); }));
+
+  auto gone = back();
+  std::filesystem::remove(folder.path("text.mov"));
+  EXPECT_FALSE(AVCaptureDeviceInput::withDevice(gone));
+  useHost(backFrom("/dev/null")); // a device file, but none of a camera
+  Rig none(back());
+  EXPECT_FALSE(back()->isSimulated());
+  none.session->startRunning();
+  EXPECT_TRUE(time.waitUntil([&] { return !none.session->isRunning(); }));
+}
+
 using ::testing::AllOf;
 using ::testing::HasSubstr;
-using Status = AVAuthorizationStatus;
 
 std::string chosen(const char* offers) {
   startGStreamer();

@@ -115,10 +115,7 @@ TEST_F(FilmTest, CancellingRemovesTheFileAndTellsNobody) {
     EXPECT_FALSE(rig->film->isRecording());
     EXPECT_TRUE(time.waitUntil([&] { return !exists(folder.path("film.mov")); }));
     // The next film's end comes after anything that the first may still tell.
-    rig->film->startRecording(folder.path("next.mov"), listener);
-    film(0.2);
-    rig->film->stopRecording();
-    ASSERT_TRUE(ended());
+    ASSERT_TRUE(shoot(*rig, folder.path("next.mov"), 0.2, listener));
     ASSERT_EQ(listener->ends().size(), 1U);
     EXPECT_EQ(listener->ends()[0].path, folder.path("next.mov"));
     EXPECT_FALSE(exists(folder.path("film.mov")));

@@ -1,7 +1,10 @@
+// What a server keeps in its folders.
+
 #include "sandbox/core/tls/ServerCredentials.h"
 #include "tests/sandbox/ServerFixture.h"
 
 #include <filesystem>
+
 #include <gmock/gmock.h>
 
 namespace zuvi::sandbox::test {
@@ -9,6 +12,45 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
+
+class Persistence : public ServerFixture {
+protected:
+  std::string startFault() {
+    ServerOptions options;
+    options.dataFolder = folder_.path("data");
+    const auto started = Server::start(std::move(options));
+    return started ? "none" : started.error().message;
+  }
+};
+
+TEST_F(Persistence, EverythingIsThereAfterARestart) {
+  start();
+  const auto identity = newIdentity();
+  const auto document = newDocument(identity, "national-id");
+  ask("POST", "/track/?data=eyJldmVudCI6ImEiLCJwcm9wZXJ0aWVzIjp7fX0=");
+  const auto before = json(ask("GET", "/arrivals.json"));
+  const std::string film = before["identities"][0]["film"]["name"];
+
+  start();
+  EXPECT_EQ(json(ask("GET", "/arrivals.json")), before);
+  EXPECT_EQ(ask("GET", "/files/" + film).body, test::film);
+  EXPECT_EQ(addBack(document, "national-id").status, 200) << "the run goes on";
+  const auto next = newIdentity();
+  EXPECT_EQ(server_->arrivals()->identities.at(1).id, next);
+}
+
+TEST_F(Persistence, DamagedDatabasesAreRefused) {
+  start();
+  newDocument(newIdentity(), "passport");
+  server_.reset();
+  const auto path = folder_.path("data/sandbox.db");
+  std::string bytes = zuvi::test::TemporaryFolder::read(path);
+  ASSERT_GT(bytes.size(), 8192U);
+  // The first page keeps the names of the tables; what they hold lies behind it.
+  std::fill(bytes.begin() + 4096, bytes.end(), '\x5a');
+  folder_.write("data/sandbox.db", bytes);
+  EXPECT_THAT(startFault(), HasSubstr("damaged"));
+}
 
 constexpr std::time_t day = 24L * 3600;
 

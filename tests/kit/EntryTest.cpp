@@ -1,3 +1,5 @@
+// How a host registers, and the button that starts the flow.
+
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Public/ZVKYCButton.h"
@@ -9,17 +11,92 @@
 namespace zuvi {
 namespace {
 
+class SessionEntryTest : public KitTest {};
+
+TEST_F(SessionEntryTest, RegistersInOrder) {
+  backend.hold();
+  backend.answer(R"({"name":"N","configurations":[{"color":"red"}]})");
+  int updates = 0;
+  std::string nameWhenTold;
+  const auto observer = NotificationCenter::defaultCenter().observe(
+      merchantUpdatedNotification, [&](const Notification&) {
+        updates++;
+        nameWhenTold = ZVKYCHelper::instance().merchant->displayName.value_or("-");
+      });
+  ZVKYC::registerWithClientId("client 1", Value::Dictionary{{"a", 1}});
+  EXPECT_EQ(*transport().authorization, "Bearer client 1");
+  EXPECT_TRUE(time.waitUntil([&] { return backend.requests().size() == 1; }));
+  const auto request = backend.requests()[0];
+  EXPECT_EQ(request.method + " " + request.path, "GET /api/v1/merchants/me");
+  EXPECT_EQ(request.headers.at("authorization"), "Bearer client 1");
+  EXPECT_EQ(updates, 0);
+  backend.release();
+  EXPECT_TRUE(time.waitUntil([&] { return updates == 1; }));
+  EXPECT_EQ(nameWhenTold, "N") << "the record is in force before anybody is told";
+
+  // Once more, without metadata and with another id.
+  registerClient("2");
+  EXPECT_EQ(backend.requests().back().headers.at("authorization"), "Bearer 2");
+  EXPECT_FALSE(ZVKYC::instance().metadata);
+  EXPECT_EQ(updates, 2);
+
+  ZVKYCHelper::instance().clinetId = std::nullopt;
+  time.settle();
+  EXPECT_EQ(*transport().authorization, "Bearer 2") << "an absent id changes nothing";
+  EXPECT_EQ(backend.requests().size(), 2U);
+}
+
+TEST_F(SessionEntryTest, KeepsTheRecordWhenNoMerchantComes) {
+  backend.answer(R"({"name":"First"})");
+  registerClient("1");
+  const auto kept = ZVKYCHelper::instance().merchant;
+  for (const char* body : {"", "[]", "<html>"}) {
+    backend.answer(body);
+    registerClient("1"); // waits for the notice
+    EXPECT_EQ(ZVKYCHelper::instance().merchant, kept) << body;
+  }
+  backend.answer(
+      [](const auto&) { return test::Reply{.mode = test::Reply::Mode::DropConnection}; });
+  registerClient("1");
+  EXPECT_EQ(ZVKYCHelper::instance().merchant, kept);
+  backend.answer(R"({"message":"who are you"})", 401);
+  registerClient("1");
+  EXPECT_FALSE(ZVKYCHelper::instance().merchant->displayName) << "an error object is a record too";
+}
+
+TEST_F(SessionEntryTest, TellsTheDelegateHowARunEnded) {
+  ZVKYCHelper& helper = ZVKYCHelper::instance();
+  helper.success();
+  EXPECT_TRUE(delegate->calls.empty()) << "there is no identity to tell";
+  helper.tempIdentity = "run's";
+  helper.success();
+  ZVKYC::instance().identityId = "host's";
+  helper.success();
+  helper.cancelled();
+  EXPECT_THAT(delegate->calls,
+              testing::ElementsAre("success run's", "success host's", "cancelled"));
+  const std::weak_ptr<RecordingDelegate> gone = std::exchange(delegate, nullptr);
+  EXPECT_TRUE(gone.expired()) << "the kit does not keep it alive";
+  helper.success();
+  helper.cancelled();
+}
+
 class LaunchButtonTest : public KitTest {
 protected:
   LaunchButtonTest() { registerZVFonts(); }
 
-  static std::shared_ptr<UIImageView> imageNamed(const UIView& view, const std::string& name) {
-    for (const auto& subview : view.subviews()) {
-      const auto image = std::dynamic_pointer_cast<UIImageView>(subview);
-      if (image && image->image() && image->image()->name() == name) return image;
-      if (const auto below = imageNamed(*subview, name)) return below;
-    }
-    return nullptr;
+  /// The frames of a view's subviews, rounded, depth first.
+  static std::string framesIn(const UIView& view) {
+    std::string words;
+    for (const auto& subview : view.subviews())
+      if (subview->frame().width > 0) words += inWords(subview->frame()) + framesIn(*subview);
+    return words;
+  }
+  static std::string inWords(const CGRect& at) {
+    std::ostringstream words;
+    for (const double number : {at.x, at.y, at.width, at.height})
+      words << std::lround(number) << ' ';
+    return words.str() + "|";
   }
   static std::shared_ptr<UILabel> labelOf(const UIView& button) {
     return std::dynamic_pointer_cast<UILabel>(button.subviews().back());
@@ -38,27 +115,16 @@ protected:
 };
 
 TEST_F(LaunchButtonTest, LaysItselfOutInProportion) {
-  const auto layoutIn = [](const CGRect& frame) {
+  const std::pair<CGRect, std::string> rows[] = {
+      {{5, 6, 344, 68}, "0 0 79 68 |24 4 27 60 |293 4 27 60 |79 0 186 68 |12 12 344 68 |"},
+      // never narrower or lower than this
+      {{0, 0, 100, 20}, "0 0 47 30 |14 4 16 22 |170 4 16 22 |47 0 105 30 |5 5 200 30 |"}};
+  for (const auto& [frame, expected] : rows) {
     const auto button = make<ZVKYCButton>(frame);
     button->layoutIfNeeded();
+    EXPECT_EQ(framesIn(*button) + inWords(button->layer()->shadowPath().value().rect), expected);
     EXPECT_FALSE(button->clipsToBounds()) << "the shadow lies outside";
-    std::ostringstream words;
-    for (const char* image :
-         {"ZVZuviButtonLeftBackground", "ZVZuviButtonLeftIcon", "ZVZuviIcon", "", "shadow"}) {
-      const auto view = imageNamed(*button, image);
-      const CGRect at = view     ? view->frame()
-                        : *image ? button->layer()->shadowPath().value().rect
-                                 : labelOf(*button)->frame();
-      for (const double number : {at.x, at.y, at.width, at.height})
-        words << std::lround(number) << ' ';
-      words << '|';
-    }
-    return words.str();
-  };
-  EXPECT_EQ(layoutIn({5, 6, 344, 68}),
-            "0 0 79 68 |24 4 27 60 |293 4 27 60 |79 0 186 68 |12 12 344 68 |");
-  EXPECT_EQ(layoutIn({0, 0, 100, 20}), // never narrower or lower than this
-            "0 0 47 30 |14 4 16 22 |170 4 16 22 |47 0 105 30 |5 5 200 30 |");
+  }
 }
 
 TEST_F(LaunchButtonTest, FollowsTheMerchant) {
