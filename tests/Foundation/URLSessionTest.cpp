@@ -71,18 +71,6 @@ TEST_F(URLSessionTest, NoHeaderCanBeInjected) {
   EXPECT_TRUE(server.requests().empty());
 }
 
-TEST_F(URLSessionTest, LostConnectionsAreErrorsWithoutData) {
-  const LoopbackServer server([](const Request& request) {
-    const bool cut = request.path == "/cut";
-    return Reply{200, {}, std::string(100'000, 'x'), cut ? Mode::CutBody : Mode::DropConnection};
-  });
-  for (const char* path : {"/cut", "/drop"}) {
-    const auto outcome = send(to(server.url(path)));
-    EXPECT_EQ(outcome.code(), NSURLErrorNetworkConnectionLost) << outcome.text();
-    EXPECT_FALSE(outcome.data);
-  }
-}
-
 TEST_F(URLSessionTest, AnUploadIsNotSentTwiceWhenAKeptConnectionDies) {
   const LoopbackServer server([](const Request& request) {
     return Reply{200, {}, "ok", request.path == "/drop" ? Mode::DropConnection : Mode::Normal};

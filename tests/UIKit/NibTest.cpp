@@ -159,6 +159,8 @@ TEST_F(ConstraintTest, ContainersTakeTheirHeightFromWrappedText) {
     EXPECT_EQ(card->frame(), (CGRect{20, 0, 160, text->frame().height + 20}));
     EXPECT_FALSE(text->isClipped());
   }
+  text->setNumberOfLines(1);
+  EXPECT_TRUE(text->isClipped());
 }
 
 TEST_F(ConstraintTest, ContradictionsAndCirclesEndWithTheFirstRule) {

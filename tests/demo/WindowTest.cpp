@@ -36,7 +36,6 @@ protected:
   void SetUp() override {
     ASSERT_NE(std::getenv("DISPLAY"), nullptr) << "this test wants a display, such as Xvfb's";
     sandbox::ServerOptions options;
-    options.port = 0;
     options.dataFolder = folder.path() + "/data";
     options.tlsFolder = folder.path() + "/tls";
     auto started = sandbox::Server::start(std::move(options));
@@ -45,10 +44,8 @@ protected:
   }
 
   void TearDown() override {
-    if (program > 0) {
-      kill(program, SIGKILL);
-      waitpid(program, nullptr, 0);
-    }
+    if (program > 0) kill(program, SIGKILL);
+    if (program > 0) waitpid(program, nullptr, 0);
   }
 
   void launch(const std::string& script) {
