@@ -4,7 +4,6 @@
 #include "tests/AVFoundation/CameraFixture.h"
 #include "tests/AVFoundation/MediaReaderGStreamer.h"
 
-#include <filesystem>
 #include <sys/syscall.h>
 #include <unistd.h>
 

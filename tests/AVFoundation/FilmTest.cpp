@@ -3,7 +3,6 @@
 #include "tests/AVFoundation/CameraFixture.h"
 #include "tests/AVFoundation/MediaReaderGStreamer.h"
 
-#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 

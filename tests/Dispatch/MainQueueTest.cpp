@@ -5,9 +5,7 @@
 
 #include <atomic>
 #include <limits>
-#include <memory>
 #include <set>
-#include <string>
 #include <thread>
 #include <vector>
 

@@ -5,10 +5,6 @@
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <filesystem>
-#include <iterator>
-#include <string>
-
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 

@@ -2,14 +2,8 @@
 #include "sandbox/core/http/LoopbackSocket.h"
 #include "tests/support/SessionFixture.h"
 
-#include <atomic>
-#include <chrono>
 #include <latch>
-#include <map>
-#include <string>
-#include <thread>
 
-#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <unistd.h>
 

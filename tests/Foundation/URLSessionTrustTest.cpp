@@ -2,11 +2,6 @@
 #include "tests/support/SessionFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <map>
-#include <string>
-
-#include <gtest/gtest.h>
-
 namespace zuvi {
 namespace {
 

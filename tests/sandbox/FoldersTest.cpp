@@ -3,8 +3,6 @@
 #include "sandbox/core/tls/ServerCredentials.h"
 #include "tests/sandbox/ServerFixture.h"
 
-#include <filesystem>
-
 #include <gmock/gmock.h>
 
 namespace zuvi::sandbox::test {
