@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/Certificates.h"
+#include "sandbox/core/http/HttpServer.h"
 
 #include <microhttpd.h>
 
@@ -12,7 +12,7 @@ namespace zuvi::bench {
 /// A loopback server that swallows bodies and answers with an id.
 class UploadSink {
 public:
-  explicit UploadSink(const std::optional<test::Identity>& identity = std::nullopt) {
+  explicit UploadSink(const std::optional<sandbox::TlsCredentials>& identity = std::nullopt) {
     const unsigned flags =
         MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_AUTO | (identity ? unsigned(MHD_USE_TLS) : 0U);
     if (identity)

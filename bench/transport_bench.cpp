@@ -6,6 +6,7 @@
 #include "kit/Main/Private/ZVEndpoints.h"
 #include "kit/Manager/ZVKYCManager.h"
 #include "platform/Dispatch/VirtualTime.h"
+#include "sandbox/core/tls/ServerCredentials.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <curl/curl.h>
@@ -111,10 +112,13 @@ int main() {
                 "createNewIdentity, peak memory", peakMemory() - before);
     measure("http", server, "", time, film);
   }
-  const test::Authority authority;
+  const auto credentials = sandbox::serverCredentials(folder.path());
+  if (!credentials) {
+    std::printf("no certificate: %s\n", credentials.error().message.c_str());
+    return 1;
+  }
   const std::string pem = folder.path() + "/ca.pem";
-  std::ofstream(pem) << authority.certificate();
   ZVEndpoints::setAdditionalAuthorities(pem);
-  const UploadSink server(authority.good());
+  const UploadSink server(*credentials);
   measure("https", server, pem, time, film);
 }
