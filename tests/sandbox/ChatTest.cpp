@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <future>
-
 namespace zuvi::sandbox::test {
 namespace {
 
@@ -20,10 +18,11 @@ protected:
 
 TEST_F(Chat, TheTemplateLeadsToThePage) {
   start();
-  auto address = stringMember(json(ask("GET", "/app/mobile/urls.json")), "chat_url").value_or("");
+  const auto address =
+      stringMember(json(ask("GET", "/app/mobile/urls.json")), "chat_url").value_or("");
   EXPECT_EQ(address, "127.0.0.1:" + std::to_string(server_->port()) +
                          "/chat/open?license={%license%}&group={%group%}");
-  const auto page = ask("GET", address.substr(address.find('/')));
+  const auto page = ask("GET", "/chat/open?license=1&group=0");
   EXPECT_EQ(page.headers.at("content-type"), "text/html; charset=utf-8");
   EXPECT_NE(page.headers.at("content-security-policy").find("default-src 'none'"),
             std::string::npos);
@@ -50,12 +49,12 @@ TEST_F(Chat, WhatIsSaidIsAnsweredAndKeptInOrder) {
 TEST_F(Chat, AWaitingPageHearsTheOperatorAtOnce) {
   start();
   post("/chat/enter", {{"visitor", "v-1"}});
-  HttpClient page;
-  auto waiting = std::async(std::launch::async, [&] {
-    return page.ask("GET", server_->address() + "/chat/news?visitor=v-1&after=1");
-  });
+  const auto page =
+      SessionFixture::start(to(server_->address() + "/chat/news?visitor=v-1&after=1"));
   EXPECT_EQ(post("/chat/operator", {{"visitor", "v-1"}, {"text", "Hello there"}}).status, 200);
-  const Json lines = json(waiting.get())["lines"];
+  const auto heard = page.outcome();
+  ASSERT_TRUE(heard.data) << heard.text();
+  const Json lines = parseJson(heard.data->view()).value_or(Json())["lines"];
   ASSERT_EQ(lines.size(), 1U);
   EXPECT_EQ(lines[0]["author"], "Operator");
   const Json all = json(ask("GET", "/chat/conversations"));

@@ -38,7 +38,7 @@ protected:
     auto request = to(server_->address() + path);
     request.httpMethod = method;
     request.allHTTPHeaderFields = std::move(headers);
-    if (method != "GET") request.httpBody = Data(body);
+    if (method != "GET") request.httpBody = HTTPBody{Data(body)};
     request.timeoutInterval = timeout_;
     const auto outcome = send(request);
     if (!outcome.response) return {outcome.code(), 0, {}, {}};
