@@ -10,6 +10,8 @@
 #include "platform/UIKit/UIDevice.h"
 #include "platform/UIKit/UIScreen.h"
 
+#include <cmath>
+#include <limits>
 #include <sys/utsname.h>
 
 namespace zuvi {
@@ -18,11 +20,24 @@ namespace {
 
 constexpr double requestTimeout = 10; // seconds
 
-/// The machine's kind as the system names it, one character a byte.
+/// The machine's kind as the system names it: one character a byte, so that whatever it says can be
+/// sent.
 std::string machineIdentifier() {
   utsname system{};
   uname(&system);
-  return system.machine;
+  std::string text;
+  for (const char c : system.machine) {
+    const auto code = static_cast<unsigned char>(c);
+    if (code >= 0x80) text += static_cast<char>(0xc0 | code >> 6);
+    if (code != 0) text += static_cast<char>(code < 0x80 ? code : 0x80 | (code & 0x3f));
+  }
+  return text;
+}
+
+float narrowed(double number) {
+  constexpr double most = std::numeric_limits<float>::max();
+  if (std::abs(number) > most) number = std::copysign(HUGE_VAL, number); // else undefined
+  return static_cast<float>(number);
 }
 
 Value::Dictionary normalized(const Value::Dictionary& properties) {
@@ -30,11 +45,11 @@ Value::Dictionary normalized(const Value::Dictionary& properties) {
   for (const auto& [key, value] : properties) {
     std::optional<double> number = value.number();
     if (const bool* flag = value.boolean()) number = *flag ? 1 : 0;
-    const auto narrow = static_cast<float>(number.value_or(0));
+    const auto narrow = narrowed(number.value_or(0));
     if (!number)
       result[key] = value;
     else if (narrow == 1.0F || narrow == 0.0F)
-      result[key] = narrow == 1.0F;
+      result[key] = *number != 0; // what is too small for the narrow number is still not nothing
     else
       result[key] = narrow;
   }
@@ -82,7 +97,7 @@ void ZVAnalyticsManager::sendMixpanelEvent(const std::string& event,
       {"distinct_id", uuidString()},
       {"token", "0f3ab9d17c2e46a8b5d90e7f1c64a382"},
       {"$region", region},
-      {"$country_code", region}, // a name too, as the service's reports expect it
+      {"$country_code", region}, // the same name again, not a code
   };
   for (const auto& [key, value] : own) {
     if (value.isNull())

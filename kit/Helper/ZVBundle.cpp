@@ -7,9 +7,8 @@
 #include "kit/Main/Public/ZVKYCButton.h"
 #include "kit/UI/Views/ZVDocumentButton.h"
 #include "kit/UI/Views/ZVDocumentTableViewCell.h"
+#include "platform/Foundation/ProcessInfo.h"
 #include "platform/UIKit/UINib.h"
-
-#include <dlfcn.h>
 
 #include <filesystem>
 
@@ -17,16 +16,9 @@ namespace zuvi {
 
 namespace {
 
-/// The folder of the library or program that holds the kit's code.
-std::filesystem::path folderOfCode() {
-  Dl_info info{};
-  if (!dladdr(reinterpret_cast<const void*>(&folderOfCode), &info) || !info.dli_fname) return {};
-  std::error_code failed;
-  return std::filesystem::canonical(info.dli_fname, failed).parent_path();
-}
-
 std::string bundleFolder() {
-  const std::filesystem::path code = folderOfCode();
+  const std::filesystem::path code =
+      ProcessInfo::folderOfCode(reinterpret_cast<const void*>(&bundleFolder));
   for (const std::filesystem::path& place :
        {code / "ZuviSDK.bundle", code / "../share/zuvisdk/ZuviSDK.bundle",
         std::filesystem::path(ZUVI_BUILD_BUNDLE)}) {

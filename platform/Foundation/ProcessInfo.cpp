@@ -1,5 +1,8 @@
 #include "platform/Foundation/ProcessInfo.h"
 
+#include <dlfcn.h>
+#include <link.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -25,6 +28,18 @@ std::optional<std::string> userFolder(const char* variable, const char* belowHom
 std::string ProcessInfo::executablePath() {
   std::error_code error;
   return std::filesystem::read_symlink("/proc/self/exe", error).string();
+}
+
+std::string ProcessInfo::folderOfCode(const void* address) {
+  Dl_info info{};
+  void* found = nullptr;
+  if (!dladdr1(address, &info, &found, RTLD_DL_LINKMAP) || !found) return {};
+  // The program itself has no name here; what it was called may be anything.
+  const char* library = static_cast<const link_map*>(found)->l_name;
+  std::error_code error;
+  const auto path = std::filesystem::canonical(
+      library && *library ? std::string(library) : executablePath(), error);
+  return path.parent_path().string();
 }
 
 std::string ProcessInfo::processName() {

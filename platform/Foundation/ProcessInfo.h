@@ -10,6 +10,9 @@ class ProcessInfo {
 public:
   /// The path of the executable; empty when the system does not tell.
   static std::string executablePath();
+  /// The folder of the library or program that holds the code at `address`, wherever it was started
+  /// from; empty when the system does not tell.
+  static std::string folderOfCode(const void* address);
   /// The file name of the executable.
   static std::string processName();
   /// The user's folder for settings, and for data; absent when the environment names neither it

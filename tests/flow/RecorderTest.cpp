@@ -214,7 +214,7 @@ TEST_F(RecorderTest, StaysWhenThereIsNoFilm) {
   tap("recordButton");
   time.advance(20);
   EXPECT_EQ(top(), "ZVLiveCameraViewController");
-  EXPECT_EQ(shown(), "- 00:00");
+  EXPECT_EQ(shown(), "- Record");
   // A folder that has become a file
   front->film = Data(film);
   tap("recordButton");

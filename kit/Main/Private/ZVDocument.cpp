@@ -19,6 +19,11 @@ std::string name(ZVDocument document) {
   return {};
 }
 
+std::optional<std::string> documentTitle(std::optional<ZVDocument> document) {
+  if (!document) return std::nullopt;
+  return name(*document) + ".";
+}
+
 std::shared_ptr<const UIImage> icon(ZVDocument document) {
   switch (document) {
   case ZVDocument::drivingLicense:

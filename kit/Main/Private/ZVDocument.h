@@ -3,6 +3,7 @@
 #include "kit/Main/Private/RawValue.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace zuvi {
@@ -22,6 +23,9 @@ template <> struct RawValues<ZVDocument> {
 
 /// The kind's name in the merchant's language.
 std::string name(ZVDocument document);
+/// The headline of a step for it: the name and a full stop, which the frame colours. Absent for
+/// none.
+std::optional<std::string> documentTitle(std::optional<ZVDocument> document);
 /// Null when the bundle lacks it.
 std::shared_ptr<const UIImage> icon(ZVDocument document);
 /// Whether there is a back side to photograph.

@@ -4,7 +4,8 @@
 
 namespace zuvi {
 
-/// Where the kit's services are. A host's own code may replace an address before it registers.
+/// Where the kit's services are. A host's own code may replace an address before it registers
+/// for the first time.
 struct ZVEndpoints {
   /// The back end; ends in "/".
   static std::string& serverURL();

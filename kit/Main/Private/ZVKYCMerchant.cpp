@@ -45,4 +45,10 @@ ZVKYCMerchant::ZVKYCMerchant(const Value::Dictionary& parameters) {
   optionalDocuments = documentsIn(*documents, "optional");
 }
 
+std::optional<ZVDocument> ZVKYCMerchant::document(bool isRequired, int index) const {
+  const auto& documents = isRequired ? requiredDocuments : optionalDocuments;
+  if (index < 0 || index >= static_cast<int>(documents.size())) return std::nullopt;
+  return documents[static_cast<std::size_t>(index)];
+}
+
 } // namespace zuvi

@@ -27,6 +27,9 @@ public:
   ZVLanguage currentLanguage = ZVLanguage::english;
   std::vector<ZVDocument> requiredDocuments{ZVDocument::nationalId};
   std::vector<ZVDocument> optionalDocuments;
+
+  /// The one at that place of the required or the optional ones; absent when there is none.
+  std::optional<ZVDocument> document(bool isRequired, int index) const;
 };
 
 } // namespace zuvi

@@ -10,8 +10,8 @@ namespace zuvi {
 
 /// The launch button: put on a screen of the host, it wears the merchant's colour and starts a
 /// verification over whatever is showing. It needs nothing of the host but
-/// `ZVKYC::registerWithClientId`. Made with `make<ZVKYCButton>()`; in a nib, by its class name.
-/// Main queue only.
+/// `ZVKYC::registerWithClientId`. Made with `make<ZVKYCButton>()`; in a nib, after
+/// registering, by its class name. Main queue only.
 class ZVKYCButton : public UIButton {
 public:
   ZVKYCButton();

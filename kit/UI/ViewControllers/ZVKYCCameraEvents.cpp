@@ -9,7 +9,9 @@ namespace zuvi {
 
 void ZVKYCCameraViewController::trackPhoto() const {
   const bool front = type == ZVKYCCameraType::ineFront;
-  switch (document()) {
+  const auto kind = document();
+  if (!kind) return;
+  switch (*kind) {
   case ZVDocument::nationalId:
     return ZVAnalyticsManager::track(front ? MixpanelEvent::nationalIdFrontTakePhotoClicked
                                            : MixpanelEvent::nationalIdBackTakePhotoClicked);

@@ -22,6 +22,13 @@ constexpr double outlineShows = 2.0;
 constexpr double outlineFades = 0.2;
 constexpr double flashFades = 0.5;
 
+std::shared_ptr<AVCaptureConnection> videoConnection(const AVCaptureOutput& output) {
+  for (const auto& connection : output.connections())
+    for (const AVCaptureInputPort& port : connection->inputPorts())
+      if (port.mediaType == AVMediaType::Video) return connection;
+  return nullptr;
+}
+
 } // namespace
 
 ZVKYCCameraViewController::ZVKYCCameraViewController()
@@ -34,9 +41,13 @@ std::weak_ptr<ZVKYCCameraViewController> ZVKYCCameraViewController::weakSelf() {
   return std::static_pointer_cast<ZVKYCCameraViewController>(shared_from_this());
 }
 
-ZVDocument ZVKYCCameraViewController::document() const {
-  const auto& documents = isRequired ? merchant->requiredDocuments : merchant->optionalDocuments;
-  return documents.at(static_cast<std::size_t>(index));
+std::optional<ZVDocument> ZVKYCCameraViewController::document() const {
+  return merchant->document(isRequired, index);
+}
+
+bool ZVKYCCameraViewController::hasBackSide() const {
+  const auto kind = document();
+  return kind && scanBackSide(*kind);
 }
 
 void ZVKYCCameraViewController::declareNib(NibDeclaration& nib) {
@@ -69,7 +80,7 @@ void ZVKYCCameraViewController::viewWillAppear(bool animated) {
   ZVScreen::viewWillAppear(animated);
   ZVRootViewController& shell = ZVScreen::shell();
   shell.desc = localized("documentDescription");
-  shell.titleText = zuvi::name(document()) + ".";
+  shell.titleText = documentTitle(document());
   shell.bottomButtonTitle = localized(isErrorShown ? "retakePhoto" : "takePhoto");
   if (ZVKYCHelper::instance().identity()) {
     shell.currentPage = 0;
@@ -109,7 +120,7 @@ void ZVKYCCameraViewController::refreshSubviews(bool isVideoPermissionGranted) {
     image->setImage(zvKYCImage("ZVCameraCardIcon"));
   if (const auto label = errorTitleLabel.lock()) label->setText(localized("faceErrorTitle"));
   if (const auto label = cardTitleLabel.lock())
-    label->setText(!scanBackSide(document()) ? " " : localized(front ? "frontSide" : "backSide"));
+    label->setText(!hasBackSide() ? " " : localized(front ? "frontSide" : "backSide"));
   if (const auto label = cardLabel1.lock()) label->setText(localized("documentWarning1"));
   if (const auto label = cardLabel2.lock()) label->setText(localized("documentWarning2"));
   if (const auto image = cardImageView.lock())
@@ -160,11 +171,7 @@ void ZVKYCCameraViewController::bottomButtonAction() {
 }
 
 void ZVKYCCameraViewController::takePhoto(std::function<void(std::optional<Data>)> completion) {
-  std::shared_ptr<AVCaptureConnection> connection;
-  if (imageOutput_)
-    for (const auto& candidate : imageOutput_->connections())
-      for (const AVCaptureInputPort& port : candidate->inputPorts())
-        if (!connection && port.mediaType == AVMediaType::Video) connection = candidate;
+  const auto connection = imageOutput_ ? videoConnection(*imageOutput_) : nullptr;
   if (!connection) return;
   imageOutput_->captureStillImageAsynchronously(
       connection, [completion = std::move(completion)](const std::optional<CMSampleBuffer>& buffer,
@@ -181,7 +188,7 @@ void ZVKYCCameraViewController::startRequest(const Data& data) {
   if (!objectId || appearance() == Appearance::Disappearing ||
       appearance() == Appearance::Disappeared)
     return;
-  if (type == ZVKYCCameraType::ineFront && scanBackSide(document())) {
+  if (type == ZVKYCCameraType::ineFront && hasBackSide()) {
     const auto back = make<ZVKYCCameraViewController>();
     back->merchant = merchant; // the index counts in its lists
     back->index = index;

@@ -57,7 +57,8 @@ public:
   void viewDidLayoutSubviews() override;
 
 private:
-  ZVDocument document() const;
+  std::optional<ZVDocument> document() const;
+  bool hasBackSide() const;
   void configure();
   void refreshSubviews(bool isVideoPermissionGranted);
   void makeCamera();

@@ -89,12 +89,7 @@ void ZVLiveCameraViewController::viewDidLoad() {
 
 void ZVLiveCameraViewController::viewWillAppear(bool animated) {
   ZVScreen::viewWillAppear(animated);
-  if (const auto figure = startTimerLabel.lock()) {
-    figure->setText(countDownFrom);
-    figure->setAlpha(0);
-  }
-  if (const auto label = recordLabel.lock()) label->setText(localized("record"));
-  if (const auto instruction = gifImageView.lock()) instruction->setAlpha(1.0);
+  showIdle();
   takeUnderWay_ = false;
 
   ZVRootViewController& shell = ZVScreen::shell();
@@ -134,6 +129,16 @@ void ZVLiveCameraViewController::makeCamera() {
 
 // The take
 
+/// As before the first tap.
+void ZVLiveCameraViewController::showIdle() {
+  if (const auto figure = startTimerLabel.lock()) {
+    figure->setText(countDownFrom);
+    figure->setAlpha(0);
+  }
+  if (const auto label = recordLabel.lock()) label->setText(localized("record"));
+  if (const auto instruction = gifImageView.lock()) instruction->setAlpha(1.0);
+}
+
 void ZVLiveCameraViewController::recordButtonTap() {
   if (takeUnderWay_) return;        // one timer, one film
   if (timer_) timer_->invalidate(); // of a take that gave no film
@@ -141,8 +146,7 @@ void ZVLiveCameraViewController::recordButtonTap() {
   ZVAnalyticsManager::track(MixpanelEvent::livenessRecordClicked);
   if (const auto figure = startTimerLabel.lock()) {
     // An earlier take that gave no film has left it at zero or below.
-    if (const auto left = decimal(figure->text()); left && *left <= 0)
-      figure->setText(countDownFrom);
+    if (const auto left = decimal(figure->text()); left && *left <= 0) showIdle();
     figure->setAlpha(1.0);
   }
   if (const auto label = recordLabel.lock()) label->setText("00:0" + std::to_string(filmLength));
@@ -202,7 +206,11 @@ void ZVLiveCameraViewController::fileOutputDidFinishRecording(const std::string&
   }
   const auto review = make<ZVLivenessVerifyViewController>();
   const auto film = FileManager::contents(path);
-  if (!film) return;
+  if (!film) { // the disk is full, or the camera is gone; the count-down may still run
+    if (timer_) timer_->invalidate();
+    timer_ = nullptr;
+    return showIdle();
+  }
   review->video = film;
   show(review);
   FileManager::removeItem(path); // from here on the bytes are the only copy

@@ -43,6 +43,7 @@ private:
   void beginRecording();
   void makeCamera();
   void recordButtonTap();
+  void showIdle();
   /// The film at `path` is complete; on the main queue.
   void fileOutputDidFinishRecording(const std::string& path);
   std::weak_ptr<ZVLiveCameraViewController> weakSelf();

@@ -124,8 +124,10 @@ void ZVRootViewController::viewDidLoad() {
 void ZVRootViewController::viewDidDisappear(bool animated) {
   ZVScreen::viewDidDisappear(animated);
   if (presentedViewController()) return; // covered, not dismissed
-  // The frame is kept until the next run; its steps, and the camera of one, go now.
-  mainNC_->setViewControllers({mainNC_->viewControllers().front()}, false);
+  // The frame is kept until the next run; its steps, and the camera of one, go now that each of
+  // them has heard that it disappeared.
+  DispatchQueue::main().async(
+      [stack = mainNC_] { stack->setViewControllers({stack->viewControllers().front()}, false); });
 }
 
 void ZVRootViewController::viewDidLayoutSubviews() {

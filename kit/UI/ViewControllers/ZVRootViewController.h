@@ -29,7 +29,7 @@ public:
   static constexpr const char* name = "ZVRootViewController";
   ZVRootViewController();
 
-  bool isOnlyFaceScan = false; ///< the host has an identity already; no screen goes by it yet
+  bool isOnlyFaceScan = false; ///< the host has an identity already; no screen goes by it
 
   std::weak_ptr<UIView> containerView;
   std::weak_ptr<UIButton> backButton;

@@ -17,9 +17,8 @@ std::shared_ptr<ZVUploadViewController> ZVUploadViewController::self() {
   return std::static_pointer_cast<ZVUploadViewController>(shared_from_this());
 }
 
-ZVDocument ZVUploadViewController::document() const {
-  const auto& documents = isRequired ? merchant->requiredDocuments : merchant->optionalDocuments;
-  return documents.at(static_cast<std::size_t>(documentIndex));
+std::optional<ZVDocument> ZVUploadViewController::document() const {
+  return merchant->document(isRequired, documentIndex);
 }
 
 void ZVUploadViewController::declareNib(NibDeclaration& nib) {
@@ -35,13 +34,13 @@ void ZVUploadViewController::viewDidLoad() {
   if (const auto button = retakeButton.lock()) button->setTitle(localized("retake"));
   if (const auto spinner = activityIndicator.lock()) spinner->setColor(merchant->color);
 
-  // Held until the answer: the bytes must outlive a screen that was left.
+  // The screen is held until its answer, which it drops if it was left meanwhile.
   if (video) {
     ZVKYCManager::shared().createNewIdentity(
         *video, [self = self()](const auto& id, const auto&) { self->identityResult(id); });
-  } else {
+  } else if (const auto kind = document()) {
     ZVKYCManager::shared().submitDocument(
-        identityId, rawValue(document()), frontData,
+        identityId, rawValue(*kind), frontData,
         [self = self()](const auto& id, const auto&) { self->documentResult(id); });
   }
 }
@@ -50,7 +49,7 @@ void ZVUploadViewController::viewWillAppear(bool animated) {
   ZVScreen::viewWillAppear(animated);
   ZVRootViewController& shell = ZVScreen::shell();
   shell.showBackButton = true;
-  shell.titleText = video ? localized("livenessTitle") : zuvi::name(document()) + ".";
+  shell.titleText = video ? localized("livenessTitle") : documentTitle(document());
   shell.desc = std::nullopt;
   shell.currentPage = -1;
   shell.bottomButtonTitle = std::nullopt;
@@ -80,8 +79,9 @@ void ZVUploadViewController::identityResult(const std::optional<std::string>& id
 void ZVUploadViewController::documentResult(const std::optional<std::string>& id) {
   if (!isAppeared) return;
   if (!id) return showError();
-  if (!backData) return showNext();
-  ZVKYCManager::shared().uploadNewPhoto(*id, rawValue(document()), *backData,
+  const auto kind = document();
+  if (!backData || !kind) return showNext();
+  ZVKYCManager::shared().uploadNewPhoto(*id, rawValue(*kind), *backData,
                                         [self = self()](const auto& results, const auto&) {
                                           if (!self->isAppeared) return;
                                           if (results)
@@ -107,7 +107,7 @@ void ZVUploadViewController::showCamera(int index, const std::string& identity) 
   const auto camera = make<ZVKYCCameraViewController>();
   camera->merchant = merchant; // the index counts in its lists, whatever has come since
   camera->index = index;
-  camera->isRequired = video || isRequired;
+  camera->isRequired = isRequired;
   camera->type = ZVKYCCameraType::ineFront;
   camera->objectId = identity;
   show(camera);

@@ -38,7 +38,7 @@ public:
   void viewWillDisappear(bool animated) override;
 
 private:
-  ZVDocument document() const;
+  std::optional<ZVDocument> document() const;
   void identityResult(const std::optional<std::string>& id);
   void documentResult(const std::optional<std::string>& id);
   void showNext();
@@ -46,8 +46,8 @@ private:
   void retakeButtonTap();
   void showCamera(int index, const std::string& identity);
   void showList(const std::string& identity);
-  /// Takes the film's review or the back's camera out of the stack and goes back to the capture.
   enum class Failure { Hide, Show };
+  /// Takes the film's review or the back's camera out of the stack and goes back to the capture.
   void returnToCapture(Failure failure);
   std::shared_ptr<ZVUploadViewController> self();
 };
