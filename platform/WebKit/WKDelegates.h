@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/Foundation/Error.h"
+#include "platform/Foundation/URL.h"
+
+#include <memory>
+#include <optional>
+
+namespace zuvi {
+
+class WKWebView;
+struct WKWebViewConfiguration;
+
+/// Why a page wants to go somewhere. A link is a link also when a script clicks it.
+enum class WKNavigationType { LinkActivated, FormSubmitted, BackForward, Reload, Other };
+
+/// Where a page wants to go.
+struct WKNavigationAction {
+  WKNavigationType navigationType = WKNavigationType::Other;
+  std::optional<URL> url;     ///< absent when it is no address
+  bool hasTargetFrame = true; ///< false: it asks for a new window
+};
+
+enum class WKNavigationActionPolicy { Cancel, Allow };
+
+/// Decides where a page may go and hears how it fared. Main queue.
+class WKNavigationDelegate {
+public:
+  virtual ~WKNavigationDelegate() = default;
+  virtual WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction&) {
+    return WKNavigationActionPolicy::Allow;
+  }
+  virtual void didFinish(WKWebView&) {}
+  /// After the page had begun to show.
+  virtual void didFail(WKWebView&, const Error&) {}
+  /// Before anything of the page was there. A load that gave way to another is
+  /// `NSURLErrorCancelled` of `NSURLErrorDomain`.
+  virtual void didFailProvisionalNavigation(WKWebView&, const Error&) {}
+  /// The process that ran the page is gone; nothing of the page is left but its address.
+  virtual void webContentProcessDidTerminate(WKWebView&) {}
+};
+
+/// What a page asks of the screen around it. Main queue.
+class WKUIDelegate {
+public:
+  virtual ~WKUIDelegate() = default;
+  /// A view for the window that the page opens, made with that configuration; null: none is opened.
+  virtual std::shared_ptr<WKWebView> createWebView(WKWebView&, const WKWebViewConfiguration&,
+                                                   const WKNavigationAction&) {
+    return nullptr;
+  }
+  /// A page that was opened by another has closed itself.
+  virtual void webViewDidClose(WKWebView&) {}
+};
+
+} // namespace zuvi

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "platform/Foundation/Error.h"
+#include "platform/Foundation/URLSession.h"
+#include "platform/Foundation/Value.h"
+#include "platform/UIKit/UIImage.h"
+#include "platform/UIKit/UIScrollView.h"
+#include "platform/WebKit/WKDelegates.h"
+#include "platform/WebKit/WKWebViewConfiguration.h"
+#include "platform/WebKit/WebEngine.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// A web page among the views. The page is made when it is first needed: by a load, a script or a
+/// picture. It lives as long as the view, wherever the view is moved. Main queue only.
+class WKWebView : public UIView, private WebPageClient {
+public:
+  WKWebView(const CGRect& frame, const WKWebViewConfiguration& configuration);
+  ~WKWebView() override;
+
+  /// Whether pages can be shown at all: there is a display and an engine. Starts nothing.
+  static bool isAvailable();
+
+  std::weak_ptr<WKNavigationDelegate> navigationDelegate;
+  std::weak_ptr<WKUIDelegate> uiDelegate;
+
+  /// Stands for the page's own scrolling; holds the limits of its zoom.
+  const std::shared_ptr<UIScrollView>& scrollView() const { return scrollView_; }
+  /// False: the page is drawn over the view's background instead of its own white.
+  bool isOpaque() const { return opaque_; }
+  void setOpaque(bool opaque);
+  /// Empty: the engine's own.
+  const std::string& customUserAgent() const { return customUserAgent_; }
+  void setCustomUserAgent(const std::string& userAgent);
+
+  void load(const URLRequest& request);
+  /// Nothing happens before the first load.
+  void reload();
+  /// Runs `script` in the page. `completion`, if any, comes once, with the result or the error; a
+  /// result without a form in `Value`, such as a function, is an error.
+  using ScriptCompletion =
+      std::function<void(std::optional<Value> result, std::optional<Error> error)>;
+  void evaluateJavaScript(const std::string& script, ScriptCompletion completion = {});
+
+  /// Of the page; absent before the first load.
+  std::optional<URL> url() const;
+  std::string title() const;
+
+  /// What the page shows at this moment, from its top left corner, as a picture of that size in
+  /// points at the screen's scale. Null when there is none.
+  std::shared_ptr<const UIImage> drawHierarchy(CGSize size);
+
+  void describe(Value::Dictionary& description) const override;
+
+private:
+  WKNavigationActionPolicy decidePolicy(const WKNavigationAction& action) override;
+  void didFinish() override;
+  void didFail(const Error& error) override;
+  void didFailProvisionalNavigation(const Error& error) override;
+  void processDidTerminate() override;
+  void didReceiveScriptMessage(const WKScriptMessage& message) override;
+  WebPage* createPage(const WKNavigationAction& action) override;
+  void didClose() override;
+  WebPage& page();
+
+  WKWebViewConfiguration configuration_;
+  std::shared_ptr<UIScrollView> scrollView_;
+  bool opaque_ = true;
+  std::string customUserAgent_;
+  std::unique_ptr<WebPage> page_;
+};
+
+} // namespace zuvi

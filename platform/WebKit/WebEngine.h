@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/Foundation/Error.h"
+#include "platform/Foundation/URLSession.h"
+#include "platform/Foundation/Value.h"
+#include "platform/UIKit/UIImage.h"
+#include "platform/WebKit/WKDelegates.h"
+#include "platform/WebKit/WKWebViewConfiguration.h"
+#include "platform/WebKit/WKWebsiteDataStore.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+class WebPage;
+
+/// Who is told what happens in a page: the web view that shows it.
+class WebPageClient {
+public:
+  virtual ~WebPageClient() = default;
+  virtual WKNavigationActionPolicy decidePolicy(const WKNavigationAction& action) = 0;
+  virtual void didFinish() = 0;
+  virtual void didFail(const Error& error) = 0;
+  virtual void didFailProvisionalNavigation(const Error& error) = 0;
+  virtual void processDidTerminate() = 0;
+  virtual void didReceiveScriptMessage(const WKScriptMessage& message) = 0;
+  /// The page for a window that the page opens; null: none is opened.
+  virtual WebPage* createPage(const WKNavigationAction& action) = 0;
+  virtual void didClose() = 0;
+};
+
+/// One page of an engine. Main queue only.
+class WebPage {
+public:
+  virtual ~WebPage() = default;
+  virtual void load(const URLRequest& request) = 0;
+  virtual void reload() = 0;
+  virtual void evaluate(const std::string& script,
+                        std::function<void(std::optional<Value>, std::optional<Error>)> done) = 0;
+  virtual void setCustomUserAgent(const std::string& userAgent) = 0;
+  virtual void setOpaque(bool opaque) = 0;
+  virtual std::optional<URL> url() const = 0;
+  virtual std::string title() const = 0;
+  virtual std::shared_ptr<const UIImage> picture(CGSize size, double scale) = 0;
+};
+
+/// What makes and runs pages: the browser engine of the machine, or a scripted one.
+class WebEngine {
+public:
+  virtual ~WebEngine() = default;
+  virtual bool isAvailable() const = 0;
+  /// A page drawn in `view`'s place. `opener`: the page whose request for a window this answers;
+  /// null: none.
+  virtual std::unique_ptr<WebPage> makePage(UIView& view, WebPageClient& client,
+                                            const WKWebViewConfiguration& configuration,
+                                            WebPage* opener) = 0;
+  virtual void fetchDataRecords(std::function<void(std::vector<WKWebsiteDataRecord>)> done) = 0;
+  virtual void removeData(std::vector<WKWebsiteDataRecord> records, std::function<void()> done) = 0;
+
+  /// What web views made afterwards run on; null: the machine's own, which also holds at start.
+  static void install(std::shared_ptr<WebEngine> engine);
+  static WebEngine& installed();
+};
+
+} // namespace zuvi
