@@ -11,7 +11,7 @@ namespace zuvi {
 namespace {
 
 std::mutex mutex;
-Data additional;
+Data added;
 
 std::string systemFile(CURL* easy, CURLINFO which) {
   const char* path = nullptr;
@@ -24,14 +24,19 @@ std::string systemFile(CURL* easy, CURLINFO which) {
 void CurlAuthorities::setAdditional(const std::string& pemFile) {
   auto bytes = pemFile.empty() ? std::nullopt : FileManager::contents(pemFile);
   const std::lock_guard lock(mutex);
-  additional = bytes.value_or(Data());
+  added = bytes.value_or(Data());
+}
+
+Data CurlAuthorities::additional() {
+  const std::lock_guard lock(mutex);
+  return added;
 }
 
 void CurlAuthorities::apply(void* easy) {
   const std::lock_guard lock(mutex);
-  if (additional.empty()) return;
+  if (added.empty()) return;
   // The blob takes the place of the system's bundle, though not of its folder of authorities.
-  std::string pem = additional.string();
+  std::string pem = added.string();
   if (systemFile(easy, CURLINFO_CAPATH).empty())
     if (const auto bundle = FileManager::contents(systemFile(easy, CURLINFO_CAINFO)))
       pem += '\n' + bundle->string();

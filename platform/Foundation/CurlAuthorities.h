@@ -1,6 +1,7 @@
 #pragma once
 
-#include <optional>
+#include "platform/Foundation/Data.h"
+
 #include <string>
 
 namespace zuvi {
@@ -9,6 +10,7 @@ namespace zuvi {
 class CurlAuthorities {
 public:
   static void setAdditional(const std::string& pemFile);
+  static Data additional();
   /// Tells the transfer `easy` whom to trust.
   static void apply(void* easy);
 };

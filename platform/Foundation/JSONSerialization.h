@@ -13,11 +13,14 @@ class JSONSerialization {
 public:
   enum class Fragments { Refuse, Allow };
 
-  /// Absent when `bytes` is no JSON, is nested deeper than 512 levels, or is a bare string, number,
-  /// boolean or null while fragments are refused. Numbers come as the narrowest of signed, unsigned
-  /// and double that holds them.
+  static constexpr std::size_t usualDepth = 512;
+
+  /// Absent when `bytes` is no JSON, is nested deeper than `deepest` levels, or is a bare string,
+  /// number, boolean or null while fragments are refused. Numbers come as the narrowest of signed,
+  /// unsigned and double that holds them.
   static std::optional<Value> jsonObject(std::string_view bytes,
-                                         Fragments fragments = Fragments::Refuse);
+                                         Fragments fragments = Fragments::Refuse,
+                                         std::size_t deepest = usualDepth);
 
   /// Whether `data` would accept the value: a list or dictionary at the top, and below it only
   /// null, booleans, finite numbers, strings, lists and dictionaries, at most 512 levels deep.

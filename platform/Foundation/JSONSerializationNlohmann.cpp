@@ -13,12 +13,12 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t deepest = 512;
-
 // Builds the value from the parser's events. The open containers stand on an explicit stack, so the
 // depth of the input is limited here and not by the thread's stack.
 class ValueBuilder final : public nlohmann::json_sax<json> {
 public:
+  explicit ValueBuilder(std::size_t deepest) : deepest_(deepest) {}
+
   std::optional<Value> result;
 
   bool null() override { return add({}); }
@@ -49,7 +49,7 @@ private:
   };
 
   bool open(std::variant<Value::List, Value::Dictionary> empty) {
-    if (open_.size() == deepest) return false;
+    if (open_.size() == deepest_) return false;
     open_.push_back({std::move(empty), {}});
     return true;
   }
@@ -72,18 +72,19 @@ private:
     return true;
   }
 
+  const std::size_t deepest_;
   std::vector<Container> open_;
 };
 
 bool isWritable(const Value& value, std::size_t depth) {
   if (const auto* list = value.list()) {
-    if (depth == deepest) return false;
+    if (depth == JSONSerialization::usualDepth) return false;
     for (const auto& element : *list)
       if (!isWritable(element, depth + 1)) return false;
     return true;
   }
   if (const auto* dictionary = value.dictionary()) {
-    if (depth == deepest) return false;
+    if (depth == JSONSerialization::usualDepth) return false;
     for (const auto& [key, element] : *dictionary)
       if (!isWritable(element, depth + 1)) return false;
     return true;
@@ -125,10 +126,11 @@ struct Converter {
 
 } // namespace
 
-std::optional<Value> JSONSerialization::jsonObject(std::string_view bytes, Fragments fragments) {
+std::optional<Value> JSONSerialization::jsonObject(std::string_view bytes, Fragments fragments,
+                                                   std::size_t deepest) {
   // The parser takes a zero byte for the end of the input.
   if (bytes.find('\0') != std::string_view::npos) return std::nullopt;
-  ValueBuilder builder;
+  ValueBuilder builder(deepest);
   if (!json::sax_parse(bytes.begin(), bytes.end(), &builder)) return std::nullopt;
   const auto& value = builder.result;
   if (value && fragments == Fragments::Refuse && !value->list() && !value->dictionary())

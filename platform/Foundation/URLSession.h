@@ -71,6 +71,8 @@ public:
   /// A file of further certificate authorities (PEM) that all sessions trust beside the system's;
   /// empty: none. Takes effect for connections made afterwards.
   static void setAdditionalAuthorities(const std::string& pemFile);
+  /// What that file held, for others that open connections.
+  static Data additionalAuthorities();
 
 private:
   class Transport;

@@ -59,4 +59,8 @@ void URLSession::setAdditionalAuthorities(const std::string& pemFile) {
   CurlAuthorities::setAdditional(pemFile);
 }
 
+Data URLSession::additionalAuthorities() {
+  return CurlAuthorities::additional();
+}
+
 } // namespace zuvi

@@ -31,6 +31,9 @@ public:
   /// The text, its lines' top left corner at the point.
   void drawText(const TextLayout& text, CGPoint origin);
 
+  /// For files that draw with the toolkit themselves.
+  Native& native() { return native_; }
+
 private:
   Native& native_;
 };

@@ -2,6 +2,9 @@
 
 #include "platform/CoreGraphics/CGImageGdk.h"
 
+#include <cmath>
+#include <numbers>
+
 namespace zuvi {
 
 namespace {
@@ -28,6 +31,21 @@ void trace(cairo_t* context, const CGPath& path) {
 }
 
 } // namespace
+
+GskTransform* makeTransform(const CGAffineTransform& t) {
+  const graphene_point_t offset{float(t.tx), float(t.ty)};
+  GskTransform* made = gsk_transform_translate(nullptr, &offset);
+  if (t.a == 1 && t.b == 0 && t.c == 0 && t.d == 1) return made;
+  const double e = (t.a + t.d) / 2, f = (t.a - t.d) / 2, g = (t.b + t.c) / 2, h = (t.b - t.c) / 2;
+  const double q = std::hypot(e, h), r = std::hypot(f, g);
+  const double a1 = std::atan2(g, f), a2 = std::atan2(h, e);
+  constexpr double degrees = 180 / std::numbers::pi;
+  const double first = (a2 - a1) / 2 * degrees, second = (a2 + a1) / 2 * degrees;
+  if (second != 0) made = gsk_transform_rotate(made, float(second));
+  made = gsk_transform_scale(made, float(q + r), float(q - r));
+  if (first != 0) made = gsk_transform_rotate(made, float(first));
+  return made;
+}
 
 double DrawingContext::scale() const {
   return native_.scale;

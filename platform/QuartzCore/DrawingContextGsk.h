@@ -11,6 +11,10 @@ struct DrawingContext::Native {
   double scale;
 };
 
+/// The toolkit draws a matrix of unknown kind as an error, so the transform is handed on as two
+/// turns around a stretch, which gives every affine one. Null: the identity.
+GskTransform* makeTransform(const CGAffineTransform& transform);
+
 inline graphene_rect_t toGraphene(const CGRect& r) {
   return {{float(r.x), float(r.y)}, {float(r.width), float(r.height)}};
 }

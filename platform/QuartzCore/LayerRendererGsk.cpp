@@ -5,8 +5,6 @@
 #include "platform/QuartzCore/DrawingContextGsk.h"
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 #include <utility>
 
 namespace zuvi {
@@ -28,22 +26,6 @@ CGRect extents(const std::shared_ptr<void>& held) {
   graphene_rect_t bounds;
   gsk_render_node_get_bounds(nodeOf(held), &bounds);
   return {bounds.origin.x, bounds.origin.y, bounds.size.width, bounds.size.height};
-}
-
-/// The toolkit draws a matrix of unknown kind as an error, so the transform is handed on as two
-/// turns around a stretch, which gives every affine one.
-void applyTransform(GtkSnapshot* snapshot, const CGAffineTransform& t) {
-  const graphene_point_t offset{float(t.tx), float(t.ty)};
-  gtk_snapshot_translate(snapshot, &offset);
-  if (t.a == 1 && t.b == 0 && t.c == 0 && t.d == 1) return;
-  const double e = (t.a + t.d) / 2, f = (t.a - t.d) / 2, g = (t.b + t.c) / 2, h = (t.b - t.c) / 2;
-  const double q = std::hypot(e, h), r = std::hypot(f, g);
-  const double a1 = std::atan2(g, f), a2 = std::atan2(h, e);
-  constexpr double degrees = 180 / std::numbers::pi;
-  const double first = (a2 - a1) / 2 * degrees, second = (a2 + a1) / 2 * degrees;
-  if (second != 0) gtk_snapshot_rotate(snapshot, float(second));
-  gtk_snapshot_scale(snapshot, float(q + r), float(q - r));
-  if (first != 0) gtk_snapshot_rotate(snapshot, float(first));
 }
 
 CGRect placeContents(const CGImage& image, const CGRect& bounds, ContentsGravity gravity,
@@ -203,7 +185,9 @@ private:
   static std::shared_ptr<void> place(CALayer& layer, const CGAffineTransform& own) {
     const CALayer::Cache& cache = layer.cache();
     GtkSnapshot* snapshot = gtk_snapshot_new();
-    applyTransform(snapshot, own);
+    GskTransform* transform = makeTransform(own);
+    gtk_snapshot_transform(snapshot, transform);
+    gsk_transform_unref(transform);
     const double opacity = layer.presentedOpacity();
     if (opacity < 1) gtk_snapshot_push_opacity(snapshot, opacity);
     if (layer.masksToBounds()) {

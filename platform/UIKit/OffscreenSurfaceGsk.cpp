@@ -1,35 +1,13 @@
 #include "platform/UIKit/OffscreenSurface.h"
 
 #include "platform/QuartzCore/LayerRendererGsk.h"
+#include "platform/UIKit/NodePictureGsk.h"
 #include "platform/UIKit/ScreenPicture.h"
 
 #include <cmath>
 #include <utility>
 
 namespace zuvi {
-
-namespace {
-
-cairo_surface_t* makeSurface(CGSize size, double scale) {
-  cairo_surface_t* surface =
-      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, int(std::lround(size.width * scale)),
-                                 int(std::lround(size.height * scale)));
-  // A device scale lets the toolkit draw text and shadows at full sharpness and speed.
-  cairo_surface_set_device_scale(surface, scale, scale);
-  return surface;
-}
-
-std::shared_ptr<const CGImage> imageOf(cairo_surface_t* surface) {
-  cairo_surface_flush(surface);
-  const int width = cairo_image_surface_get_width(surface);
-  const int height = cairo_image_surface_get_height(surface);
-  const auto row = static_cast<std::size_t>(cairo_image_surface_get_stride(surface));
-  const auto* bytes = reinterpret_cast<const char*>(cairo_image_surface_get_data(surface));
-  return CGImage::fromPixels(Data(std::string(bytes, row * static_cast<std::size_t>(height))),
-                             width, height, row, CGImage::Format::BGRA);
-}
-
-} // namespace
 
 std::shared_ptr<const CGImage> pictureOfScreen() {
   UIScreen& screen = UIScreen::main();
@@ -38,13 +16,7 @@ std::shared_ptr<const CGImage> pictureOfScreen() {
   for (const CGRect& rect : frame.damage)
     screen.addDamage(rect); // the surface has not drawn it yet
   screen.setNeedsFrame();
-  cairo_surface_t* surface = makeSurface(screen.bounds().size(), screen.scale());
-  cairo_t* context = cairo_create(surface);
-  if (frame.node) gsk_render_node_draw(frame.node, context);
-  cairo_destroy(context);
-  auto image = imageOf(surface);
-  cairo_surface_destroy(surface);
-  return image;
+  return pictureOfNode(frame.node, screen.bounds().size(), screen.scale());
 }
 
 struct OffscreenSurface::Native {

@@ -2,6 +2,7 @@
 
 #include "platform/Dispatch/MainLoop.h"
 #include "platform/QuartzCore/LayerRendererGsk.h"
+#include "platform/UIKit/ForeignWidgetGtk.h"
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
 
@@ -22,10 +23,20 @@ struct ScreenWidgetClass {
 
 G_DEFINE_TYPE(ScreenWidget, screen_widget, GTK_TYPE_WIDGET) // NOLINT: the macro's own code
 
+/// What the screen asks for while it is laid out or drawn is part of that.
+enum class Phase { Idle, Layout, Drawing };
+Phase phase = Phase::Idle;
+
+void requestFrame(GtkWidget* widget) {
+  // Widgets of others move only in the toolkit's layout phase, which comes before drawing.
+  if (phase == Phase::Idle && ForeignWidget::exist()) gtk_widget_queue_allocate(widget);
+  if (phase != Phase::Drawing) gtk_widget_queue_draw(widget);
+}
+
 class WidgetSurface final : public ScreenSurface {
 public:
   explicit WidgetSurface(GtkWidget* widget) : widget_(widget) {}
-  void requestFrame() override { gtk_widget_queue_draw(widget_); }
+  void requestFrame() override { ::requestFrame(widget_); }
 
 private:
   GtkWidget* widget_;
@@ -38,13 +49,15 @@ ScreenWidget* self(gpointer widget) {
 // Drawing
 
 gboolean onTick(GtkWidget* widget, GdkFrameClock*, gpointer) {
-  gtk_widget_queue_draw(widget);
+  requestFrame(widget);
   return G_SOURCE_CONTINUE;
 }
 
 void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
   UIScreen& screen = UIScreen::main();
+  phase = Phase::Drawing;
   screen.layoutIfNeeded();
+  ForeignWidget::drawAll();
   const LayerRenderer::Frame frame =
       LayerRenderer::render(screen.rootLayer(), gtk_widget_get_scale_factor(widget));
   screen.takeDamage(); // the toolkit finds out by itself what differs
@@ -57,16 +70,27 @@ void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
     gtk_widget_remove_tick_callback(widget, me->tick);
     me->tick = 0;
   }
+  phase = Phase::Idle;
 }
 
 void sizeAllocate(GtkWidget* widget, int width, int height, int) {
+  phase = Phase::Layout;
   UIScreen::main().configure({double(width), double(height)}, gtk_widget_get_scale_factor(widget),
                              self(widget)->safeArea);
+  if (ForeignWidget::exist()) {
+    UIScreen::main().layoutIfNeeded();
+    ForeignWidget::placeAll();
+  }
+  phase = Phase::Idle;
 }
 
 // Touches and keys
 
 void onPressed(GtkGestureClick* gesture, int, double x, double y, gpointer widget) {
+  if (gtk_widget_pick(GTK_WIDGET(widget), x, y, GTK_PICK_DEFAULT) != widget) {
+    gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_DENIED); // another widget's
+    return;
+  }
   gtk_widget_grab_focus(GTK_WIDGET(widget));
   gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
   UIApplication::shared().touchBegan({x, y});
@@ -108,6 +132,17 @@ gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state
   return TRUE;
 }
 
+/// A widget among our layers hands the focus on when a person leaves it with Tab.
+gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
+  if (gtk_widget_has_focus(widget)) return FALSE;
+  if (!gtk_widget_get_focus_child(widget)) return gtk_widget_grab_focus(widget);
+  KeyPress tab;
+  tab.name = "Tab";
+  tab.shift = direction == GTK_DIR_TAB_BACKWARD;
+  UIApplication::shared().keyPressed(tab);
+  return TRUE;
+}
+
 void onActive(GtkWindow* window, GParamSpec*, gpointer) {
   UIApplication::shared().setActive(gtk_window_is_active(window));
 }
@@ -123,6 +158,7 @@ void root(GtkWidget* widget) {
 void dispose(GObject* object) {
   ScreenWidget* me = self(object);
   if (me->surface) {
+    ForeignWidget::setScreen(nullptr);
     UIScreen::main().setSurface(nullptr);
     delete me->surface;
     me->surface = nullptr;
@@ -135,6 +171,7 @@ void screen_widget_class_init(ScreenWidgetClass* type) { // NOLINT: named by the
   widget->snapshot = snapshot;
   widget->size_allocate = sizeAllocate;
   widget->root = root;
+  widget->focus = focus;
   G_OBJECT_CLASS(type)->dispose = dispose;
 }
 
@@ -171,5 +208,6 @@ GtkWidget* zuvi::screenWidgetNew(double top, double right, double bottom, double
   auto* widget = GTK_WIDGET(g_object_new(screen_widget_get_type(), nullptr));
   self(widget)->safeArea = {top, left, bottom, right};
   UIScreen::main().setSurface(self(widget)->surface);
+  ForeignWidget::setScreen(widget);
   return widget;
 }

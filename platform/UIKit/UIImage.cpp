@@ -52,10 +52,12 @@ std::shared_ptr<const UIImage> UIImage::fromData(const Data& bytes) {
   return image;
 }
 
-std::shared_ptr<const UIImage> UIImage::fromCGImage(std::shared_ptr<const CGImage> bitmap) {
+std::shared_ptr<const UIImage> UIImage::fromCGImage(std::shared_ptr<const CGImage> bitmap,
+                                                    double scale) {
   if (!bitmap) return nullptr;
   auto image = std::make_shared<UIImage>();
   image->bitmap_ = std::move(bitmap);
+  image->bitmapScale_ = scale;
   return image;
 }
 
@@ -70,7 +72,7 @@ UIImage::animatedImage(std::vector<std::shared_ptr<const UIImage>> images, doubl
 
 CGSize UIImage::size() const {
   if (drawing_) return drawing_->size();
-  if (bitmap_) return {double(bitmap_->width()), double(bitmap_->height())};
+  if (bitmap_) return {bitmap_->width() / bitmapScale_, bitmap_->height() / bitmapScale_};
   return images_.empty() ? CGSize{} : images_.front()->size();
 }
 

@@ -21,8 +21,9 @@ public:
   static std::shared_ptr<const UIImage> named(const std::string& name, const Bundle& bundle);
   /// PNG, JPEG or SVG; null when the bytes are none.
   static std::shared_ptr<const UIImage> fromData(const Data& bytes);
-  /// Pixels shown at one point each.
-  static std::shared_ptr<const UIImage> fromCGImage(std::shared_ptr<const CGImage> image);
+  /// `scale`: pixels a point.
+  static std::shared_ptr<const UIImage> fromCGImage(std::shared_ptr<const CGImage> image,
+                                                    double scale = 1);
   /// Pictures of equal length in time; the series lasts `duration` seconds and begins anew.
   static std::shared_ptr<const UIImage>
   animatedImage(std::vector<std::shared_ptr<const UIImage>> images, double duration);
@@ -42,6 +43,7 @@ private:
   std::string name_;
   std::shared_ptr<const SvgImage> drawing_;
   std::shared_ptr<const CGImage> bitmap_;
+  double bitmapScale_ = 1;
   std::vector<std::shared_ptr<const UIImage>> images_;
   double duration_ = 0;
   mutable std::map<std::pair<int, int>, std::weak_ptr<const CGImage>> rasterized_;

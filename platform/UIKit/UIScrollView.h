@@ -9,6 +9,9 @@ class UIScrollView : public UIView {
 public:
   UIScrollView();
 
+  /// How far a person may shrink and enlarge the contents, where they can be zoomed at all.
+  double minimumZoomScale = 1, maximumZoomScale = 1;
+
   CGSize contentSize() const { return contentSize_; }
   void setContentSize(CGSize size);
   CGPoint contentOffset() const { return bounds().origin(); }
