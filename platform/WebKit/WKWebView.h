@@ -29,7 +29,8 @@ public:
   std::weak_ptr<WKNavigationDelegate> navigationDelegate;
   std::weak_ptr<WKUIDelegate> uiDelegate;
 
-  /// Stands for the page's own scrolling; holds the limits of its zoom.
+  /// Stands for the page's own scrolling; holds the limits of its zoom, which is never possible
+  /// here: a page stays at its own size.
   const std::shared_ptr<UIScrollView>& scrollView() const { return scrollView_; }
   /// False: the page is drawn over the view's background instead of its own white.
   bool isOpaque() const { return opaque_; }
@@ -38,6 +39,7 @@ public:
   const std::string& customUserAgent() const { return customUserAgent_; }
   void setCustomUserAgent(const std::string& userAgent);
 
+  /// Only an address and headers: a request with a body, and one for a file, fails.
   void load(const URLRequest& request);
   /// Nothing happens before the first load.
   void reload();
@@ -56,6 +58,9 @@ public:
   std::shared_ptr<const UIImage> drawHierarchy(CGSize size);
 
   void describe(Value::Dictionary& description) const override;
+  /// Once there is a page: the first responder's page has the keyboard.
+  bool canBecomeFirstResponder() const override;
+  void didChangeFirstResponder(bool focused) override;
 
 private:
   WKNavigationActionPolicy decidePolicy(const WKNavigationAction& action) override;
@@ -66,7 +71,9 @@ private:
   void didReceiveScriptMessage(const WKScriptMessage& message) override;
   WebPage* createPage(const WKNavigationAction& action) override;
   void didClose() override;
-  WebPage& page();
+  /// Made when it is first needed; null when there can be none.
+  WebPage* page();
+  void adopt(std::unique_ptr<WebPage> page);
 
   WKWebViewConfiguration configuration_;
   std::shared_ptr<UIScrollView> scrollView_;

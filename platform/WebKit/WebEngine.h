@@ -16,6 +16,7 @@
 
 namespace zuvi {
 
+class UIView;
 class WebPage;
 
 /// Who is told what happens in a page: the web view that shows it.
@@ -43,6 +44,8 @@ public:
                         std::function<void(std::optional<Value>, std::optional<Error>)> done) = 0;
   virtual void setCustomUserAgent(const std::string& userAgent) = 0;
   virtual void setOpaque(bool opaque) = 0;
+  /// Whether keys go to the page.
+  virtual void setFocused(bool) {}
   virtual std::optional<URL> url() const = 0;
   virtual std::string title() const = 0;
   virtual std::shared_ptr<const UIImage> picture(CGSize size, double scale) = 0;
@@ -54,7 +57,7 @@ public:
   virtual ~WebEngine() = default;
   virtual bool isAvailable() const = 0;
   /// A page drawn in `view`'s place. `opener`: the page whose request for a window this answers;
-  /// null: none.
+  /// null: none. Null when there can be no page.
   virtual std::unique_ptr<WebPage> makePage(UIView& view, WebPageClient& client,
                                             const WKWebViewConfiguration& configuration,
                                             WebPage* opener) = 0;

@@ -1,0 +1,164 @@
+#include "platform/WebKit/WKWebView.h"
+
+#include "platform/Dispatch/DispatchQueue.h"
+#include "platform/UIKit/UIScreen.h"
+
+#include <utility>
+
+namespace zuvi {
+
+namespace {
+
+const Error noEngine{NSURLErrorDomain, NSURLErrorUnknown, "Web pages can't be shown here."};
+
+/// What the engine may be asked for: pages of servers, never of this machine.
+std::optional<Error> refusal(const URLRequest& request) {
+  const std::string scheme = request.url.scheme();
+  if (scheme == "file")
+    return Error{NSURLErrorDomain, NSURLErrorUnsupportedURL,
+                 "Pages of this machine are not shown."};
+  if (request.httpMethod != "GET" || request.httpBody)
+    return Error{NSURLErrorDomain, NSURLErrorUnsupportedURL, "A page is loaded with GET."};
+  return std::nullopt;
+}
+
+} // namespace
+
+WKWebView::WKWebView(const CGRect& frame, const WKWebViewConfiguration& configuration)
+    : UIView(frame), configuration_(configuration), scrollView_(make<UIScrollView>()) {}
+
+WKWebView::~WKWebView() = default;
+
+bool WKWebView::isAvailable() {
+  return WebEngine::installed().isAvailable();
+}
+
+WebPage* WKWebView::page() {
+  if (!page_) adopt(WebEngine::installed().makePage(*this, *this, configuration_, nullptr));
+  return page_.get();
+}
+
+void WKWebView::adopt(std::unique_ptr<WebPage> page) {
+  page_ = std::move(page);
+  if (!page_) return;
+  if (!opaque_) page_->setOpaque(false);
+  if (!customUserAgent_.empty()) page_->setCustomUserAgent(customUserAgent_);
+}
+
+void WKWebView::setOpaque(bool opaque) {
+  opaque_ = opaque;
+  if (page_) page_->setOpaque(opaque);
+}
+
+void WKWebView::setCustomUserAgent(const std::string& userAgent) {
+  customUserAgent_ = userAgent;
+  if (page_) page_->setCustomUserAgent(userAgent);
+}
+
+// What is asked of the page
+
+void WKWebView::load(const URLRequest& request) {
+  std::optional<Error> error = refusal(request);
+  if (!error && !page()) error = noEngine;
+  if (!error) return page_->load(request);
+  DispatchQueue::main().async([weak = weak_from_this(), error = *error] {
+    if (const auto self = weak.lock())
+      static_cast<WKWebView&>(*self).didFailProvisionalNavigation(error);
+  });
+}
+
+void WKWebView::reload() {
+  if (page_) page_->reload();
+}
+
+void WKWebView::evaluateJavaScript(const std::string& script, ScriptCompletion completion) {
+  if (!completion) completion = [](const auto&, const auto&) {};
+  if (WebPage* made = page()) return made->evaluate(script, std::move(completion));
+  DispatchQueue::main().async(
+      [completion = std::move(completion)] { completion(std::nullopt, noEngine); });
+}
+
+std::optional<URL> WKWebView::url() const {
+  return page_ ? page_->url() : std::nullopt;
+}
+
+std::string WKWebView::title() const {
+  return page_ ? page_->title() : "";
+}
+
+std::shared_ptr<const UIImage> WKWebView::drawHierarchy(CGSize size) {
+  return page_ ? page_->picture(size, UIScreen::main().scale()) : nullptr;
+}
+
+void WKWebView::describe(Value::Dictionary& description) const {
+  UIView::describe(description);
+  if (const auto address = url()) description["url"] = address->absoluteString();
+  if (const std::string text = title(); !text.empty()) description["title"] = text;
+  description["alpha"] = alpha();
+}
+
+bool WKWebView::canBecomeFirstResponder() const {
+  return page_ != nullptr;
+}
+
+void WKWebView::didChangeFirstResponder(bool focused) {
+  if (page_) page_->setFocused(focused);
+}
+
+// What the page tells. A delegate may let go of the view meanwhile.
+
+WKNavigationActionPolicy WKWebView::decidePolicy(const WKNavigationAction& action) {
+  const auto alive = weak_from_this().lock();
+  const auto delegate = navigationDelegate.lock();
+  return delegate ? delegate->decidePolicy(*this, action) : WKNavigationActionPolicy::Allow;
+}
+
+void WKWebView::didFinish() {
+  const auto alive = weak_from_this().lock();
+  if (const auto delegate = navigationDelegate.lock()) delegate->didFinish(*this);
+}
+
+void WKWebView::didFail(const Error& error) {
+  const auto alive = weak_from_this().lock();
+  if (const auto delegate = navigationDelegate.lock()) delegate->didFail(*this, error);
+}
+
+void WKWebView::didFailProvisionalNavigation(const Error& error) {
+  const auto alive = weak_from_this().lock();
+  if (const auto delegate = navigationDelegate.lock())
+    delegate->didFailProvisionalNavigation(*this, error);
+}
+
+void WKWebView::processDidTerminate() {
+  const auto alive = weak_from_this().lock();
+  if (const auto delegate = navigationDelegate.lock())
+    delegate->webContentProcessDidTerminate(*this);
+}
+
+void WKWebView::didReceiveScriptMessage(const WKScriptMessage& message) {
+  const auto alive = weak_from_this().lock();
+  const auto& handlers = configuration_.userContentController->handlers();
+  const auto found = handlers.find(message.name);
+  if (found == handlers.end()) return;
+  if (const auto handler = found->second.lock()) handler->didReceiveScriptMessage(message);
+}
+
+WebPage* WKWebView::createPage(const WKNavigationAction& action) {
+  const auto alive = weak_from_this().lock();
+  const auto delegate = uiDelegate.lock();
+  std::shared_ptr<WKWebView> view =
+      delegate ? delegate->createWebView(*this, configuration_, action) : nullptr;
+  if (!view || view->page_ || !page_) return nullptr;
+  view->adopt(WebEngine::installed().makePage(*view, *view, view->configuration_, page_.get()));
+  WebPage* page = view->page_.get();
+  const std::weak_ptr<WKWebView> kept = view;
+  view = nullptr;
+  return kept.expired() ? nullptr : page; // a view that nobody holds shows nothing
+}
+
+void WKWebView::didClose() {
+  const auto alive = weak_from_this().lock();
+  if (const auto delegate = uiDelegate.lock()) delegate->webViewDidClose(*this);
+}
+
+} // namespace zuvi

@@ -1,0 +1,126 @@
+#include "platform/WebKitGtk/EngineGtk.h"
+
+#include "platform/WebKitGtk/PageGtk.h"
+
+#include <algorithm>
+
+namespace zuvi {
+
+namespace {
+
+constexpr WebKitWebsiteDataTypes allTypes = WEBKIT_WEBSITE_DATA_ALL;
+
+/// The engine ends the program when it can't make the sandbox of its processes, as in a container
+/// without the right to. So that is tried first, as the engine does it.
+void prepareSandbox() {
+  const char* command[] = {"bwrap",         "--ro-bind",     "/",     "/",
+                           "--proc",        "/proc",         "--dev", "/dev",
+                           "--unshare-pid", "--unshare-net", "true",  nullptr};
+  const auto flags =
+      GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_SILENCE);
+  const ObjectPointer<GSubprocess> trial(g_subprocess_newv(command, flags, nullptr));
+  if (trial && g_subprocess_wait_check(trial.get(), nullptr, nullptr)) return;
+  g_setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", FALSE);
+}
+
+gboolean cancelDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
+  webkit_download_cancel(download);
+  return TRUE;
+}
+
+struct RecordListFree {
+  void operator()(GList* records) const {
+    g_list_free_full(records, [](gpointer record) {
+      webkit_website_data_unref(static_cast<WebKitWebsiteData*>(record));
+    });
+  }
+};
+using RecordList = std::unique_ptr<GList, RecordListFree>;
+
+using Fetched = std::function<void(RecordList)>;
+
+void fetch(WebKitWebsiteDataManager* manager, Fetched done) {
+  webkit_website_data_manager_fetch(
+      manager, allTypes, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Fetched> fetched(static_cast<Fetched*>(data));
+        (*fetched)(RecordList(webkit_website_data_manager_fetch_finish(
+            WEBKIT_WEBSITE_DATA_MANAGER(source), result, nullptr)));
+      },
+      new Fetched(std::move(done)));
+}
+
+std::string nameOf(const GList* record) {
+  const char* name = webkit_website_data_get_name(static_cast<WebKitWebsiteData*>(record->data));
+  return name ? name : "";
+}
+
+} // namespace
+
+Engine::Engine(WebModuleHost& host) : host_(host) {
+  prepareSandbox();
+  const TextPointer folder(g_build_filename(g_get_user_data_dir(), "zuvisdk", "chat", nullptr));
+  const TextPointer caches(g_build_filename(g_get_user_cache_dir(), "zuvisdk", "chat", nullptr));
+  const TextPointer cookies(g_build_filename(folder.get(), "cookies.sqlite", nullptr));
+  g_mkdir_with_parents(folder.get(), 0700);
+  session_.reset(webkit_network_session_new(folder.get(), caches.get()));
+  g_signal_connect(session_.get(), "download-started", G_CALLBACK(cancelDownload), nullptr);
+  WebKitCookieManager* jar = webkit_network_session_get_cookie_manager(session_.get());
+  webkit_cookie_manager_set_persistent_storage(jar, cookies.get(),
+                                               WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
+  // One page, visited once: what stays in memory for going back is of no use.
+  webkit_web_context_set_cache_model(webkit_web_context_get_default(),
+                                     WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
+}
+
+WebKitWebsiteDataManager* Engine::data() {
+  return webkit_network_session_get_website_data_manager(session_.get());
+}
+
+std::unique_ptr<WebPage> Engine::makePage(UIView& view, WebPageClient& client,
+                                          const WKWebViewConfiguration& configuration,
+                                          WebPage* opener) {
+  return std::make_unique<Page>(*this, view, client, configuration, dynamic_cast<Page*>(opener));
+}
+
+void Engine::fetchDataRecords(std::function<void(std::vector<WKWebsiteDataRecord>)> done) {
+  fetch(data(), [done = std::move(done)](const RecordList& found) {
+    std::vector<WKWebsiteDataRecord> records;
+    for (const GList* i = found.get(); i; i = i->next)
+      records.push_back({nameOf(i)});
+    done(std::move(records));
+  });
+}
+
+void Engine::removeData(std::vector<WKWebsiteDataRecord> records, std::function<void()> done) {
+  // By name, as what was fetched may have changed since.
+  fetch(data(),
+        [this, records = std::move(records), done = std::move(done)](const RecordList& all) {
+          GList* chosen = nullptr;
+          for (GList* i = all.get(); i; i = i->next)
+            if (std::any_of(records.begin(), records.end(), [name = nameOf(i)](const auto& record) {
+                  return record.displayName == name;
+                }))
+              chosen = g_list_prepend(chosen, i->data);
+          if (!chosen) return done();
+          using Done = std::function<void()>;
+          webkit_website_data_manager_remove(
+              data(), allTypes, chosen, nullptr,
+              [](GObject* source, GAsyncResult* result, gpointer context) {
+                const std::unique_ptr<Done> removed(static_cast<Done*>(context));
+                webkit_website_data_manager_remove_finish(WEBKIT_WEBSITE_DATA_MANAGER(source),
+                                                          result, nullptr);
+                (*removed)();
+              },
+              new Done(done));
+          g_list_free(chosen);
+        });
+}
+
+} // namespace zuvi
+
+extern "C" G_MODULE_EXPORT zuvi::WebEngine* zuviWebEngine(zuvi::WebModuleHost& host) {
+  // Lives as long as the process, as the engine's own processes do.
+  static auto* engine = new zuvi::Engine(host);
+  return engine;
+}

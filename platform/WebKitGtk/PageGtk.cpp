@@ -1,0 +1,239 @@
+#include "platform/WebKitGtk/PageGtk.h"
+
+#include "platform/WebKitGtk/ErrorsGtk.h"
+#include "platform/WebKitGtk/PageWidgetGtk.h"
+#include "platform/WebKitGtk/RightsGtk.h"
+#include "platform/WebKitGtk/TrustGtk.h"
+#include "platform/WebKitGtk/ValuesGtk.h"
+
+#include <libsoup/soup.h>
+
+namespace zuvi {
+
+Page::Page(Engine& engine, UIView& view, WebPageClient& client,
+           const WKWebViewConfiguration& configuration, Page* opener)
+    : engine_(engine), client_(client), contents_(webkit_user_content_manager_new()),
+      scripts_(g_cancellable_new()) {
+  fillContents(*configuration.userContentController);
+  // A page for another's window shares its session and process, but none of its settings.
+  const auto settings = makeSettings();
+  const char* kin = opener ? "related-view" : "network-session";
+  auto* shared = opener ? G_OBJECT(opener->page_) : G_OBJECT(engine.session());
+  page_ = WEBKIT_WEB_VIEW(g_object_new(pageWidgetType(), "user-content-manager", contents_.get(),
+                                       "settings", settings.get(), kin, shared, nullptr));
+  refuseRights(page_);
+  g_signal_connect(page_, "decide-policy", G_CALLBACK(onPolicy), this);
+  g_signal_connect(page_, "load-changed", G_CALLBACK(onLoad), this);
+  g_signal_connect(page_, "load-failed", G_CALLBACK(onFailure), this);
+  g_signal_connect(page_, "load-failed-with-tls-errors", G_CALLBACK(onUntrusted), this);
+  g_signal_connect(page_, "web-process-terminated", G_CALLBACK(onTermination), this);
+  g_signal_connect(page_, "create", G_CALLBACK(onCreate), this);
+  g_signal_connect(page_, "close", G_CALLBACK(onClose), this);
+  place_ = engine.host().place(view, GTK_WIDGET(page_));
+  setPlace(page_, place_.get());
+}
+
+Page::~Page() {
+  g_signal_handlers_disconnect_by_data(page_, this);
+  g_signal_handlers_disconnect_by_data(contents_.get(), this);
+  setPlace(page_, nullptr);
+  g_cancellable_cancel(scripts_.get());
+  webkit_web_view_stop_loading(page_);
+}
+
+void Page::fillContents(const WKUserContentController& controller) {
+  for (const WKUserScript& script : controller.userScripts()) {
+    const bool atStart = script.injectionTime == WKUserScriptInjectionTime::AtDocumentStart;
+    WebKitUserScript* added =
+        webkit_user_script_new(script.source.c_str(),
+                               script.forMainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME
+                                                       : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                               atStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
+                                       : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
+                               nullptr, nullptr);
+    webkit_user_content_manager_add_script(contents_.get(), added);
+    webkit_user_script_unref(added);
+  }
+  for (const auto& [name, handler] : controller.handlers()) {
+    // First the listener: a message may come as soon as pages know the name.
+    g_signal_connect(contents_.get(), ("script-message-received::" + name).c_str(),
+                     G_CALLBACK(onMessage), this);
+    webkit_user_content_manager_register_script_message_handler(contents_.get(), name.c_str(),
+                                                                nullptr);
+  }
+}
+
+// What is asked of it
+
+void Page::load(const URLRequest& request) {
+  request_.reset(webkit_uri_request_new(request.url.absoluteString().c_str()));
+  if (SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(request_.get()))
+    for (const auto& [name, value] : request.allHTTPHeaderFields)
+      soup_message_headers_replace(headers, name.c_str(), value.c_str());
+  webkit_web_view_load_request(page_, request_.get());
+}
+
+void Page::reload() {
+  webkit_web_view_reload(page_);
+}
+
+void Page::evaluate(const std::string& script,
+                    std::function<void(std::optional<Value>, std::optional<Error>)> done) {
+  struct Call {
+    WebModuleHost& host;
+    std::function<void(std::optional<Value>, std::optional<Error>)> done;
+  };
+  const auto answer = [](GObject* source, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<Call> call(static_cast<Call*>(data));
+    GError* failure = nullptr;
+    const ObjectPointer<JSCValue> value(
+        webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &failure));
+    const ErrorPointer error(failure);
+    if (error) return call->done(std::nullopt, errorOfScript(*error));
+    if (auto converted = valueOf(*value, call->host))
+      return call->done(std::move(converted), std::nullopt);
+    call->done(std::nullopt, Error{"WKErrorDomain", 5, "The script's result has no form here."});
+  };
+  webkit_web_view_evaluate_javascript(page_, script.data(), gssize(script.size()), nullptr, nullptr,
+                                      scripts_.get(), answer,
+                                      new Call{engine_.host(), std::move(done)});
+}
+
+void Page::setCustomUserAgent(const std::string& userAgent) {
+  webkit_settings_set_user_agent(webkit_web_view_get_settings(page_),
+                                 userAgent.empty() ? nullptr : userAgent.c_str());
+}
+
+void Page::setOpaque(bool opaque) {
+  const GdkRGBA color = {1, 1, 1, opaque ? 1.0F : 0.0F};
+  webkit_web_view_set_background_color(page_, &color);
+}
+
+std::optional<URL> Page::url() const {
+  const char* uri = webkit_web_view_get_uri(page_);
+  return uri ? engine_.host().url(uri) : std::nullopt;
+}
+
+std::string Page::title() const {
+  const char* title = webkit_web_view_get_title(page_);
+  return title ? title : "";
+}
+
+std::shared_ptr<const UIImage> Page::picture(CGSize size, double scale) {
+  return place_->picture(size, scale);
+}
+
+// Where it goes
+
+static WKNavigationType typeOf(WebKitNavigationType type) {
+  switch (type) {
+  case WEBKIT_NAVIGATION_TYPE_LINK_CLICKED:
+    return WKNavigationType::LinkActivated;
+  case WEBKIT_NAVIGATION_TYPE_FORM_SUBMITTED:
+  case WEBKIT_NAVIGATION_TYPE_FORM_RESUBMITTED:
+    return WKNavigationType::FormSubmitted;
+  case WEBKIT_NAVIGATION_TYPE_BACK_FORWARD:
+    return WKNavigationType::BackForward;
+  case WEBKIT_NAVIGATION_TYPE_RELOAD:
+    return WKNavigationType::Reload;
+  default:
+    return WKNavigationType::Other;
+  }
+}
+
+WKNavigationAction Page::actionOf(WebKitNavigationAction* action) const {
+  WKNavigationAction made;
+  made.navigationType = typeOf(webkit_navigation_action_get_navigation_type(action));
+  const char* uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
+  if (uri) made.url = engine_.host().url(uri);
+  return made;
+}
+
+gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
+                        WebKitPolicyDecisionType type, Page* self) {
+  bool allowed = false;
+  if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
+    // What can't be shown would become a download.
+    allowed = webkit_response_policy_decision_is_mime_type_supported(
+        WEBKIT_RESPONSE_POLICY_DECISION(decision));
+  } else {
+    WKNavigationAction action =
+        self->actionOf(webkit_navigation_policy_decision_get_navigation_action(
+            WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
+    action.hasTargetFrame = type != WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION;
+    const bool isFile = action.url && action.url->absoluteString().starts_with("file:");
+    allowed = !isFile && self->client_.decidePolicy(action) == WKNavigationActionPolicy::Allow;
+  }
+  if (allowed)
+    webkit_policy_decision_use(decision);
+  else
+    webkit_policy_decision_ignore(decision);
+  return TRUE;
+}
+
+void Page::onLoad(WebKitWebView*, WebKitLoadEvent event, Page* self) {
+  if (event == WEBKIT_LOAD_STARTED) self->failed_ = false;
+  // The engine also finishes what has failed.
+  if (event == WEBKIT_LOAD_FINISHED && !self->failed_) self->client_.didFinish();
+}
+
+void Page::fail(WebKitLoadEvent when, const Error& error) {
+  failed_ = true;
+  if (when == WEBKIT_LOAD_STARTED || when == WEBKIT_LOAD_REDIRECTED)
+    client_.didFailProvisionalNavigation(error);
+  else
+    client_.didFail(error);
+}
+
+gboolean Page::onFailure(WebKitWebView*, WebKitLoadEvent event, const char*, GError* error,
+                         Page* self) {
+  self->fail(event, errorOfLoad(*error));
+  return TRUE; // no page of the engine's own about it
+}
+
+gboolean Page::onUntrusted(WebKitWebView*, const char* address, GTlsCertificate* certificate,
+                           GTlsCertificateFlags, Page* self) {
+  GUri* uri = g_uri_parse(address, G_URI_FLAGS_NONE, nullptr);
+  const std::string host = uri && g_uri_get_host(uri) ? g_uri_get_host(uri) : "";
+  if (uri) g_uri_unref(uri);
+  if (!host.empty() && isTrusted(certificate, host, self->engine_.host().additionalAuthorities())) {
+    self->failed_ = true; // this attempt, of which nobody hears
+    webkit_network_session_allow_tls_certificate_for_host(self->engine_.session(), certificate,
+                                                          host.c_str());
+    // With the headers that were asked for, unless a link led elsewhere.
+    if (self->request_ && g_str_equal(webkit_uri_request_get_uri(self->request_.get()), address))
+      webkit_web_view_load_request(self->page_, self->request_.get());
+    else
+      webkit_web_view_load_uri(self->page_, address);
+    return TRUE;
+  }
+  self->fail(WEBKIT_LOAD_STARTED, {NSURLErrorDomain, NSURLErrorServerCertificateUntrusted,
+                                   "The certificate of " + host + " is not trusted."});
+  return TRUE;
+}
+
+// What happens to it
+
+void Page::onTermination(WebKitWebView*, WebKitWebProcessTerminationReason, Page* self) {
+  self->client_.processDidTerminate();
+}
+
+GtkWidget* Page::onCreate(WebKitWebView*, WebKitNavigationAction* action, Page* self) {
+  WKNavigationAction asked = self->actionOf(action);
+  asked.hasTargetFrame = false;
+  auto* made = dynamic_cast<Page*>(self->client_.createPage(asked));
+  return made ? GTK_WIDGET(g_object_ref(made->page_)) : nullptr;
+}
+
+void Page::onClose(WebKitWebView*, Page* self) {
+  self->client_.didClose();
+}
+
+void Page::onMessage(WebKitUserContentManager* contents, JSCValue* body, Page* self) {
+  const GSignalInvocationHint* hint = g_signal_get_invocation_hint(contents);
+  auto value = valueOf(*body, self->engine_.host());
+  if (value)
+    self->client_.didReceiveScriptMessage({g_quark_to_string(hint->detail), std::move(*value)});
+}
+
+} // namespace zuvi

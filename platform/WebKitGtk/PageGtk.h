@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/WebKitGtk/EngineGtk.h"
+
+namespace zuvi {
+
+/// One page and its widget. What it tells its client may end its life, so nothing of it is touched
+/// afterwards.
+class Page final : public WebPage {
+public:
+  Page(Engine& engine, UIView& view, WebPageClient& client,
+       const WKWebViewConfiguration& configuration, Page* opener);
+  ~Page() override;
+
+  void load(const URLRequest& request) override;
+  void reload() override;
+  void evaluate(const std::string& script,
+                std::function<void(std::optional<Value>, std::optional<Error>)> done) override;
+  void setCustomUserAgent(const std::string& userAgent) override;
+  void setOpaque(bool opaque) override;
+  void setFocused(bool focused) override { place_->setFocused(focused); }
+  std::optional<URL> url() const override;
+  std::string title() const override;
+  std::shared_ptr<const UIImage> picture(CGSize size, double scale) override;
+
+private:
+  WKNavigationAction actionOf(WebKitNavigationAction* action) const;
+  void fillContents(const WKUserContentController& controller);
+  void fail(WebKitLoadEvent when, const Error& error);
+
+  static gboolean onPolicy(WebKitWebView*, WebKitPolicyDecision*, WebKitPolicyDecisionType, Page*);
+  static void onLoad(WebKitWebView*, WebKitLoadEvent, Page*);
+  static gboolean onFailure(WebKitWebView*, WebKitLoadEvent, const char*, GError*, Page*);
+  static gboolean onUntrusted(WebKitWebView*, const char*, GTlsCertificate*, GTlsCertificateFlags,
+                              Page*);
+  static void onTermination(WebKitWebView*, WebKitWebProcessTerminationReason, Page*);
+  static GtkWidget* onCreate(WebKitWebView*, WebKitNavigationAction*, Page*);
+  static void onClose(WebKitWebView*, Page*);
+  static void onMessage(WebKitUserContentManager*, JSCValue*, Page*);
+
+  Engine& engine_;
+  WebPageClient& client_;
+  ObjectPointer<WebKitUserContentManager> contents_;
+  WebKitWebView* page_;
+  std::unique_ptr<ForeignWidget> place_; ///< holds `page_`
+  ObjectPointer<GCancellable> scripts_;  ///< those that have not answered yet
+  ObjectPointer<WebKitURIRequest> request_;
+  bool failed_ = false; ///< since the load began
+};
+
+} // namespace zuvi

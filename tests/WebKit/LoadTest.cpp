@@ -1,0 +1,140 @@
+#include "tests/WebKit/WebFixtureGtk.h"
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+namespace zuvi::test {
+
+namespace {
+
+using LoadTest = WebTest;
+
+/// The process that runs pages: the one of that name below this process. 0: none.
+int pageProcess() {
+  std::map<int, std::pair<int, std::string>> processes; // parent and name by id
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream file(entry.path() / "stat");
+    std::string line;
+    if (!std::getline(file, line)) continue;
+    const auto open = line.find('('), close = line.rfind(')');
+    processes[std::stoi(line)] = {std::stoi(line.substr(close + 4)),
+                                  line.substr(open + 1, close - open - 1)};
+  }
+  for (const auto& [id, process] : processes) {
+    if (process.second.rfind("WebKitWebProces", 0) != 0) continue;
+    for (int above = id; above > 1; above = processes[above].first)
+      if (above == getpid()) return id;
+  }
+  return 0;
+}
+
+TEST_F(LoadTest, LoadsAPageWithTheHeadersAndNameItIsGiven) {
+  serve("/", "<title>Hello</title>");
+  configuration.userContentController->addUserScript({"window.early = document.body === null"});
+  const auto view = makeWebView();
+  view->reload(); // there is nothing yet
+  EXPECT_FALSE(view->url());
+  const std::string usual = *evaluate(*view, "navigator.userAgent").string();
+  EXPECT_FALSE(view->url());
+  view->setCustomUserAgent(usual + " Widget/1");
+  URLRequest request(*URL::fromString(server(http, "/")));
+  request.allHTTPHeaderFields["X-Widget"] = "yes";
+  view->load(request);
+  ASSERT_TRUE(waitFor([&] { return listener->has("finish"); }));
+  EXPECT_EQ(listener->lines, (std::vector<std::string>{"other to /", "finish"}));
+  EXPECT_TRUE(waitFor([&] { return view->title() == "Hello"; }));
+  EXPECT_EQ(view->url()->absoluteString(), server(http, "/"));
+  EXPECT_EQ(evaluate(*view, "window.early"), Value(true));
+  const auto sent = http.requests().front().headers;
+  EXPECT_EQ(sent.at("x-widget"), "yes");
+  EXPECT_EQ(sent.at("user-agent"), usual + " Widget/1");
+  Value::Dictionary description;
+  view->describe(description);
+  EXPECT_EQ(description["title"], Value("Hello"));
+  view->reload();
+  EXPECT_TRUE(waitFor([&] { return listener->count("finish") == 2; }));
+}
+
+TEST_F(LoadTest, TellsAFailureOnceAndRecovers) {
+  serve("/", "back");
+  serve("/download", "bytes", "application/x-unknown");
+  const auto view = makeWebView();
+  load(*view, "http://no-such-host.invalid/");
+  ASSERT_TRUE(waitFor([&] { return listener->has("provisional failure"); }));
+  EXPECT_EQ(listener->errors.back().domain, NSURLErrorDomain);
+  EXPECT_EQ(listener->errors.back().code, NSURLErrorCannotFindHost);
+  load(*view, "http://localhost:1/");
+  ASSERT_TRUE(waitFor([&] { return listener->errors.size() == 2; }));
+  EXPECT_EQ(listener->errors.back().code, NSURLErrorCannotConnectToHost);
+  load(*view, server(http, "/download"));
+  ASSERT_TRUE(waitFor([&] { return listener->errors.size() == 3; }));
+  EXPECT_EQ(listener->errors.back().domain, "WebKitErrorDomain");
+  load(*view, "file:///etc/hostname");
+  ASSERT_TRUE(waitFor([&] { return listener->errors.size() == 4; }));
+  EXPECT_EQ(listener->errors.back().code, NSURLErrorUnsupportedURL);
+  runFor(0.3);
+  EXPECT_EQ(listener->count("provisional failure"), 4);
+  EXPECT_FALSE(listener->has("finish"));
+  EXPECT_TRUE(show(*view, "/"));
+  EXPECT_EQ(evaluate(*view, "document.body.innerText"), Value("back"));
+}
+
+TEST_F(LoadTest, CancelsWhatGivesWayToAnotherLoad) {
+  LoopbackServer silent([](const Request&) { return Reply{.mode = Reply::Mode::NeverAnswer}; });
+  serve("/", "here");
+  const auto view = makeWebView();
+  load(*view, server(silent, "/"));
+  ASSERT_TRUE(waitFor([&] { return !silent.requests().empty(); }));
+  ASSERT_TRUE(show(*view, "/"));
+  ASSERT_EQ(listener->errors.size(), 1U);
+  EXPECT_EQ(listener->errors[0].domain, NSURLErrorDomain);
+  EXPECT_EQ(listener->errors[0].code, NSURLErrorCancelled);
+  EXPECT_EQ(listener->count("finish"), 1);
+}
+
+TEST_F(LoadTest, FailsAfterAPageHasBegun) {
+  LoopbackServer cut([](const Request&) {
+    return Reply{.headers = {{"Content-Type", "text/html"}},
+                 .body = "<p>" + std::string(200000, 'x'),
+                 .mode = Reply::Mode::CutBody};
+  });
+  const auto view = makeWebView();
+  load(*view, server(cut, "/"));
+  ASSERT_TRUE(waitFor([&] { return !listener->errors.empty(); }));
+  runFor(0.2);
+  EXPECT_EQ(listener->lines, (std::vector<std::string>{"other to /", "fail"}));
+}
+
+TEST_F(LoadTest, ReloadsAfterItsProcessDied) {
+  serve("/", "alive");
+  const auto view = makeWebView();
+  ASSERT_TRUE(show(*view, "/"));
+  const int process = pageProcess();
+  ASSERT_GT(process, 0);
+  kill(process, SIGKILL);
+  ASSERT_TRUE(waitFor([&] { return listener->has("terminated"); }));
+  EXPECT_EQ(view->url()->absoluteString(), server(http, "/"));
+  view->reload();
+  EXPECT_TRUE(waitFor([&] { return listener->count("finish") == 2; }));
+  EXPECT_EQ(evaluate(*view, "document.body.innerText"), Value("alive"));
+}
+
+TEST_F(LoadTest, EndsWithItsViewWhateverIsUnderWay) {
+  serve("/", "here");
+  int answers = 0;
+  auto view = makeWebView();
+  load(*view, server(http, "/"));
+  view->evaluateJavaScript("1", [&](const auto&, const auto&) { answers++; });
+  view->removeFromSuperview();
+  view = nullptr;
+  EXPECT_TRUE(waitFor([&] { return answers == 1; }));
+  runFor(0.2);
+  EXPECT_EQ(answers, 1);
+  EXPECT_FALSE(listener->has("finish"));
+  EXPECT_TRUE(listener->errors.empty());
+}
+
+} // namespace
+
+} // namespace zuvi::test
