@@ -55,9 +55,10 @@ public:
   }
 
 private:
-  /// Null when it can't be loaded.
+  /// Null when there is none now.
   WebEngine* module() {
-    if (engine_ || !isAvailable()) return engine_;
+    if (!isAvailable()) return nullptr;
+    if (engine_) return engine_;
     void* library = dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL);
     auto* entry =
         library ? reinterpret_cast<WebModuleEntry*>(dlsym(library, "zuviWebEngine")) : nullptr;

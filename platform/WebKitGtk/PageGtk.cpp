@@ -3,8 +3,11 @@
 #include "platform/WebKitGtk/ErrorsGtk.h"
 #include "platform/WebKitGtk/PageWidgetGtk.h"
 #include "platform/WebKitGtk/RightsGtk.h"
+#include "platform/WebKitGtk/TabGtk.h"
 #include "platform/WebKitGtk/TrustGtk.h"
 #include "platform/WebKitGtk/ValuesGtk.h"
+
+#include <filesystem>
 
 #include <libsoup/soup.h>
 
@@ -21,7 +24,9 @@ Page::Page(Engine& engine, UIView& view, WebPageClient& client,
   auto* shared = opener ? G_OBJECT(opener->page_) : G_OBJECT(engine.session());
   page_ = WEBKIT_WEB_VIEW(g_object_new(pageWidgetType(), "user-content-manager", contents_.get(),
                                        "settings", settings.get(), kin, shared, nullptr));
+  setOpaque(true);
   refuseRights(page_);
+  letTabLeave(page_);
   g_signal_connect(page_, "decide-policy", G_CALLBACK(onPolicy), this);
   g_signal_connect(page_, "load-changed", G_CALLBACK(onLoad), this);
   g_signal_connect(page_, "load-failed", G_CALLBACK(onFailure), this);
@@ -104,14 +109,27 @@ void Page::setCustomUserAgent(const std::string& userAgent) {
                                  userAgent.empty() ? nullptr : userAgent.c_str());
 }
 
+static bool hasGraphicsProcessor() {
+  std::error_code failed;
+  return std::filesystem::exists("/dev/dri/renderD128", failed);
+}
+
 void Page::setOpaque(bool opaque) {
+  // Without a graphics processor its library only costs time and memory. But the engine's other
+  // way of drawing leaves behind what a page drew before it wherever it is clear.
+  webkit_settings_set_hardware_acceleration_policy(
+      webkit_web_view_get_settings(page_), opaque && !hasGraphicsProcessor()
+                                               ? WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER
+                                               : WEBKIT_HARDWARE_ACCELERATION_POLICY_ALWAYS);
   const GdkRGBA color = {1, 1, 1, opaque ? 1.0F : 0.0F};
   webkit_web_view_set_background_color(page_, &color);
 }
 
 std::optional<URL> Page::url() const {
   const char* uri = webkit_web_view_get_uri(page_);
-  return uri ? engine_.host().url(uri) : std::nullopt;
+  // Without its process the engine no longer knows, though it would reload it.
+  const std::string address = uri && *uri ? uri : address_;
+  return address.empty() ? std::nullopt : engine_.host().url(address);
 }
 
 std::string Page::title() const {
@@ -173,6 +191,7 @@ gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
 
 void Page::onLoad(WebKitWebView*, WebKitLoadEvent event, Page* self) {
   if (event == WEBKIT_LOAD_STARTED) self->failed_ = false;
+  if (const char* uri = webkit_web_view_get_uri(self->page_)) self->address_ = uri;
   // The engine also finishes what has failed.
   if (event == WEBKIT_LOAD_FINISHED && !self->failed_) self->client_.didFinish();
 }

@@ -45,6 +45,7 @@ private:
   std::unique_ptr<ForeignWidget> place_; ///< holds `page_`
   ObjectPointer<GCancellable> scripts_;  ///< those that have not answered yet
   ObjectPointer<WebKitURIRequest> request_;
+  std::string address_; ///< where the last load led
   bool failed_ = false; ///< since the load began
 };
 

@@ -1,16 +1,8 @@
 #include "platform/WebKitGtk/RightsGtk.h"
 
-#include <filesystem>
-
 namespace zuvi {
 
 namespace {
-
-/// Without one, drawing with the graphics library only costs memory and time.
-bool hasGraphicsProcessor() {
-  std::error_code failed;
-  return std::filesystem::exists("/dev/dri/renderD128", failed);
-}
 
 gboolean refusePermission(WebKitWebView*, WebKitPermissionRequest* request, gpointer) {
   webkit_permission_request_deny(request);
@@ -80,10 +72,7 @@ ObjectPointer<WebKitSettings> makeSettings() {
                "enable-media-stream", FALSE, "enable-webrtc", FALSE, "enable-page-cache", FALSE,
                "allow-file-access-from-file-urls", FALSE, "allow-universal-access-from-file-urls",
                FALSE, "allow-modal-dialogs", FALSE, "enable-back-forward-navigation-gestures",
-               FALSE, "media-playback-requires-user-gesture", TRUE, "hardware-acceleration-policy",
-               hasGraphicsProcessor() ? WEBKIT_HARDWARE_ACCELERATION_POLICY_ALWAYS
-                                      : WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER,
-               nullptr);
+               FALSE, "media-playback-requires-user-gesture", TRUE, nullptr);
   // A page that is out of sight still counts its messages.
   WebKitFeatureList* features = webkit_settings_get_all_features();
   for (gsize i = 0; i < webkit_feature_list_get_length(features); i++) {

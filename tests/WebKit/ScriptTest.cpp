@@ -17,8 +17,8 @@ TEST_F(ScriptTest, ResultsKeepTheirTypes) {
   EXPECT_EQ(evaluate(*view, "null"), Value());
   EXPECT_EQ(evaluate(*view, "undefined"), Value());
   EXPECT_EQ(evaluate(*view, "({a: [1, false, null, {b: 'c'}]})"),
-            Value(Value::Dictionary{{"a", Value::List{1, false, nullptr,
-                                                      Value::Dictionary{{"b", "c"}}}}}));
+            Value(Value::Dictionary{
+                {"a", Value::List{1, false, nullptr, Value::Dictionary{{"b", "c"}}}}}));
   const auto errorOf = [&](const std::string& script) {
     std::optional<Error> found;
     view->evaluateJavaScript(script, [&](const auto&, const auto& error) { found = error; });
@@ -46,14 +46,13 @@ TEST_F(ScriptTest, MessagesKeepTheirTypes) {
   </script>)");
   const auto view = makeWebView();
   ASSERT_TRUE(show(*view, "/"));
-  ASSERT_TRUE(waitFor([&] {
-    return !listener->messages.empty() && listener->messages.back() == Value("last");
-  }));
+  ASSERT_TRUE(waitFor(
+      [&] { return !listener->messages.empty() && listener->messages.back() == Value("last"); }));
   const auto& messages = listener->messages;
   ASSERT_EQ(messages.size(), 13U);
-  EXPECT_EQ(messages[0], Value(Value::Dictionary{{"method", "ready"},
-                                                 {"count", 2},
-                                                 {"nested", Value::Dictionary{{"yes", true}}}}));
+  EXPECT_EQ(messages[0],
+            Value(Value::Dictionary{
+                {"method", "ready"}, {"count", 2}, {"nested", Value::Dictionary{{"yes", true}}}}));
   EXPECT_EQ(messages[1], Value(Value::List{1, "two"}));
   EXPECT_EQ(messages[2], Value("text"));
   EXPECT_EQ(messages[3], Value(7));
@@ -77,8 +76,8 @@ TEST_F(ScriptTest, RunsOnlyWhereItWasAskedTo) {
   auto& controller = *configuration.userContentController;
   controller.addUserScript({"window.main = 1"});
   controller.addUserScript({"window.all = 2", WKUserScriptInjectionTime::AtDocumentStart, false});
-  controller.addUserScript({"window.end = document.body !== null",
-                            WKUserScriptInjectionTime::AtDocumentEnd});
+  controller.addUserScript(
+      {"window.end = document.body !== null", WKUserScriptInjectionTime::AtDocumentEnd});
   auto gone = std::make_shared<Listener>();
   controller.addScriptMessageHandler(gone, "gone");
   gone = nullptr;

@@ -73,7 +73,8 @@ WebTest::~WebTest() {
 bool WebTest::waitFor(const std::function<bool()>& holds, double seconds) {
   using Clock = std::chrono::steady_clock;
   const auto end = Clock::now() + std::chrono::duration<double>(seconds);
-  const guint tick = g_timeout_add(10, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+  const guint tick = g_timeout_add(
+      10, [](gpointer) -> gboolean { return TRUE; }, nullptr);
   while (!holds() && Clock::now() < end)
     g_main_context_iteration(nullptr, TRUE);
   g_source_remove(tick);

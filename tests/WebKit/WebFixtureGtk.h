@@ -5,8 +5,8 @@
 #include "tests/UIKit/Pixels.h"
 #include "tests/support/LoopbackServer.h"
 
-#include <gtk/gtk.h>
 #include <gtest/gtest.h>
+#include <gtk/gtk.h>
 
 #include <functional>
 #include <map>
@@ -59,7 +59,8 @@ protected:
   static bool waitFor(const std::function<bool()>& holds, double seconds = 20);
   static void runFor(double seconds);
 
-  void serve(const std::string& path, const std::string& html, const std::string& type = "text/html");
+  void serve(const std::string& path, const std::string& html,
+             const std::string& type = "text/html");
   static std::string server(const LoopbackServer& from, const std::string& path) {
     return from.url(path, "localhost");
   }

@@ -1,0 +1,82 @@
+#include "tests/WebKit/WebFixtureGtk.h"
+
+#include "platform/UIKit/UITextField.h"
+
+namespace zuvi::test {
+
+namespace {
+
+class InputTest : public WebTest {
+protected:
+  InputTest() {
+    serve("/", R"(<body style='margin:0'><input id=a style='position:absolute;top:300px'>
+      <input id=b style='position:absolute;top:340px'><script>
+      window.clicks = [];
+      onmousedown = e => clicks.push(e.clientX + ':' + e.clientY);
+      window.keys = ''; onkeydown = e => keys += e.key</script></body>)");
+  }
+  Value clicks(WKWebView& view) { return evaluate(view, "clicks.join()"); }
+};
+
+TEST_F(InputTest, ClicksReachThePageOnlyWhereNothingOfOursLiesOverIt) {
+  const auto view = makeWebView();
+  view->setFrame({20, 40, 300, 500});
+  ASSERT_TRUE(show(*view, "/"));
+  runFor(0.3);
+  click(30, 60);
+  EXPECT_TRUE(waitFor([&] { return clicks(*view) == Value("10:20"); }, 5));
+
+  const auto over = make<UIControl>();
+  over->setFrame({0, 0, 360, 100});
+  int taps = 0;
+  over->addTarget(UIControlEvent::TouchUpInside, [&] { taps++; });
+  window->addSubview(over);
+  click(30, 70);
+  EXPECT_EQ(taps, 1);
+  click(30, 120);
+  EXPECT_TRUE(waitFor([&] { return clicks(*view) == Value("10:20,10:80"); }, 5));
+  EXPECT_EQ(taps, 1);
+
+  over->removeFromSuperview();
+  view->setTransform(CGAffineTransform::scale(0.5, 0.5)); // about (170, 290)
+  runFor(0.1);
+  click(30, 60); // beside it now
+  click(105, 185);
+  EXPECT_TRUE(waitFor([&] { return clicks(*view) == Value("10:20,10:80,20:40"); }, 5));
+}
+
+TEST_F(InputTest, KeysGoWhereTheFocusIs) {
+  const auto sheet = make<UIView>(window->bounds());
+  window->addSubview(sheet);
+  const auto view = makeWebView();
+  view->setFrame({0, 0, 360, 400});
+  sheet->addSubview(view);
+  const auto field = make<UITextField>(CGRect{20, 500, 200, 40});
+  sheet->addSubview(field);
+  ASSERT_TRUE(show(*view, "/"));
+  runFor(0.3);
+  click(50, 310);
+  EXPECT_TRUE(view->isFirstResponder());
+  type("x");
+  EXPECT_TRUE(waitFor([&] { return evaluate(*view, "a.value") == Value("x"); }, 5));
+  EXPECT_EQ(field->text(), "");
+  click(50, 520);
+  EXPECT_TRUE(field->isEditing());
+  type("y");
+  EXPECT_EQ(field->text(), "y");
+  EXPECT_EQ(evaluate(*view, "a.value + keys"), Value("xx"));
+
+  type("Tab"); // round to the page
+  EXPECT_TRUE(view->isFirstResponder());
+  EXPECT_FALSE(field->isEditing());
+  type("z");
+  EXPECT_TRUE(waitFor([&] { return evaluate(*view, "keys") == Value("xz"); }, 5));
+  click(50, 350);
+  EXPECT_EQ(evaluate(*view, "document.activeElement.id"), Value("b"));
+  type("Tab"); // past the page's last
+  EXPECT_TRUE(waitFor([&] { return field->isEditing(); }, 5));
+}
+
+} // namespace
+
+} // namespace zuvi::test
