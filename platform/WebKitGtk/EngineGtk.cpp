@@ -11,15 +11,19 @@ namespace {
 constexpr WebKitWebsiteDataTypes allTypes = WEBKIT_WEBSITE_DATA_ALL;
 
 /// The engine ends the program when it can't make the sandbox of its processes, as in a container
-/// without the right to. So that is tried first, as the engine does it.
+/// that may not. So what the sandbox needs is tried first.
 void prepareSandbox() {
-  const char* command[] = {"bwrap",         "--ro-bind",     "/",     "/",
-                           "--proc",        "/proc",         "--dev", "/dev",
-                           "--unshare-pid", "--unshare-net", "true",  nullptr};
+  std::vector<const char*> command{
+      "bwrap", "--unshare-pid", "--unshare-net", "--unshare-uts", "--ro-bind", "/",
+      "/",     "--proc",        "/proc",         "--dev",         "/dev"};
+  for (const char* folder : {"/sys/block", "/sys/bus", "/sys/class", "/sys/dev", "/sys/devices"})
+    command.insert(command.end(), {"--ro-bind", folder, folder});
+  command.insert(command.end(), {"true", nullptr});
   const auto flags =
       GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_SILENCE);
-  const ObjectPointer<GSubprocess> trial(g_subprocess_newv(command, flags, nullptr));
+  const ObjectPointer<GSubprocess> trial(g_subprocess_newv(command.data(), flags, nullptr));
   if (trial && g_subprocess_wait_check(trial.get(), nullptr, nullptr)) return;
+  g_message("Web pages run without a sandbox: this machine does not allow one.");
   g_setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", FALSE);
 }
 
