@@ -89,7 +89,8 @@ public:
   }
 
   void setFocused(bool focused) override {
-    if (!gtk_widget_get_parent(widget_) || focused == gtk_widget_has_focus(widget_)) return;
+    if (!gtk_widget_get_parent(widget_) || focused == gtk_widget_is_focus(widget_)) return;
+    if (!focused && losesFocus_) return; // to somebody who has it already
     gtk_widget_grab_focus(focused ? widget_ : screenWidget);
   }
 
@@ -163,8 +164,13 @@ private:
   static void onFocus(GtkEventControllerFocus*, gpointer self) {
     static_cast<PlacedWidget*>(self)->view_.becomeFirstResponder();
   }
-  static void onBlur(GtkEventControllerFocus*, gpointer self) {
-    static_cast<PlacedWidget*>(self)->view_.resignFirstResponder();
+  static void onBlur(GtkEventControllerFocus*, gpointer data) {
+    auto* self = static_cast<PlacedWidget*>(data);
+    GtkRoot* top = gtk_widget_get_root(self->widget_);
+    if (GTK_IS_WINDOW(top) && !gtk_window_is_active(GTK_WINDOW(top))) return; // it comes back
+    self->losesFocus_ = true;
+    self->view_.resignFirstResponder();
+    self->losesFocus_ = false;
   }
 
   UIView& view_;
@@ -173,6 +179,7 @@ private:
   GtkEventController* focus_; ///< the widget's
   CGAffineTransform transform_;
   bool awaitsPixels_ = false;
+  bool losesFocus_ = false;
 };
 
 } // namespace

@@ -24,6 +24,13 @@ gboolean refuseSignIn(WebKitWebView*, WebKitAuthenticationRequest* request, gpoi
   return TRUE;
 }
 
+/// Nobody is asked anything: a question is answered with no, except whether a page may be left.
+gboolean refuseDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer) {
+  if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM)
+    webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
+  return TRUE;
+}
+
 /// Answers for a signal whose request needs no more than that.
 gboolean refuse() {
   return TRUE;
@@ -71,8 +78,8 @@ ObjectPointer<WebKitSettings> makeSettings() {
   g_object_set(settings.get(), "enable-developer-extras", FALSE, "enable-fullscreen", FALSE,
                "enable-media-stream", FALSE, "enable-webrtc", FALSE, "enable-page-cache", FALSE,
                "allow-file-access-from-file-urls", FALSE, "allow-universal-access-from-file-urls",
-               FALSE, "allow-modal-dialogs", FALSE, "enable-back-forward-navigation-gestures",
-               FALSE, "media-playback-requires-user-gesture", TRUE, nullptr);
+               FALSE, "enable-back-forward-navigation-gestures", FALSE,
+               "media-playback-requires-user-gesture", TRUE, nullptr);
   // A page that is out of sight still counts its messages.
   WebKitFeatureList* features = webkit_settings_get_all_features();
   for (gsize i = 0; i < webkit_feature_list_get_length(features); i++) {
@@ -89,8 +96,9 @@ void refuseRights(WebKitWebView* page) {
   g_signal_connect(page, "query-permission-state", G_CALLBACK(refuseState), nullptr);
   g_signal_connect(page, "run-file-chooser", G_CALLBACK(refuseFiles), nullptr);
   g_signal_connect(page, "authenticate", G_CALLBACK(refuseSignIn), nullptr);
+  g_signal_connect(page, "script-dialog", G_CALLBACK(refuseDialog), nullptr);
   g_signal_connect(page, "context-menu", G_CALLBACK(onContextMenu), nullptr);
-  for (const char* signal : {"print", "show-notification", "enter-fullscreen", "script-dialog"})
+  for (const char* signal : {"print", "show-notification", "enter-fullscreen"})
     g_signal_connect(page, signal, G_CALLBACK(refuse), nullptr);
   refuseZoomBy(GTK_WIDGET(page));
 }

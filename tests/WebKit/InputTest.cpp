@@ -73,6 +73,19 @@ TEST_F(InputTest, KeysGoWhereTheFocusIs) {
   EXPECT_TRUE(waitFor([&] { return evaluate(*view, "keys") == Value("xz"); }, 5));
   click(50, 350);
   EXPECT_EQ(evaluate(*view, "document.activeElement.id"), Value("b"));
+
+  // Another window takes the keyboard for a while.
+  GtkWidget* second = gtk_window_new();
+  gtk_window_present(GTK_WINDOW(second));
+  runFor(0.2);
+  activate(second);
+  EXPECT_FALSE(gtk_window_is_active(GTK_WINDOW(top)));
+  activate(top);
+  gtk_window_destroy(GTK_WINDOW(second));
+  EXPECT_TRUE(view->isFirstResponder());
+  type("w");
+  EXPECT_TRUE(waitFor([&] { return evaluate(*view, "b.value") == Value("w"); }, 5));
+
   type("Tab"); // past the page's last
   EXPECT_TRUE(waitFor([&] { return field->isEditing(); }, 5));
 }

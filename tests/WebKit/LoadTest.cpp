@@ -136,6 +136,15 @@ TEST_F(LoadTest, EndsWithItsViewWhateverIsUnderWay) {
   EXPECT_EQ(answers, 1);
   EXPECT_FALSE(listener->has("finish"));
   EXPECT_TRUE(listener->errors.empty());
+
+  view = makeWebView();
+  const std::weak_ptr<WKWebView> dropped = view;
+  listener->onFinish = [&] { // while the page tells
+    view->removeFromSuperview();
+    view = nullptr;
+  };
+  load(*view, server(http, "/"));
+  EXPECT_TRUE(waitFor([&] { return dropped.expired(); }));
 }
 
 } // namespace

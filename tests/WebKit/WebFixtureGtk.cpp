@@ -151,12 +151,19 @@ void WebTest::drive(const std::vector<std::string>& words) {
   runFor(0.1);
 }
 
+static std::string idOf(GtkWidget* of) {
+  return std::to_string(gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(of))));
+}
+
+void WebTest::activate(GtkWidget* other) {
+  drive({"windowfocus", idOf(other)});
+}
+
 void WebTest::click(double x, double y) {
-  GdkSurface* surface = gtk_native_get_surface(GTK_NATIVE(top));
-  const std::string id = std::to_string(gdk_x11_surface_get_xid(surface));
+  activate(top);
   double left = 0, up = 0;
   gtk_native_get_surface_transform(GTK_NATIVE(top), &left, &up);
-  drive({"windowfocus", id, "mousemove", "--window", id, std::to_string(int(x + left)),
+  drive({"mousemove", "--window", idOf(top), std::to_string(int(x + left)),
          std::to_string(int(y + up)), "click", "1"});
 }
 

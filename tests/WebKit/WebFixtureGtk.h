@@ -27,12 +27,16 @@ public:
   std::vector<Value> messages;
   WKNavigationActionPolicy linkPolicy = WKNavigationActionPolicy::Allow;
   std::function<std::shared_ptr<WKWebView>(WKWebView&, const WKWebViewConfiguration&)> open;
+  std::function<void()> onFinish;
 
   bool has(const std::string& line) const;
   int count(const std::string& line) const;
 
   WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction& action) override;
-  void didFinish(WKWebView&) override { lines.emplace_back("finish"); }
+  void didFinish(WKWebView&) override {
+    lines.emplace_back("finish");
+    if (onFinish) onFinish();
+  }
   void didFail(WKWebView&, const Error& error) override { add("fail", error); }
   void didFailProvisionalNavigation(WKWebView&, const Error& error) override {
     add("provisional failure", error);
@@ -79,6 +83,8 @@ protected:
   /// With the real pointer and keyboard, at a point of the window.
   void click(double x, double y);
   void type(const std::string& keys);
+  /// Gives the keyboard to a window, as a window manager does.
+  void activate(GtkWidget* other);
 
   std::shared_ptr<Listener> listener = std::make_shared<Listener>();
   WKWebViewConfiguration configuration;

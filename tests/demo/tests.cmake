@@ -1,4 +1,4 @@
-zuvi_test(demo LINKS zuvi_demo_core zuvi_test_support GTest::gtest_main)
+zuvi_test(demo WINDOWS LINKS zuvi_demo_core zuvi_test_support GTest::gtest_main)
 # The window test runs the real program.
 if(TARGET zuvi-demo)
   add_dependencies(test_demo zuvi-demo)
