@@ -191,6 +191,7 @@ gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
 
 void Page::onLoad(WebKitWebView*, WebKitLoadEvent event, Page* self) {
   if (event == WEBKIT_LOAD_STARTED) self->failed_ = false;
+  if (event == WEBKIT_LOAD_COMMITTED) self->aborted_ = 0;
   if (const char* uri = webkit_web_view_get_uri(self->page_)) self->address_ = uri;
   // The engine also finishes what has failed.
   if (event == WEBKIT_LOAD_FINISHED && !self->failed_) self->client_.didFinish();
@@ -204,8 +205,26 @@ void Page::fail(WebKitLoadEvent when, const Error& error) {
     client_.didFail(error);
 }
 
-gboolean Page::onFailure(WebKitWebView*, WebKitLoadEvent event, const char*, GError* error,
+void Page::loadAgain(const char* address) {
+  failed_ = true; // the attempt before, of which nobody hears
+  // With the headers that were asked for, unless a link led elsewhere.
+  if (request_ && g_str_equal(webkit_uri_request_get_uri(request_.get()), address))
+    webkit_web_view_load_request(page_, request_.get());
+  else
+    webkit_web_view_load_uri(page_, address);
+}
+
+gboolean Page::onFailure(WebKitWebView*, WebKitLoadEvent event, const char* address, GError* error,
                          Page* self) {
+  // Now and then the engine gives up a connection with an untrusted certificate without saying why.
+  // What others cancel bears another code.
+  constexpr int mostAttempts = 5;
+  if (event == WEBKIT_LOAD_STARTED && g_str_has_prefix(address, "https:") &&
+      g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) && self->aborted_++ < mostAttempts) {
+    self->loadAgain(address);
+    return TRUE;
+  }
+  self->aborted_ = 0;
   self->fail(event, errorOfLoad(*error));
   return TRUE; // no page of the engine's own about it
 }
@@ -216,14 +235,9 @@ gboolean Page::onUntrusted(WebKitWebView*, const char* address, GTlsCertificate*
   const std::string host = uri && g_uri_get_host(uri) ? g_uri_get_host(uri) : "";
   if (uri) g_uri_unref(uri);
   if (!host.empty() && isTrusted(certificate, host, self->engine_.host().additionalAuthorities())) {
-    self->failed_ = true; // this attempt, of which nobody hears
     webkit_network_session_allow_tls_certificate_for_host(self->engine_.session(), certificate,
                                                           host.c_str());
-    // With the headers that were asked for, unless a link led elsewhere.
-    if (self->request_ && g_str_equal(webkit_uri_request_get_uri(self->request_.get()), address))
-      webkit_web_view_load_request(self->page_, self->request_.get());
-    else
-      webkit_web_view_load_uri(self->page_, address);
+    self->loadAgain(address);
     return TRUE;
   }
   self->fail(WEBKIT_LOAD_STARTED, {NSURLErrorDomain, NSURLErrorServerCertificateUntrusted,

@@ -26,6 +26,7 @@ public:
 private:
   WKNavigationAction actionOf(WebKitNavigationAction* action) const;
   void fillContents(const WKUserContentController& controller);
+  void loadAgain(const char* address);
   void fail(WebKitLoadEvent when, const Error& error);
 
   static gboolean onPolicy(WebKitWebView*, WebKitPolicyDecision*, WebKitPolicyDecisionType, Page*);
@@ -46,6 +47,7 @@ private:
   ObjectPointer<GCancellable> scripts_;  ///< those that have not answered yet
   ObjectPointer<WebKitURIRequest> request_;
   std::string address_; ///< where the last load led
+  int aborted_ = 0;     ///< attempts of a load that the engine gave up
   bool failed_ = false; ///< since the load began
 };
 
