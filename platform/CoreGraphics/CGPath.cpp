@@ -79,6 +79,14 @@ void CGPath::close() {
   elements_.push_back({Verb::Close, {}});
 }
 
+CGPath CGPath::applying(const CGAffineTransform& transform) const {
+  CGPath moved = *this;
+  for (Element& element : moved.elements_)
+    for (CGPoint& point : element.points)
+      point = transform.apply(point);
+  return moved;
+}
+
 CGRect CGPath::boundingBox() const {
   bool any = false;
   double left = 0, top = 0, right = 0, bottom = 0;

@@ -27,6 +27,9 @@ public:
   void arc(CGPoint center, double radius, double start, double end);
   void close();
 
+  /// A copy with every point moved.
+  CGPath applying(const CGAffineTransform& transform) const;
+
   bool isEmpty() const { return elements_.empty(); }
   const std::vector<Element>& elements() const { return elements_; }
   /// The box around all points, controls included.

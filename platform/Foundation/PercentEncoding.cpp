@@ -16,6 +16,14 @@ int hexDigit(char c) {
   return -1;
 }
 
+void appendEscaped(std::string& result, char c) {
+  constexpr const char* digits = "0123456789ABCDEF";
+  const auto byte = static_cast<unsigned char>(c);
+  result += '%';
+  result += digits[byte >> 4];
+  result += digits[byte & 15];
+}
+
 CharacterSet alphanumericsAnd(std::string_view others) {
   CharacterSet set(alphanumerics);
   set.insert(others);
@@ -58,18 +66,34 @@ void CharacterSet::remove(std::string_view characters) {
 std::optional<std::string> addingPercentEncoding(std::string_view text,
                                                  const CharacterSet& allowed) {
   if (!isValidUtf8(text)) return std::nullopt;
-  constexpr const char* digits = "0123456789ABCDEF";
   std::string result;
   result.reserve(text.size());
-  for (const char c : text) {
-    if (allowed.contains(c)) {
+  for (const char c : text)
+    if (allowed.contains(c))
       result += c;
-      continue;
-    }
-    const auto byte = static_cast<unsigned char>(c);
-    result += '%';
-    result += digits[byte >> 4];
-    result += digits[byte & 15];
+    else
+      appendEscaped(result, c);
+  return result;
+}
+
+std::optional<std::string> addingPercentEncodingOf(std::string_view text,
+                                                   std::string_view escaped) {
+  if (!isValidUtf8(text)) return std::nullopt;
+  const auto continues = [&](std::size_t i) {
+    return i < text.size() && (static_cast<unsigned char>(text[i]) & 0xc0) == 0x80;
+  };
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t start = 0, end = 0; start < text.size(); start = end) {
+    end = start + 1;
+    while (continues(end))
+      end++;
+    const auto character = text.substr(start, end - start);
+    if (escaped.find(character) == std::string_view::npos)
+      result += character;
+    else
+      for (const char c : character)
+        appendEscaped(result, c);
   }
   return result;
 }

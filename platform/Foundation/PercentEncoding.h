@@ -29,6 +29,9 @@ private:
 /// Escapes every byte outside `allowed` as %XX, upper case. Absent when `text` is not UTF-8.
 std::optional<std::string> addingPercentEncoding(std::string_view text,
                                                  const CharacterSet& allowed);
+/// Escapes just the characters that `escaped` holds, which may lie outside of ASCII; all others
+/// stay. Absent when `text` is not UTF-8.
+std::optional<std::string> addingPercentEncodingOf(std::string_view text, std::string_view escaped);
 /// Absent when an escape is malformed or the result is not UTF-8.
 std::optional<std::string> removingPercentEncoding(std::string_view text);
 

@@ -38,10 +38,15 @@ struct URLSessionConfiguration {
   double timeoutIntervalForRequest = 60;
 };
 
+/// Where a task is: made but not started, on its way, cancelled but not yet told so, or over.
+enum class URLSessionTaskState { Suspended, Running, Canceling, Completed };
+
 /// One request on its way. Cancelling is the only thing to do with it besides starting it.
 class URLSessionDataTask {
 public:
   virtual ~URLSessionDataTask() = default;
+  /// Completed from just before the completion comes.
+  virtual URLSessionTaskState state() const = 0;
   /// Starts the request. A task that is never started never completes.
   virtual void resume() = 0;
   /// The completion then gets `NSURLErrorCancelled`, unless it has come already.

@@ -3,27 +3,42 @@
 #include "platform/Foundation/CurlAuthorities.h"
 #include "platform/Foundation/CurlTransport.h"
 
+#include <atomic>
 #include <utility>
 
 namespace zuvi {
 
 namespace {
 
+/// The transfer belongs to the session's thread; this is what other threads may see of it.
+using SharedState = std::shared_ptr<std::atomic<URLSessionTaskState>>;
+
 class DataTask final : public URLSessionDataTask {
 public:
-  DataTask(std::weak_ptr<CurlTransport> transport, std::shared_ptr<CurlTransfer> transfer)
-      : transport_(std::move(transport)), transfer_(std::move(transfer)) {}
+  DataTask(std::weak_ptr<CurlTransport> transport, std::shared_ptr<CurlTransfer> transfer,
+           SharedState state)
+      : transport_(std::move(transport)), transfer_(std::move(transfer)), state_(std::move(state)) {
+  }
 
+  URLSessionTaskState state() const override { return *state_; }
   void resume() override {
+    change(URLSessionTaskState::Suspended, URLSessionTaskState::Running);
     if (const auto transport = transport_.lock()) transport->start(transfer_);
   }
   void cancel() override {
+    change(URLSessionTaskState::Suspended, URLSessionTaskState::Canceling);
+    change(URLSessionTaskState::Running, URLSessionTaskState::Canceling);
     if (const auto transport = transport_.lock()) transport->cancel(transfer_);
   }
 
 private:
+  void change(URLSessionTaskState from, URLSessionTaskState to) {
+    state_->compare_exchange_strong(from, to);
+  }
+
   const std::weak_ptr<CurlTransport> transport_;
   const std::shared_ptr<CurlTransfer> transfer_;
+  const SharedState state_;
 };
 
 } // namespace
@@ -51,8 +66,17 @@ URLSession& URLSession::shared() {
 std::shared_ptr<URLSessionDataTask> URLSession::dataTask(const URLRequest& request,
                                                          Completion completion) {
   const double timeout = request.timeoutInterval.value_or(transport_->timeout);
-  auto transfer = std::make_shared<CurlTransfer>(request, timeout, std::move(completion));
-  return std::make_shared<DataTask>(transport_, std::move(transfer));
+  const auto state =
+      std::make_shared<std::atomic<URLSessionTaskState>>(URLSessionTaskState::Suspended);
+  auto transfer = std::make_shared<CurlTransfer>(
+      request, timeout,
+      [state, completion = std::move(completion)](std::optional<Data> data,
+                                                  std::optional<URLResponse> response,
+                                                  std::optional<Error> error) {
+        *state = URLSessionTaskState::Completed;
+        if (completion) completion(std::move(data), std::move(response), std::move(error));
+      });
+  return std::make_shared<DataTask>(transport_, std::move(transfer), state);
 }
 
 void URLSession::setAdditionalAuthorities(const std::string& pemFile) {

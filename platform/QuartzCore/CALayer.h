@@ -116,6 +116,8 @@ public:
   void addAnimation(const std::string& key, CABasicAnimation animation);
   void removeAnimation(const std::string& key);
   void removeAllAnimations();
+  /// The running animation of that key; null when there is none.
+  const CABasicAnimation* animation(const std::string& key) const;
   bool hasAnimations() const { return !animations_.empty(); }
   bool isAnimating(LayerProperty property) const;
   LayerValue presented(LayerProperty property) const;

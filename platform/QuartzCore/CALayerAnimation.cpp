@@ -114,6 +114,11 @@ bool CALayer::isAnimating(LayerProperty property) const {
   });
 }
 
+const CABasicAnimation* CALayer::animation(const std::string& key) const {
+  const auto found = animations_.find(key);
+  return found == animations_.end() ? nullptr : &found->second.animation;
+}
+
 void CALayer::removeAnimation(const std::string& key) {
   finish(key, false);
 }

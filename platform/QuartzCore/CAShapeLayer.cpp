@@ -1,11 +1,14 @@
 #include "platform/QuartzCore/CAShapeLayer.h"
 
-#include "platform/QuartzCore/DrawingContext.h"
-
 namespace zuvi {
 
 void CAShapeLayer::setPath(CGPath path) {
   path_ = std::move(path);
+  setNeedsDisplay();
+}
+
+void CAShapeLayer::setFillRule(DrawingContext::FillRule rule) {
+  fillRule_ = rule;
   setNeedsDisplay();
 }
 
@@ -25,7 +28,7 @@ void CAShapeLayer::setLineWidth(double width) {
 }
 
 void CAShapeLayer::draw(DrawingContext& context) {
-  context.fill(path_, fillColor_);
+  context.fill(path_, fillColor_, fillRule_);
   context.stroke(path_, strokeColor_, lineWidth_);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/QuartzCore/CALayer.h"
+#include "platform/QuartzCore/DrawingContext.h"
 
 namespace zuvi {
 
@@ -9,6 +10,8 @@ class CAShapeLayer : public CALayer {
 public:
   const CGPath& path() const { return path_; }
   void setPath(CGPath path);
+  void setFillRule(DrawingContext::FillRule rule);
+  CGColor fillColor() const { return fillColor_; }
   void setFillColor(const CGColor& color);
   void setStrokeColor(const CGColor& color);
   void setLineWidth(double width);
@@ -16,6 +19,7 @@ public:
 
 private:
   CGPath path_;
+  DrawingContext::FillRule fillRule_ = DrawingContext::FillRule::NonZero;
   CGColor fillColor_ = CGColor::black();
   CGColor strokeColor_ = CGColor::clear();
   double lineWidth_ = 1;

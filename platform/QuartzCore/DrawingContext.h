@@ -21,7 +21,9 @@ public:
 
   void fill(const CGRect& rect, const CGColor& color);
   void fill(const CGRect& rect, double cornerRadius, const CGColor& color);
-  void fill(const CGPath& path, const CGColor& color);
+  /// What several parts of the outline enclose is inside, or counts as inside and outside in turn.
+  enum class FillRule { NonZero, EvenOdd };
+  void fill(const CGPath& path, const CGColor& color, FillRule rule = FillRule::NonZero);
   /// The line is `width` points wide, with round ends and joins.
   void stroke(const CGPath& path, const CGColor& color, double width);
   /// From top to bottom through evenly spaced colours.

@@ -67,12 +67,14 @@ void DrawingContext::fill(const CGRect& rect, double cornerRadius, const CGColor
   gtk_snapshot_pop(native_.snapshot);
 }
 
-void DrawingContext::fill(const CGPath& path, const CGColor& color) {
+void DrawingContext::fill(const CGPath& path, const CGColor& color, FillRule rule) {
   if (path.isEmpty() || color.alpha <= 0) return;
   const graphene_rect_t area = toGraphene(CGRectInset(path.boundingBox(), -1, -1));
   cairo_t* context = gtk_snapshot_append_cairo(native_.snapshot, &area);
   trace(context, path);
   cairo_set_source_rgba(context, color.red, color.green, color.blue, color.alpha);
+  cairo_set_fill_rule(context, rule == FillRule::EvenOdd ? CAIRO_FILL_RULE_EVEN_ODD
+                                                         : CAIRO_FILL_RULE_WINDING);
   cairo_fill(context);
   cairo_destroy(context);
 }

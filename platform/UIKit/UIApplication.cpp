@@ -22,6 +22,11 @@ bool UIApplication::openURL(const URL& url) {
   return opener_ ? opener_(url) : openWithDesktop(url);
 }
 
+bool UIApplication::canOpenURL(const URL& url) const {
+  if (opener_) return !canOpen_ || canOpen_(url);
+  return desktopCanOpen(url);
+}
+
 void UIApplication::setActive(bool active) {
   if (active == active_) return;
   active_ = active;

@@ -22,14 +22,19 @@ inline constexpr const char* UIApplicationWillResignActiveNotification =
 /// The address that leads to the settings of this program.
 inline constexpr const char* UIApplicationOpenSettingsURLString = "app-settings:";
 
-/// The on-screen keyboard is about to show or hide. User info: the keyboard's frame on the screen
-/// at the end (a dictionary of x, y, width, height in points) and the length of its movement in
-/// seconds.
+/// The on-screen keyboard is about to show or hide, or has moved. User info: the keyboard's frame
+/// on the screen before and after (dictionaries of x, y, width, height in points), the length of
+/// its movement in seconds and the number of its curve.
 inline constexpr const char* UIKeyboardWillShowNotification = "UIKeyboardWillShowNotification";
 inline constexpr const char* UIKeyboardWillHideNotification = "UIKeyboardWillHideNotification";
+inline constexpr const char* UIKeyboardDidChangeFrameNotification =
+    "UIKeyboardDidChangeFrameNotification";
+inline constexpr const char* UIKeyboardFrameBeginUserInfoKey = "UIKeyboardFrameBeginUserInfoKey";
 inline constexpr const char* UIKeyboardFrameEndUserInfoKey = "UIKeyboardFrameEndUserInfoKey";
 inline constexpr const char* UIKeyboardAnimationDurationUserInfoKey =
     "UIKeyboardAnimationDurationUserInfoKey";
+inline constexpr const char* UIKeyboardAnimationCurveUserInfoKey =
+    "UIKeyboardAnimationCurveUserInfoKey";
 
 /// The program: who has the focus, where touches and keys go, how addresses are opened. Main queue
 /// only.
@@ -42,8 +47,15 @@ public:
 
   /// Opens an address in the program that the desktop names for it. False when there is none.
   bool openURL(const URL& url);
-  /// Replaces the desktop's way of opening; null restores it.
-  void setURLOpener(std::function<bool(const URL&)> opener) { opener_ = std::move(opener); }
+  /// Whether there is such a program. Opens nothing.
+  bool canOpenURL(const URL& url) const;
+  /// Replaces the desktop's way of opening; null restores it. Without `canOpen` the opener counts
+  /// as one that takes everything.
+  void setURLOpener(std::function<bool(const URL&)> opener,
+                    std::function<bool(const URL&)> canOpen = {}) {
+    opener_ = std::move(opener);
+    canOpen_ = std::move(canOpen);
+  }
 
   UIView* firstResponder() const { return firstResponder_; }
   /// Null: nobody has the focus.
@@ -84,7 +96,7 @@ private:
   UIView* touched_ = nullptr;
   bool active_ = false;
   int ignoring_ = 0;
-  std::function<bool(const URL&)> opener_;
+  std::function<bool(const URL&)> opener_, canOpen_;
 };
 
 } // namespace zuvi

@@ -47,8 +47,9 @@ void UIButton::refresh() {
   const double strength = now == UIControlState::Highlighted ? dimmed
                           : now == UIControlState::Disabled  ? disabled
                                                              : 1;
-  titleLabel_->setAlpha(strength);
-  imageView_->setAlpha(strength);
+  // A colour or picture made for the state says enough by itself.
+  titleLabel_->setAlpha(colors_.contains(now) ? 1 : strength);
+  imageView_->setAlpha(images_.contains(now) ? 1 : strength);
   invalidateIntrinsicContentSize();
 }
 

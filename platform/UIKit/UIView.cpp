@@ -70,13 +70,13 @@ void UIView::insertSubview(std::shared_ptr<UIView> view, std::size_t index) {
     layerIndex = static_cast<std::size_t>(
         std::find(layers.begin(), layers.end(), subviews_[index]->layer_) - layers.begin());
   }
-  UIView& added = *view;
-  subviews_.insert(subviews_.begin() + static_cast<std::ptrdiff_t>(index), std::move(view));
-  added.superview_ = this;
-  layer_->insertSublayer(added.layer_, layerIndex);
+  subviews_.insert(subviews_.begin() + static_cast<std::ptrdiff_t>(index), view);
+  view->superview_ = this;
+  layer_->insertSublayer(view->layer_, layerIndex);
   setNeedsLayout();
-  added.setNeedsLayout();
-  if (window()) added.windowChanged();
+  view->setNeedsLayout();
+  if (window()) view->windowChanged();
+  view->didMoveToSuperview();
 }
 
 void UIView::bringSubviewToFront(const std::shared_ptr<UIView>& view) {
@@ -99,6 +99,7 @@ void UIView::removeFromSuperview() {
   });
   superview->setNeedsLayout();
   if (wasOnWindow) windowChanged();
+  didMoveToSuperview();
 }
 
 void UIView::windowChanged() {
@@ -169,6 +170,16 @@ CGPoint UIView::convertFromScreen(CGPoint point) const {
   if (superview_) point = superview_->convertFromScreen(point);
   const auto inverse = layer_->transformToSuperlayer().inverted();
   return inverse ? inverse->apply(point) : CGPoint{};
+}
+
+CGRect UIView::convertFromScreen(const CGRect& rect) const {
+  const CGRect above = superview_ ? superview_->convertFromScreen(rect) : rect;
+  const auto inverse = layer_->transformToSuperlayer().inverted();
+  return inverse ? inverse->apply(above) : CGRect{};
+}
+
+CGRect UIView::convert(const CGRect& rect, const UIView* from) const {
+  return convertFromScreen(from ? from->convertToScreen(rect) : rect);
 }
 
 void UIView::setContentMode(UIViewContentMode mode) {

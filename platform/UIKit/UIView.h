@@ -68,6 +68,9 @@ public:
   CGPoint convertToScreen(CGPoint point) const;
   CGRect convertToScreen(const CGRect& rect) const;
   CGPoint convertFromScreen(CGPoint point) const;
+  CGRect convertFromScreen(const CGRect& rect) const;
+  /// A rectangle of another view's coordinates in this view's; null: of the screen's.
+  CGRect convert(const CGRect& rect, const UIView* from) const;
 
   // Appearance
   double alpha() const { return layer_->opacity(); }
@@ -97,6 +100,8 @@ public:
   /// The size that the contents take when `size.width` is all there is. A view with constraints
   /// asks them.
   virtual CGSize sizeThatFits(CGSize size) const;
+  /// Takes the size that the contents ask for; the top left corner stays.
+  void sizeToFit();
   void invalidateIntrinsicContentSize();
   unsigned autoresizingMask() const { return autoresizingMask_; }
   void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
@@ -152,6 +157,8 @@ public:
 
   /// Called after the view came onto a window or left it.
   virtual void didMoveToWindow() {}
+  /// Called after the view came into a superview or left it.
+  virtual void didMoveToSuperview() {}
 
   /// Runs `changes`; what they set moves over `duration` seconds (ease in and out). `completion`
   /// comes once, with false if something else cut the movement short.

@@ -49,6 +49,7 @@ public:
   virtual void viewDidLayoutSubviews() {}
   /// What the nib of this screen has to connect.
   virtual void declareNib(NibDeclaration&) {}
+  virtual bool shouldAutorotate() const { return true; }
   /// A mask of orientations; portrait is 2.
   virtual unsigned supportedInterfaceOrientations() const { return 2; }
   virtual int preferredInterfaceOrientationForPresentation() const { return 1; }

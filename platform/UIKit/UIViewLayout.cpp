@@ -64,6 +64,13 @@ CGSize UIView::sizeThatFits(CGSize size) const {
   return intrinsicContentSize();
 }
 
+void UIView::sizeToFit() {
+  const CGSize fit = sizeThatFits({-1, -1});
+  const CGRect now = frame();
+  setFrame({now.x, now.y, fit.width < 0 ? now.width : fit.width,
+            fit.height < 0 ? now.height : fit.height});
+}
+
 void UIView::invalidateIntrinsicContentSize() {
   // Views above may take their height from this one's.
   for (UIView* view = this; view; view = view->superview_)

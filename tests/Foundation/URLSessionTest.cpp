@@ -118,10 +118,13 @@ TEST_F(URLSessionTest, CancellingCompletesOnceInEveryState) {
   });
   Pending waiting, unstarted, done;
   auto task = session().dataTask(to(server.url("/wait")), waiting.completion());
+  EXPECT_EQ(task->state(), URLSessionTaskState::Suspended);
   task->resume();
   task->resume();
   arrived.wait();
+  EXPECT_EQ(task->state(), URLSessionTaskState::Running);
   task->cancel();
+  EXPECT_NE(task->state(), URLSessionTaskState::Running);
   task->cancel();
   EXPECT_EQ(waiting.outcome().code(), NSURLErrorCancelled);
   task = session().dataTask(to(server.url("/")), unstarted.completion());
@@ -132,6 +135,7 @@ TEST_F(URLSessionTest, CancellingCompletesOnceInEveryState) {
   task->resume();
   EXPECT_EQ(done.outcome().code(), 0);
   task->cancel();
+  EXPECT_EQ(task->state(), URLSessionTaskState::Completed);
   EXPECT_EQ(send(to(server.url("/"))).code(), 0); // later orders have been obeyed
   EXPECT_EQ(waiting.calls() + unstarted.calls() + done.calls(), 3);
   EXPECT_EQ(server.requests().size(), 3U);

@@ -1,6 +1,7 @@
 // The pixels that layers leave on the screen.
 
 #include "platform/QuartzCore/CAGradientLayer.h"
+#include "platform/QuartzCore/CAShapeLayer.h"
 #include "tests/UIKit/ScreenFixture.h"
 
 #include <numbers>
@@ -77,6 +78,23 @@ TEST_F(RenderingTest, OpacityCoversTheWholeSubtreeAsOne) {
   layer->setOpacity(0.5);
   EXPECT_PIXEL(40, 30, (Pixel{255, 128, 128}));
   EXPECT_PIXEL(20, 30, (Pixel{128, 128, 255})); // no red shines through
+}
+
+TEST_F(RenderingTest, ShapesAreFilledByTheirRule) {
+  const auto shape = watch("a shape", std::make_shared<CAShapeLayer>());
+  shape->setFrame({10, 10, 60, 60});
+  CGPath twice = CGPath::rect({0, 0, 60, 60});
+  for (const CGPoint corner : {CGPoint{20, 20}, {40, 20}, {40, 40}, {20, 40}})
+    corner == CGPoint{20, 20} ? twice.moveTo(corner) : twice.lineTo(corner);
+  twice.close();
+  shape->setPath(twice.applying(CGAffineTransform::scale(0.5, 0.5)));
+  shape->setFillColor(redColor);
+  window->layer()->addSublayer(shape);
+  EXPECT_PIXEL(25, 25, red);
+  EXPECT_PIXEL(50, 25, white);
+  shape->setFillRule(DrawingContext::FillRule::EvenOdd);
+  EXPECT_PIXEL(25, 25, white);
+  EXPECT_PIXEL(15, 25, red);
 }
 
 TEST_F(RenderingTest, TransformsKeepTheirPlaceAndNeverShowTheToolkitsError) {

@@ -45,6 +45,11 @@ TEST_F(ViewTest, TouchFindsTheTopmostViewThatCanBeSeen) {
     EXPECT_EQ(hit(50, 50), lower.get());
     conceal(false);
   }
+  upper->setAlpha(0);
+  UIView::animate(1, 2, {}, [&] { upper->setAlpha(1); });
+  EXPECT_EQ(hit(50, 50), lower.get()) << "it has yet to fade in";
+  time.advance(2.5);
+  EXPECT_EQ(hit(50, 50), upper.get());
   window->bringSubviewToFront(lower);
   EXPECT_EQ(hit(50, 50), lower.get());
   EXPECT_EQ(hit(100, 0), window.get()); // the right edge is outside
@@ -59,6 +64,10 @@ TEST_F(ViewTest, TouchFollowsTransforms) {
   view->setTransform(CGAffineTransform::rotation(std::numbers::pi / 2));
   EXPECT_EQ(hit(140, 80), view.get());
   EXPECT_EQ(hit(105, 110), window.get());
+  const CGRect turned = view->convert({130, 70, 20, 40}, nullptr);
+  EXPECT_NEAR(turned.x, 0, 1e-9);
+  EXPECT_NEAR(turned.width, 40, 1e-9);
+  EXPECT_EQ(window->convert({0, 0, 80, 20}, view.get()), view->frame());
   view->setTransform(CGAffineTransform::scale(0, 0));
   EXPECT_EQ(hit(140, 110), window.get());
   view->setTransform({});
