@@ -31,6 +31,7 @@ std::string Demo::start(std::function<void(int)> finished) {
 
   if (options_.server) ZVEndpoints::serverURL() = *options_.server;
   if (options_.tracking) ZVEndpoints::trackingURL() = *options_.tracking;
+  if (options_.chatTemplate) ZVEndpoints::chatTemplateURL() = *options_.chatTemplate;
   if (options_.authorities) ZVEndpoints::setAdditionalAuthorities(*options_.authorities);
   installCameras();
 

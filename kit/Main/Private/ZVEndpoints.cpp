@@ -14,6 +14,16 @@ std::string& ZVEndpoints::trackingURL() {
   return url;
 }
 
+std::string& ZVEndpoints::chatTemplateURL() {
+  static std::string url = "https://cdn.zuvichat.example/app/mobile/urls.json";
+  return url;
+}
+
+std::string& ZVEndpoints::chatDomain() {
+  static std::string domain = "zuvichat.example";
+  return domain;
+}
+
 void ZVEndpoints::setAdditionalAuthorities(const std::string& pemFile) {
   URLSession::setAdditionalAuthorities(pemFile);
 }

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "kit/Helper/LiveChat/ActivityIndicatorLayer.h"
+#include "platform/Foundation/NotificationCenter.h"
+#include "platform/UIKit/UILabel.h"
+
+namespace zuvi {
+
+/// A turning ring over the word that says what goes on.
+class ActivityIndicator final : public UIView {
+public:
+  ActivityIndicator();
+
+  void startAnimation();
+  /// Only ends watching over the movement: whoever stops it takes the view away.
+  void stopAnimation();
+  bool animating() const { return animating_; }
+
+  const std::shared_ptr<ActivityIndicatorLayer>& activityIndicator() const {
+    return activityIndicator_;
+  }
+  const std::shared_ptr<UILabel>& label() const { return label_; }
+
+  CGSize sizeThatFits(CGSize size) const override;
+  void layoutSubviews() override;
+  void didMoveToSuperview() override;
+  void didMoveToWindow() override;
+  void describe(Value::Dictionary& description) const override;
+
+private:
+  void applicationDidBecomeActive();
+
+  std::shared_ptr<ActivityIndicatorLayer> activityIndicator_;
+  std::shared_ptr<UILabel> label_;
+  bool animating_ = false;
+  NotificationObserver observer_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "kit/Helper/LiveChat/ReloadButton.h"
+#include "platform/Foundation/Observed.h"
+
+namespace zuvi {
+
+/// What went wrong, with a button to try again.
+class ErrorView final : public UIView {
+public:
+  ErrorView();
+
+  Observed<std::string> message;
+
+  const std::shared_ptr<ReloadButton>& reloadButton() const { return reloadButton_; }
+  const std::shared_ptr<UILabel>& label() const { return label_; }
+  CGSize sizeThatFits(CGSize size) const override;
+  void layoutSubviews() override;
+
+private:
+  std::shared_ptr<ReloadButton> reloadButton_;
+  std::shared_ptr<UILabel> label_;
+};
+
+} // namespace zuvi

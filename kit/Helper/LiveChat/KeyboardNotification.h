@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/Foundation/NotificationCenter.h"
+#include "platform/UIKit/UIView.h"
+
+namespace zuvi {
+
+/// What a notice of the keyboard says. What it lacks, or holds in another type, has a default.
+class KeyboardNotification {
+public:
+  explicit KeyboardNotification(Notification notification);
+
+  /// On the screen; empty when missing.
+  CGRect screenFrameBegin() const;
+  CGRect screenFrameEnd() const;
+  /// Seconds; 0.25 when missing.
+  double animationDuration() const;
+  /// The number of a curve; 0 (ease in and out) when missing.
+  int animationCurve() const;
+
+  /// The same frames in the coordinates of a view.
+  CGRect frameBeginForView(const UIView& view) const;
+  CGRect frameEndForView(const UIView& view) const;
+
+private:
+  CGRect frame(const char* key) const;
+
+  Notification notification_;
+  const Value::Dictionary& userInfo() const { return notification_.userInfo; }
+};
+
+} // namespace zuvi

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/UIKit/UIButton.h"
+
+namespace zuvi {
+
+/// The framed button under an error.
+class ReloadButton final : public UIButton {
+public:
+  ReloadButton();
+
+  CGSize sizeThatFits(CGSize size) const override;
+  void setHighlighted(bool highlighted) override;
+};
+
+} // namespace zuvi
