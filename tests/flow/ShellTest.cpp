@@ -1,22 +1,16 @@
 // The frame of the flow: what steps publish, its buttons, the keyboard, and the plain screens.
 
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
-#include "kit/Helper/LiveChat/LiveChatPresenter.h"
+#include "kit/Helper/LiveChat/LiveChat.h"
+#include "kit/Helper/LiveChat/Manager.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVMainViewController.h"
 #include "kit/UI/Views/ZVDocumentButton.h"
+#include "platform/Foundation/UserDefaults.h"
 #include "platform/UIKit/UIAlertController.h"
 #include "tests/flow/FlowTest.h"
 
 namespace zuvi {
 namespace {
-
-struct ScriptedChat final : LiveChatPresenter {
-  bool presented = false;
-  int calls = 0;
-  bool isChatPresented() const override { return presented; }
-  void presentChat(bool animated, std::function<void(bool)>) override { calls += animated; }
-};
 
 class ShellTest : public FlowTest {
 protected:
@@ -94,33 +88,47 @@ TEST_F(ShellTest, MakesRoomForTheKeyboard) {
 }
 
 TEST_F(ShellTest, OpensTheChatAndItsMessages) {
-  shell().received({"1", "before there is a chat"});
+  Manager& chat = Manager::sharedInstance();
+  EXPECT_EQ((*chat.configuration)->licenseId, "4173052");
+  EXPECT_EQ(LiveChat::allCustomVariables(), (CustomVariables{{"Merchant", "M"}}));
+  for (const char* key : {"LiveChat_unreadMessagesKey", "LiveChat_readMessagesKey"})
+    UserDefaults::standard().set(key, nullptr);
+  const auto say = [&](const std::string& id) {
+    chat.webViewBridge()->handle({{"messageType", "newMessage"},
+                                  {"text", "Hello é"},
+                                  {"id", id},
+                                  {"timestamp", 1},
+                                  {"author", Value::Dictionary{{"name", "Ann"}}}});
+    settle();
+    return std::dynamic_pointer_cast<UIAlertController>(shell().presentedViewController());
+  };
+  tap("infoButtonTap");
+  time.advance(0.2);
+  EXPECT_TRUE(LiveChat::isChatPresented());
+  EXPECT_FALSE(say("seen already"));
+  LiveChat::dismissChat();
   settle();
-  shell().dismiss(false);
-  settle();
-  const auto chat = make<ScriptedChat>();
-  shell().chat = chat;
-  chat->presented = true;
-  shell().received({"2", "seen already"});
-  EXPECT_FALSE(shell().presentedViewController());
-  chat->presented = false;
-  shell().received({"3", "Hello é"});
-  settle();
-  auto alert = std::dynamic_pointer_cast<UIAlertController>(shell().presentedViewController());
+
+  auto alert = say("1");
   ASSERT_TRUE(alert);
   EXPECT_EQ(alert->title() + "|" + alert->message(), "Support|Hello é");
   ASSERT_EQ(alert->actions().size(), 2U);
   EXPECT_EQ(alert->actions()[0].title + "|" + alert->actions()[1].title, "Go to Chat|Cancel");
+  EXPECT_EQ(alert->actions()[1].style, UIAlertAction::Style::Cancel);
   alert->choose(1);
   settle();
-  EXPECT_EQ(chat->calls, 0);
-  alert->actions()[0].handler();
-  EXPECT_EQ(chat->calls, 1);
-  chat->presented = true;
-  alert->actions()[0].handler();
-  EXPECT_EQ(chat->calls, 1) << "it is open already";
-  shell().handleURL(URL::fromString("https://host/a").value());
+  EXPECT_FALSE(LiveChat::isChatPresented());
+  alert = say("2");
+  ASSERT_TRUE(alert);
+  alert->choose(0);
+  time.advance(1);
+  EXPECT_TRUE(LiveChat::isChatPresented());
+  const auto page = chat.overlayViewController()->chatView();
+  page->decidePolicy(*page->webView(),
+                     {WKNavigationType::LinkActivated, URL::fromString("https://host/a"), true});
   EXPECT_EQ(opened, std::vector<std::string>{"https://host/a"});
+  LiveChat::dismissChat(false);
+  settle();
 }
 
 TEST_F(ShellTest, ShowsTheStartAndRestoresIt) {

@@ -17,6 +17,7 @@
 #include "platform/UIKit/OffscreenSurface.h"
 #include "platform/UIKit/UIApplication.h"
 #include "tests/kit/Backend.h"
+#include "tests/support/ScriptedWebEngine.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cmath>
@@ -46,6 +47,7 @@ protected:
     FileManager::setDocumentsDirectory(documents);
     AVCaptureDevice::setProvider(cameras);
     CTTelephonyNetworkInfo::setCarrierProvider(carrier);
+    WebEngine::install(browser);
     UIApplication::shared().setURLOpener([this](const URL& url) {
       opened.push_back(url.absoluteString());
       return true;
@@ -70,6 +72,7 @@ protected:
   ~KitTest() override {
     AVCaptureDevice::setProvider(nullptr);
     CTTelephonyNetworkInfo::setCarrierProvider(nullptr);
+    WebEngine::install(nullptr);
     UIApplication::shared().setURLOpener(nullptr);
     setPrintListener(nullptr);
     FileManager::setDocumentsDirectory(std::nullopt);
@@ -89,6 +92,7 @@ protected:
   static void useServer(const std::string& address) {
     ZVEndpoints::serverURL() = address;
     ZVEndpoints::trackingURL() = address + "track/";
+    ZVEndpoints::chatTemplateURL() = ""; // the chat asks nobody
     ZVKYCManager::shared().networkManager.serverURL = address;
   }
 
@@ -109,6 +113,8 @@ protected:
     return value && value->dictionary() ? *value->dictionary() : Value::Dictionary{};
   }
 
+  /// The chat, and the page in it, live as long as the process.
+  inline static const auto browser = std::make_shared<test::ScriptedWebEngine>();
   VirtualTime time;
   test::TemporaryFolder folder;
   const std::string documents = folder.path("documents");

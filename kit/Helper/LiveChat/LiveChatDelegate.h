@@ -6,13 +6,19 @@ namespace zuvi {
 
 struct LiveChatMessage;
 
-/// Who hears of the support chat. Main queue only.
+/// Who hears of the support chat. Every operation is optional: one that is not overridden does
+/// nothing. Main queue only.
 class LiveChatDelegate {
 public:
   virtual ~LiveChatDelegate() = default;
-  virtual void received(const LiveChatMessage& message) = 0;
+  /// A message that was not seen before.
+  virtual void received(const LiveChatMessage&) {}
   /// A link that leads out of the chat.
-  virtual void handleURL(const URL& url) = 0;
+  virtual void handleURL(const URL&) {}
+  /// The chat has come all the way in.
+  virtual void chatPresented() {}
+  /// The chat has gone, other than by the close button over a page that never came.
+  virtual void chatDismissed() {}
 };
 
 } // namespace zuvi

@@ -1,7 +1,7 @@
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 
+#include "kit/Helper/LiveChat/LiveChat.h"
 #include "kit/Helper/LiveChat/LiveChatMessage.h"
-#include "kit/Helper/LiveChat/LiveChatPresenter.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
@@ -22,6 +22,7 @@ constexpr double bottomBarHeight = 88;    // points above the safe area
 constexpr double keyboardOverlap = 50;    // points of the keyboard's height that may cover
 constexpr double spaceAfterKeyboard = 40; // points
 constexpr UIColor fullStopColor = UIColor::bytes(71, 168, 232);
+constexpr const char* chatLicense = "4173052";
 constexpr UIColor laterPageColor = UIColor::bytes(235, 87, 87);
 
 } // namespace
@@ -119,6 +120,7 @@ void ZVRootViewController::viewDidLoad() {
     button->setBackgroundColor(color);
     button->setTitleColor(textColorOn(color));
   }
+  configureLiveChat();
 }
 
 void ZVRootViewController::viewDidDisappear(bool animated) {
@@ -151,7 +153,7 @@ void ZVRootViewController::bottomButtonTap() {
 }
 
 void ZVRootViewController::infoButtonTap() {
-  if (chat) chat->presentChat(true, {});
+  LiveChat::presentChat();
 }
 
 void ZVRootViewController::closeButtonTap() {
@@ -206,13 +208,18 @@ void ZVRootViewController::adjustingHeight(bool show, const Notification& notifi
 
 // Chat
 
+void ZVRootViewController::configureLiveChat() {
+  LiveChat::licenseId = chatLicense;
+  if (const auto& merchant = ZVKYCHelper::instance().merchant->displayName)
+    LiveChat::setVariable("Merchant", *merchant);
+  LiveChat::delegate = std::static_pointer_cast<ZVRootViewController>(shared_from_this());
+}
+
 void ZVRootViewController::received(const LiveChatMessage& message) {
-  if (chat && chat->isChatPresented()) return;
+  if (LiveChat::isChatPresented()) return;
   const auto alert = make<UIAlertController>("Support", message.text);
-  const std::weak_ptr<LiveChatPresenter> opener = chat;
-  alert->addAction({"Go to Chat", UIAlertAction::Style::Default, [opener] {
-                      const auto open = opener.lock();
-                      if (open && !open->isChatPresented()) open->presentChat(true, {});
+  alert->addAction({"Go to Chat", UIAlertAction::Style::Default, [] {
+                      if (!LiveChat::isChatPresented()) LiveChat::presentChat();
                     }});
   alert->addAction({"Cancel", UIAlertAction::Style::Cancel, {}});
   present(alert, true);

@@ -16,7 +16,6 @@
 
 namespace zuvi {
 
-class LiveChatPresenter;
 class ZVKYCCameraViewController;
 
 /// The frame of a run: title, description, page dots, back, close and info buttons and the bottom
@@ -53,9 +52,6 @@ public:
   Observed<int> currentPage;
   std::function<void()> bottomButtonAction;
 
-  /// Who opens the support chat; null: there is none.
-  std::shared_ptr<LiveChatPresenter> chat;
-
   const std::shared_ptr<UINavigationController>& mainNC() const { return mainNC_; }
 
   void declareNib(NibDeclaration& nib) override;
@@ -80,6 +76,7 @@ private:
   void backButtonTap();
   void bottomButtonTap();
   void infoButtonTap();
+  void configureLiveChat();
   void registerNotifications();
   void keyboardWillShow(const Notification& notification);
   void keyboardWillHide(const Notification& notification);

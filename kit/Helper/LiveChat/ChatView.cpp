@@ -1,0 +1,371 @@
+#include "kit/Helper/LiveChat/ChatView.h"
+
+#include "kit/Helper/LiveChat/LiveChatState.h"
+#include "kit/Helper/LiveChat/WebViewAnimationCoordinator.h"
+#include "kit/Main/Private/ZVEndpoints.h"
+#include "platform/Foundation/FileManager.h"
+#include "platform/Foundation/Print.h"
+#include "platform/Foundation/Utf8.h"
+#include "platform/UIKit/UIApplication.h"
+#include "platform/WebKit/WKWebsiteDataStore.h"
+
+#include <utility>
+
+namespace zuvi {
+
+namespace {
+
+constexpr const char* reloadCall = "delayed_reload";
+constexpr double reloadDelay = 0.2; // seconds in which several writes give one load
+constexpr int maxLength = 2000;     // of the page's address, in characters
+constexpr const char* userAgentSuffix = " WebView_Widget_iOS/2.0.7";
+
+CGRect shortenedByOne(const CGRect& frame) {
+  return {frame.x, frame.y, frame.width, frame.height - 1.0};
+}
+
+} // namespace
+
+ChatView::ChatView(const CGRect& frame, std::shared_ptr<const Bundle> resources)
+    : UIView(frame), customVariables(std::nullopt, [this] { reloadWithDelay(); }),
+      webViewBridge(nullptr,
+                    [this] {
+                      if (*webViewBridge) (*webViewBridge)->webView = webView_;
+                    }),
+      resources_(std::move(resources)) {}
+
+std::weak_ptr<ChatView> ChatView::weak() {
+  return std::static_pointer_cast<ChatView>(shared_from_this());
+}
+
+void ChatView::didMake() {
+  if (WKWebView::isAvailable()) makeWebView();
+  setBackgroundColor(UIColor::clear());
+  loadingView_->outletName = "loadingView";
+  loadingView_->setAutoresizingMask(FlexibleWidth | FlexibleHeight);
+  loadingView_->delegate = weak();
+  loadingView_->setFrame(bounds());
+  loadingView_->startAnimation();
+  addSubview(loadingView_);
+  registerNotifications();
+}
+
+void ChatView::makeWebView() {
+  WKWebViewConfiguration configuration;
+  configuration.userContentController->addScriptMessageHandler(weak(), iOSMessageHandlerName);
+  const auto path = resources_->path("LiveChatWidget", "js");
+  const auto source = path ? FileManager::contents(*path) : std::nullopt;
+  if (source && isValidUtf8(source->view()))
+    configuration.userContentController->addUserScript(
+        {source->string(), WKUserScriptInjectionTime::AtDocumentStart, true});
+  else
+    print("Exception while injecting LiveChatWidget.js script");
+
+  webView_ = make<WKWebView>(frame(), configuration);
+  webView_->outletName = "webView";
+  addSubview(webView_);
+  webView_->setAutoresizingMask(FlexibleWidth | FlexibleHeight);
+  webView_->navigationDelegate = weak();
+  webView_->uiDelegate = weak();
+  webView_->scrollView()->minimumZoomScale = 1.0;
+  webView_->scrollView()->maximumZoomScale = 1.0;
+  webView_->setOpaque(false);
+  webView_->setBackgroundColor(UIColor::white());
+  webView_->setFrame(frame());
+  webView_->setAlpha(0);
+}
+
+void ChatView::registerNotifications() {
+  const auto observe = [this](const char* name, std::function<void(const Notification&)> handler) {
+    observers_.push_back(NotificationCenter::defaultCenter().observe(name, std::move(handler)));
+  };
+  const auto willChange = [this](const Notification& notification) {
+    keyboardWillChangeFrameNotification(notification);
+  };
+  observe(UIApplicationDidBecomeActiveNotification,
+          [this](const auto&) { applicationDidBecomeActiveNotification(); });
+  observe(UIApplicationWillResignActiveNotification,
+          [this](const auto&) { applicationWillResignActiveNotification(); });
+  observe(UIKeyboardWillShowNotification, willChange);
+  observe(UIKeyboardWillHideNotification, willChange);
+  observe(UIKeyboardDidChangeFrameNotification, [this](const Notification& notification) {
+    keyboardDidChangeFrameNotification(notification);
+  });
+}
+
+void ChatView::layoutSubviews() {
+  UIView::layoutSubviews();
+  if (webView_) loadingView_->setFrame(webView_->frame());
+}
+
+// Loading
+
+void ChatView::setConfiguration(std::optional<LiveChatConfiguration> configuration) {
+  const auto old = std::exchange(configuration_, std::move(configuration));
+  if (old && configuration_ && *old != *configuration_) reloadWithDelay();
+}
+
+void ChatView::reloadWithDelay() {
+  delayedCalls_.perform(reloadCall, reloadDelay, [this] { delayedReload(); });
+}
+
+void ChatView::delayedReload() {
+  delayedCalls_.cancel(reloadCall);
+  const auto& running = jsonCache_->currentTask();
+  if (running && running->state() == URLSessionTaskState::Running) return; // it will serve
+  showAsLoading();
+  jsonCache_->request([weak = weak()](const auto& templateURL, const auto& error) {
+    DispatchQueue::main().async([weak, templateURL, error] {
+      if (const auto self = weak.lock()) self->receivedTemplate(templateURL, error);
+    });
+  });
+}
+
+void ChatView::receivedTemplate(const std::optional<std::string>& templateURL,
+                                const std::optional<Error>& error) {
+  if (error) return displayLoadingError(error->description);
+  if (!templateURL) return displayLoadingError("Template URL not provided.");
+  if (!configuration_) return displayLoadingError("Configuration not provided.");
+  const auto url = buildUrl(*templateURL, *configuration_, *customVariables, maxLength);
+  if (!url || !webView_) {
+    print("error: Invalid url");
+    return displayLoadingError("Invalid url");
+  }
+  load(URLRequest(*url));
+}
+
+void ChatView::load(const URLRequest& request) {
+  // Asking for the user agent starts the browser, which a chat that nobody ever opened must not.
+  if (!LiveChatState::isChatOpenedBefore()) return;
+  webView_->evaluateJavaScript(
+      "navigator.userAgent",
+      [weak = weak(), request](const std::optional<Value>& result, const auto&) {
+        DispatchQueue::main().async([weak, request, result] {
+          const auto self = weak.lock();
+          const std::string* userAgent = result ? result->string() : nullptr;
+          if (!self || !userAgent) return;
+          self->webView_->setCustomUserAgent(*userAgent + userAgentSuffix);
+          if (LiveChatState::isChatOpenedBefore()) self->webView_->load(request);
+        });
+      });
+}
+
+void ChatView::showAsLoading() {
+  loadingView_->setAlpha(1.0);
+  loadingView_->startAnimation();
+}
+
+void ChatView::reload() {
+  if (!webView_) return;
+  showAsLoading();
+  webView_->reload();
+}
+
+void ChatView::displayLoadingError(const std::string& message) {
+  DispatchQueue::main().async([weak = weak(), message] {
+    if (const auto self = weak.lock()) self->loadingView_->displayLoadingError(message);
+  });
+}
+
+void ChatView::clearSession() {
+  WKWebsiteDataStore& store = WKWebsiteDataStore::defaultStore();
+  store.fetchDataRecords([weak = weak(), &store](const std::vector<WKWebsiteDataRecord>& records) {
+    for (const WKWebsiteDataRecord& record : records) {
+      const auto names = [&record](const std::string& domain) {
+        return !domain.empty() && record.displayName.find(domain) != std::string::npos;
+      };
+      if (!names("livechat") && !names(ZVEndpoints::chatDomain())) continue;
+      store.removeData({record}, [weak] {
+        if (const auto self = weak.lock()) self->reloadWithDelay();
+      });
+    }
+  });
+}
+
+// In and out
+
+void ChatView::presentChat(bool animated, const Completion& completion) {
+  if (!webView_) return;
+  // The load itself comes later and finds the mark.
+  if (!LiveChatState::isChatOpenedBefore()) delayedReload();
+  LiveChatState::markChatAsOpened();
+  const auto inSight = [this] {
+    webView_->setFrame(frameForSafeAreaInsets());
+    loadingView_->setFrame(webView_->frame());
+    webView_->setAlpha(1.0);
+  };
+  if (!animated) {
+    inSight();
+    presented(true, completion);
+    return;
+  }
+  animating_ = true;
+  webView_->setFrame({0, bounds().height, bounds().width, bounds().height});
+  loadingView_->setFrame(webView_->frame());
+  UIView::animate(0.5, 0, {AnimationCurve::Kind::Spring, 0.7, 0}, inSight,
+                  [weak = weak(), completion](bool finished) {
+                    if (const auto self = weak.lock()) self->presented(finished, completion);
+                  });
+}
+
+void ChatView::presented(bool finished, const Completion& completion) {
+  // One point less and more again makes the page lay itself out.
+  webView_->setFrame(shortenedByOne(frameForSafeAreaInsets()));
+  DispatchQueue::main().asyncAfter(0.1, [weak = weak()] {
+    const auto self = weak.lock();
+    if (self && self->isPageInSight()) self->webView_->setFrame(self->frameForSafeAreaInsets());
+  });
+  animating_ = false;
+  if (finished && *webViewBridge) (*webViewBridge)->postFocusEvent();
+  if (completion) completion(finished);
+}
+
+void ChatView::moveOutOfSight() {
+  webView_->setFrame({0, bounds().height, bounds().width, bounds().height});
+  loadingView_->setFrame(webView_->frame());
+  webView_->setAlpha(0);
+}
+
+void ChatView::dismissChat(bool animated, const Completion& completion) {
+  if (!webView_ || animating_) return;
+  endEditing(true);
+  if (!animated) {
+    moveOutOfSight();
+    dismissed(true, completion);
+    return;
+  }
+  animating_ = true;
+  UIView::animate(
+      0.2, 0, {AnimationCurve::Kind::EaseOut}, [this] { moveOutOfSight(); },
+      [weak = weak(), completion](bool finished) {
+        if (const auto self = weak.lock()) self->dismissed(finished, completion);
+      });
+}
+
+void ChatView::dismissed(bool finished, const Completion& completion) {
+  animating_ = false;
+  if (finished) {
+    if (*webViewBridge) (*webViewBridge)->postBlurEvent();
+    chatHidden();
+  }
+  if (completion) completion(finished);
+}
+
+void ChatView::chatHidden() {
+  if (const auto to = delegate.lock()) to->closedChatView();
+}
+
+void ChatView::close() {
+  // Without a page there is nothing to move out, but the way out must not be lost.
+  if (!webView_) return chatHidden();
+  dismissChat(true, [weak = weak()](bool finished) {
+    const auto self = weak.lock();
+    if (finished && self) self->chatHidden();
+  });
+}
+
+// Bars and keyboard
+
+CGRect ChatView::frameForSafeAreaInsets() const {
+  const UIEdgeInsets insets = safeAreaInsets();
+  return {insets.left, insets.top, bounds().width - insets.left - insets.right,
+          bounds().height - insets.top - insets.bottom};
+}
+
+void ChatView::triggerResize() {
+  if (!webView_) return;
+  const CGRect frame = frameForSafeAreaInsets();
+  webView_->setFrame(shortenedByOne(frame));
+  webView_->setFrame(frame);
+}
+
+void ChatView::keyboardWillChangeFrameNotification(const Notification& notification) {
+  delayedCalls_.cancelAll();
+  delayedCalls_.perform("delayedKeyboardWillChangeFrame", 0,
+                        [this, keyboard = KeyboardNotification(notification)] {
+                          delayedKeyboardWillChangeFrame(keyboard);
+                        });
+}
+
+void ChatView::keyboardDidChangeFrameNotification(const Notification& notification) {
+  delayedCalls_.cancelAll();
+  delayedCalls_.perform("delayedKeyboardDidChangeFrame", 0,
+                        [this, keyboard = KeyboardNotification(notification)] {
+                          delayedKeyboardDidChangeFrame(keyboard);
+                        });
+}
+
+void ChatView::delayedKeyboardWillChangeFrame(const KeyboardNotification& notification) {
+  if (webView_)
+    WebViewAnimationCoordinator().coordinateAnimation(webView_, shared_from_this(), notification);
+}
+
+void ChatView::delayedKeyboardDidChangeFrame(const KeyboardNotification&) {
+  triggerResize();
+}
+
+// The application
+
+void ChatView::applicationDidBecomeActiveNotification() {
+  if (isPageInSight() && *webViewBridge) (*webViewBridge)->postFocusEvent();
+}
+
+void ChatView::applicationWillResignActiveNotification() {
+  if (isPageInSight() && *webViewBridge) (*webViewBridge)->postBlurEvent();
+}
+
+// The page
+
+WKNavigationActionPolicy ChatView::decidePolicy(WKWebView&, const WKNavigationAction& action) {
+  if (action.navigationType != WKNavigationType::LinkActivated || !action.url)
+    return WKNavigationActionPolicy::Allow;
+  UIApplication& application = UIApplication::shared();
+  if (!application.canOpenURL(*action.url)) return WKNavigationActionPolicy::Allow;
+  if (const auto to = delegate.lock())
+    to->handleURL(*action.url);
+  else
+    application.openURL(*action.url);
+  return WKNavigationActionPolicy::Cancel;
+}
+
+std::shared_ptr<WKWebView> ChatView::createWebView(WKWebView& webView,
+                                                   const WKWebViewConfiguration& configuration,
+                                                   const WKNavigationAction& action) {
+  if (action.hasTargetFrame) return nullptr;
+  const auto opened = make<WKWebView>(webView.frame(), configuration);
+  opened->uiDelegate = weak();
+  webView.addSubview(opened);
+  return opened;
+}
+
+void ChatView::webViewDidClose(WKWebView& webView) {
+  webView.removeFromSuperview();
+}
+
+void ChatView::didFinish(WKWebView&) {
+  if (webView_ && webView_->alpha() == 0 && *webViewBridge) (*webViewBridge)->postBlurEvent();
+  UIView::animate(0.3, 1.0, {}, [this] { loadingView_->setAlpha(0); });
+}
+
+void ChatView::didFail(WKWebView&, const Error& error) {
+  print("Did fail navigation error: " + error.description);
+}
+
+void ChatView::didFailProvisionalNavigation(WKWebView&, const Error& error) {
+  loadingView_->setAlpha(1.0);
+  if (error.domain == NSURLErrorDomain && error.code == NSURLErrorCancelled) return;
+  loadingView_->displayLoadingError(error.description);
+}
+
+void ChatView::webContentProcessDidTerminate(WKWebView&) {
+  // The loading view has faded out long ago, and the way to reload or close with it.
+  loadingView_->setAlpha(1.0);
+  loadingView_->displayLoadingError("The chat has stopped unexpectedly.");
+}
+
+void ChatView::didReceiveScriptMessage(const WKScriptMessage& message) {
+  const Value::Dictionary* dictionary = message.body.dictionary();
+  if (dictionary && *webViewBridge) (*webViewBridge)->handle(*dictionary);
+}
+
+} // namespace zuvi

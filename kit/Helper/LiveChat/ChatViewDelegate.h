@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/Foundation/URL.h"
+
+namespace zuvi {
+
+/// Who acts on what the chat view can't do itself.
+class ChatViewDelegate {
+public:
+  virtual ~ChatViewDelegate() = default;
+  virtual void closedChatView() = 0;
+  /// A link that leads out of the chat; the chat doesn't follow it.
+  virtual void handleURL(const URL& url) = 0;
+};
+
+} // namespace zuvi

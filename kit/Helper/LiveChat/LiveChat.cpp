@@ -1,0 +1,52 @@
+#include "kit/Helper/LiveChat/LiveChat.h"
+
+#include "kit/Helper/LiveChat/Manager.h"
+#include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
+
+namespace zuvi {
+
+Observed<std::optional<std::string>> LiveChat::licenseId(std::nullopt, &updateConfiguration);
+Observed<std::optional<std::string>> LiveChat::groupId(std::nullopt, &updateConfiguration);
+Observed<std::optional<std::string>> LiveChat::name(std::nullopt, &updateConfiguration);
+Observed<std::optional<std::string>> LiveChat::email(std::nullopt, &updateConfiguration);
+Observed<std::weak_ptr<LiveChatDelegate>> LiveChat::delegate({}, [] {
+  Manager::sharedInstance().delegate = *delegate;
+});
+
+void LiveChat::updateConfiguration() {
+  if (!*licenseId) return;
+  Manager::sharedInstance().configuration = LiveChatConfiguration{
+      **licenseId, groupId->value_or("0"), name->value_or(""), email->value_or("")};
+}
+
+const std::optional<CustomVariables>& LiveChat::allCustomVariables() {
+  return *Manager::sharedInstance().customVariables;
+}
+
+void LiveChat::setAllCustomVariables(const std::optional<CustomVariables>&) {}
+
+bool LiveChat::isChatPresented() {
+  return Manager::sharedInstance().overlayViewController()->chatState() == ChatState::Presented;
+}
+
+int LiveChat::unreadMessagesCount() {
+  return UnreadMessagesCounter::counterValue();
+}
+
+void LiveChat::setVariable(const std::string& key, const std::string& value) {
+  Manager::sharedInstance().setVariable(key, value);
+}
+
+void LiveChat::presentChat(bool animated, const std::function<void(bool)>& completion) {
+  Manager::sharedInstance().presentChat(animated, completion);
+}
+
+void LiveChat::dismissChat(bool animated, const std::function<void(bool)>& completion) {
+  Manager::sharedInstance().dismissChat(animated, completion);
+}
+
+void LiveChat::clearSession() {
+  Manager::sharedInstance().clearSession();
+}
+
+} // namespace zuvi

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "kit/Helper/LiveChat/BuildUrl.h"
+#include "kit/Helper/LiveChat/LiveChatDelegate.h"
+#include "platform/Foundation/Observed.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// The door to the support chat, a page that floats in a window of its own. Main queue only.
+class LiveChat {
+public:
+  // Whose chat it is, and who the visitor is. Nothing takes effect before there is a license.
+  static Observed<std::optional<std::string>> licenseId, groupId, name, email;
+  static Observed<std::weak_ptr<LiveChatDelegate>> delegate;
+
+  /// What `setVariable` has gathered; absent before its first call.
+  static const std::optional<CustomVariables>& allCustomVariables();
+  /// Has no effect: variables are set one by one.
+  static void setAllCustomVariables(const std::optional<CustomVariables>& variables);
+
+  static bool isChatPresented();
+  static int unreadMessagesCount();
+
+  /// Tells the page, as a custom variable.
+  static void setVariable(const std::string& key, const std::string& value);
+  /// `completion` hears whether the movement came to its end. It never comes where no page can be
+  /// shown.
+  static void presentChat(bool animated = true,
+                          const std::function<void(bool finished)>& completion = {});
+  /// `completion` doesn't come either while the chat is still on its way in or out.
+  static void dismissChat(bool animated = true,
+                          const std::function<void(bool finished)>& completion = {});
+  /// Forgets the visitor: what the chat left on this machine.
+  static void clearSession();
+
+private:
+  static void updateConfiguration();
+};
+
+} // namespace zuvi

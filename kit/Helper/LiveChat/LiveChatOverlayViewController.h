@@ -1,0 +1,46 @@
+#pragma once
+
+#include "kit/Helper/LiveChat/ChatState.h"
+#include "kit/Helper/LiveChat/ChatView.h"
+#include "kit/Helper/LiveChat/LiveChatOverlayViewControllerDelegate.h"
+#include "platform/UIKit/UIViewController.h"
+#include "platform/UIKit/UIWindow.h"
+
+namespace zuvi {
+
+/// The screen of the floating chat window. While the chat is hidden its view lives in a window that
+/// is never shown, so that the page goes on out of sight.
+class LiveChatOverlayViewController final : public UIViewController, public ChatViewDelegate {
+public:
+  LiveChatOverlayViewController();
+
+  // Every write is passed on to the chat view.
+  Observed<std::shared_ptr<WebViewBridge>> webViewBridge;
+  Observed<std::optional<LiveChatConfiguration>> configuration;
+  Observed<std::optional<CustomVariables>> customVariables;
+  std::weak_ptr<LiveChatOverlayViewControllerDelegate> delegate;
+
+  const std::shared_ptr<ChatView>& chatView() const { return chatView_; }
+  const std::shared_ptr<UIWindow>& preloadingWindow() const { return preloadingWindow_; }
+  /// Hidden until the movement in has ended; presented until the movement out has.
+  ChatState chatState() const { return chatState_; }
+
+  /// The state follows only where there is a `completion`.
+  void presentChat(bool animated, const ChatView::Completion& completion);
+  void dismissChat(bool animated, const ChatView::Completion& completion);
+  void clearSession();
+
+  void viewDidLoad() override;
+  bool shouldAutorotate() const override { return true; }
+  unsigned supportedInterfaceOrientations() const override { return 30; }
+
+  void closedChatView() override;
+  void handleURL(const URL& url) override;
+
+private:
+  std::shared_ptr<ChatView> chatView_;
+  std::shared_ptr<UIWindow> preloadingWindow_ = make<UIWindow>();
+  ChatState chatState_ = ChatState::Hidden;
+};
+
+} // namespace zuvi

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "platform/Foundation/URL.h"
+
+namespace zuvi {
+
+/// Who owns the window of the overlay.
+class LiveChatOverlayViewControllerDelegate {
+public:
+  virtual ~LiveChatOverlayViewControllerDelegate() = default;
+  virtual void closedChatView() = 0;
+  virtual void handleURL(const URL& url) = 0;
+};
+
+} // namespace zuvi

@@ -1,0 +1,301 @@
+// When the page is loaded, how it moves in and out, and where its links lead.
+
+#include "kit/Helper/LiveChat/ChatView.h"
+#include "kit/Helper/ZVBundle.h"
+#include "tests/chat/ChatTest.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace zuvi::test {
+namespace {
+
+struct Owner final : ChatViewDelegate {
+  int closed = 0;
+  std::vector<std::string> links;
+  void closedChatView() override { closed++; }
+  void handleURL(const URL& url) override { links.push_back(url.absoluteString()); }
+};
+
+const std::string address = "https://chat.host/open?license=1&group=0&native_platform=ios";
+const std::string askAgent = "navigator.userAgent";
+const std::string focus = "LiveChatWidget_emitFocus();", blur = "LiveChatWidget_emitBlur();";
+
+class ChatViewTest : public ChatTest {
+protected:
+  ChatViewTest() {
+    engine->results[focus] = engine->results[blur] = nullptr;
+    window->makeKeyAndVisible();
+    remake();
+  }
+  void remake() {
+    if (view) view->removeFromSuperview();
+    view = make<ChatView>(CGRect{0, 0, 375, 812}, zvKitBundle());
+    view->webViewBridge = bridge;
+    view->delegate = owner;
+    window->addSubview(view);
+    bridge->handle({{"messageType", "ready"}}); // what the kit says goes at once
+    printed();
+  }
+  void TearDown() override {
+    const std::weak_ptr<ChatView> weak = view;
+    view->removeFromSuperview();
+    view = nullptr;
+    EXPECT_TRUE(weak.expired()) << "the view lives on";
+    window->setVisible(false);
+    ChatTest::TearDown();
+  }
+  void reloadLater() {
+    view->customVariables = std::nullopt;
+    time.advance(0.2);
+  }
+  void configure(const std::string& license = "1") { view->setConfiguration({{license}}); }
+  /// Opened before, configured, and its page there.
+  void preload() {
+    markOpened();
+    configure();
+    reloadLater();
+    ASSERT_TRUE(loaded());
+    page()->client.didFinish();
+    time.advance(2);
+    page()->scripts.clear();
+  }
+  ChatView::Completion note() {
+    return [this](bool finished) { ends.push_back(finished); };
+  }
+  WKWebView& web() { return *view->webView(); }
+  std::string errorShown() {
+    const auto& loading = view->loadingView();
+    return loading->errorView()->superview() ? *loading->errorView()->message : "";
+  }
+  /// Waits for the error that only the server's answer brings.
+  bool fails(const std::string& text) {
+    return time.waitUntil([&] { return errorShown() == text; });
+  }
+
+  std::shared_ptr<UIWindow> window = make<UIWindow>();
+  std::shared_ptr<WebViewBridge> bridge = std::make_shared<WebViewBridge>();
+  std::shared_ptr<Owner> owner = std::make_shared<Owner>();
+  std::shared_ptr<ChatView> view;
+  std::vector<bool> ends;
+};
+
+TEST_F(ChatViewTest, NothingOfThePageIsFetchedBeforeItWasOpenedOnce) {
+  view->customVariables = CustomVariables{{"a", "b"}};
+  view->customVariables = CustomVariables{{"Merchant", "a b"}};
+  time.advance(0.2);
+  EXPECT_TRUE(fails("Configuration not provided.")) << "everything else goes on";
+  configure();
+  time.advance(1);
+  EXPECT_EQ(errorShown(), "Configuration not provided.") << "the first one loads nothing";
+  view->customVariables = *view->customVariables;
+  time.advance(1);
+  EXPECT_EQ(errorShown(), "");
+  EXPECT_TRUE(engine->pages.empty()) << "not even the engine is started";
+
+  view->presentChat(true, note());
+  time.settle();
+  EXPECT_THAT(page()->loads, ElementsAre(address + "&params=Merchant%3Da%2520b"));
+  EXPECT_EQ(page()->userAgent, "Engine/1 WebView_Widget_iOS/2.0.7");
+  EXPECT_THAT(page()->scripts, ElementsAre(askAgent));
+  EXPECT_FALSE(page()->opaque);
+  EXPECT_EQ(page()->configuration.userContentController->userScripts().size(), 1U);
+  time.advance(1);
+  EXPECT_EQ(server.requests().size(), 1U) << "one request for the burst and all that followed";
+}
+
+TEST_F(ChatViewTest, ARequestUnderWayServes) {
+  configure();
+  answer({200, {}, "", Reply::Mode::NeverAnswer});
+  reloadLater();
+  EXPECT_TRUE(time.waitUntil([&] { return server.requests().size() == 1; }));
+  reloadLater();
+  view->presentChat(false);
+  answer({});
+  EXPECT_FALSE(
+      time.waitUntil([&] { return server.requests().size() > 1 || !page()->loads.empty(); }, 0.2));
+}
+
+TEST_F(ChatViewTest, ReloadsForWhatChangesAndNothingElse) {
+  preload();
+  configure(); // equal
+  time.advance(1);
+  EXPECT_EQ(page()->loads.size(), 1U);
+  configure("2");
+  EXPECT_EQ(view->loadingView()->alpha(), 0);
+  time.advance(0.1);
+  view->customVariables = std::nullopt;
+  time.advance(0.15);
+  EXPECT_EQ(page()->loads.size(), 2U) << "the first call took the other along";
+  EXPECT_EQ(view->loadingView()->alpha(), 1);
+  time.advance(1);
+  EXPECT_EQ(page()->loads.size(), 2U);
+  EXPECT_EQ(server.requests().size(), 1U) << "the template is known";
+
+  for (const char* event : {UIKeyboardWillShowNotification, UIKeyboardWillHideNotification,
+                            UIKeyboardDidChangeFrameNotification}) {
+    view->customVariables = std::nullopt;
+    time.advance(0.1);
+    NotificationCenter::defaultCenter().post(event);
+    time.advance(1);
+    EXPECT_EQ(page()->loads.size(), 2U) << "the keyboard drops what waits";
+  }
+  engine->results[askAgent] = 7;
+  view->customVariables = std::nullopt;
+  time.advance(1);
+  EXPECT_EQ(page()->loads.size(), 2U) << "no user agent, no load";
+  static_cast<LoadingViewDelegate&>(*view).reload();
+  EXPECT_EQ(page()->reloads, 1);
+}
+
+TEST_F(ChatViewTest, SaysWhatWentWrong) {
+  markOpened();
+  reloadLater();
+  EXPECT_TRUE(fails("Configuration not provided."));
+  configure("with blank ");
+  reloadLater();
+  EXPECT_EQ(errorShown(), "Invalid url");
+  EXPECT_THAT(printed(), ElementsAre("error: Invalid url"));
+
+  remake();
+  configure();
+  answer({200, {}, "", Reply::Mode::DropConnection});
+  reloadLater();
+  EXPECT_TRUE(time.waitUntil([&] { return !errorShown().empty(); }));
+  EXPECT_EQ(view->loadingView()->alpha(), 1);
+  answer({200, {}, R"({"chat_url":"chat.host/open?license={%license%}&group={%group%}"})"});
+  reloadLater();
+  EXPECT_EQ(errorShown(), "") << "the spinner is back";
+  ASSERT_TRUE(loaded()) << "a failure is not kept";
+
+  view->loadingView()->setAlpha(0);
+  page()->client.didFail({"Any", 1, "broke off"});
+  EXPECT_EQ(view->loadingView()->alpha(), 0);
+  EXPECT_THAT(printed(), ElementsAre("Did fail navigation error: broke off"));
+  page()->client.didFailProvisionalNavigation({NSURLErrorDomain, NSURLErrorCancelled, "other"});
+  EXPECT_EQ(view->loadingView()->alpha(), 1);
+  EXPECT_EQ(errorShown(), "") << "it gave way to another load";
+  page()->client.didFailProvisionalNavigation({"Any", NSURLErrorCancelled, "no host"});
+  EXPECT_EQ(errorShown(), "no host");
+  view->loadingView()->startAnimation();
+  view->loadingView()->setAlpha(0);
+  page()->client.processDidTerminate();
+  EXPECT_EQ(view->loadingView()->alpha(), 1);
+  EXPECT_NE(errorShown(), "");
+}
+
+TEST_F(ChatViewTest, MovesInAndOutWithTheirCallbacks) {
+  preload();
+  view->presentChat(true, note());
+  const CGRect whole{0, 44, 375, 812 - 44 - 34};
+  EXPECT_EQ(web().frame(), whole);
+  EXPECT_EQ(web().layer()->presented(LayerProperty::Position)[1], 812 * 1.5);
+  view->dismissChat(true, note());
+  time.advance(0.49);
+  EXPECT_TRUE(ends.empty()) << "one movement at a time";
+  time.advance(0.02);
+  EXPECT_THAT(ends, ElementsAre(true));
+  EXPECT_EQ(web().frame().height, whole.height - 1);
+  time.advance(0.1);
+  EXPECT_EQ(web().frame(), whole);
+
+  UIApplication::shared().setActive(true);
+  UIApplication::shared().setActive(false);
+  view->dismissChat(true, note());
+  EXPECT_EQ(web().frame(), (CGRect{0, 812, 375, 812}));
+  time.advance(0.25);
+  EXPECT_EQ(owner->closed, 1);
+  UIApplication::shared().setActive(true); // out of sight nobody comes or goes
+  UIApplication::shared().setActive(false);
+  EXPECT_THAT(page()->scripts, ElementsAre(focus, focus, blur, blur));
+
+  view->presentChat(false, note());
+  view->dismissChat(false, note());
+  EXPECT_EQ(ends.size(), 4U) << "at once";
+  time.advance(0.2);
+  EXPECT_EQ(web().frame().y, 812) << "what is away again is not brought back";
+  EXPECT_EQ(page()->loads.size(), 1U) << "and all of it without a load";
+}
+
+TEST_F(ChatViewTest, PreloadsOutOfSightAndShowsWhenThePageIsThere) {
+  preload();
+  page()->client.didFinish();
+  EXPECT_THAT(page()->scripts, ElementsAre(blur));
+  view->presentChat(false);
+  view->loadingView()->setAlpha(1);
+  page()->scripts.clear();
+  page()->client.didFinish();
+  EXPECT_TRUE(page()->scripts.empty());
+  time.advance(0.9);
+  EXPECT_EQ(view->loadingView()->layer()->presentedOpacity(), 1);
+  time.advance(0.5);
+  EXPECT_EQ(view->loadingView()->layer()->presentedOpacity(), 0);
+  NotificationCenter::defaultCenter().post(UIKeyboardDidChangeFrameNotification);
+  web().setFrame({0, 0, 10, 10});
+  time.settle();
+  EXPECT_EQ(web().frame(), (CGRect{0, 44, 375, 734})) << "laid out once the keyboard stands";
+}
+
+TEST_F(ChatViewTest, DecidesWhereLinksLead) {
+  preload();
+  using Type = WKNavigationType;
+  const auto decide = [&](Type type, const char* to, bool hasTarget = true) {
+    WKNavigationAction action{type, {}, hasTarget};
+    if (to) action.url = URL::fromString(to);
+    return page()->client.decidePolicy(action) == WKNavigationActionPolicy::Allow;
+  };
+  EXPECT_TRUE(decide(Type::Other, "https://away/"));
+  EXPECT_TRUE(decide(Type::LinkActivated, nullptr));
+  EXPECT_TRUE(decide(Type::LinkActivated, "strange:thing"));
+  EXPECT_TRUE(owner->links.empty() && opened.empty());
+  EXPECT_FALSE(decide(Type::LinkActivated, "https://away/"));
+  EXPECT_THAT(owner->links, ElementsAre("https://away/"));
+  owner = nullptr;
+  EXPECT_FALSE(decide(Type::LinkActivated, "mailto:a@b"));
+  EXPECT_THAT(opened, ElementsAre("mailto:a@b"));
+
+  EXPECT_EQ(page()->client.createPage({Type::Other, {}, true}), nullptr);
+  ASSERT_TRUE(page()->client.createPage({Type::Other, {}, false}));
+  ASSERT_EQ(engine->pages.size(), 2U);
+  ASSERT_EQ(web().subviews().size(), 1U);
+  EXPECT_EQ(web().subviews()[0]->frame(), web().frame());
+  engine->pages[1]->client.didClose();
+  EXPECT_TRUE(web().subviews().empty());
+  time.settle();
+  EXPECT_EQ(engine->pages.size(), 1U);
+}
+
+TEST_F(ChatViewTest, ForgetsOnlyWhatTheChatLeft) {
+  preload();
+  ZVEndpoints::chatDomain() = "second.example";
+  engine->records = {{"host.example"}, {"Livechat.example"}};
+  view->clearSession();
+  time.advance(1);
+  EXPECT_EQ(page()->loads.size(), 1U) << "none of it is the chat's";
+  engine->records = {{"mylivechat.com"}, {"host.example"}, {"a.second.example"}};
+  view->clearSession();
+  time.advance(1);
+  EXPECT_THAT(engine->removed, ElementsAre("mylivechat.com", "a.second.example"));
+  EXPECT_EQ(page()->loads.size(), 2U);
+}
+
+TEST_F(ChatViewTest, WithoutAWebViewThereIsStillAWayOut) {
+  engine->available = false;
+  remake();
+  EXPECT_FALSE(view->webView());
+  view->presentChat(true, note());
+  view->dismissChat(false, note());
+  configure();
+  reloadLater();
+  EXPECT_TRUE(fails("Invalid url"));
+  EXPECT_THAT(printed(), ElementsAre("error: Invalid url"));
+  EXPECT_TRUE(ends.empty());
+  static_cast<LoadingViewDelegate&>(*view).reload();
+  view->loadingView()->closeButton()->sendActions(UIControlEvent::TouchUpInside);
+  EXPECT_EQ(owner->closed, 1);
+  engine->available = true;
+  const TemporaryFolder empty;
+  make<ChatView>(CGRect{}, std::make_shared<Bundle>(empty.path()));
+  EXPECT_THAT(printed(), ElementsAre("Exception while injecting LiveChatWidget.js script"));
+}
+
+} // namespace
+} // namespace zuvi::test
