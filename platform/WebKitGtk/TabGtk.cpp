@@ -17,7 +17,7 @@ void onAnswer(GObject*, GAsyncResult* result, gpointer data) {
       webkit_web_view_evaluate_javascript_finish(question->page.get(), result, nullptr));
   GtkWidget* page = GTK_WIDGET(question->page.get());
   GtkRoot* top = gtk_widget_get_root(page);
-  if (leaves && jsc_value_to_boolean(leaves.get()) && top && gtk_widget_has_focus(page))
+  if (leaves && jsc_value_to_boolean(leaves.get()) && top && gtk_widget_is_focus(page))
     gtk_widget_child_focus(GTK_WIDGET(top), question->direction);
 }
 
