@@ -134,7 +134,7 @@ gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state
 
 /// A widget among our layers hands the focus on when a person leaves it with Tab.
 gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
-  if (gtk_widget_has_focus(widget)) return FALSE;
+  if (gtk_widget_is_focus(widget)) return FALSE;
   if (!gtk_widget_get_focus_child(widget)) return gtk_widget_grab_focus(widget);
   KeyPress tab;
   tab.name = "Tab";
