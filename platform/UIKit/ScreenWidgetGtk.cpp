@@ -132,15 +132,11 @@ gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state
   return TRUE;
 }
 
-/// A widget among our layers hands the focus on when a person leaves it with Tab.
-gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
+/// Among our layers the focus goes its own way: a widget that has no more use for Tab says so here,
+/// and the key comes to `onKey`.
+gboolean focus(GtkWidget* widget, GtkDirectionType) {
   if (gtk_widget_is_focus(widget)) return FALSE;
-  if (!gtk_widget_get_focus_child(widget)) return gtk_widget_grab_focus(widget);
-  KeyPress tab;
-  tab.name = "Tab";
-  tab.shift = direction == GTK_DIR_TAB_BACKWARD;
-  UIApplication::shared().keyPressed(tab);
-  return TRUE;
+  return gtk_widget_get_focus_child(widget) || gtk_widget_grab_focus(widget);
 }
 
 void onActive(GtkWindow* window, GParamSpec*, gpointer) {

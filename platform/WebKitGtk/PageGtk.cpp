@@ -3,7 +3,6 @@
 #include "platform/WebKitGtk/ErrorsGtk.h"
 #include "platform/WebKitGtk/PageWidgetGtk.h"
 #include "platform/WebKitGtk/RightsGtk.h"
-#include "platform/WebKitGtk/TabGtk.h"
 #include "platform/WebKitGtk/TrustGtk.h"
 #include "platform/WebKitGtk/ValuesGtk.h"
 
@@ -26,7 +25,6 @@ Page::Page(Engine& engine, UIView& view, WebPageClient& client,
                                        "settings", settings.get(), kin, shared, nullptr));
   setOpaque(true);
   refuseRights(page_);
-  letTabLeave(page_);
   g_signal_connect(page_, "decide-policy", G_CALLBACK(onPolicy), this);
   g_signal_connect(page_, "load-changed", G_CALLBACK(onLoad), this);
   g_signal_connect(page_, "load-failed", G_CALLBACK(onFailure), this);

@@ -88,6 +88,8 @@ TEST_F(InputTest, KeysGoWhereTheFocusIs) {
 
   type("Tab"); // past the page's last
   EXPECT_TRUE(waitFor([&] { return field->isEditing(); }, 5));
+  runFor(0.3);
+  EXPECT_TRUE(field->isEditing()) << "one step too many";
 }
 
 } // namespace
