@@ -49,7 +49,8 @@ public:
       std::function<void(std::optional<Value> result, std::optional<Error> error)>;
   void evaluateJavaScript(const std::string& script, ScriptCompletion completion = {});
 
-  /// Of the page; absent before the first load.
+  /// Of the page; absent before the first load. A title may come a moment after the page has
+  /// finished.
   std::optional<URL> url() const;
   std::string title() const;
 
