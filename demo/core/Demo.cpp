@@ -1,5 +1,7 @@
 #include "demo/core/Demo.h"
 
+#include "kit/Helper/LiveChat/LiveChat.h"
+#include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/Foundation/FileManager.h"
@@ -52,7 +54,20 @@ std::string Demo::start(std::function<void(int)> finished) {
   window_->setRootViewController(host_);
   window_->makeKeyAndVisible();
   watcher_.emplace([this](const std::string& name) { log_.screen(name); });
+  chatWatcher_ = std::make_shared<ChatWatcher>(ChatWatcher::Hooks{
+      [this](bool presented) { log_.chat(presented); },
+      [this](const LiveChatMessage& message) { log_.chatMessage(message.id, message.text); },
+      [this] { configureChat(); }});
+  chatWatcher_->start();
   return options_.drive ? startDriver() : "";
+}
+
+// The flow has just named its own account; what the command line says comes after it.
+void Demo::configureChat() const {
+  if (options_.chatGroup) LiveChat::groupId = options_.chatGroup;
+  if (options_.chatName) LiveChat::name = options_.chatName;
+  if (options_.chatEmail) LiveChat::email = options_.chatEmail;
+  if (options_.chatLicense) LiveChat::licenseId = options_.chatLicense;
 }
 
 void Demo::installCameras() const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "demo/core/ChatWatcher.h"
 #include "demo/core/Driver.h"
 #include "demo/core/EventLog.h"
 #include "demo/core/HostViewController.h"
@@ -27,6 +28,7 @@ public:
 private:
   std::string startDriver();
   void installCameras() const;
+  void configureChat() const;
   bool writePicture(const std::string& name) const;
 
   Options options_;
@@ -35,6 +37,7 @@ private:
   std::shared_ptr<UIWindow> window_;
   std::shared_ptr<HostViewController> host_;
   std::optional<ScreenWatcher> watcher_;
+  std::shared_ptr<ChatWatcher> chatWatcher_;
   std::optional<Driver> driver_;
   int outcomes_ = 0;
 };

@@ -11,8 +11,9 @@ namespace {
 // Fewest and most words behind each command.
 const std::map<std::string, std::pair<std::size_t, std::size_t>>& commands() {
   static const std::map<std::string, std::pair<std::size_t, std::size_t>> known{
-      {"wait", {1, 2}}, {"tap", {1, 1}},   {"expect", {2, 2}}, {"picture", {1, 1}},
-      {"dump", {1, 1}}, {"sleep", {1, 1}}, {"key", {1, 1}},    {"outcome", {0, 1}}};
+      {"wait", {1, 2}},   {"tap", {1, 1}},     {"expect", {2, 2}}, {"picture", {1, 1}},
+      {"dump", {1, 1}},   {"sleep", {1, 1}},   {"key", {1, 1}},    {"outcome", {0, 1}},
+      {"script", {1, 2}}, {"keyboard", {1, 2}}};
   return known;
 }
 
@@ -42,10 +43,15 @@ bool split(const std::string& line, std::vector<DriveCommand::Word>& words) {
   return true;
 }
 
-bool isSeconds(const std::string& text) {
+bool isNumber(const std::string& text) {
   std::istringstream stream(text);
   double value = -1;
   return stream >> value && stream.eof() && value >= 0;
+}
+
+bool isKeyboard(const DriveCommand& command) {
+  if (command.words.size() == 1) return command.word(0) == "hide";
+  return command.word(0) == "show" && isNumber(command.word(1));
 }
 
 } // namespace
@@ -70,8 +76,10 @@ std::variant<std::vector<DriveCommand>, std::string> parseDriveScript(const std:
     const bool lastIsSeconds = command.name == "sleep" ||
                                (command.name == "wait" && command.words.size() == 2) ||
                                (command.name == "outcome" && !command.words.empty());
-    if (lastIsSeconds && !isSeconds(command.words.back().text))
+    if (lastIsSeconds && !isNumber(command.words.back().text))
       return where + "a number of seconds was expected, there was " + command.words.back().text;
+    if (command.name == "keyboard" && !isKeyboard(command))
+      return where + "keyboard show HEIGHT or keyboard hide was expected";
     if (command.name == "expect" && command.word(0).find('.') == std::string::npos)
       return where + "NAME.PROPERTY was expected, there was " + command.word(0);
     result.push_back(std::move(command));

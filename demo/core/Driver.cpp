@@ -6,6 +6,7 @@
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIView.h"
+#include "platform/WebKit/WKWebView.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -20,6 +21,7 @@ constexpr double lookEvery = 0.02;
 constexpr double waitForScreen = 10;
 constexpr double waitForOutcome = 30;
 constexpr double waitForTransition = 5;
+constexpr double waitForScript = 10;
 
 double seconds(const std::string& text, double otherwise) {
   return text.empty() ? otherwise : std::strtod(text.c_str(), nullptr);
@@ -87,6 +89,11 @@ Driver::Step Driver::run(const DriveCommand& command) {
         {command.word(0), command.word(0).size() == 1 ? command.word(0) : "", false});
     return {};
   }
+  if (command.name == "script") return script(command);
+  if (command.name == "keyboard") {
+    if (keyboard_.slide(seconds(command.word(1), 0))) return {};
+    return {Step::State::Failed, "a keyboard that moves was expected, it was there already"};
+  }
   if (command.name == "picture") {
     if (hooks_.picture(command.word(0))) return {};
     return {Step::State::Failed, "a picture was expected, it could not be written"};
@@ -144,6 +151,32 @@ Driver::Step Driver::outcome(const DriveCommand& command) {
   }
   if (elapsed() < seconds(command.word(0), waitForOutcome)) return {Step::State::Wait, ""};
   return {Step::State::Failed, "an outcome was expected, there was none"};
+}
+
+Driver::Step Driver::script(const DriveCommand& command) {
+  const auto fail = [&](const std::string& there) {
+    scriptResult_ = nullptr;
+    const std::string wanted = command.words.size() > 1 ? command.word(1) : "an end";
+    return Step{Step::State::Failed, command.word(0) + ": " + wanted + " was expected, " + there};
+  };
+  if (!scriptResult_) {
+    const auto page = std::dynamic_pointer_cast<WKWebView>(findView("webView", false));
+    if (!page) return fail("there was no web view");
+    scriptResult_ = std::make_shared<std::optional<std::string>>();
+    page->evaluateJavaScript(
+        command.word(0), [result = scriptResult_](const std::optional<Value>& value,
+                                                  const std::optional<Error>& error) {
+          *result = error ? "the error " + error->description : readable(value.value_or(Value()));
+        });
+  }
+  if (!*scriptResult_) {
+    if (elapsed() < waitForScript) return {Step::State::Wait, ""};
+    return fail("it did not end");
+  }
+  const std::string there = **std::exchange(scriptResult_, nullptr);
+  if (command.words.size() > 1 ? there == command.word(1) : there.rfind("the error ", 0) != 0)
+    return {};
+  return fail("there was " + there);
 }
 
 } // namespace zuvi::demo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "demo/core/DriveScript.h"
+#include "demo/core/Keyboard.h"
 #include "platform/Foundation/Timer.h"
 
 #include <functional>
@@ -38,6 +39,7 @@ private:
   static Step tap(const DriveCommand& command);
   static Step expect(const DriveCommand& command);
   Step outcome(const DriveCommand& command);
+  Step script(const DriveCommand& command);
   double elapsed() const;
 
   std::string file_;
@@ -46,6 +48,9 @@ private:
   std::size_t at_ = 0;
   double commandStart_ = 0;
   int outcomesSeen_ = 0; ///< each `outcome` waits for a new one
+  Keyboard keyboard_;
+  /// The script that runs in the chat's page: what it gave, absent while it runs.
+  std::shared_ptr<std::optional<std::string>> scriptResult_;
   std::shared_ptr<Timer> timer_;
 };
 

@@ -62,6 +62,17 @@ void EventLog::opened(const std::string& url) {
   write({{"event", "opened"}, {"url", url}});
 }
 
+void EventLog::chat(bool presented) {
+  const std::string state = presented ? "presented" : "hidden";
+  say("chat     " + state);
+  write({{"event", "chat"}, {"state", state}});
+}
+
+void EventLog::chatMessage(const std::string& id, const std::string& text) {
+  say("chat     a message"); // what it says is between two people
+  write({{"event", "chat-message"}, {"id", id}, {"text", text}});
+}
+
 void EventLog::console(const std::string& line) {
   write({{"event", "console"}, {"text", line}});
 }

@@ -24,6 +24,8 @@ public:
   /// `identityId` absent: the call carries none.
   void outcome(const std::string& call, const std::optional<std::string>& identityId);
   void opened(const std::string& url);
+  void chat(bool presented);
+  void chatMessage(const std::string& id, const std::string& text);
   /// A line that some part of the program printed. Any thread.
   void console(const std::string& line);
 

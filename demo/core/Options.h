@@ -17,6 +17,7 @@ struct Options {
   Value::Dictionary metadata;
   std::optional<std::string> identity;
   std::optional<std::string> server, tracking, chatTemplate, authorities;
+  std::optional<std::string> chatLicense, chatGroup, chatName, chatEmail;
   std::optional<CameraSourceDescription> frontCamera, backCamera; ///< absent: the machine's own
   std::optional<CameraPermission> permission;
   CGSize screen{375, 812};

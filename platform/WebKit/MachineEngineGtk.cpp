@@ -3,6 +3,7 @@
 #include "platform/Dispatch/DispatchQueue.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/Print.h"
+#include "platform/Foundation/ProcessInfo.h"
 #include "platform/WebKit/WebModuleGtk.h"
 
 #include <dlfcn.h>
@@ -81,11 +82,10 @@ private:
 } // namespace
 
 std::string webModulePath() {
-  Dl_info info{};
-  if (!dladdr(reinterpret_cast<const void*>(&webModulePath), &info) || !info.dli_fname) return {};
   const std::filesystem::path built = ZUVI_BUILD_WEB_MODULE, name = built.filename();
+  const std::filesystem::path code =
+      ProcessInfo::folderOfCode(reinterpret_cast<const void*>(&webModulePath));
   std::error_code failed;
-  const auto code = std::filesystem::canonical(info.dli_fname, failed).parent_path();
   for (const std::filesystem::path& place :
        {code / name, code / "../lib/zuvisdk" / name, code / "zuvisdk" / name, built})
     if (std::filesystem::is_regular_file(place, failed)) return place.string();

@@ -92,7 +92,7 @@ std::shared_ptr<const UIImage> WKWebView::drawHierarchy(CGSize size) {
 
 void WKWebView::describe(Value::Dictionary& description) const {
   UIView::describe(description);
-  if (const auto address = url()) description["url"] = address->absoluteString();
+  if (const auto address = url()) description["address"] = address->absoluteString();
   if (const std::string text = title(); !text.empty()) description["title"] = text;
   description["alpha"] = alpha();
 }

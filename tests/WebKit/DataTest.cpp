@@ -1,6 +1,6 @@
 #include "tests/WebKit/WebFixtureGtk.h"
 
-#include "tests/support/Certificates.h"
+#include "sandbox/core/tls/ServerCredentials.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -51,11 +51,11 @@ class TrustTest : public WebTest {
 protected:
   ~TrustTest() override { URLSession::setAdditionalAuthorities(""); }
 
-  bool loads(const Identity& identity) {
+  bool loads(const sandbox::TlsCredentials& identity, const std::string& host = "localhost") {
     LoopbackServer https([](const Request&) { return Reply{.body = "secret"}; }, identity);
     const auto view = makeWebView();
     listener->lines.clear();
-    load(*view, server(https, "/"));
+    load(*view, https.url("/", host));
     EXPECT_TRUE(waitFor([&] { return listener->has("finish") || !listener->errors.empty(); }));
     runFor(0.2);
     EXPECT_EQ(listener->count("finish") + listener->count("provisional failure"), 1);
@@ -70,20 +70,31 @@ protected:
     return finished;
   }
 
-  Authority authority_;
+  /// For localhost and 127.0.0.1, of the authority with that name.
+  sandbox::TlsCredentials issue(const std::string& authority,
+                                std::time_t at = std::time(nullptr)) const {
+    return *sandbox::serverCredentials(folder_.path(authority), at);
+  }
+  void trust(const std::string& authority) const {
+    URLSession::setAdditionalAuthorities(folder_.path(authority + "/ca.pem"));
+  }
+
   TemporaryFolder folder_;
 };
 
 TEST_F(TrustTest, TrustsAFurtherAuthorityOnlyWhenTheProgramAddedIt) {
-  EXPECT_FALSE(loads(authority_.good()));
-  URLSession::setAdditionalAuthorities(folder_.write("other.pem", Authority().certificate()));
-  EXPECT_FALSE(loads(authority_.good()));
-  URLSession::setAdditionalAuthorities(
-      folder_.write("ca.pem", Authority().certificate() + authority_.certificate()));
-  EXPECT_FALSE(loads(authority_.forAnotherHost()));
-  EXPECT_FALSE(loads(authority_.expired()));
-  EXPECT_TRUE(loads(authority_.good()));
-  EXPECT_FALSE(loads(authority_.expired()));
+  constexpr std::time_t years = 2 * 365 * 24 * 3600L;
+  const auto good = issue("known"), expired = issue("old", std::time(nullptr) - years);
+  issue("other");
+  EXPECT_FALSE(loads(good));
+  trust("other");
+  EXPECT_FALSE(loads(good));
+  trust("old");
+  EXPECT_FALSE(loads(expired));
+  trust("known");
+  EXPECT_FALSE(loads(good, "other.localhost"));
+  EXPECT_TRUE(loads(good));
+  EXPECT_FALSE(loads(expired));
 }
 
 } // namespace

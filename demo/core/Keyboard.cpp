@@ -1,0 +1,42 @@
+#include "demo/core/Keyboard.h"
+
+#include "platform/Foundation/NotificationCenter.h"
+#include "platform/Foundation/Timer.h"
+#include "platform/UIKit/UIApplication.h"
+#include "platform/UIKit/UIScreen.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zuvi::demo {
+
+namespace {
+
+constexpr double slideTime = 0.25; // seconds
+
+/// Where a keyboard of that height is; out of sight it waits below the screen.
+Value frameOf(double visible, double height) {
+  const CGRect screen = UIScreen::main().bounds();
+  return Value::Dictionary{
+      {"x", 0.0}, {"y", screen.height - visible}, {"width", screen.width}, {"height", height}};
+}
+
+} // namespace
+
+bool Keyboard::slide(double height) {
+  const double before = std::exchange(height_, height);
+  if (before == height) return false;
+  const double tall = std::max(before, height);
+  const Value::Dictionary info{{UIKeyboardFrameBeginUserInfoKey, frameOf(before, tall)},
+                               {UIKeyboardFrameEndUserInfoKey, frameOf(height, tall)},
+                               {UIKeyboardAnimationDurationUserInfoKey, slideTime},
+                               {UIKeyboardAnimationCurveUserInfoKey, 0}};
+  NotificationCenter::defaultCenter().post(
+      height > 0 ? UIKeyboardWillShowNotification : UIKeyboardWillHideNotification, info);
+  arrival_ = Timer::scheduled(slideTime, Timer::Repeats::No, [info] {
+    NotificationCenter::defaultCenter().post(UIKeyboardDidChangeFrameNotification, info);
+  });
+  return true;
+}
+
+} // namespace zuvi::demo
