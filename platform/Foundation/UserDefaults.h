@@ -2,28 +2,37 @@
 
 #include "platform/Foundation/Value.h"
 
+#include <memory>
 #include <string>
 
 namespace zuvi {
 
-/// Small values that outlive the process: one JSON file, replaced atomically at each write. A
-/// damaged file reads as empty and is kept aside under another name. Main queue only.
+/// Small values that outlive the process: one JSON file, replaced atomically. A damaged file reads
+/// as empty and is kept aside under another name. Main queue only.
 class UserDefaults {
 public:
   /// The file of the running program, below the user's configuration folder.
   static UserDefaults& standard();
   explicit UserDefaults(std::string path);
+  /// What was set is on the disk.
+  ~UserDefaults();
+  UserDefaults(const UserDefaults&) = delete;
+  UserDefaults& operator=(const UserDefaults&) = delete;
 
-  /// Null when nothing is stored under the key.
-  Value value(const std::string& key) const;
-  /// Null removes the key. A value that JSON cannot hold is not stored.
+  /// Null when nothing is stored under the key. Holds until the key is set.
+  const Value& value(const std::string& key) const;
+  /// Null removes the key. A value that JSON cannot hold is not stored. The file follows soon, on
+  /// another thread, with all that was set until then.
   void set(const std::string& key, const Value& value);
+  /// Adds to a stored list, at a cost that does not grow with it. False when there is none.
+  bool append(const std::string& key, const Value& element);
+  /// Returns when all that was set is on the disk.
+  void synchronize();
 
 private:
-  void save() const;
-
-  std::string path_;
-  Value::Dictionary values_;
+  struct File;
+  void saveSoon();
+  std::shared_ptr<File> file_;
 };
 
 } // namespace zuvi

@@ -54,6 +54,7 @@ public:
   const bool* boolean() const { return std::get_if<bool>(&value_); }
   const std::string* string() const { return std::get_if<std::string>(&value_); }
   const List* list() const { return std::get_if<List>(&value_); }
+  List* list() { return std::get_if<List>(&value_); }
   const Dictionary* dictionary() const { return std::get_if<Dictionary>(&value_); }
   const Date* date() const { return std::get_if<Date>(&value_); }
   const URL* url() const { return std::get_if<URL>(&value_); }

@@ -47,7 +47,9 @@ TEST(UserDefaultsTest, ADamagedFileIsKeptAsideAndReadsAsEmpty) {
     UserDefaults defaults(path);
     EXPECT_TRUE(defaults.value("a").isNull());
     EXPECT_EQ(TemporaryFolder::read(path + ".damaged"), bytes);
+    defaults.set("a", 1);
     defaults.set("a", 2);
+    defaults.synchronize();
     EXPECT_EQ(UserDefaults(path).value("a"), 2);
     EXPECT_EQ(TemporaryFolder::read(path + ".damaged"), bytes);
   }

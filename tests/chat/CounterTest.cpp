@@ -26,9 +26,10 @@ TEST_F(ChatTest, CountersHoldOverDamagedDefaults) {
     Counter::resetCounter();
     EXPECT_TRUE(defaults.value(unreadKey).isNull()) << "an empty set is no key";
     EXPECT_FALSE(Counter::handleUnreadMessage("a")) << what;
-    EXPECT_TRUE(Counter::handleUnreadMessage("b"));
+    EXPECT_TRUE(Counter::handleUnreadMessage("c") && Counter::handleUnreadMessage("b"));
+    EXPECT_EQ(Counter::counterValue(), 2);
     Counter::resetCounter();
-    EXPECT_EQ(defaults.value(readKey), Value(Value::List{"a", "b"})) << "it only grows";
+    EXPECT_EQ(defaults.value(readKey), Value(Value::List{"a", "b", "c"})) << "it only grows";
     LiveChatState::markChatAsOpened();
     EXPECT_TRUE(LiveChatState::isChatOpenedBefore()) << what;
   }

@@ -332,7 +332,7 @@ std::shared_ptr<WKWebView> ChatView::createWebView(WKWebView& webView,
                                                    const WKWebViewConfiguration& configuration,
                                                    const WKNavigationAction& action) {
   if (action.hasTargetFrame) return nullptr;
-  const auto opened = make<WKWebView>(webView.frame(), configuration);
+  auto opened = make<WKWebView>(webView.frame(), configuration);
   opened->uiDelegate = weak();
   webView.addSubview(opened);
   return opened;

@@ -10,7 +10,9 @@ bool LiveChatState::isChatOpenedBefore() {
 }
 
 void LiveChatState::markChatAsOpened() {
-  if (!isChatOpenedBefore()) UserDefaults::standard().set(chatOpenedKey, true);
+  if (isChatOpenedBefore()) return;
+  UserDefaults::standard().set(chatOpenedKey, true);
+  UserDefaults::standard().synchronize();
 }
 
 } // namespace zuvi

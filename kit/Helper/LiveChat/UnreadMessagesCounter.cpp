@@ -2,11 +2,33 @@
 
 #include "platform/Foundation/UserDefaults.h"
 
+#include <algorithm>
+
 namespace zuvi {
 
+namespace {
+
+/// Null when the value is no list of texts.
+const Value::List* storedTexts(const std::string& key) {
+  const Value::List* list = UserDefaults::standard().value(key).list();
+  const auto isText = [](const Value& element) { return element.string() != nullptr; };
+  return list && std::all_of(list->begin(), list->end(), isText) ? list : nullptr;
+}
+
+} // namespace
+
 std::set<std::string> UnreadMessagesCounter::currentSet(const std::string& key) {
-  const auto stored = UserDefaults::standard().value(key).listOfStrings();
-  return stored ? std::set<std::string>(stored->begin(), stored->end()) : std::set<std::string>();
+  std::set<std::string> found;
+  if (const Value::List* stored = storedTexts(key))
+    for (const Value& id : *stored)
+      found.insert(*id.string());
+  return found;
+}
+
+bool UnreadMessagesCounter::contains(const std::string& key, const std::string& id) {
+  const Value::List* stored = storedTexts(key);
+  return stored && std::any_of(stored->begin(), stored->end(),
+                               [&id](const Value& element) { return *element.string() == id; });
 }
 
 void UnreadMessagesCounter::persist(const std::optional<std::set<std::string>>& set,
@@ -21,11 +43,10 @@ int UnreadMessagesCounter::counterValue() {
 }
 
 bool UnreadMessagesCounter::handleUnreadMessage(const std::string& id) {
-  std::set<std::string> unread = currentSet(unreadMessagesKey);
-  const std::set<std::string> read = currentSet(readMessagesKey);
-  if (unread.contains(id) || read.contains(id)) return false;
-  unread.insert(id);
-  persist(unread, unreadMessagesKey);
+  if (contains(unreadMessagesKey, id) || contains(readMessagesKey, id)) return false;
+  // A page may send thousands: no set is built and stored anew for each.
+  if (!storedTexts(unreadMessagesKey) || !UserDefaults::standard().append(unreadMessagesKey, id))
+    persist(std::set<std::string>{id}, unreadMessagesKey);
   return true;
 }
 

@@ -20,6 +20,7 @@ private:
   static constexpr const char* unreadMessagesKey = "LiveChat_unreadMessagesKey";
   static constexpr const char* readMessagesKey = "LiveChat_readMessagesKey";
 
+  static bool contains(const std::string& key, const std::string& id);
   /// A value of another type reads as the empty set.
   static std::set<std::string> currentSet(const std::string& key);
   /// An absent set removes the key.
