@@ -1,3 +1,2 @@
 add_library(zuvi_test_support INTERFACE)
-target_sources(zuvi_test_support INTERFACE ${CMAKE_CURRENT_LIST_DIR}/SanitizerDefaults.cpp)
 target_link_libraries(zuvi_test_support INTERFACE zuvi_options zuvi_sandbox_core)
