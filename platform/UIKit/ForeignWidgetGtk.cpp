@@ -94,6 +94,11 @@ public:
     gtk_widget_grab_focus(focused ? widget_ : screenWidget);
   }
 
+  void setCoveredBottom(double height) override {
+    if (std::exchange(covered_, height) == height) return;
+    if (screenWidget) gtk_widget_queue_allocate(screenWidget);
+  }
+
   std::shared_ptr<const UIImage> picture(CGSize size, double scale) override {
     takeDrawing();
     if (!layer_->node) return nullptr;
@@ -111,7 +116,8 @@ public:
   }
 
   void putInPlace() {
-    const CGRect bounds = view_.bounds();
+    CGRect bounds = view_.bounds();
+    bounds.height = std::max(0.0, bounds.height - covered_);
     layer_->setFrame(bounds);
     const bool shown = isOnShow();
     if (shown && !gtk_widget_get_child_visible(widget_)) awaitsPixels_ = true;
@@ -178,6 +184,7 @@ private:
   std::shared_ptr<WidgetLayer> layer_;
   GtkEventController* focus_; ///< the widget's
   CGAffineTransform transform_;
+  double covered_ = 0;
   bool awaitsPixels_ = false;
   bool losesFocus_ = false;
 };

@@ -27,6 +27,8 @@ public:
   /// Gives it the keyboard, or takes it away. When a person moves the keyboard to the widget, the
   /// view becomes first responder.
   virtual void setFocused(bool focused) = 0;
+  /// How much of the view's bottom the widget leaves free, in points.
+  virtual void setCoveredBottom(double height) = 0;
   /// What it shows from its top left corner, as a picture of that size in points. Null when it has
   /// shown nothing yet.
   virtual std::shared_ptr<const UIImage> picture(CGSize size, double scale) = 0;

@@ -1,8 +1,10 @@
 #include "platform/WebKit/WKWebView.h"
 
 #include "platform/Dispatch/DispatchQueue.h"
+#include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zuvi {
@@ -25,7 +27,11 @@ std::optional<Error> refusal(const URLRequest& request) {
 } // namespace
 
 WKWebView::WKWebView(const CGRect& frame, const WKWebViewConfiguration& configuration)
-    : UIView(frame), configuration_(configuration), scrollView_(make<UIScrollView>()) {}
+    : UIView(frame), configuration_(configuration), scrollView_(make<UIScrollView>()) {
+  for (const char* name : {UIKeyboardWillShowNotification, UIKeyboardWillHideNotification})
+    keyboard_.push_back(NotificationCenter::defaultCenter().observe(
+        name, [this](const Notification& notification) { keyboardMoved(notification); }));
+}
 
 WKWebView::~WKWebView() = default;
 
@@ -43,6 +49,27 @@ void WKWebView::adopt(std::unique_ptr<WebPage> page) {
   if (!page_) return;
   if (!opaque_) page_->setOpaque(false);
   if (!customUserAgent_.empty()) page_->setCustomUserAgent(customUserAgent_);
+  leaveRoomForKeyboard();
+}
+
+void WKWebView::keyboardMoved(const Notification& notification) {
+  const Value* frame = valueForKey(notification.userInfo, UIKeyboardFrameEndUserInfoKey);
+  const Value* y = frame && frame->dictionary() ? valueForKey(*frame->dictionary(), "y") : nullptr;
+  keyboardTop_ =
+      y && notification.name == UIKeyboardWillShowNotification ? y->number() : std::nullopt;
+  leaveRoomForKeyboard();
+}
+
+void WKWebView::leaveRoomForKeyboard() {
+  if (!page_) return;
+  const CGRect place = superview() ? superview()->convertToScreen(frame()) : frame();
+  const double bottom = place.y + place.height;
+  page_->setCoveredBottom(keyboardTop_ ? std::clamp(bottom - *keyboardTop_, 0.0, place.height) : 0);
+}
+
+void WKWebView::layoutSubviews() {
+  UIView::layoutSubviews();
+  leaveRoomForKeyboard();
 }
 
 void WKWebView::setOpaque(bool opaque) {

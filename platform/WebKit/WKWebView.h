@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Foundation/Error.h"
+#include "platform/Foundation/NotificationCenter.h"
 #include "platform/Foundation/URLSession.h"
 #include "platform/Foundation/Value.h"
 #include "platform/UIKit/UIImage.h"
@@ -13,11 +14,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zuvi {
 
 /// A web page among the views. The page is made when it is first needed: by a load, a script or a
-/// picture. It lives as long as the view, wherever the view is moved. Main queue only.
+/// picture. It lives as long as the view, wherever the view is moved, and ends above the keyboard
+/// while that covers a part of the view. Main queue only.
 class WKWebView : public UIView, private WebPageClient {
 public:
   WKWebView(const CGRect& frame, const WKWebViewConfiguration& configuration);
@@ -62,6 +65,7 @@ public:
   /// Once there is a page: the first responder's page has the keyboard.
   bool canBecomeFirstResponder() const override;
   void didChangeFirstResponder(bool focused) override;
+  void layoutSubviews() override;
 
 private:
   WKNavigationActionPolicy decidePolicy(const WKNavigationAction& action) override;
@@ -75,11 +79,15 @@ private:
   /// Made when it is first needed; null when there can be none.
   WebPage* page();
   void adopt(std::unique_ptr<WebPage> page);
+  void keyboardMoved(const Notification& notification);
+  void leaveRoomForKeyboard();
 
   WKWebViewConfiguration configuration_;
   std::shared_ptr<UIScrollView> scrollView_;
   bool opaque_ = true;
   std::string customUserAgent_;
+  std::optional<double> keyboardTop_; ///< on the screen; absent: there is none
+  std::vector<NotificationObserver> keyboard_;
   std::unique_ptr<WebPage> page_;
 };
 

@@ -46,6 +46,8 @@ public:
   virtual void setOpaque(bool opaque) = 0;
   /// Whether keys go to the page.
   virtual void setFocused(bool) {}
+  /// How much of the view's bottom is covered, in points: the page ends above it.
+  virtual void setCoveredBottom(double) {}
   virtual std::optional<URL> url() const = 0;
   virtual std::string title() const = 0;
   virtual std::shared_ptr<const UIImage> picture(CGSize size, double scale) = 0;

@@ -19,6 +19,7 @@ public:
   void setCustomUserAgent(const std::string& userAgent) override;
   void setOpaque(bool opaque) override;
   void setFocused(bool focused) override { place_->setFocused(focused); }
+  void setCoveredBottom(double height) override { place_->setCoveredBottom(height); }
   std::optional<URL> url() const override;
   std::string title() const override;
   std::shared_ptr<const UIImage> picture(CGSize size, double scale) override;

@@ -91,6 +91,14 @@ void ZVRootViewController::showLiveViewChanged() {
       view()->window() ? view()->safeAreaInsets() : UIScreen::main().safeAreaInsets();
   const double space = showLiveView ? 0 : safe.bottom + bottomBarHeight;
   if (const auto constraint = containerBottomSpace.lock()) constraint->setConstant(space);
+  // A live step lies over the bar, every other under it: a keyboard that went leaves them less
+  // room than the bar takes.
+  if (showLiveView) {
+    view()->bringSubviewToFront(containerView.lock());
+  } else {
+    view()->bringSubviewToFront(bottomView.lock());
+    view()->bringSubviewToFront(bottomButton.lock());
+  }
   view()->layoutIfNeeded();
 }
 

@@ -64,7 +64,7 @@ function take(answer) {
     last = line.number;
     showLine(line);
     if (line.author && window.LiveChatWidget) {
-      window.LiveChatWidget.newMessage({
+      window.LiveChatWidget.message({
         id: line.id, text: line.text, timestamp: line.time, author: { name: line.author },
       });
     }
