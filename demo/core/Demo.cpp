@@ -8,6 +8,7 @@
 #include "platform/ImageIO/ImageFile.h"
 #include "platform/UIKit/ScreenPicture.h"
 #include "platform/UIKit/UIApplication.h"
+#include "platform/UIKit/URLOpener.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -26,10 +27,16 @@ std::string Demo::start(std::function<void(int)> finished) {
   }
   Bundle::main().setInfoDictionary(
       {{"CFBundleVersion", "1"}, {"CFBundleShortVersionString", "1.0"}});
-  UIApplication::shared().setURLOpener([this](const URL& url) {
-    log_.opened(url.absoluteString());
-    return true;
-  });
+  // A script is followed also where there is no desktop, and leaves no browsers open behind it.
+  const bool driven = options_.drive.has_value();
+  UIApplication::shared().setURLOpener(
+      [this, driven](const URL& url) {
+        log_.opened(url.absoluteString());
+        return driven || openWithDesktop(url);
+      },
+      [driven](const URL& url) {
+        return driven ? url.scheme().starts_with("http") : desktopCanOpen(url);
+      });
 
   if (options_.server) ZVEndpoints::serverURL() = *options_.server;
   if (options_.tracking) ZVEndpoints::trackingURL() = *options_.tracking;
