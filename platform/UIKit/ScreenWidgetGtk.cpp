@@ -23,6 +23,9 @@ struct ScreenWidgetClass {
 
 G_DEFINE_TYPE(ScreenWidget, screen_widget, GTK_TYPE_WIDGET) // NOLINT: the macro's own code
 
+/// The one that shows the screen; another may take it over before the first is gone.
+GtkWidget* current = nullptr;
+
 /// What the screen asks for while it is laid out or drawn is part of that.
 enum class Phase { Idle, Layout, Drawing };
 Phase phase = Phase::Idle;
@@ -154,8 +157,11 @@ void root(GtkWidget* widget) {
 void dispose(GObject* object) {
   ScreenWidget* me = self(object);
   if (me->surface) {
-    ForeignWidget::setScreen(nullptr);
-    UIScreen::main().setSurface(nullptr);
+    if (current == GTK_WIDGET(object)) {
+      ForeignWidget::setScreen(nullptr);
+      UIScreen::main().setSurface(nullptr);
+      current = nullptr;
+    }
     delete me->surface;
     me->surface = nullptr;
   }
@@ -205,5 +211,6 @@ GtkWidget* zuvi::screenWidgetNew(double top, double right, double bottom, double
   self(widget)->safeArea = {top, left, bottom, right};
   UIScreen::main().setSurface(self(widget)->surface);
   ForeignWidget::setScreen(widget);
+  current = widget;
   return widget;
 }

@@ -165,6 +165,14 @@ WKNavigationAction Page::actionOf(WebKitNavigationAction* action) const {
   return made;
 }
 
+/// A page has no business among files, nor in the settings that the program itself may open. By the
+/// text as it is, which need not be an address.
+static bool leadsIntoMachine(WebKitURIRequest* request) {
+  const char* address = webkit_uri_request_get_uri(request);
+  return address && (g_ascii_strncasecmp(address, "file:", 5) == 0 ||
+                     g_ascii_strncasecmp(address, "app-settings:", 13) == 0);
+}
+
 gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
                         WebKitPolicyDecisionType type, Page* self) {
   bool allowed = false;
@@ -173,12 +181,12 @@ gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
     allowed = webkit_response_policy_decision_is_mime_type_supported(
         WEBKIT_RESPONSE_POLICY_DECISION(decision));
   } else {
-    WKNavigationAction action =
-        self->actionOf(webkit_navigation_policy_decision_get_navigation_action(
-            WEBKIT_NAVIGATION_POLICY_DECISION(decision)));
+    WebKitNavigationAction* asked = webkit_navigation_policy_decision_get_navigation_action(
+        WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+    WKNavigationAction action = self->actionOf(asked);
     action.hasTargetFrame = type != WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION;
-    const bool isFile = action.url && action.url->absoluteString().starts_with("file:");
-    allowed = !isFile && self->client_.decidePolicy(action) == WKNavigationActionPolicy::Allow;
+    allowed = !leadsIntoMachine(webkit_navigation_action_get_request(asked)) &&
+              self->client_.decidePolicy(action) == WKNavigationActionPolicy::Allow;
   }
   if (allowed)
     webkit_policy_decision_use(decision);
@@ -189,7 +197,7 @@ gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
 
 void Page::onLoad(WebKitWebView*, WebKitLoadEvent event, Page* self) {
   if (event == WEBKIT_LOAD_STARTED) self->failed_ = false;
-  if (event == WEBKIT_LOAD_COMMITTED) self->aborted_ = 0;
+  if (event == WEBKIT_LOAD_COMMITTED) self->attempts_ = 0;
   if (const char* uri = webkit_web_view_get_uri(self->page_)) self->address_ = uri;
   // The engine also finishes what has failed.
   if (event == WEBKIT_LOAD_FINISHED && !self->failed_) self->client_.didFinish();
@@ -212,17 +220,21 @@ void Page::loadAgain(const char* address) {
     webkit_web_view_load_uri(page_, address);
 }
 
+namespace {
+constexpr int mostAttempts = 5; // of one load
+}
+
 gboolean Page::onFailure(WebKitWebView*, WebKitLoadEvent event, const char* address, GError* error,
                          Page* self) {
   // Now and then the engine gives up a connection with an untrusted certificate without saying why.
   // What others cancel bears another code.
-  constexpr int mostAttempts = 5;
   if (event == WEBKIT_LOAD_STARTED && g_str_has_prefix(address, "https:") &&
-      g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) && self->aborted_++ < mostAttempts) {
+      g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED) &&
+      self->attempts_++ < mostAttempts) {
     self->loadAgain(address);
     return TRUE;
   }
-  self->aborted_ = 0;
+  self->attempts_ = 0;
   self->fail(event, errorOfLoad(*error));
   return TRUE; // no page of the engine's own about it
 }
@@ -232,12 +244,16 @@ gboolean Page::onUntrusted(WebKitWebView*, const char* address, GTlsCertificate*
   GUri* uri = g_uri_parse(address, G_URI_FLAGS_NONE, nullptr);
   const std::string host = uri && g_uri_get_host(uri) ? g_uri_get_host(uri) : "";
   if (uri) g_uri_unref(uri);
-  if (!host.empty() && isTrusted(certificate, host, self->engine_.host().additionalAuthorities())) {
+  if (!host.empty() && self->attempts_++ < mostAttempts &&
+      isTrusted(certificate, host, self->engine_.host().additionalAuthorities())) {
+    // The engine writes an address of numbers in brackets.
+    const std::string name = host.find(':') == std::string::npos ? host : "[" + host + "]";
     webkit_network_session_allow_tls_certificate_for_host(self->engine_.session(), certificate,
-                                                          host.c_str());
+                                                          name.c_str());
     self->loadAgain(address);
     return TRUE;
   }
+  self->attempts_ = 0;
   self->fail(WEBKIT_LOAD_STARTED, {NSURLErrorDomain, NSURLErrorServerCertificateUntrusted,
                                    "The certificate of " + host + " is not trusted."});
   return TRUE;

@@ -48,7 +48,7 @@ private:
   ObjectPointer<GCancellable> scripts_;  ///< those that have not answered yet
   ObjectPointer<WebKitURIRequest> request_;
   std::string address_; ///< where the last load led
-  int aborted_ = 0;     ///< attempts of a load that the engine gave up
+  int attempts_ = 0;    ///< of the load under way that had to be begun anew
   bool failed_ = false; ///< since the load began
 };
 

@@ -19,6 +19,11 @@ gboolean refuseFiles(WebKitWebView*, WebKitFileChooserRequest* request, gpointer
   return TRUE;
 }
 
+gboolean refuseColors(WebKitWebView*, WebKitColorChooserRequest* request, gpointer) {
+  webkit_color_chooser_request_cancel(request);
+  return TRUE;
+}
+
 gboolean refuseSignIn(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer) {
   webkit_authentication_request_cancel(request);
   return TRUE;
@@ -95,6 +100,7 @@ void refuseRights(WebKitWebView* page) {
   g_signal_connect(page, "permission-request", G_CALLBACK(refusePermission), nullptr);
   g_signal_connect(page, "query-permission-state", G_CALLBACK(refuseState), nullptr);
   g_signal_connect(page, "run-file-chooser", G_CALLBACK(refuseFiles), nullptr);
+  g_signal_connect(page, "run-color-chooser", G_CALLBACK(refuseColors), nullptr);
   g_signal_connect(page, "authenticate", G_CALLBACK(refuseSignIn), nullptr);
   g_signal_connect(page, "script-dialog", G_CALLBACK(refuseDialog), nullptr);
   g_signal_connect(page, "context-menu", G_CALLBACK(onContextMenu), nullptr);
