@@ -29,6 +29,7 @@ endfunction()
 function(zuvi_library name)
   cmake_parse_arguments(ARG "" "" "LINKS;PACKAGES" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/Resources/") # programs that make resources
   add_library(${name} STATIC ${sources})
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   target_link_libraries(${name} PUBLIC zuvi_options ${ARG_LINKS})

@@ -1,1 +1,2 @@
-zuvi_test(kit LINKS zuvi_kit zuvi_test_support GTest::gtest_main)
+find_package(GIF 5 REQUIRED)
+zuvi_test(kit LINKS zuvi_kit zuvi_test_support GIF::GIF GTest::gtest_main)

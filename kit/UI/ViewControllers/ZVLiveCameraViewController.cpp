@@ -1,5 +1,6 @@
 #include "kit/UI/ViewControllers/ZVLiveCameraViewController.h"
 
+#include "kit/Helper/UIImage+Gif.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
@@ -82,6 +83,7 @@ void ZVLiveCameraViewController::viewDidLoad() {
     button->layer()->setBorderColor(UIColor::white());
     button->accessibilityLabel = localized("record");
   }
+  if (const auto instruction = gifImageView.lock()) loadGif(instruction, "liveness");
   DispatchQueue::main().async([self = weakSelf()] {
     if (const auto screen = self.lock()) screen->makeCamera();
   });

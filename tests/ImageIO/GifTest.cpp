@@ -1,0 +1,104 @@
+#include "platform/ImageIO/CGImageSource.h"
+#include "tests/support/GifBytes.h"
+
+#include <gtest/gtest.h>
+
+namespace zuvi::test {
+namespace {
+
+/// A letter for each pixel: r, g, b, w, and a dot for nothing.
+std::string pixelsOf(CGImageSource& source, std::size_t index) {
+  const auto image = source.createImageAtIndex(index);
+  if (!image) return "none";
+  const Data pixels = image->pixels();
+  std::string letters;
+  for (std::size_t i = 0; i < pixels.size(); i += 4) {
+    const auto* bgra = pixels.bytes() + i;
+    const int bits = (bgra[2] ? 4 : 0) | (bgra[1] ? 2 : 0) | (bgra[0] ? 1 : 0);
+    letters += bgra[3] == 0 ? '.' : bits == 4 ? 'r' : bits == 2 ? 'g' : bits == 1 ? 'b' : 'w';
+  }
+  return letters;
+}
+
+TEST(Gif, LaysFramesOverOneAnotherAsTheySay) {
+  const auto source = CGImageSource::createWithData(
+      makeGif(3, 2,
+              {{0, 0, 3, 2, "000000", 10},
+               {1, 0, 2, 1, "12", 10, DISPOSE_PREVIOUS},
+               {0, 1, 2, 1, "31", 10, DISPOSE_BACKGROUND, 1},
+               {2, 1, 1, 1, "0", 10, DISPOSE_DO_NOT, NO_TRANSPARENT_COLOR, false, true},
+               {2, 0, 3, 3, "222222222", 10}})); // reaches out of the picture
+  ASSERT_TRUE(source);
+  const std::vector<std::string> pictures{"rrrrrr", "rgbrrr", "rrrwrr", "rrr..w", "rrb..b"};
+  ASSERT_EQ(source->count(), pictures.size());
+  for (std::size_t i = 0; i < pictures.size(); i++)
+    EXPECT_EQ(pixelsOf(*source, i), pictures[i]) << i;
+  for (const std::size_t i : {4UL, 1UL, 1UL, 3UL}) // in any order
+    EXPECT_EQ(pixelsOf(*source, i), pictures[i]) << i;
+  EXPECT_EQ(pixelsOf(*source, 5), "none");
+}
+
+TEST(Gif, PutsInterlacedRowsInTheirPlaces) {
+  // Rows come 0, 8, 4, 2, 6, then the odd ones; the writer takes them in the file's order.
+  const auto source = CGImageSource::createWithData(
+      makeGif(1, 9, {{0, 0, 1, 9, "012300000", -1, 0, NO_TRANSPARENT_COLOR, true}}));
+  ASSERT_TRUE(source);
+  EXPECT_EQ(pixelsOf(*source, 0), "rrwrbrrrg");
+}
+
+TEST(Gif, TellsTheDelaysItHas) {
+  const auto source = CGImageSource::createWithData(
+      makeGif(1, 1, {{.delay = -1}, {.delay = 0}, {.delay = 4}, {.delay = 20}, {.delay = 65535}}));
+  const auto delays = [&](std::size_t index) {
+    const auto properties = source->copyPropertiesAtIndex(index);
+    const Value* gif = valueForKey(properties, kCGImagePropertyGIFDictionary);
+    if (!gif) return std::pair(-1.0, -1.0);
+    return std::pair(gif->dictionary()->at(kCGImagePropertyGIFUnclampedDelayTime).number().value(),
+                     gif->dictionary()->at(kCGImagePropertyGIFDelayTime).number().value());
+  };
+  EXPECT_EQ(delays(0), std::pair(-1.0, -1.0));
+  EXPECT_EQ(delays(1), std::pair(0.0, 0.1));
+  EXPECT_EQ(delays(2), std::pair(0.04, 0.1));
+  EXPECT_EQ(delays(3), std::pair(0.2, 0.2));
+  EXPECT_EQ(delays(4), std::pair(655.35, 655.35));
+  EXPECT_EQ(delays(5), std::pair(-1.0, -1.0));
+}
+
+TEST(Gif, GivesWhatCameBeforeAFileBreaksOff) {
+  const std::string whole =
+      makeGif(3, 3, {{0, 0, 3, 3, "012301230", 10}, {1, 1, 2, 2, "3333", 10}}).string();
+  std::size_t most = 0;
+  for (std::size_t length = 0; length < whole.size(); length++) {
+    const auto source = CGImageSource::createWithData(Data(whole.substr(0, length)));
+    if (!source) continue;
+    EXPECT_GE(source->count(), most) << length;
+    most = source->count();
+    for (const auto& [index, picture] : {std::pair(0, "rgbwrgbwr"), std::pair(1, "rgbwwwbww")}) {
+      const std::string there = pixelsOf(*source, static_cast<std::size_t>(index));
+      EXPECT_TRUE(there == picture || there == "none") << there << " at " << length;
+    }
+  }
+  EXPECT_EQ(most, 2U);
+}
+
+TEST(Gif, SurvivesBytesThatLie) {
+  const std::string whole = makeGif(3, 3, {{0, 0, 3, 3, "012301230", 10}}).string();
+  for (std::size_t at = 6; at < whole.size(); at++)
+    for (const char lie : {'\0', '\x7f', '\xff'}) {
+      std::string bytes = whole;
+      bytes[at] = lie;
+      const auto source = CGImageSource::createWithData(Data(bytes));
+      for (std::size_t i = 0; source && i < source->count(); i++)
+        source->createImageAtIndex(i);
+    }
+  EXPECT_FALSE(CGImageSource::createWithData(makeGif(65535, 65535, {})));
+  EXPECT_FALSE(CGImageSource::createWithData(Data()));
+  EXPECT_FALSE(CGImageSource::createWithData(Data(std::string("no picture at all"))));
+  const auto large = CGImageSource::createWithData(makeGif(4096, 4096, {{.delay = 10}}));
+  ASSERT_TRUE(large);
+  EXPECT_EQ(large->createImageAtIndex(0)->width(), 4096);
+  EXPECT_EQ(CGImageSource::createWithData(makeGif(1, 1, {}))->count(), 0U);
+}
+
+} // namespace
+} // namespace zuvi::test

@@ -1,0 +1,110 @@
+// Animated pictures.
+
+#include "kit/Helper/UIImage+Gif.h"
+#include "kit/Helper/ZVBundle.h"
+#include "tests/kit/KitTest.h"
+#include "tests/support/GifBytes.h"
+
+#include <set>
+
+namespace zuvi {
+namespace {
+
+using test::GifBlock;
+using test::makeGif;
+
+class GifTest : public KitTest {};
+
+std::shared_ptr<const UIImage> played(const std::vector<int>& delays) {
+  std::vector<GifBlock> blocks;
+  for (const int delay : delays)
+    blocks.push_back({.colors = "1", .delay = delay});
+  return gifFromData(makeGif(1, 1, blocks));
+}
+
+TEST_F(GifTest, RepeatsEachFrameForAsManySlicesAsItsDelayNeeds) {
+  const auto image = played({10, 25, 10});
+  ASSERT_EQ(image->images().size(), 9U);
+  EXPECT_DOUBLE_EQ(image->duration(), 0.45);
+  const auto& frames = image->images();
+  EXPECT_EQ(frames[2], frames[6]) << "the same picture, decoded once";
+  EXPECT_NE(frames[1], frames[2]);
+  EXPECT_EQ(std::set(frames.begin(), frames.end()).size(), 3U);
+
+  const struct {
+    std::vector<int> delays;
+    std::size_t frames;
+    double duration;
+  } rows[] = {{{0, 0, 0}, 3, 0.3}, {{-1}, 1, 0.1},       {{5}, 1, 0.1},
+              {{20}, 1, 0.2},      {{65535}, 1, 655.35}, {{0, 5, 20, 30}, 7, 0.7}};
+  for (const auto& row : rows) {
+    const auto one = played(row.delays);
+    EXPECT_EQ(one->images().size(), row.frames);
+    EXPECT_DOUBLE_EQ(one->duration(), row.duration);
+  }
+  EXPECT_FALSE(played({}));
+}
+
+TEST_F(GifTest, LeavesOutAFrameThatBreaksOff) {
+  const std::string whole =
+      makeGif(9, 9, {{.colors = "1", .delay = 30}, {0, 0, 9, 9, "3210", 20}}).string();
+  const auto image = gifFromData(Data(whole.substr(0, whole.size() - 8)));
+  ASSERT_TRUE(image);
+  EXPECT_EQ(image->images().size(), 1U);
+  EXPECT_DOUBLE_EQ(image->duration(), 0.3);
+}
+
+TEST_F(GifTest, TakesTheSecondDelayWhereTheFirstIsZero) {
+  const auto delay = [](const Value& unclamped, const Value& clamped) {
+    return delayOfProperties({{kCGImagePropertyGIFDictionary,
+                               Value::Dictionary{{kCGImagePropertyGIFUnclampedDelayTime, unclamped},
+                                                 {kCGImagePropertyGIFDelayTime, clamped}}}});
+  };
+  EXPECT_EQ(delay(0, 0.2), 0.2);
+  EXPECT_EQ(delay(0.3, 0.2), 0.3);
+  EXPECT_EQ(delay("0.3", 0.2), 0.2);
+  EXPECT_EQ(delay(0.05, 0.2), 0.1);
+  EXPECT_EQ(delay({}, {}), 0.1);
+  EXPECT_EQ(delayOfProperties({{kCGImagePropertyGIFDictionary, 1}}), 0.1);
+  EXPECT_EQ(delayForImageAtIndex(3, nullptr), 0.1);
+
+  EXPECT_EQ(gcdForPair(std::nullopt, std::nullopt), 0);
+  EXPECT_EQ(gcdForPair(std::nullopt, 4), 4);
+  EXPECT_EQ(gcdForPair(6, std::nullopt), 6);
+  EXPECT_EQ(gcdForPair(100, 250), 50);
+  EXPECT_EQ(gcdForArray({}), 1);
+  EXPECT_EQ(gcdForArray({300}), 300);
+  EXPECT_EQ(gcdForArray({100, 250, 100}), 50);
+}
+
+TEST_F(GifTest, SaysWhatItCannotRead) {
+  EXPECT_FALSE(gifNamed("nothing"));
+  EXPECT_FALSE(gifFromURL("no address"));
+  EXPECT_FALSE(gifFromURL("file:///nowhere/a.gif"));
+  EXPECT_FALSE(gifFromData(Data(std::string("text"))));
+  EXPECT_THAT(printed,
+              testing::ElementsAre(
+                  "SwiftGif: This image named \"nothing\" does not exist",
+                  "SwiftGif: This image named \"no address\" does not exist",
+                  "SwiftGif: Cannot turn image named \"file:///nowhere/a.gif\" into NSData",
+                  "SwiftGif: Source for the image does not exist"));
+  EXPECT_TRUE(
+      gifFromURL(URL::fromFilePath(folder.write("a.gif", makeGif(1, 1, {{.delay = 10}}).string()))
+                     .absoluteString()));
+}
+
+TEST_F(GifTest, TheInstructionMoves) {
+  const auto file = zvKitBundle()->path("liveness", "gif");
+  ASSERT_TRUE(file);
+  EXPECT_LE(std::filesystem::file_size(*file), 300'000U);
+  const auto view = make<UIImageView>();
+  loadGif(view, "liveness");
+  ASSERT_TRUE(time.waitUntil([&] { return view->image() != nullptr; }));
+  const auto& frames = view->image()->images();
+  EXPECT_GE(std::set(frames.begin(), frames.end()).size(), 15U);
+  loadGif(view, "nothing");
+  EXPECT_TRUE(time.waitUntil([&] { return view->image() == nullptr; }));
+}
+
+} // namespace
+} // namespace zuvi
