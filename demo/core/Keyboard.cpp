@@ -5,7 +5,6 @@
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace zuvi::demo {
@@ -26,11 +25,13 @@ Value frameOf(double visible, double height) {
 bool Keyboard::slide(double height) {
   const double before = std::exchange(height_, height);
   if (before == height) return false;
-  const double tall = std::max(before, height);
-  const Value::Dictionary info{{UIKeyboardFrameBeginUserInfoKey, frameOf(before, tall)},
-                               {UIKeyboardFrameEndUserInfoKey, frameOf(height, tall)},
-                               {UIKeyboardAnimationDurationUserInfoKey, slideTime},
-                               {UIKeyboardAnimationCurveUserInfoKey, 0}};
+  // One that hides keeps its height; it is only elsewhere.
+  const double tall = height > 0 ? height : before;
+  const Value::Dictionary info{
+      {UIKeyboardFrameBeginUserInfoKey, frameOf(before, before > 0 ? before : height)},
+      {UIKeyboardFrameEndUserInfoKey, frameOf(height, tall)},
+      {UIKeyboardAnimationDurationUserInfoKey, slideTime},
+      {UIKeyboardAnimationCurveUserInfoKey, 0}};
   NotificationCenter::defaultCenter().post(
       height > 0 ? UIKeyboardWillShowNotification : UIKeyboardWillHideNotification, info);
   arrival_ = Timer::scheduled(slideTime, Timer::Repeats::No, [info] {

@@ -63,7 +63,7 @@ void ChatView::makeWebView() {
 
   webView_ = make<WKWebView>(frame(), configuration);
   webView_->outletName = "webView";
-  addSubview(webView_);
+  insertSubview(webView_, 0); // below the loading view, also when that was there before
   webView_->setAutoresizingMask(FlexibleWidth | FlexibleHeight);
   webView_->navigationDelegate = weak();
   webView_->uiDelegate = weak();
@@ -73,6 +73,7 @@ void ChatView::makeWebView() {
   webView_->setBackgroundColor(UIColor::white());
   webView_->setFrame(frame());
   webView_->setAlpha(0);
+  if (*webViewBridge) (*webViewBridge)->webView = webView_;
 }
 
 void ChatView::registerNotifications() {
@@ -138,12 +139,14 @@ void ChatView::load(const URLRequest& request) {
   // Asking for the user agent starts the browser, which a chat that nobody ever opened must not.
   if (!LiveChatState::isChatOpenedBefore()) return;
   webView_->evaluateJavaScript(
-      "navigator.userAgent",
-      [weak = weak(), request](const std::optional<Value>& result, const auto&) {
-        DispatchQueue::main().async([weak, request, result] {
+      "navigator.userAgent", [weak = weak(), request](const std::optional<Value>& result,
+                                                      const std::optional<Error>& error) {
+        DispatchQueue::main().async([weak, request, result, error] {
           const auto self = weak.lock();
+          if (!self) return;
+          if (error) return self->displayLoadingError(error->description); // no browser came up
           const std::string* userAgent = result ? result->string() : nullptr;
-          if (!self || !userAgent) return;
+          if (!userAgent) return;
           self->webView_->setCustomUserAgent(*userAgent + userAgentSuffix);
           if (LiveChatState::isChatOpenedBefore()) self->webView_->load(request);
         });
@@ -168,6 +171,7 @@ void ChatView::displayLoadingError(const std::string& message) {
 }
 
 void ChatView::clearSession() {
+  if (!LiveChatState::isChatOpenedBefore()) return; // nothing is there, and no browser need start
   WKWebsiteDataStore& store = WKWebsiteDataStore::defaultStore();
   store.fetchDataRecords([weak = weak(), &store](const std::vector<WKWebsiteDataRecord>& records) {
     for (const WKWebsiteDataRecord& record : records) {
@@ -185,6 +189,10 @@ void ChatView::clearSession() {
 // In and out
 
 void ChatView::presentChat(bool animated, const Completion& completion) {
+  if (!webView_ && WKWebView::isAvailable()) { // a host spoke to the chat before it had a screen
+    makeWebView();
+    reloadWithDelay();
+  }
   if (!webView_) return;
   // The load itself comes later and finds the mark.
   if (!LiveChatState::isChatOpenedBefore()) delayedReload();
@@ -339,6 +347,8 @@ std::shared_ptr<WKWebView> ChatView::createWebView(WKWebView& webView,
 }
 
 void ChatView::webViewDidClose(WKWebView& webView) {
+  // The chat's own page can only mean the chat: without it nothing would lead out any more.
+  if (&webView == webView_.get()) return dismissChat(true, {});
   webView.removeFromSuperview();
 }
 

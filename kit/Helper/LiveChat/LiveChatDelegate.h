@@ -17,7 +17,7 @@ public:
   virtual void handleURL(const URL&) {}
   /// The chat has come all the way in.
   virtual void chatPresented() {}
-  /// The chat has gone, other than by the close button over a page that never came.
+  /// The chat has gone, other than by the close button of the loading view.
   virtual void chatDismissed() {}
 };
 
