@@ -201,7 +201,11 @@ TEST_F(ChatViewTest, MovesInAndOutWithTheirCallbacks) {
   UIApplication::shared().setActive(false);
   view->dismissChat(true, note());
   EXPECT_EQ(web().frame(), (CGRect{0, 812, 375, 812}));
-  time.advance(0.25);
+  for (const char* event : {UIKeyboardWillHideNotification, UIKeyboardDidChangeFrameNotification}) {
+    NotificationCenter::defaultCenter().post(event);
+    time.advance(0.05); // no keyboard that goes along keeps the chat from going
+  }
+  time.advance(0.15);
   EXPECT_EQ(owner->closed, 1);
   UIApplication::shared().setActive(true); // out of sight nobody comes or goes
   UIApplication::shared().setActive(false);

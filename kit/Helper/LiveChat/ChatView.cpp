@@ -303,13 +303,16 @@ void ChatView::keyboardDidChangeFrameNotification(const Notification& notificati
                         });
 }
 
+// On its way in or out the page is left alone: a movement that is cut short would leave the chat
+// neither shown nor hidden. Its end lays the page out.
+
 void ChatView::delayedKeyboardWillChangeFrame(const KeyboardNotification& notification) {
-  if (webView_)
+  if (webView_ && !animating_)
     WebViewAnimationCoordinator().coordinateAnimation(webView_, shared_from_this(), notification);
 }
 
 void ChatView::delayedKeyboardDidChangeFrame(const KeyboardNotification&) {
-  triggerResize();
+  if (!animating_) triggerResize();
 }
 
 // The application
