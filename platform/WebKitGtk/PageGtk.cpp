@@ -77,6 +77,8 @@ void Page::load(const URLRequest& request) {
 }
 
 void Page::reload() {
+  // The engine reloads only what it has shown, not what failed before.
+  if (request_ && !begun_) return webkit_web_view_load_request(page_, request_.get());
   webkit_web_view_reload(page_);
 }
 
@@ -197,7 +199,10 @@ gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
 
 void Page::onLoad(WebKitWebView*, WebKitLoadEvent event, Page* self) {
   if (event == WEBKIT_LOAD_STARTED) self->failed_ = false;
-  if (event == WEBKIT_LOAD_COMMITTED) self->attempts_ = 0;
+  if (event == WEBKIT_LOAD_COMMITTED) {
+    self->attempts_ = 0;
+    self->begun_ = true;
+  }
   if (const char* uri = webkit_web_view_get_uri(self->page_)) self->address_ = uri;
   // The engine also finishes what has failed.
   if (event == WEBKIT_LOAD_FINISHED && !self->failed_) self->client_.didFinish();

@@ -50,6 +50,7 @@ private:
   std::string address_; ///< where the last load led
   int attempts_ = 0;    ///< of the load under way that had to be begun anew
   bool failed_ = false; ///< since the load began
+  bool begun_ = false;  ///< whether any page was ever there
 };
 
 } // namespace zuvi
