@@ -16,6 +16,16 @@
 
 namespace zuvi::demo {
 
+namespace {
+
+/// What a person's machine has a program for.
+bool anyMachineOpens(const URL& url) {
+  const std::string scheme = url.scheme();
+  return scheme == "http" || scheme == "https" || scheme == "mailto" || scheme == "tel";
+}
+
+} // namespace
+
 std::string Demo::start(std::function<void(int)> finished) {
   finished_ = std::move(finished);
   if (options_.events && !log_.open(*options_.events))
@@ -34,9 +44,7 @@ std::string Demo::start(std::function<void(int)> finished) {
         log_.opened(url.absoluteString());
         return driven || openWithDesktop(url);
       },
-      [driven](const URL& url) {
-        return driven ? url.scheme().starts_with("http") : desktopCanOpen(url);
-      });
+      [driven](const URL& url) { return driven ? anyMachineOpens(url) : desktopCanOpen(url); });
 
   if (options_.server) ZVEndpoints::serverURL() = *options_.server;
   if (options_.tracking) ZVEndpoints::trackingURL() = *options_.tracking;

@@ -11,9 +11,9 @@ namespace {
 // Fewest and most words behind each command.
 const std::map<std::string, std::pair<std::size_t, std::size_t>>& commands() {
   static const std::map<std::string, std::pair<std::size_t, std::size_t>> known{
-      {"wait", {1, 2}},   {"tap", {1, 1}},     {"expect", {2, 2}}, {"picture", {1, 1}},
+      {"wait", {1, 2}},   {"tap", {1, 1}},     {"expect", {2, 3}}, {"picture", {1, 1}},
       {"dump", {1, 1}},   {"sleep", {1, 1}},   {"key", {1, 1}},    {"outcome", {0, 1}},
-      {"script", {1, 2}}, {"keyboard", {1, 2}}};
+      {"script", {1, 3}}, {"keyboard", {1, 2}}};
   return known;
 }
 
@@ -73,9 +73,10 @@ std::variant<std::vector<DriveCommand>, std::string> parseDriveScript(const std:
     const auto [fewest, most] = known->second;
     if (command.words.size() < fewest || command.words.size() > most)
       return where + command.name + " takes another number of words";
-    const bool lastIsSeconds = command.name == "sleep" ||
-                               (command.name == "wait" && command.words.size() == 2) ||
-                               (command.name == "outcome" && !command.words.empty());
+    const bool lastIsSeconds =
+        command.name == "sleep" || (command.name == "wait" && command.words.size() == 2) ||
+        ((command.name == "expect" || command.name == "script") && command.words.size() == 3) ||
+        (command.name == "outcome" && !command.words.empty());
     if (lastIsSeconds && !isNumber(command.words.back().text))
       return where + "a number of seconds was expected, there was " + command.words.back().text;
     if (command.name == "keyboard" && !isKeyboard(command))

@@ -8,6 +8,7 @@
 #include "platform/UIKit/UIView.h"
 #include "platform/WebKit/WKWebView.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -130,7 +131,7 @@ Driver::Step Driver::tap(const DriveCommand& command) {
   return {};
 }
 
-Driver::Step Driver::expect(const DriveCommand& command) {
+Driver::Step Driver::expect(const DriveCommand& command) const {
   const std::string subject = command.word(0), wanted = command.word(1);
   const auto dot = subject.rfind('.');
   const auto view = findView(subject.substr(0, dot), false);
@@ -141,6 +142,7 @@ Driver::Step Driver::expect(const DriveCommand& command) {
     there = value ? readable(*value) : "no such property";
     if (value && there == wanted) return {};
   }
+  if (elapsed() < seconds(command.word(2), 0)) return {Step::State::Wait, ""};
   return {Step::State::Failed, subject + " " + wanted + " was expected, there was " + there};
 }
 
@@ -154,8 +156,10 @@ Driver::Step Driver::outcome(const DriveCommand& command) {
 }
 
 Driver::Step Driver::script(const DriveCommand& command) {
+  const double patience = seconds(command.word(2), 0);
   const auto fail = [&](const std::string& there) {
     scriptResult_ = nullptr;
+    if (elapsed() < patience) return Step{Step::State::Wait, ""}; // asked again
     const std::string wanted = command.words.size() > 1 ? command.word(1) : "an end";
     return Step{Step::State::Failed, command.word(0) + ": " + wanted + " was expected, " + there};
   };
@@ -170,7 +174,7 @@ Driver::Step Driver::script(const DriveCommand& command) {
         });
   }
   if (!*scriptResult_) {
-    if (elapsed() < waitForScript) return {Step::State::Wait, ""};
+    if (elapsed() < std::max(patience, waitForScript)) return {Step::State::Wait, ""};
     return fail("it did not end");
   }
   const std::string there = **std::exchange(scriptResult_, nullptr);

@@ -37,7 +37,7 @@ private:
   Step run(const DriveCommand& command);
   Step wait(const DriveCommand& command) const;
   static Step tap(const DriveCommand& command);
-  static Step expect(const DriveCommand& command);
+  Step expect(const DriveCommand& command) const;
   Step outcome(const DriveCommand& command);
   Step script(const DriveCommand& command);
   double elapsed() const;

@@ -15,6 +15,7 @@ TEST(DriveScript, SaysWhichLineIsWrong) {
                                                        {"tap \"open", "1: "},
                                                        {"expect a b", "1: "},
                                                        {"wait Screen -1", "1: "},
+                                                       {"expect a.b c soon", "1: "},
                                                        {"dump a b", "1: "}};
   for (const auto& [text, where] : wrong) {
     const auto parsed = parseDriveScript(text);
@@ -81,7 +82,9 @@ TEST_F(DriverTest, TapsLooksAndPictures) {
 TEST_F(DriverTest, SaysWhatWasExpectedAndWhatWasThere) {
   EXPECT_EQ(drive("\nexpect noteLabel.text broken"),
             "a.drive:2: noteLabel.text broken was expected, there was all well");
-  EXPECT_EQ(drive("expect nobody.text x"),
+  DispatchQueue::main().asyncAfter(1, [this] { label->setText("done"); });
+  EXPECT_EQ(drive("expect noteLabel.text done 2"), "") << "with seconds it is waited for";
+  EXPECT_EQ(drive("expect nobody.text x 2"),
             "a.drive:1: nobody.text x was expected, there was no such view");
   EXPECT_EQ(drive("wait OtherScreen 2"),
             "a.drive:1: the screen OtherScreen was expected, there was UIViewController");

@@ -122,8 +122,14 @@ document.getElementById('composer').addEventListener('submit', async (event) => 
     showStatus(`Not sent: ${error.message}`);
   }
 });
+// A window of its own has no other way to go than this button.
 document.getElementById('hide').addEventListener('click', () => {
-  if (window.LiveChatWidget) window.LiveChatWidget.hide();
+  if (window.opener) window.close();
+  else if (window.LiveChatWidget) window.LiveChatWidget.hide();
+});
+// By script, as the program around the page sends every link elsewhere.
+document.getElementById('window').addEventListener('click', () => {
+  window.open('/chat/open?license=0&group=0&name=Second%20window');
 });
 window.addEventListener('chatfocus', () => showFocus(true));
 window.addEventListener('chatblur', () => showFocus(false));
