@@ -1,5 +1,5 @@
-zuvi_test(demo WINDOWS LINKS zuvi_demo_core zuvi_test_support GTest::gtest_main)
-# The window test runs the real program.
+zuvi_test(demo WINDOWS LINKS zuvi_demo_core zuvi_test_support GTest::gtest_main PACKAGES nlohmann_json)
+# The window tests run the real program.
 if(TARGET zuvi-demo)
   add_dependencies(test_demo zuvi-demo)
 endif()
