@@ -4,11 +4,13 @@
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/Print.h"
 #include "platform/Foundation/ProcessInfo.h"
+#include "platform/WebKit/SandboxTrialGtk.h"
 #include "platform/WebKit/WebModuleGtk.h"
 
 #include <dlfcn.h>
 
 #include <filesystem>
+#include <utility>
 
 namespace zuvi {
 
@@ -29,7 +31,27 @@ public:
   }
 };
 
-class MachineEngine final : public WebEngine {
+/// What can be done on another thread: all that has no part in the toolkit.
+struct Module {
+  WebModuleEntry* entry = nullptr;
+  std::string problem; ///< without an entry
+  bool sandbox = false;
+};
+
+Module loadModule(const std::string& path) {
+  Module module;
+  SandboxTrial trial; // runs beside the loading
+  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library) module.entry = reinterpret_cast<WebModuleEntry*>(dlsym(library, "zuviWebEngine"));
+  if (!module.entry) {
+    const char* reason = dlerror();
+    module.problem = reason ? reason : path;
+  }
+  module.sandbox = trial.succeeds();
+  return module;
+}
+
+class MachineEngine final : public WebEngine, public std::enable_shared_from_this<MachineEngine> {
 public:
   explicit MachineEngine(std::string module) : path_(std::move(module)) {}
 
@@ -37,46 +59,56 @@ public:
     return !path_.empty() && !failed_ && ForeignWidget::canBeShown();
   }
 
+  // Loading takes a third of a second and more, in which frames go on.
+  void whenReady(std::function<void()> ready) override {
+    if (engine_ || !isAvailable()) return ready();
+    waiting_.push_back(std::move(ready));
+    if (waiting_.size() > 1) return;
+    DispatchQueue::global().async([self = shared_from_this()] {
+      DispatchQueue::main().async(
+          [self, module = loadModule(self->path_)] { self->start(module); });
+    });
+  }
+
   std::unique_ptr<WebPage> makePage(UIView& view, WebPageClient& client,
                                     const WKWebViewConfiguration& configuration,
                                     WebPage* opener) override {
-    WebEngine* engine = module();
-    return engine ? engine->makePage(view, client, configuration, opener) : nullptr;
+    return usable() ? engine_->makePage(view, client, configuration, opener) : nullptr;
   }
 
   void fetchDataRecords(std::function<void(std::vector<WKWebsiteDataRecord>)> done) override {
-    if (WebEngine* engine = module()) return engine->fetchDataRecords(std::move(done));
-    DispatchQueue::main().async([done = std::move(done)] { done({}); });
+    whenReady([self = shared_from_this(), done = std::move(done)] {
+      if (self->usable()) return self->engine_->fetchDataRecords(done);
+      DispatchQueue::main().async([done] { done({}); });
+    });
   }
 
   void removeData(std::vector<WKWebsiteDataRecord> records, std::function<void()> done) override {
-    if (WebEngine* engine = module())
-      return engine->removeData(std::move(records), std::move(done));
-    DispatchQueue::main().async(std::move(done));
+    whenReady([self = shared_from_this(), records = std::move(records), done = std::move(done)] {
+      if (self->usable()) return self->engine_->removeData(records, done);
+      DispatchQueue::main().async(done);
+    });
   }
 
 private:
-  /// Null when there is none now.
-  WebEngine* module() {
-    if (!isAvailable()) return nullptr;
-    if (engine_) return engine_;
-    void* library = dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL);
-    auto* entry =
-        library ? reinterpret_cast<WebModuleEntry*>(dlsym(library, "zuviWebEngine")) : nullptr;
-    if (entry) {
+  bool usable() const { return engine_ && isAvailable(); }
+
+  void start(const Module& module) {
+    if (module.entry) {
+      if (!module.sandbox) forgoSandbox();
       static Host host;
-      engine_ = entry(host);
+      engine_ = module.entry(host);
     } else {
       failed_ = true;
-      const char* reason = dlerror();
-      print(std::string("Web pages can't be shown: ") + (reason ? reason : path_));
+      print("Web pages can't be shown: " + module.problem);
     }
-    return engine_;
+    for (const auto& ready : std::exchange(waiting_, {}))
+      ready();
   }
-
   const std::string path_;
   WebEngine* engine_ = nullptr; ///< the module's, for as long as the process lives
   bool failed_ = false;
+  std::vector<std::function<void()>> waiting_;
 };
 
 } // namespace

@@ -33,15 +33,35 @@ WKWebView::WKWebView(const CGRect& frame, const WKWebViewConfiguration& configur
         name, [this](const Notification& notification) { keyboardMoved(notification); }));
 }
 
-WKWebView::~WKWebView() = default;
+WKWebView::~WKWebView() {
+  for (const PageWork& work : std::exchange(waiting_, {}))
+    work(nullptr);
+}
 
 bool WKWebView::isAvailable() {
   return WebEngine::installed().isAvailable();
 }
 
-WebPage* WKWebView::page() {
+void WKWebView::prepare() {
+  WebEngine::installed().whenReady([] {});
+}
+
+void WKWebView::withPage(PageWork work) {
+  if (page_ && waiting_.empty()) return work(page_.get());
+  waiting_.push_back(std::move(work));
+  if (waiting_.size() > 1) return; // the first one has asked for the engine
+  WebEngine::installed().whenReady([weak = weak_from_this()] {
+    if (const auto self = weak.lock()) static_cast<WKWebView&>(*self).workOff();
+  });
+}
+
+void WKWebView::workOff() {
   if (!page_) adopt(WebEngine::installed().makePage(*this, *this, configuration_, nullptr));
-  return page_.get();
+  while (!waiting_.empty()) {
+    const PageWork work = std::move(waiting_.front());
+    waiting_.pop_front();
+    work(page_.get());
+  }
 }
 
 void WKWebView::adopt(std::unique_ptr<WebPage> page) {
@@ -85,12 +105,16 @@ void WKWebView::setCustomUserAgent(const std::string& userAgent) {
 // What is asked of the page
 
 void WKWebView::load(const URLRequest& request) {
-  std::optional<Error> error = refusal(request);
-  if (!error && !page()) error = noEngine;
-  if (!error) return page_->load(request);
-  DispatchQueue::main().async([weak = weak_from_this(), error = *error] {
-    if (const auto self = weak.lock())
-      static_cast<WKWebView&>(*self).didFailProvisionalNavigation(error);
+  const auto fail = [weak = weak_from_this()](const Error& error) {
+    DispatchQueue::main().async([weak, error] {
+      if (const auto self = weak.lock())
+        static_cast<WKWebView&>(*self).didFailProvisionalNavigation(error);
+    });
+  };
+  if (const auto error = refusal(request)) return fail(*error);
+  withPage([request, fail](WebPage* page) {
+    if (page) return page->load(request);
+    fail(noEngine);
   });
 }
 
@@ -100,9 +124,10 @@ void WKWebView::reload() {
 
 void WKWebView::evaluateJavaScript(const std::string& script, ScriptCompletion completion) {
   if (!completion) completion = [](const auto&, const auto&) {};
-  if (WebPage* made = page()) return made->evaluate(script, std::move(completion));
-  DispatchQueue::main().async(
-      [completion = std::move(completion)] { completion(std::nullopt, noEngine); });
+  withPage([script, completion = std::move(completion)](WebPage* page) {
+    if (page) return page->evaluate(script, completion);
+    DispatchQueue::main().async([completion] { completion(std::nullopt, noEngine); });
+  });
 }
 
 std::optional<URL> WKWebView::url() const {

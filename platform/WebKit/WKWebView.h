@@ -10,6 +10,7 @@
 #include "platform/WebKit/WKWebViewConfiguration.h"
 #include "platform/WebKit/WebEngine.h"
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -18,9 +19,10 @@
 
 namespace zuvi {
 
-/// A web page among the views. The page is made when it is first needed: by a load, a script or a
-/// picture. It lives as long as the view, wherever the view is moved, and ends above the keyboard
-/// while that covers a part of the view. Main queue only.
+/// A web page among the views. The page is made when it is first needed: by a load or a script,
+/// which wait in their order while the engine is loaded. It lives as long as the view, wherever the
+/// view is moved, and ends above the keyboard while that covers a part of the view. Main queue
+/// only.
 class WKWebView : public UIView, private WebPageClient {
 public:
   WKWebView(const CGRect& frame, const WKWebViewConfiguration& configuration);
@@ -28,6 +30,8 @@ public:
 
   /// Whether pages can be shown at all: there is a display and an engine. Starts nothing.
   static bool isAvailable();
+  /// Begins to load the engine, aside, so that the first page finds it there.
+  static void prepare();
 
   std::weak_ptr<WKNavigationDelegate> navigationDelegate;
   std::weak_ptr<WKUIDelegate> uiDelegate;
@@ -52,8 +56,8 @@ public:
       std::function<void(std::optional<Value> result, std::optional<Error> error)>;
   void evaluateJavaScript(const std::string& script, ScriptCompletion completion = {});
 
-  /// Of the page; absent before the first load. A title may come a moment after the page has
-  /// finished.
+  /// Of the page; absent before the first load has begun. A title may come a moment after the page
+  /// has finished.
   std::optional<URL> url() const;
   std::string title() const;
 
@@ -76,8 +80,11 @@ private:
   void didReceiveScriptMessage(const WKScriptMessage& message) override;
   WebPage* createPage(const WKNavigationAction& action) override;
   void didClose() override;
-  /// Made when it is first needed; null when there can be none.
-  WebPage* page();
+  /// Given null when there can be no page.
+  using PageWork = std::function<void(WebPage*)>;
+  /// Makes the page when it is first needed. At once or, while the engine is loaded, later.
+  void withPage(PageWork work);
+  void workOff();
   void adopt(std::unique_ptr<WebPage> page);
   void keyboardMoved(const Notification& notification);
   void leaveRoomForKeyboard();
@@ -89,6 +96,7 @@ private:
   std::optional<double> keyboardTop_; ///< on the screen; absent: there is none
   std::vector<NotificationObserver> keyboard_;
   std::unique_ptr<WebPage> page_;
+  std::deque<PageWork> waiting_;
 };
 
 } // namespace zuvi

@@ -58,8 +58,11 @@ class WebEngine {
 public:
   virtual ~WebEngine() = default;
   virtual bool isAvailable() const = 0;
+  /// Calls `ready` once: at once where pages can be made now or never, else when what it takes has
+  /// been loaded.
+  virtual void whenReady(std::function<void()> ready) { ready(); }
   /// A page drawn in `view`'s place. `opener`: the page whose request for a window this answers;
-  /// null: none. Null when there can be no page.
+  /// null: none. Null when there can be no page, and before the engine is ready.
   virtual std::unique_ptr<WebPage> makePage(UIView& view, WebPageClient& client,
                                             const WKWebViewConfiguration& configuration,
                                             WebPage* opener) = 0;

@@ -10,23 +10,6 @@ namespace {
 
 constexpr WebKitWebsiteDataTypes allTypes = WEBKIT_WEBSITE_DATA_ALL;
 
-/// The engine ends the program when it can't make the sandbox of its processes, as in a container
-/// that may not. So what the sandbox needs is tried first.
-void prepareSandbox() {
-  std::vector<const char*> command{
-      "bwrap", "--unshare-pid", "--unshare-net", "--unshare-uts", "--ro-bind", "/",
-      "/",     "--proc",        "/proc",         "--dev",         "/dev"};
-  for (const char* folder : {"/sys/block", "/sys/bus", "/sys/class", "/sys/dev", "/sys/devices"})
-    command.insert(command.end(), {"--ro-bind", folder, folder});
-  command.insert(command.end(), {"true", nullptr});
-  const auto flags =
-      GSubprocessFlags(G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_SILENCE);
-  const ObjectPointer<GSubprocess> trial(g_subprocess_newv(command.data(), flags, nullptr));
-  if (trial && g_subprocess_wait_check(trial.get(), nullptr, nullptr)) return;
-  g_message("Web pages run without a sandbox: this machine does not allow one.");
-  g_setenv("WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS", "1", FALSE);
-}
-
 gboolean cancelDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
   webkit_download_cancel(download);
   return TRUE;
@@ -62,7 +45,6 @@ std::string nameOf(const GList* record) {
 } // namespace
 
 Engine::Engine(WebModuleHost& host) : host_(host) {
-  prepareSandbox();
   const TextPointer folder(g_build_filename(g_get_user_data_dir(), "zuvisdk", "chat", nullptr));
   const TextPointer caches(g_build_filename(g_get_user_cache_dir(), "zuvisdk", "chat", nullptr));
   const TextPointer cookies(g_build_filename(folder.get(), "cookies.sqlite", nullptr));

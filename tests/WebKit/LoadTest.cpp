@@ -1,3 +1,4 @@
+#include "platform/WebKit/WKWebsiteDataStore.h"
 #include "tests/WebKit/WebFixtureGtk.h"
 #include "tests/support/PageProcesses.h"
 
@@ -10,6 +11,31 @@ namespace zuvi::test {
 namespace {
 
 using LoadTest = WebTest;
+
+TEST_F(LoadTest, KeepsItsOrderWhileTheEngineIsLoaded) {
+  serve("/", "<title>Hello</title>");
+  std::vector<std::string> told;
+  const auto note = [&told](const auto& value, const auto& error) {
+    told.push_back(value ? value->description() : error ? "failed" : "");
+  };
+  int lists = 0;
+  WKWebsiteDataStore::defaultStore().fetchDataRecords([&](const auto&) { lists++; });
+  const auto view = makeWebView();
+  {
+    const auto gone = makeWebView();
+    gone->evaluateJavaScript("0", note);
+    load(*gone, server(http, "/gone"));
+    gone->removeFromSuperview();
+  }
+  for (const char* script : {"window.kept = 1", "window.kept + 1"})
+    view->evaluateJavaScript(script, note);
+  load(*view, server(http, "/"));
+  EXPECT_TRUE(listener->lines.empty());
+  EXPECT_TRUE(waitFor([&] { return listener->has("finish") && told.size() == 3 && lists == 1; }));
+  EXPECT_EQ(told, (std::vector<std::string>{"failed", "1", "2"}));
+  EXPECT_EQ(requestsFor("/gone"), 0);
+  EXPECT_EQ(view->url()->path(), "/");
+}
 
 TEST_F(LoadTest, LoadsAPageWithTheHeadersAndNameItIsGiven) {
   serve("/", "<title>Hello</title>");

@@ -49,8 +49,28 @@ TEST_F(BrokenEngineTest, FailsWithoutItsModule) {
   const auto broken = makeMachineEngine("/dev/null");
   WebEngine::install(broken);
   EXPECT_TRUE(WKWebView::isAvailable()); // nothing was loaded yet
-  makeWebView()->evaluateJavaScript("1");
-  window->subviews()[0]->removeFromSuperview();
+  const auto view = makeWebView();
+  std::vector<std::string> told;
+  const auto note = [&told](const std::string& whose) {
+    return [&told, whose](const auto&, const auto& error) {
+      told.push_back(whose + (error ? " failed" : ""));
+    };
+  };
+  {
+    const auto gone = makeWebView();
+    gone->evaluateJavaScript("1", note("the gone view's"));
+    load(*gone, server(http, "/gone"));
+    gone->removeFromSuperview();
+  }
+  view->evaluateJavaScript("1", note("the first"));
+  load(*view, server(http, "/"));
+  view->evaluateJavaScript("1", note("the second"));
+  EXPECT_TRUE(waitFor([] { return !WKWebView::isAvailable(); }));
+  EXPECT_TRUE(waitFor([&] { return told.size() == 3; }));
+  EXPECT_EQ(told, (std::vector<std::string>{"the gone view's failed", "the first failed",
+                                            "the second failed"}));
+  EXPECT_EQ(listener->lines, std::vector<std::string>{"provisional failure"});
+  view->removeFromSuperview();
   expectFailures(wait);
 }
 

@@ -194,6 +194,7 @@ void ChatView::presentChat(bool animated, const Completion& completion) {
     reloadWithDelay();
   }
   if (!webView_) return;
+  WKWebView::prepare(); // while the address is asked for
   // The load itself comes later and finds the mark.
   if (!LiveChatState::isChatOpenedBefore()) delayedReload();
   LiveChatState::markChatAsOpened();
