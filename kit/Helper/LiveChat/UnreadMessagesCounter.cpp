@@ -2,33 +2,28 @@
 
 #include "platform/Foundation/UserDefaults.h"
 
-#include <algorithm>
-
 namespace zuvi {
 
-namespace {
-
-/// Null when the value is no list of texts.
-const Value::List* storedTexts(const std::string& key) {
+std::optional<bool> UnreadMessagesCounter::find(const std::string& key, const std::string& id) {
   const Value::List* list = UserDefaults::standard().value(key).list();
-  const auto isText = [](const Value& element) { return element.string() != nullptr; };
-  return list && std::all_of(list->begin(), list->end(), isText) ? list : nullptr;
-}
-
-} // namespace
-
-std::set<std::string> UnreadMessagesCounter::currentSet(const std::string& key) {
-  std::set<std::string> found;
-  if (const Value::List* stored = storedTexts(key))
-    for (const Value& id : *stored)
-      found.insert(*id.string());
+  if (!list) return std::nullopt;
+  bool found = false;
+  for (const Value& element : *list) {
+    const std::string* text = element.string();
+    if (!text) return std::nullopt;
+    found = found || *text == id;
+  }
   return found;
 }
 
-bool UnreadMessagesCounter::contains(const std::string& key, const std::string& id) {
-  const Value::List* stored = storedTexts(key);
-  return stored && std::any_of(stored->begin(), stored->end(),
-                               [&id](const Value& element) { return *element.string() == id; });
+std::set<std::string> UnreadMessagesCounter::currentSet(const std::string& key) {
+  std::set<std::string> found;
+  if (const Value::List* list = UserDefaults::standard().value(key).list())
+    for (const Value& element : *list) {
+      if (!element.string()) return {};
+      found.insert(*element.string());
+    }
+  return found;
 }
 
 void UnreadMessagesCounter::persist(const std::optional<std::set<std::string>>& set,
@@ -43,9 +38,10 @@ int UnreadMessagesCounter::counterValue() {
 }
 
 bool UnreadMessagesCounter::handleUnreadMessage(const std::string& id) {
-  if (contains(unreadMessagesKey, id) || contains(readMessagesKey, id)) return false;
   // A page may send thousands: no set is built and stored anew for each.
-  if (!storedTexts(unreadMessagesKey) || !UserDefaults::standard().append(unreadMessagesKey, id))
+  const std::optional<bool> unread = find(unreadMessagesKey, id);
+  if (unread.value_or(false) || find(readMessagesKey, id).value_or(false)) return false;
+  if (!unread || !UserDefaults::standard().append(unreadMessagesKey, id))
     persist(std::set<std::string>{id}, unreadMessagesKey);
   return true;
 }

@@ -20,7 +20,8 @@ private:
   static constexpr const char* unreadMessagesKey = "LiveChat_unreadMessagesKey";
   static constexpr const char* readMessagesKey = "LiveChat_readMessagesKey";
 
-  static bool contains(const std::string& key, const std::string& id);
+  /// Whether the stored list holds the id; absent when there is no list of texts.
+  static std::optional<bool> find(const std::string& key, const std::string& id);
   /// A value of another type reads as the empty set.
   static std::set<std::string> currentSet(const std::string& key);
   /// An absent set removes the key.
