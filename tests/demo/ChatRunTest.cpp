@@ -92,7 +92,7 @@ protected:
   /// What the program's script dumped under that name, as soon as it is there; the program goes on.
   std::string dumped(const std::string& name) {
     reaches([&] { return std::filesystem::exists(folder_.path(name)); });
-    const std::string dump = zuvi::test::TemporaryFolder::read(folder_.path(name));
+    std::string dump = zuvi::test::TemporaryFolder::read(folder_.path(name));
     EXPECT_NE(dump, "") << name << " never came";
     return dump;
   }
@@ -110,7 +110,8 @@ protected:
     int status = -1;
     waitpid(program_, &status, 0);
     program_ = -1;
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    EXPECT_EQ(status, 0) << "as waitpid gives it";
+    return status == 0;
   }
 
   /// One entry of each event of that kind, of the latest run.
