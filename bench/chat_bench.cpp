@@ -134,7 +134,8 @@ bool engineIsMapped() {
   return false;
 }
 
-/// The share of pixels below `top` that hold `page`, laid over `before` with that opacity.
+/// Of the pixels below `top` where `page` is not white, the share that shows it, laid over `before`
+/// with that opacity.
 double likeness(const Pixels& screen, const Pixels& before, const Pixels& page, double top,
                 double opacity) {
   int alike = 0, all = 0;
@@ -145,12 +146,13 @@ double likeness(const Pixels& screen, const Pixels& before, const Pixels& page, 
   for (int y = shift + 2; y < 812; y++)
     for (int x = 0; x < 375; x++) {
       const Pixel below = before.pixel(x, y), above = page.pixel(x, y - shift);
+      if (above.isNear(test::white, 20)) continue;
       const Pixel wanted{mix(below.red, above.red), mix(below.green, above.green),
                          mix(below.blue, above.blue)};
       all++;
       alike += screen.pixel(x, y).isNear(wanted, 12);
     }
-  return double(alike) / all;
+  return all > 0 ? double(alike) / all : 0;
 }
 
 /// Opens the chat again and looks at the first frame of the slide that has some of the page.
@@ -172,8 +174,11 @@ double secondOpening() {
       place = place.concatenating(layer->presentedTransformToSuperlayer());
     const double top = place.apply(CGPoint{0, 0}).y;
     if (seen >= 0 || !page || top > 812 - 40) return;
-    seen = likeness(Pixels(pictureOfScreen()), before, Pixels(page->pixels({375, 812}, 1)), top,
-                    webView->layer()->presentedOpacity());
+    const Pixels screen(pictureOfScreen()), drawn(page->pixels({375, 812}, 1));
+    // It has moved on between the two.
+    for (int moved = -16; moved <= 16; moved++)
+      seen = std::max(
+          seen, likeness(screen, before, drawn, top + moved, webView->layer()->presentedOpacity()));
     std::printf("first-seen %f\n", wallSeconds() - start);
   };
   LiveChat::presentChat(true, [&](bool) { done = true; });
