@@ -37,7 +37,7 @@ addCamera(const std::shared_ptr<AVCaptureSession>& session, AVCaptureDevicePosit
   const auto input = AVCaptureDeviceInput::withDevice(*device);
   if (!input) return nullptr;
   session->addInput(input);
-  const auto preview = make<AVCaptureVideoPreviewLayer>(session);
+  auto preview = make<AVCaptureVideoPreviewLayer>(session);
   preview->setVideoGravity(AVLayerVideoGravityResizeAspectFill);
   return preview;
 }

@@ -123,11 +123,12 @@ void addChatRoutes(Router& router, ChatRoom& room, std::function<std::string()> 
       });
   add("GET", "/chat/open", operation::chatPage,
       [](const Request&, const PathArguments&) { return shipped("chat.html", "text/html"); });
-  for (const auto& [name, type] :
-       {std::pair{"chat.css", "text/css"}, std::pair{"chat.js", "text/javascript"}})
-    router.add({"GET", "/chat/" + std::string(name), {}, [=](const Request&, const PathArguments&) {
-                  return shipped(name, type);
-                }});
+  const auto ship = [&](const std::string& name, const std::string& type) {
+    add("GET", ("/chat/" + name).c_str(), {},
+        [name, type](const Request&, const PathArguments&) { return shipped(name, type); });
+  };
+  ship("chat.css", "text/css");
+  ship("chat.js", "text/javascript");
   add("POST", "/chat/enter", operation::chatMessage,
       [&room](const Request& request, const PathArguments&) {
         const auto json = parseJson(request.body);
