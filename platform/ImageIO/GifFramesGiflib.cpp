@@ -26,7 +26,7 @@ struct Cursor {
   static int read(GifFileType* file, GifByteType* buffer, int size) {
     auto& cursor = *static_cast<Cursor*>(file->UserData);
     const auto room = std::min(static_cast<std::size_t>(size), cursor.bytes.size() - cursor.at);
-    std::memcpy(buffer, cursor.bytes.bytes() + cursor.at, room);
+    if (room > 0) std::memcpy(buffer, cursor.bytes.bytes() + cursor.at, room);
     cursor.at += room;
     return static_cast<int>(room);
   }

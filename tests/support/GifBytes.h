@@ -53,6 +53,8 @@ inline Data makeGif(int width, int height, const std::vector<GifBlock>& blocks) 
       number = static_cast<char>(number - '0');
     EGifPutLine(file, reinterpret_cast<GifPixelType*>(numbers.data()),
                 static_cast<int>(numbers.size()));
+    GifFreeMapObject(file->Image.ColorMap); // which the writer forgets
+    file->Image.ColorMap = nullptr;
   }
   EGifCloseFile(file, nullptr);
   GifFreeMapObject(map);
