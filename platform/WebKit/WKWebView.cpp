@@ -146,7 +146,6 @@ void WKWebView::describe(Value::Dictionary& description) const {
   UIView::describe(description);
   if (const auto address = url()) description["address"] = address->absoluteString();
   if (const std::string text = title(); !text.empty()) description["title"] = text;
-  description["alpha"] = alpha();
 }
 
 bool WKWebView::canBecomeFirstResponder() const {
