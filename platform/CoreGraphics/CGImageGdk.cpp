@@ -7,6 +7,17 @@ std::shared_ptr<const CGImage> imageFromTexture(GdkTexture* adopted) {
   return std::make_shared<CGImage>(std::make_unique<CGImage::Native>(adopted));
 }
 
+cairo_surface_t* surfaceOf(const CGImage& image) {
+  cairo_surface_t*& surface = image.native().surface;
+  if (surface) return surface;
+  surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, image.width(), image.height());
+  if (guchar* pixels = cairo_image_surface_get_data(surface))
+    gdk_texture_download(image.native().texture, pixels,
+                         std::size_t(cairo_image_surface_get_stride(surface)));
+  cairo_surface_mark_dirty(surface);
+  return surface;
+}
+
 std::shared_ptr<const CGImage> CGImage::fromPixels(Data pixels, int width, int height,
                                                    std::size_t bytesPerRow, Format format) {
   const std::size_t pixelSize = format == Format::RGB ? 3 : 4;

@@ -10,10 +10,17 @@ namespace zuvi {
 
 struct CGImage::Native {
   explicit Native(GdkTexture* adopted) : texture(adopted) {}
-  ~Native() { g_clear_object(&texture); }
+  ~Native() {
+    g_clear_object(&texture);
+    g_clear_pointer(&surface, cairo_surface_destroy);
+  }
   Native(const Native&) = delete;
   GdkTexture* texture;
+  mutable cairo_surface_t* surface = nullptr; // made by surfaceOf; main queue only
 };
+
+/// The same pixels where cairo reads them, copied at the first call. Belongs to the image.
+cairo_surface_t* surfaceOf(const CGImage& image);
 
 /// Takes over the reference; null gives null.
 std::shared_ptr<const CGImage> imageFromTexture(GdkTexture* adopted);

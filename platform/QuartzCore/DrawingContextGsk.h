@@ -9,6 +9,7 @@ namespace zuvi {
 struct DrawingContext::Native {
   GtkSnapshot* snapshot;
   double scale;
+  bool resizing; ///< in a moment it is drawn again, at another size
 };
 
 /// The toolkit draws a matrix of unknown kind as an error, so the transform is handed on as two

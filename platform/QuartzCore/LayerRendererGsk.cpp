@@ -123,11 +123,11 @@ private:
     const double radius = layer.presented(LayerProperty::CornerRadius)[0];
     GtkSnapshot* snapshot = gtk_snapshot_new();
     drawShadow(snapshot, layer, bounds, radius);
-    DrawingContext::Native native{snapshot, scale_};
+    DrawingContext::Native native{snapshot, scale_, layer.isAnimating(LayerProperty::Bounds)};
     DrawingContext context(native);
     const LayerValue c = layer.presented(LayerProperty::BackgroundColor);
     context.fill(bounds, radius, CGColor{c[0], c[1], c[2], c[3]});
-    drawPicture(snapshot, layer, bounds, radius);
+    drawPicture(context, snapshot, layer, bounds, radius);
     layer.draw(context);
     layer.cache().content = adopt(snapshot);
     layer.cache().border = drawBorder(layer, bounds, radius);
@@ -156,15 +156,13 @@ private:
     gtk_snapshot_pop(snapshot);
   }
 
-  void drawPicture(GtkSnapshot* snapshot, const CALayer& layer, const CGRect& bounds,
-                   double radius) const {
+  void drawPicture(DrawingContext& context, GtkSnapshot* snapshot, const CALayer& layer,
+                   const CGRect& bounds, double radius) const {
     if (!layer.contents() || bounds.isEmpty()) return;
     const CGImage& image = *layer.contents();
-    const graphene_rect_t area =
-        toGraphene(placeContents(image, bounds, layer.contentsGravity(), scale_));
     const GskRoundedRect clip = toRounded(bounds, radius);
     gtk_snapshot_push_rounded_clip(snapshot, &clip);
-    gtk_snapshot_append_texture(snapshot, image.native().texture, &area);
+    context.drawImage(image, placeContents(image, bounds, layer.contentsGravity(), scale_));
     gtk_snapshot_pop(snapshot);
   }
 
