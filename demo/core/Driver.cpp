@@ -2,6 +2,7 @@
 
 #include "demo/core/ScreenWatcher.h"
 #include "demo/core/ViewTree.h"
+#include "kit/Helper/LiveChat/Manager.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/UIKit/UIApplication.h"
@@ -164,7 +165,9 @@ Driver::Step Driver::script(const DriveCommand& command) {
     return Step{Step::State::Failed, command.word(0) + ": " + wanted + " was expected, " + there};
   };
   if (!scriptResult_) {
-    const auto page = std::dynamic_pointer_cast<WKWebView>(findView("webView", false));
+    // Also while the chat is closed: its page lives on out of sight.
+    const auto chat = Manager::sharedInstance().overlayViewController();
+    const auto page = chat->chatView() ? chat->chatView()->webView() : nullptr;
     if (!page) return fail("there was no web view");
     scriptResult_ = std::make_shared<std::optional<std::string>>();
     page->evaluateJavaScript(

@@ -5,9 +5,9 @@
 namespace zuvi {
 
 SandboxTrial::SandboxTrial() {
-  std::vector<const char*> command{
-      "bwrap", "--unshare-pid", "--unshare-net", "--unshare-uts", "--ro-bind", "/",
-      "/",     "--proc",        "/proc",         "--dev",         "/dev"};
+  std::vector<const char*> command{"timeout", "5"}; // seconds; a sandbox that takes longer is none
+  command.insert(command.end(), {"bwrap", "--unshare-pid", "--unshare-net", "--unshare-uts"});
+  command.insert(command.end(), {"--ro-bind", "/", "/", "--proc", "/proc", "--dev", "/dev"});
   for (const char* folder : {"/sys/block", "/sys/bus", "/sys/class", "/sys/dev", "/sys/devices"})
     command.insert(command.end(), {"--ro-bind", folder, folder});
   command.insert(command.end(), {"true", nullptr});

@@ -88,7 +88,7 @@ TEST_F(AddressTest, TemplateIsFetchedOnceAndKeptWhileItIsGood) {
 
   const auto fresh = std::make_shared<JSONRequestCache>();
   EXPECT_FALSE(request(*fresh)->first);
-  EXPECT_THAT(printed(), ElementsAre("error: the answer is not JSON"));
+  EXPECT_THAT(printed(), ElementsAre("error: The answer is not JSON."));
   for (const char* document : {R"({"chat_url":7})", "{}", "[1]"}) {
     answer({200, {}, document});
     EXPECT_FALSE(request(*fresh)) << document << " is never answered";

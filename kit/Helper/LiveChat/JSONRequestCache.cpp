@@ -27,7 +27,7 @@ std::shared_ptr<URLSessionDataTask> JSONRequestCache::request(Completion handler
   }
   const auto url = URL::fromString(ZVEndpoints::chatTemplateURL());
   if (!url) {
-    handler(std::nullopt, Error{NSURLErrorDomain, NSURLErrorBadURL, "the address cannot be used"});
+    handler(std::nullopt, Error{NSURLErrorDomain, NSURLErrorBadURL, "The address cannot be used."});
     return nullptr;
   }
   const std::weak_ptr<JSONRequestCache> weak = weak_from_this();
@@ -48,7 +48,7 @@ void JSONRequestCache::receive(const std::optional<Data>& data, std::optional<Er
   }
   const auto document = JSONSerialization::jsonObject(data->view());
   if (!document) {
-    const Error problem{"NSCocoaErrorDomain", 3840, "the answer is not JSON"};
+    const Error problem{"NSCocoaErrorDomain", 3840, "The answer is not JSON."};
     print("error: " + problem.description);
     handler(store(std::nullopt), problem);
     return;

@@ -23,10 +23,10 @@ public:
   CGRect frameEndForView(const UIView& view) const;
 
 private:
+  const Value::Dictionary& userInfo() const { return notification_.userInfo; }
   CGRect frame(const char* key) const;
 
   Notification notification_;
-  const Value::Dictionary& userInfo() const { return notification_.userInfo; }
 };
 
 } // namespace zuvi

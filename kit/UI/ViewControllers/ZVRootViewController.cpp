@@ -17,12 +17,12 @@ namespace zuvi {
 
 namespace {
 
+constexpr const char* chatLicense = "4173052";
 constexpr int pages = 4;
 constexpr double bottomBarHeight = 88;    // points above the safe area
 constexpr double keyboardOverlap = 50;    // points of the keyboard's height that may cover
 constexpr double spaceAfterKeyboard = 40; // points
 constexpr UIColor fullStopColor = UIColor::bytes(71, 168, 232);
-constexpr const char* chatLicense = "4173052";
 constexpr UIColor laterPageColor = UIColor::bytes(235, 87, 87);
 
 } // namespace

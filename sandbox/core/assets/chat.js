@@ -33,8 +33,11 @@ function visitorId() {
 const visitor = visitorId();
 
 function showDetails() {
-  const rows = { License: opened.license, Group: opened.group, Name: opened.name, 'E-mail': opened.email, ...variables };
-  for (const [key, value] of Object.entries(rows)) {
+  const rows = [
+    ['License', opened.license], ['Group', opened.group], ['Name', opened.name],
+    ['E-mail', opened.email], ...Object.entries(variables),
+  ];
+  for (const [key, value] of rows) {
     if (!value) continue;
     const term = document.createElement('dt');
     const description = document.createElement('dd');
@@ -82,15 +85,18 @@ async function post(path, body) {
   if (!answer.ok) throw new Error((await answer.json()).message);
 }
 
+let unheard = false; // whether the status line says that no news came
 async function listen() {
   try {
     const answer = await fetch(`/chat/news?visitor=${visitor}&after=${last}`, { cache: 'no-store' });
     if (answer.status === 404) await enter(); // the service was started anew
     else if (!answer.ok) throw new Error('no news');
     else take(await answer.json());
-    showStatus('');
+    if (unheard) showStatus('');
+    unheard = false;
     listen();
   } catch {
+    unheard = true;
     showStatus('The chat does not answer. It goes on asking.');
     setTimeout(listen, 1000);
   }
@@ -118,6 +124,7 @@ document.getElementById('composer').addEventListener('submit', async (event) => 
   try {
     await post('/chat/say', { text: written });
     text.value = '';
+    showStatus('');
   } catch (error) {
     showStatus(`Not sent: ${error.message}`);
   }
