@@ -74,7 +74,20 @@ std::string Demo::start(std::function<void(int)> finished) {
       [this](const LiveChatMessage& message) { log_.chatMessage(message.id, message.text); },
       [this] { configureChat(); }});
   chatWatcher_->start();
+  if (options_.showsCardReview && !showCardReview()) return *options_.picture + " is no picture";
   return options_.drive ? startDriver() : "";
+}
+
+bool Demo::showCardReview() {
+  const auto picture = FileManager::contents(*options_.picture);
+  if (!picture || !UIImage::fromData(*picture)) return false;
+  cardReview_.emplace(
+      *picture, options_.identity.value_or("identity"), [this] { host_->launch(); },
+      [this](const std::string& problem) {
+        std::fprintf(stderr, "%s\n", problem.c_str());
+        finished_(1);
+      });
+  return true;
 }
 
 // The flow has just named its own account; what the command line says comes after it.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "demo/core/CardReview.h"
 #include "demo/core/ChatWatcher.h"
 #include "demo/core/Driver.h"
 #include "demo/core/EventLog.h"
@@ -27,6 +28,7 @@ public:
 
 private:
   std::string startDriver();
+  bool showCardReview();
   void installCameras() const;
   void configureChat() const;
   bool writePicture(const std::string& name) const;
@@ -38,6 +40,7 @@ private:
   std::shared_ptr<HostViewController> host_;
   std::optional<ScreenWatcher> watcher_;
   std::shared_ptr<ChatWatcher> chatWatcher_;
+  std::optional<CardReview> cardReview_;
   std::optional<Driver> driver_;
   int outcomes_ = 0;
 };

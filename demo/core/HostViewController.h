@@ -17,6 +17,9 @@ public:
   std::function<void(const std::string& call, const std::optional<std::string>& identityId)>
       onOutcome;
 
+  /// As if the launch button were tapped.
+  void launch() { button_->sendActions(UIControlEvent::TouchUpInside); }
+
   void loadView() override;
   void viewDidLayoutSubviews() override;
 

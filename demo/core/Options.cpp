@@ -91,6 +91,11 @@ std::string readScreen(Options& options, const std::string& value) {
   return {};
 }
 
+std::string readScreenName(Options& options, const std::string& value) {
+  options.showsCardReview = value == "card-review";
+  return options.showsCardReview ? "" : "is no screen; there is card-review";
+}
+
 const std::map<std::string, Reader>& readers() {
   static const std::map<std::string, Reader> known{
       {"--client-id", text(&Options::clientId)},
@@ -109,6 +114,9 @@ const std::map<std::string, Reader>& readers() {
       {"--back-camera", camera(&Options::backCamera)},
       {"--camera-permission", readPermission},
       {"--screen", readScreen},
+      {"--show", readScreenName},
+      {"--picture",
+       [](Options& o, const std::string& v) { return readReadableFile(&Options::picture, o, v); }},
       {"--drive",
        [](Options& o, const std::string& v) { return readReadableFile(&Options::drive, o, v); }},
       {"--pictures", text(&Options::pictures)},
@@ -134,6 +142,8 @@ std::variant<Options, std::string> parseOptions(const std::vector<std::string>& 
     if (const std::string problem = reader->second(options, value); !problem.empty())
       return name + " " + value + ": " + problem;
   }
+  if (options.showsCardReview != options.picture.has_value())
+    return "--show card-review and --picture FILE need each other";
   return options;
 }
 

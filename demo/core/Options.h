@@ -24,6 +24,8 @@ struct Options {
   double scale = 2;
   bool offscreen = false;
   std::optional<std::string> drive, pictures, events;
+  bool showsCardReview = false;
+  std::optional<std::string> picture; ///< of the document to review
 };
 
 /// The options, or in one line what is wrong with them. `arguments` without the program's name.

@@ -1,5 +1,6 @@
 // Every screen in every language on small and large screens: nothing is cut off, nothing collides.
 
+#include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 #include "platform/UIKit/UIPageControl.h"
 #include "platform/UIKit/UIScreen.h"
 #include "tests/flow/FlowTest.h"
@@ -118,6 +119,10 @@ TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreen) {
                        std::string(language.text));
       launch();
       inspect("start");
+      shell().mainNC()->pushViewController(make<ZVCardVerifyViewController>(), true);
+      settle();
+      inspect("review of a card");
+      tap("retakeButtonTap");
       tap("closeButtonTap");
       inspect("cancel alert");
       tap("continueButton");

@@ -1,0 +1,75 @@
+#include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
+
+#include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "kit/UI/ViewControllers/ZVUploadViewController.h"
+
+namespace zuvi {
+
+ZVCardVerifyViewController::ZVCardVerifyViewController()
+    : ZVScreen(name), merchant(ZVKYCHelper::instance().merchant) {}
+
+void ZVCardVerifyViewController::declareNib(NibDeclaration& nib) {
+  nib.outlet("imageView", imageView);
+  nib.outlet("retakeButton", retakeButton);
+  nib.outlet("titleLabel", titleLabel);
+  nib.action("retakeButtonTap", [this] { retakeButtonTap(); });
+}
+
+void ZVCardVerifyViewController::viewDidLoad() {
+  ZVScreen::viewDidLoad();
+  if (const auto label = titleLabel.lock()) label->setText(localized("verifyTitle"));
+  if (const auto button = retakeButton.lock()) button->setTitle(localized("retake"));
+  if (const auto view = imageView.lock()) {
+    view->setImage(UIImage::fromData(imageData));
+    view->layer()->setBorderWidth(3);
+    view->layer()->setBorderColor(UIColor::bytes(0, 171, 98));
+  }
+}
+
+void ZVCardVerifyViewController::viewDidLayoutSubviews() {
+  ZVScreen::viewDidLayoutSubviews();
+  if (const auto view = imageView.lock()) view->layer()->setCornerRadius(8);
+}
+
+void ZVCardVerifyViewController::viewWillAppear(bool animated) {
+  ZVScreen::viewWillAppear(animated);
+  const auto document = merchant->document(isRequired, documentIndex);
+  ZVRootViewController& shell = ZVScreen::shell();
+  shell.showBackButton = true;
+  shell.titleText = documentTitle(document);
+  shell.desc = std::nullopt;
+  shell.currentPage = 2;
+  shell.bottomButtonTitle = "continue"; // this very word, in every language
+  setBottomButtonAction([this, document] {
+    if (document) goOn(*document);
+  });
+}
+
+void ZVCardVerifyViewController::goOn(ZVDocument document) {
+  if (scanBackSide(document)) {
+    const auto camera = make<ZVKYCCameraViewController>();
+    camera->index = documentIndex;
+    camera->isRequired = isRequired;
+    camera->type = ZVKYCCameraType::ineBack;
+    camera->objectId = identityId;
+    camera->frontIneImage = imageData;
+    show(camera);
+  } else {
+    const auto upload = make<ZVUploadViewController>();
+    upload->documentIndex = documentIndex;
+    upload->isRequired = isRequired;
+    upload->identityId = identityId;
+    upload->frontData = imageData;
+    show(upload);
+  }
+}
+
+void ZVCardVerifyViewController::retakeButtonTap() {
+  if (auto* stack = navigationController()) stack->popViewController(true);
+}
+
+} // namespace zuvi

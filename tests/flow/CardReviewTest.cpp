@@ -1,0 +1,97 @@
+// The review of a document's picture, and the cut of a picture.
+
+#include "kit/Helper/UIImage+Crop.h"
+#include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
+#include "tests/UIKit/Pixels.h"
+#include "tests/flow/FlowTest.h"
+
+namespace zuvi {
+namespace {
+
+constexpr const char* svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width="8" height="4"/>)";
+
+class CardReviewTest : public FlowTest {
+protected:
+  /// Lays the review over the start screen.
+  std::shared_ptr<ZVCardVerifyViewController> open(bool isRequired, int index,
+                                                   const std::string& picture = svg) {
+    registerMerchant(R"({"required":["passport"],"optional":["passport","national-id"]})", "es");
+    launch();
+    const auto screen = make<ZVCardVerifyViewController>();
+    screen->isRequired = isRequired;
+    screen->documentIndex = index;
+    screen->imageData = Data(picture);
+    screen->identityId = "identity-1";
+    shell().mainNC()->pushViewController(screen, true);
+    settle();
+    EXPECT_EQ(top(), "ZVCardVerifyViewController");
+    return screen;
+  }
+};
+
+TEST_F(CardReviewTest, SendsADocumentWithoutBackSide) {
+  const auto screen = open(true, 0);
+  EXPECT_EQ(title(), "Pasaporte.");
+  EXPECT_EQ(bottomTitle(), "continue");
+  EXPECT_EQ(page(), 2);
+  EXPECT_TRUE(*shell().showBackButton);
+  EXPECT_FALSE(*shell().desc);
+  const auto view = screen->imageView.lock();
+  EXPECT_EQ(view->image()->size(), (CGSize{8, 4}));
+  EXPECT_EQ(view->layer()->borderWidth(), 3);
+  EXPECT_EQ(view->layer()->borderColor(), UIColor::bytes(0, 171, 98));
+  EXPECT_EQ(view->layer()->cornerRadius(), 8);
+  backend.hold();
+  tapBottom();
+  const auto upload = step<ZVUploadViewController>();
+  ASSERT_TRUE(upload);
+  EXPECT_EQ(upload->frontData, screen->imageData);
+  EXPECT_FALSE(upload->backData);
+  EXPECT_EQ(upload->identityId, "identity-1");
+  EXPECT_TRUE(upload->isRequired);
+}
+
+TEST_F(CardReviewTest, PhotographsTheBackNext) {
+  const auto screen = open(false, 1);
+  tapBottom();
+  const auto camera = step<ZVKYCCameraViewController>();
+  ASSERT_TRUE(camera);
+  EXPECT_EQ(camera->type, ZVKYCCameraType::ineBack);
+  EXPECT_EQ(camera->frontIneImage, screen->imageData);
+  EXPECT_EQ(camera->objectId, "identity-1");
+  EXPECT_EQ(camera->index, 1);
+  EXPECT_FALSE(camera->isRequired);
+  tap("backButton");
+  EXPECT_EQ(step<ZVCardVerifyViewController>(), screen);
+  EXPECT_EQ(bottomTitle(), "continue") << "the frame is as at first";
+  tap("retakeButtonTap");
+  EXPECT_EQ(top(), "ZVMainViewController");
+}
+
+TEST_F(CardReviewTest, BearsWhatItCannotShow) {
+  const auto screen = open(true, 7, "no picture");
+  EXPECT_FALSE(screen->imageView.lock()->image());
+  tapBottom();
+  EXPECT_EQ(step<ZVCardVerifyViewController>(), screen) << "there is no such document";
+}
+
+TEST_F(CardReviewTest, CutsFromTheTopLeftWhateverTheOrigin) {
+  std::string pixels; // two rows: red and green, blue and white
+  for (const char* color : {"\xff\0\0", "\0\xff\0", "\0\0\xff", "\xff\xff\xff"})
+    pixels.append(color, 3);
+  const auto image =
+      UIImage::fromCGImage(CGImage::fromPixels(Data(pixels), 2, 2, 6, CGImage::Format::RGB));
+  const auto cut = crop(*image, {1, 1, 3, 1});
+  ASSERT_TRUE(cut);
+  EXPECT_EQ(cut->size(), (CGSize{3, 1}));
+  const double scale = UIScreen::main().scale();
+  const test::Pixels seen(cut->pixels(cut->size(), scale), scale);
+  EXPECT_TRUE(seen.at(0.2, 0).isNear(test::red)) << seen.at(0.2, 0);
+  EXPECT_TRUE(seen.at(1.7, 0).isNear(test::green)) << seen.at(1.7, 0);
+  EXPECT_EQ(seen.at(2.5, 0).alpha, 0);
+  EXPECT_FALSE(crop(*image, {0, 0, 0, 5}));
+  EXPECT_FALSE(crop(*image, {0, 0, 1e9, 5}));
+}
+
+} // namespace
+} // namespace zuvi
