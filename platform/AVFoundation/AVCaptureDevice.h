@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,7 +26,7 @@ struct CameraDescription {
 };
 
 /// A camera of this machine. Any thread.
-class AVCaptureDevice {
+class ZUVI_API AVCaptureDevice {
 public:
   static AVAuthorizationStatus authorizationStatus();
   /// Asks for the camera, with a dialogue where the system has one. The answer comes once, on a

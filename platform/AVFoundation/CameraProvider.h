@@ -2,6 +2,7 @@
 
 #include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Export.h"
 
 namespace zuvi {
 
@@ -9,7 +10,7 @@ class CameraStream;
 
 /// Where cameras and the permission to use them come from; install with
 /// `AVCaptureDevice::setProvider`. Any thread.
-class CameraProvider {
+class ZUVI_API CameraProvider {
 public:
   virtual ~CameraProvider() = default;
 

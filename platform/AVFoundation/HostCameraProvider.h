@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/AVFoundation/CameraProvider.h"
+#include "platform/Export.h"
 #include "platform/Foundation/Error.h"
 
 #include <mutex>
@@ -24,14 +25,14 @@ struct CameraSourceDescription {
 
 /// Reads "none", "simulated" or the path of a device, picture or film; or says in one line what is
 /// wrong with it.
-std::variant<CameraSourceDescription, Error> parseCameraSource(const std::string& text);
+ZUVI_API std::variant<CameraSourceDescription, Error> parseCameraSource(const std::string& text);
 
 /// How the permission to use the camera behaves. `Grant` and `Refuse` are not determined until the
 /// first request, which gives that answer.
 enum class CameraPermission { Authorized, Denied, Restricted, Grant, Refuse };
 
 /// Reads "authorized", "denied", "restricted", "grant" or "refuse".
-std::variant<CameraPermission, Error> parseCameraPermission(const std::string& text);
+ZUVI_API std::variant<CameraPermission, Error> parseCameraPermission(const std::string& text);
 
 /// What a host's own code decides about its cameras.
 struct HostCameras {
@@ -40,8 +41,8 @@ struct HostCameras {
 };
 
 /// Cameras that the host's own code puts in the place of the machine's.
-class HostCameraProvider final : public CameraProvider,
-                                 public std::enable_shared_from_this<HostCameraProvider> {
+class ZUVI_API HostCameraProvider final : public CameraProvider,
+                                          public std::enable_shared_from_this<HostCameraProvider> {
 public:
   explicit HostCameraProvider(HostCameras cameras);
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <optional>
 
 namespace zuvi {
@@ -36,11 +38,11 @@ struct CGRect {
 };
 
 /// The rectangle with `dx` taken off left and right, `dy` off top and bottom.
-CGRect CGRectInset(const CGRect& rect, double dx, double dy);
+ZUVI_API CGRect CGRectInset(const CGRect& rect, double dx, double dy);
 /// Empty when they do not overlap.
-CGRect CGRectIntersection(const CGRect& a, const CGRect& b);
+ZUVI_API CGRect CGRectIntersection(const CGRect& a, const CGRect& b);
 /// The smallest rectangle that holds both; an empty one adds nothing.
-CGRect CGRectUnion(const CGRect& a, const CGRect& b);
+ZUVI_API CGRect CGRectUnion(const CGRect& a, const CGRect& b);
 
 struct UIEdgeInsets {
   double top = 0, left = 0, bottom = 0, right = 0;
@@ -48,7 +50,7 @@ struct UIEdgeInsets {
 };
 
 /// x' = a x + c y + tx, y' = b x + d y + ty.
-struct CGAffineTransform {
+struct ZUVI_API CGAffineTransform {
   double a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;
 
   static CGAffineTransform translation(double x, double y) { return {1, 0, 0, 1, x, y}; }

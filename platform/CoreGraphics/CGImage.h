@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Data.h"
 
 #include <memory>
@@ -7,7 +8,7 @@
 namespace zuvi {
 
 /// An immutable picture of pixels, ready to be drawn. May be made and dropped on any thread.
-class CGImage {
+class ZUVI_API CGImage {
 public:
   enum class Format {
     BGRA, ///< four bytes a pixel, premultiplied alpha

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Export.h"
 
 #include <vector>
 
 namespace zuvi {
 
 /// An outline of lines and curves.
-class CGPath {
+class ZUVI_API CGPath {
 public:
   enum class Verb { Move, Line, Curve, Close };
   struct Element {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <memory>
 #include <string>
 
@@ -8,7 +10,7 @@ namespace zuvi {
 enum class FontWeight { Regular, SemiBold, Bold };
 
 /// A face at a size. Main thread.
-class CTFont {
+class ZUVI_API CTFont {
 public:
   /// The face of that PostScript name, size in points; null when no registered or installed font
   /// bears it.
@@ -34,6 +36,6 @@ private:
 
 /// Makes the faces of a font file known to this process. False when the file cannot be read as a
 /// font or has been registered before.
-bool CTFontManagerRegisterFontsForURL(const std::string& path);
+ZUVI_API bool CTFontManagerRegisterFontsForURL(const std::string& path);
 
 } // namespace zuvi

@@ -3,6 +3,7 @@
 #include "platform/CoreGraphics/CGColor.h"
 #include "platform/CoreGraphics/CGGeometry.h"
 #include "platform/CoreText/CTFont.h"
+#include "platform/Export.h"
 
 #include <cstddef>
 #include <memory>
@@ -26,14 +27,14 @@ struct AttributedString {
 };
 
 /// The number of characters (not bytes) of a UTF-8 text.
-std::size_t characterCount(const std::string& text);
+ZUVI_API std::size_t characterCount(const std::string& text);
 /// The text in upper case, by the rules of its script.
-std::string uppercased(const std::string& text);
+ZUVI_API std::string uppercased(const std::string& text);
 
 enum class NSTextAlignment { Left, Center, Right };
 
 /// A text broken into lines. Bytes that are no UTF-8 show as replacement marks.
-class TextLayout {
+class ZUVI_API TextLayout {
 public:
   struct Style {
     std::shared_ptr<const CTFont> font;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <atomic>
 
 namespace zuvi {
@@ -8,20 +10,20 @@ namespace zuvi {
 using TimeInterval = double;
 
 /// Where the main queue, and with it every timer and animation, reads the time.
-class Clock {
+class ZUVI_API Clock {
 public:
   virtual ~Clock() = default;
   virtual TimeInterval now() const = 0;
 };
 
 /// The machine's monotonic clock.
-class SystemClock final : public Clock {
+class ZUVI_API SystemClock final : public Clock {
 public:
   TimeInterval now() const override;
 };
 
 /// A clock that stands still until it is moved; for tests.
-class VirtualClock final : public Clock {
+class ZUVI_API VirtualClock final : public Clock {
 public:
   TimeInterval now() const override { return now_; }
   void set(TimeInterval now) { now_ = now; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Export.h"
 
 #include <map>
 #include <string>
@@ -9,7 +10,7 @@ namespace zuvi {
 
 /// Calls that an object has asked to get later, by the name of the operation. They die with this
 /// object, so a call may capture its owner without holding it.
-class DelayedCalls {
+class ZUVI_API DelayedCalls {
 public:
   DelayedCalls() = default;
   DelayedCalls(const DelayedCalls&) = delete;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Dispatch/Clock.h"
+#include "platform/Export.h"
 
 #include <cstdint>
 #include <functional>
@@ -15,7 +16,7 @@ using Work = std::function<void()>;
 /// A queue of closures. `main()` runs them one after the other on the main thread, ordered by
 /// deadline and, within one deadline, by arrival; `global()` runs them on a small pool of threads
 /// in no promised order. All members may be called from any thread.
-class DispatchQueue {
+class ZUVI_API DispatchQueue {
 public:
   virtual ~DispatchQueue() = default;
 
@@ -28,7 +29,7 @@ public:
 
 /// The main thread's queue. Somebody has to drive it: `MainLoop` in a program, `VirtualTime` in a
 /// test.
-class MainQueue final : public DispatchQueue {
+class ZUVI_API MainQueue final : public DispatchQueue {
 public:
   MainQueue();
   ~MainQueue() override;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/Export.h"
+
 namespace zuvi {
 
 /// Drives the main queue from the process's default event loop, beside the window system.
-class MainLoop {
+class ZUVI_API MainLoop {
 public:
   /// Attaches the main queue to the event loop of the calling thread, which is the main thread
   /// from then on. Safe to call again. A host that runs its own GLib loop calls only this.

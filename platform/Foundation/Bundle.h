@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Value.h"
 
 #include <memory>
@@ -9,7 +10,7 @@
 namespace zuvi {
 
 /// A folder of resources.
-class Bundle {
+class ZUVI_API Bundle {
 public:
   explicit Bundle(std::string folder) : folder_(std::move(folder)) {}
 

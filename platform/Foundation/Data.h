@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -11,7 +13,7 @@
 namespace zuvi {
 
 /// Immutable bytes, shared by their holders: a copy costs a reference, whatever the size.
-class Data {
+class ZUVI_API Data {
 public:
   Data() = default;
   explicit Data(std::string bytes);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "platform/Export.h"
+
 namespace zuvi {
 
 /// A moment, in seconds since 1970-01-01T00:00:00Z.
-struct Date {
+struct ZUVI_API Date {
   double timeIntervalSince1970 = 0;
 
   static Date now();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Value.h"
 
 #include <functional>
@@ -28,7 +29,7 @@ private:
 };
 
 /// Delivers notifications by name to whoever observes them. Main queue only.
-class NotificationCenter {
+class ZUVI_API NotificationCenter {
 public:
   static NotificationCenter& defaultCenter();
 

@@ -1,14 +1,16 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <functional>
 #include <string>
 
 namespace zuvi {
 
 /// Writes one line to the console. Any thread.
-void print(const std::string& line);
+ZUVI_API void print(const std::string& line);
 
 /// Also hands every printed line to `listener`, on the printing thread; null ends it.
-void setPrintListener(std::function<void(const std::string&)> listener);
+ZUVI_API void setPrintListener(std::function<void(const std::string&)> listener);
 
 } // namespace zuvi

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Export.h"
 
 #include <functional>
 #include <memory>
@@ -10,7 +11,7 @@ namespace zuvi {
 /// Fires on the main queue every so many seconds until it is invalidated or dropped. The first
 /// firing comes one interval after the start; firings keep to the grid of the start, and those that
 /// were missed while the queue was busy are left out.
-class Timer : public std::enable_shared_from_this<Timer> {
+class ZUVI_API Timer : public std::enable_shared_from_this<Timer> {
 public:
   enum class Repeats { No, Yes };
 

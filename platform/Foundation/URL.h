@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <optional>
 #include <string>
 
@@ -7,7 +9,7 @@ namespace zuvi {
 
 /// An address that parsed: it has a scheme, holds no blank or control character, and its escapes
 /// are well formed.
-class URL {
+class ZUVI_API URL {
 public:
   /// Absent when `text` is no address.
   static std::optional<URL> fromString(const std::string& text);

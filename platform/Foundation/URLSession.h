@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Data.h"
 #include "platform/Foundation/Error.h"
 #include "platform/Foundation/URL.h"
@@ -42,7 +43,7 @@ struct URLSessionConfiguration {
 enum class URLSessionTaskState { Suspended, Running, Canceling, Completed };
 
 /// One request on its way. Cancelling is the only thing to do with it besides starting it.
-class URLSessionDataTask {
+class ZUVI_API URLSessionDataTask {
 public:
   virtual ~URLSessionDataTask() = default;
   /// Completed from just before the completion comes.
@@ -56,7 +57,7 @@ public:
 /// HTTP and HTTPS requests over kept connections, HTTP/2 where it is offered. Certificates and host
 /// names are always verified, and nothing of a request is sent before. A redirect to another host,
 /// or from https to http, carries no `Authorization`. All members may be called from any thread.
-class URLSession {
+class ZUVI_API URLSession {
 public:
   using Completion = std::function<void(
       std::optional<Data> data, std::optional<URLResponse> response, std::optional<Error> error)>;

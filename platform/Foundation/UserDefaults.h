@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Value.h"
 
 #include <memory>
@@ -9,7 +10,7 @@ namespace zuvi {
 
 /// Small values that outlive the process: one JSON file, replaced atomically. A damaged file reads
 /// as empty and is kept aside under another name. Main queue only.
-class UserDefaults {
+class ZUVI_API UserDefaults {
 public:
   /// The file of the running program, below the user's configuration folder.
   static UserDefaults& standard();

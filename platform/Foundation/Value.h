@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Date.h"
 #include "platform/Foundation/URL.h"
 
@@ -15,7 +16,7 @@
 namespace zuvi {
 
 /// Something that can be put into a `Value` only as its description.
-class DescribedObject {
+class ZUVI_API DescribedObject {
 public:
   virtual ~DescribedObject() = default;
   virtual std::string description() const = 0;
@@ -23,7 +24,7 @@ public:
 
 /// A value of any type that this system passes through untyped doors: JSON, metadata, event
 /// properties, messages. A boolean is never a number.
-class Value {
+class ZUVI_API Value {
 public:
   using List = std::vector<Value>;
   using Dictionary = std::map<std::string, Value>;
@@ -83,8 +84,9 @@ private:
 };
 
 /// The entry of that key as a string; absent when there is none or it is of another type.
-std::optional<std::string> stringValue(const Value::Dictionary& dictionary, const std::string& key);
+ZUVI_API std::optional<std::string> stringValue(const Value::Dictionary& dictionary,
+                                                const std::string& key);
 /// The entry of that key; null pointer when there is none.
-const Value* valueForKey(const Value::Dictionary& dictionary, const std::string& key);
+ZUVI_API const Value* valueForKey(const Value::Dictionary& dictionary, const std::string& key);
 
 } // namespace zuvi

@@ -2,13 +2,14 @@
 
 #include "platform/CoreGraphics/CGGeometry.h"
 #include "platform/CoreGraphics/CGImage.h"
+#include "platform/Export.h"
 
 #include <memory>
 
 namespace zuvi {
 
 /// A drawing that is sharp at every size. Main thread.
-class SvgImage {
+class ZUVI_API SvgImage {
 public:
   /// Null when the bytes are no SVG.
   static std::shared_ptr<const SvgImage> fromData(const Data& bytes);

@@ -3,6 +3,7 @@
 #include "platform/CoreGraphics/CGColor.h"
 #include "platform/CoreGraphics/CGGeometry.h"
 #include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Export.h"
 
 #include <array>
 #include <functional>
@@ -42,7 +43,7 @@ inline LayerValue layerValue(const CGAffineTransform& t) {
 }
 
 /// How progress runs from 0 to 1 over an animation.
-struct AnimationCurve {
+struct ZUVI_API AnimationCurve {
   enum class Kind { Linear, EaseIn, EaseOut, EaseInOut, Spring };
   Kind kind = Kind::EaseInOut;
   double damping = 1;         ///< spring only: ratio; 1 and above does not overshoot
@@ -53,7 +54,7 @@ struct AnimationCurve {
 };
 
 /// A block of changes that are animated together and end together.
-class AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {
+class ZUVI_API AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {
 public:
   TimeInterval duration = 0.25;
   TimeInterval delay = 0;
@@ -78,7 +79,7 @@ private:
 };
 
 /// One property on its way.
-struct CABasicAnimation {
+struct ZUVI_API CABasicAnimation {
   LayerProperty property = LayerProperty::Opacity;
   LayerValue from{}, to{};
   TimeInterval beginTime = 0; ///< on the main queue's clock

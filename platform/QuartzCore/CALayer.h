@@ -4,6 +4,7 @@
 #include "platform/CoreGraphics/CGGeometry.h"
 #include "platform/CoreGraphics/CGImage.h"
 #include "platform/CoreGraphics/CGPath.h"
+#include "platform/Export.h"
 #include "platform/QuartzCore/CAAnimation.h"
 
 #include <map>
@@ -18,7 +19,7 @@ class DrawingContext;
 class CALayer;
 
 /// The surface that shows a tree of layers.
-class LayerHost {
+class ZUVI_API LayerHost {
 public:
   virtual ~LayerHost() = default;
   /// Something below the host's root has changed: a frame is due.
@@ -33,7 +34,7 @@ enum class ContentsGravity { Resize, ResizeAspect, ResizeAspectFill, Center };
 /// A rectangle in a tree of rectangles that are drawn over one another. Every value is a model
 /// value: it changes at once, while drawing reads the presented value, which an animation moves.
 /// Main queue only.
-class CALayer : public std::enable_shared_from_this<CALayer> {
+class ZUVI_API CALayer : public std::enable_shared_from_this<CALayer> {
 public:
   CALayer();
   virtual ~CALayer();

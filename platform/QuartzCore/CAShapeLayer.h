@@ -1,12 +1,13 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/QuartzCore/CALayer.h"
 #include "platform/QuartzCore/DrawingContext.h"
 
 namespace zuvi {
 
 /// A layer that shows an outline, filled and stroked.
-class CAShapeLayer : public CALayer {
+class ZUVI_API CAShapeLayer : public CALayer {
 public:
   const CGPath& path() const { return path_; }
   void setPath(CGPath path);

@@ -5,13 +5,14 @@
 #include "platform/CoreGraphics/CGImage.h"
 #include "platform/CoreGraphics/CGPath.h"
 #include "platform/CoreText/TextLayout.h"
+#include "platform/Export.h"
 
 #include <vector>
 
 namespace zuvi {
 
 /// What a layer draws itself with, in its own coordinates. Lives only during one `draw`.
-class DrawingContext {
+class ZUVI_API DrawingContext {
 public:
   struct Native;
   explicit DrawingContext(Native& native) : native_(native) {}

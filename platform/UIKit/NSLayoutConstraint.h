@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <memory>
 
 namespace zuvi {
@@ -8,7 +10,7 @@ class UIView;
 
 enum class LayoutAttribute { Left, Right, Top, Bottom, CenterX, CenterY, Width, Height };
 
-bool isHorizontal(LayoutAttribute attribute);
+ZUVI_API bool isHorizontal(LayoutAttribute attribute);
 
 /// What a constraint speaks of: a view, or the safe area of the view that holds the constraint.
 struct LayoutItem {
@@ -19,7 +21,7 @@ struct LayoutItem {
 
 /// first = second * multiplier + constant, in points. It is held by the superview of the views that
 /// it speaks of, and may speak of that superview too.
-class NSLayoutConstraint {
+class ZUVI_API NSLayoutConstraint {
 public:
   LayoutItem firstItem;
   LayoutAttribute firstAttribute = LayoutAttribute::Left;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/NSLayoutConstraint.h"
 #include "platform/UIKit/UIView.h"
 
@@ -13,7 +14,7 @@ namespace zuvi {
 
 /// What the owner of a nib expects of it: every outlet and every action by name. A nib that lacks
 /// one, or names another, is refused.
-class NibDeclaration {
+class ZUVI_API NibDeclaration {
 public:
   /// `field` gets the view of that outlet; the nib must give it a class that fits.
   template <class View> void outlet(const std::string& name, std::weak_ptr<View>& field) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CoreGraphics/CGImage.h"
+#include "platform/Export.h"
 #include "platform/UIKit/UIScreen.h"
 
 #include <memory>
@@ -9,7 +10,7 @@ namespace zuvi {
 
 /// A screen in memory, for machines without a display. One at a time; while it lives the screen
 /// draws here.
-class OffscreenSurface final : public ScreenSurface {
+class ZUVI_API OffscreenSurface final : public ScreenSurface {
 public:
   /// `size` in points, `scale` pixels a point.
   OffscreenSurface(CGSize size, double scale, UIEdgeInsets safeArea = {});

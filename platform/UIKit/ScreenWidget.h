@@ -3,6 +3,8 @@
 // The one public header that names the toolkit: a program that has windows of its own places the
 // screen among its widgets with it.
 
+#include "platform/Export.h"
+
 #include <gtk/gtk.h>
 
 namespace zuvi {
@@ -11,7 +13,7 @@ namespace zuvi {
 /// One at a time. Call after `gtk_init`; the main queue is attached to the event loop by it.
 /// `safeArea` (top, right, bottom, left; points) is kept free of controls, as under a phone's
 /// notch.
-GtkWidget* screenWidgetNew(double safeTop = 0, double safeRight = 0, double safeBottom = 0,
-                           double safeLeft = 0);
+ZUVI_API GtkWidget* screenWidgetNew(double safeTop = 0, double safeRight = 0, double safeBottom = 0,
+                                    double safeLeft = 0);
 
 } // namespace zuvi

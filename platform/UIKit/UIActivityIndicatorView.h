@@ -1,12 +1,13 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/QuartzCore/CAShapeLayer.h"
 #include "platform/UIKit/UIView.h"
 
 namespace zuvi {
 
 /// A turning arc: something is under way. Hidden while it stands still.
-class UIActivityIndicatorView : public UIView {
+class ZUVI_API UIActivityIndicatorView : public UIView {
 public:
   UIActivityIndicatorView();
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/UIViewController.h"
 
 #include <functional>
@@ -16,7 +17,7 @@ struct UIAlertAction {
 };
 
 /// A short question over everything, with its answers.
-class UIAlertController final : public UIViewController {
+class ZUVI_API UIAlertController final : public UIViewController {
 public:
   UIAlertController(std::string title, std::string message);
 

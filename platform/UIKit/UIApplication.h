@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Export.h"
 #include "platform/Foundation/URL.h"
 #include "platform/UIKit/KeyPress.h"
 
@@ -38,7 +39,7 @@ inline constexpr const char* UIKeyboardAnimationCurveUserInfoKey =
 
 /// The program: who has the focus, where touches and keys go, how addresses are opened. Main queue
 /// only.
-class UIApplication {
+class ZUVI_API UIApplication {
 public:
   static UIApplication& shared();
 

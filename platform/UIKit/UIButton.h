@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/UIControl.h"
 #include "platform/UIKit/UIImageView.h"
 #include "platform/UIKit/UILabel.h"
@@ -13,7 +14,7 @@ enum class UIControlState { Normal, Highlighted, Disabled };
 
 /// A control with a title, a picture, or both, by state; what a state lacks comes from the normal
 /// one.
-class UIButton : public UIControl {
+class ZUVI_API UIButton : public UIControl {
 public:
   UIButton();
   explicit UIButton(const CGRect& frame);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CoreGraphics/CGColor.h"
+#include "platform/Export.h"
 
 #include <optional>
 #include <string>
@@ -10,8 +11,8 @@ namespace zuvi {
 using UIColor = CGColor;
 
 /// "#RRGGBB" or "#RRGGBBAA" as nibs write it; absent for anything else.
-std::optional<UIColor> colorFromText(const std::string& text);
+ZUVI_API std::optional<UIColor> colorFromText(const std::string& text);
 /// The text that `colorFromText` reads; without alpha when opaque.
-std::string textFromColor(const UIColor& color);
+ZUVI_API std::string textFromColor(const UIColor& color);
 
 } // namespace zuvi

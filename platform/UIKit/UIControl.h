@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/UIView.h"
 
 #include <functional>
@@ -17,7 +18,7 @@ enum class UIControlEvent {
 };
 
 /// A view that acts when it is touched, or when Space or Return is pressed while it has the focus.
-class UIControl : public UIView {
+class ZUVI_API UIControl : public UIView {
 public:
   using UIView::UIView;
 

@@ -2,6 +2,7 @@
 
 #include "platform/CoreGraphics/CGGeometry.h"
 #include "platform/CoreGraphics/CGImage.h"
+#include "platform/Export.h"
 #include "platform/Foundation/Bundle.h"
 #include "platform/ImageIO/SvgImage.h"
 
@@ -15,7 +16,7 @@ namespace zuvi {
 
 /// A picture for views: a drawing that is sharp at every size, pixels, or a series of pictures
 /// shown in turn. Immutable.
-class UIImage {
+class ZUVI_API UIImage {
 public:
   /// The picture `name` of a bundle (svg, png or jpg); null when there is none.
   static std::shared_ptr<const UIImage> named(const std::string& name, const Bundle& bundle);

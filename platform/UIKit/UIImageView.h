@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Timer.h"
 #include "platform/UIKit/UIImage.h"
 #include "platform/UIKit/UIView.h"
@@ -7,7 +8,7 @@
 namespace zuvi {
 
 /// Shows a picture in the view's content mode; a series plays while the view is on a window.
-class UIImageView : public UIView {
+class ZUVI_API UIImageView : public UIView {
 public:
   UIImageView();
   explicit UIImageView(std::shared_ptr<const UIImage> image);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CoreText/TextLayout.h"
+#include "platform/Export.h"
 #include "platform/UIKit/UIFont.h"
 #include "platform/UIKit/UIView.h"
 
@@ -11,7 +12,7 @@
 namespace zuvi {
 
 /// Text to read, on one line or more.
-class UILabel : public UIView {
+class ZUVI_API UILabel : public UIView {
 public:
   UILabel();
   explicit UILabel(const CGRect& frame);

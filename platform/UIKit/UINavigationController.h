@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/UIViewController.h"
 
 #include <vector>
@@ -7,7 +8,7 @@
 namespace zuvi {
 
 /// A stack of screens of which the last is on show.
-class UINavigationController final : public UIViewController {
+class ZUVI_API UINavigationController final : public UIViewController {
 public:
   explicit UINavigationController(std::shared_ptr<UIViewController> root);
   void didMake();

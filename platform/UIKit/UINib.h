@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Bundle.h"
 #include "platform/UIKit/NibDeclaration.h"
 #include "platform/UIKit/UIView.h"
@@ -25,7 +26,7 @@ namespace zuvi {
 /// a control) and `layout` (constraints, held by the superview; "super", "safe" or a sibling's name
 /// stand before the edge: left, right, top, bottom, centerX, centerY, width, height). An attribute
 /// such as `text.fr` takes the place of `text` where French is the language of nibs.
-class UINib {
+class ZUVI_API UINib {
 public:
   /// The view, or why the nib was refused: one line with file, line and name.
   struct Result {

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/UIView.h"
 
 namespace zuvi {
 
 /// A row of dots, one of them marked.
-class UIPageControl : public UIView {
+class ZUVI_API UIPageControl : public UIView {
 public:
   int numberOfPages() const { return pages_; }
   void setNumberOfPages(int pages);

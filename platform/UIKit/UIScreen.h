@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Export.h"
 #include "platform/QuartzCore/CALayer.h"
 
 #include <memory>
@@ -11,7 +12,7 @@ namespace zuvi {
 class UIWindow;
 
 /// What shows the screen: a widget, or memory.
-class ScreenSurface {
+class ZUVI_API ScreenSurface {
 public:
   virtual ~ScreenSurface() = default;
   /// The screen has changed: draw a frame when it suits. May come many times before one.
@@ -19,7 +20,7 @@ public:
 };
 
 /// The one surface on which the windows stack. Main queue only.
-class UIScreen final : public LayerHost {
+class ZUVI_API UIScreen final : public LayerHost {
 public:
   static UIScreen& main();
 

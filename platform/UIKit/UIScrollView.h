@@ -1,11 +1,12 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/UIView.h"
 
 namespace zuvi {
 
 /// A view onto contents that are larger than itself, moved by finger or wheel.
-class UIScrollView : public UIView {
+class ZUVI_API UIScrollView : public UIView {
 public:
   UIScrollView();
 

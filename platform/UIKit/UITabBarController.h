@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/UIViewController.h"
 
 #include <string>
@@ -8,7 +9,7 @@
 namespace zuvi {
 
 /// Screens side by side, of which one is on show, chosen on a bar at the bottom.
-class UITabBarController final : public UIViewController {
+class ZUVI_API UITabBarController final : public UIViewController {
 public:
   struct Tab {
     std::string title;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Bundle.h"
 #include "platform/UIKit/UINib.h"
 #include "platform/UIKit/UIScrollView.h"
@@ -13,19 +14,19 @@ namespace zuvi {
 class UITableView;
 
 /// One row. It is laid out anew and given new contents each time it is used.
-class UITableViewCell : public UIView {
+class ZUVI_API UITableViewCell : public UIView {
 public:
   std::string reuseIdentifier;
 };
 
-class UITableViewDataSource {
+class ZUVI_API UITableViewDataSource {
 public:
   virtual ~UITableViewDataSource() = default;
   virtual std::size_t numberOfRows(UITableView& table) = 0;
   virtual std::shared_ptr<UITableViewCell> cellForRow(UITableView& table, std::size_t row) = 0;
 };
 
-class UITableViewDelegate {
+class ZUVI_API UITableViewDelegate {
 public:
   virtual ~UITableViewDelegate() = default;
   /// In points.
@@ -33,7 +34,7 @@ public:
 };
 
 /// Rows below one another. Only those in sight are made; rows that leave are used again.
-class UITableView : public UIScrollView {
+class ZUVI_API UITableView : public UIScrollView {
 public:
   std::weak_ptr<UITableViewDataSource> dataSource;
   std::weak_ptr<UITableViewDelegate> delegate;

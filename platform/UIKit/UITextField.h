@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Timer.h"
 #include "platform/UIKit/UIControl.h"
 #include "platform/UIKit/UILabel.h"
@@ -9,7 +10,7 @@
 namespace zuvi {
 
 /// One line of text that a person can edit.
-class UITextField : public UIControl {
+class ZUVI_API UITextField : public UIControl {
 public:
   UITextField();
   explicit UITextField(const CGRect& frame);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Export.h"
 #include "platform/Foundation/Make.h"
 #include "platform/Foundation/Value.h"
 #include "platform/QuartzCore/CALayer.h"
@@ -36,7 +37,7 @@ enum UIViewAutoresizing : unsigned {
 
 /// A rectangle on the screen that draws, lays out its subviews and hears touches. Made with
 /// `make<...>()`. Main queue only.
-class UIView : public std::enable_shared_from_this<UIView> {
+class ZUVI_API UIView : public std::enable_shared_from_this<UIView> {
 public:
   UIView();
   explicit UIView(const CGRect& frame);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Bundle.h"
 #include "platform/Foundation/Make.h"
 #include "platform/UIKit/NibDeclaration.h"
@@ -24,7 +25,7 @@ enum class UIModalTransitionStyle { CoverVertical = 0, CrossDissolve = 2 };
 /// The appearance calls come in pairs, `viewWillAppear` with `viewDidAppear` and
 /// `viewWillDisappear` with `viewDidDisappear`; the second of a pair follows once the movement has
 /// ended.
-class UIViewController : public std::enable_shared_from_this<UIViewController> {
+class ZUVI_API UIViewController : public std::enable_shared_from_this<UIViewController> {
 public:
   UIViewController() = default;
   /// The view comes from that nib when it is first asked for.

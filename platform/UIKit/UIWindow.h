@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/UIKit/UIView.h"
 
 namespace zuvi {
@@ -8,7 +9,7 @@ class UIViewController;
 
 /// A sheet over the whole screen with a screenful of views. Windows lie over one another by level
 /// and, within a level, by the moment they were shown.
-class UIWindow : public UIView {
+class ZUVI_API UIWindow : public UIView {
 public:
   static constexpr double levelNormal = 0;
   static constexpr double levelStatusBar = 1000;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Error.h"
 #include "platform/Foundation/URL.h"
 
@@ -24,7 +25,7 @@ struct WKNavigationAction {
 enum class WKNavigationActionPolicy { Cancel, Allow };
 
 /// Decides where a page may go and hears how it fared. Main queue.
-class WKNavigationDelegate {
+class ZUVI_API WKNavigationDelegate {
 public:
   virtual ~WKNavigationDelegate() = default;
   virtual WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction&) {
@@ -41,7 +42,7 @@ public:
 };
 
 /// What a page asks of the screen around it. Main queue.
-class WKUIDelegate {
+class ZUVI_API WKUIDelegate {
 public:
   virtual ~WKUIDelegate() = default;
   /// A view for the window that the page opens, made with that configuration; null: none is opened.

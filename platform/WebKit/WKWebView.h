@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Error.h"
 #include "platform/Foundation/NotificationCenter.h"
 #include "platform/Foundation/URLSession.h"
@@ -23,7 +24,7 @@ namespace zuvi {
 /// which wait in their order while the engine is loaded. It lives as long as the view, wherever the
 /// view is moved, and ends above the keyboard while that covers a part of the view. Main queue
 /// only.
-class WKWebView : public UIView, private WebPageClient {
+class ZUVI_API WKWebView : public UIView, private WebPageClient {
 public:
   WKWebView(const CGRect& frame, const WKWebViewConfiguration& configuration);
   ~WKWebView() override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Value.h"
 
 #include <map>
@@ -25,7 +26,7 @@ struct WKScriptMessage {
 };
 
 /// Hears what pages post. Main queue.
-class WKScriptMessageHandler {
+class ZUVI_API WKScriptMessageHandler {
 public:
   virtual ~WKScriptMessageHandler() = default;
   virtual void didReceiveScriptMessage(const WKScriptMessage& message) = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -12,7 +14,7 @@ struct WKWebsiteDataRecord {
 };
 
 /// What sites left on this machine. Completions come once, on the main queue.
-class WKWebsiteDataStore {
+class ZUVI_API WKWebsiteDataStore {
 public:
   static WKWebsiteDataStore& defaultStore();
   /// Data of all types.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/Error.h"
 #include "platform/Foundation/URLSession.h"
 #include "platform/Foundation/Value.h"
@@ -20,7 +21,7 @@ class UIView;
 class WebPage;
 
 /// Who is told what happens in a page: the web view that shows it.
-class WebPageClient {
+class ZUVI_API WebPageClient {
 public:
   virtual ~WebPageClient() = default;
   virtual WKNavigationActionPolicy decidePolicy(const WKNavigationAction& action) = 0;
@@ -35,7 +36,7 @@ public:
 };
 
 /// One page of an engine. Main queue only.
-class WebPage {
+class ZUVI_API WebPage {
 public:
   virtual ~WebPage() = default;
   virtual void load(const URLRequest& request) = 0;
@@ -54,7 +55,7 @@ public:
 };
 
 /// What makes and runs pages: the browser engine of the machine, or a scripted one.
-class WebEngine {
+class ZUVI_API WebEngine {
 public:
   virtual ~WebEngine() = default;
   virtual bool isAvailable() const = 0;

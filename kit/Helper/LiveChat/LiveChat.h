@@ -1,7 +1,8 @@
 #pragma once
 
-#include "kit/Helper/LiveChat/BuildUrl.h"
+#include "kit/Helper/LiveChat/LiveChatConfiguration.h"
 #include "kit/Helper/LiveChat/LiveChatDelegate.h"
+#include "platform/Export.h"
 #include "platform/Foundation/Observed.h"
 
 #include <functional>
@@ -12,7 +13,7 @@
 namespace zuvi {
 
 /// The door to the support chat, a page that floats in a window of its own. Main queue only.
-class LiveChat {
+class ZUVI_API LiveChat {
 public:
   // Whose chat it is, and who the visitor is. Nothing takes effect before there is a license.
   static Observed<std::optional<std::string>> licenseId, groupId, name, email;

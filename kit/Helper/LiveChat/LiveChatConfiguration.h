@@ -1,8 +1,11 @@
 #pragma once
 
+#include <map>
 #include <string>
 
 namespace zuvi {
+
+using CustomVariables = std::map<std::string, std::string>;
 
 /// Whose chat it is, and who the visitor is.
 struct LiveChatConfiguration {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/URL.h"
 
 namespace zuvi {
@@ -8,7 +9,7 @@ struct LiveChatMessage;
 
 /// Who hears of the support chat. Every operation is optional: one that is not overridden does
 /// nothing. Main queue only.
-class LiveChatDelegate {
+class ZUVI_API LiveChatDelegate {
 public:
   virtual ~LiveChatDelegate() = default;
   /// A message that was not seen before.

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <string>
 
 namespace zuvi {
 
 /// Where the kit's services are. A host's own code may replace an address before it registers
 /// for the first time.
-struct ZVEndpoints {
+struct ZUVI_API ZVEndpoints {
   /// The back end; ends in "/".
   static std::string& serverURL();
   /// The whole address that events are posted to, without the query.

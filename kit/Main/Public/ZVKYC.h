@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kit/Main/Public/ZVKYCDelegate.h"
+#include "platform/Export.h"
 #include "platform/Foundation/Value.h"
 
 #include <memory>
@@ -13,7 +14,7 @@ class ZVKYCHelper;
 
 /// The kit's door. Main thread only; a failure is never reported here, the delegate's two calls are
 /// all that a host hears.
-class ZVKYC {
+class ZUVI_API ZVKYC {
 public:
   /// The one instance, made on first use.
   static ZVKYC& instance();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Export.h"
 #include "platform/Foundation/NotificationCenter.h"
 #include "platform/Foundation/Observed.h"
 #include "platform/UIKit/UIButton.h"
@@ -12,7 +13,7 @@ namespace zuvi {
 /// verification over whatever is showing. It needs nothing of the host but
 /// `ZVKYC::registerWithClientId`. Made with `make<ZVKYCButton>()`; in a nib, after
 /// registering, by its class name. Main queue only.
-class ZVKYCButton : public UIButton {
+class ZUVI_API ZVKYCButton : public UIButton {
 public:
   ZVKYCButton();
   explicit ZVKYCButton(const CGRect& frame);

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/Export.h"
+
 #include <string>
 
 namespace zuvi {
 
 /// How a host hears the end of a verification. Both calls come on the main queue.
-class ZVKYCDelegate {
+class ZUVI_API ZVKYCDelegate {
 public:
   virtual ~ZVKYCDelegate() = default;
 
