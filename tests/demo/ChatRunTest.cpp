@@ -1,25 +1,10 @@
-// The support chat as a person meets it: the real program in a window, the real browser engine, and
-// the sandbox over TLS. A drive script does what the person does; the test is the world around it.
+// The support chat as a person meets it, with the real browser engine.
 
-#include "platform/ImageIO/ImageFile.h"
-#include "tests/UIKit/Pixels.h"
-#include "tests/sandbox/ServerFixture.h"
+#include "tests/demo/ProgramFixture.h"
 #include "tests/support/PageProcesses.h"
-
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <csignal>
-#include <filesystem>
 
 namespace zuvi::sandbox::test {
 namespace {
-
-using Clock = std::chrono::steady_clock;
-using zuvi::test::ScopedEnvironment;
-
-constexpr auto patience = std::chrono::seconds(60);
 
 // Until the button speaks the merchant's language, nobody knows the merchant's name.
 const std::string intoTheFlow = R"drive(
@@ -39,106 +24,13 @@ script "document.getElementById('hide').click()"
 wait ZVMainViewController
 )drive";
 
-class ChatRun : public ServerFixture {
+class ChatRun : public ProgramFixture {
 protected:
-  void startWith(const std::vector<std::string>& failRules = {}) {
-    ASSERT_NE(std::getenv("DISPLAY"), nullptr) << "this test wants a display, such as Xvfb's";
-    ServerOptions options;
-    options.tlsFolder = folder_.path("tls");
-    options.failRules = *FailPlan::parse(failRules);
-    options.merchants = *Merchants::fromText(
-        R"({"demo": {"name": "Casa & Mar = 100 %", "photo": "", "configurations": [{"color": "blue",
-            "language": "es", "documents": {"required": ["passport"], "optional": []}}]}})");
-    start(std::move(options));
-    URLSession::setAdditionalAuthorities(server_->certificateAuthority());
-    std::filesystem::create_directory(folder_.path("home"));
-    std::filesystem::permissions(folder_.path("home"), std::filesystem::perms::owner_all);
-  }
-
-  void TearDown() override {
-    if (program_ > 0) kill(program_, SIGKILL);
-    if (program_ > 0) waitpid(program_, nullptr, 0);
-    URLSession::setAdditionalAuthorities("");
-  }
-
-  /// Starts the program with a script, in which "MARK" stands for the folder of dumps.
-  void launch(std::string script) {
-    for (auto i = script.find("MARK"); i != std::string::npos; i = script.find("MARK", i))
-      script.replace(i, 4, folder_.path());
-    const std::string address = server_->address(), tracking = address + "/track/",
-                      root = address + "/", page = address + "/app/mobile/urls.json",
-                      ca = server_->certificateAuthority(), pictures = folder_.path("pictures"),
-                      drive = folder_.write("a.drive", script);
-    events_ = folder_.path("events-") + std::to_string(++runs_);
-    program_ = fork();
-    if (program_ != 0) return;
-    execl(ZUVI_DEMO_PROGRAM, "zuvi-demo", "--client-id", "demo", "--server", root.c_str(),
-          "--tracking", tracking.c_str(), "--chat-template", page.c_str(), "--ca", ca.c_str(),
-          "--chat-name", "Ana Lú + 100 %", "--chat-email", "ana+1@example.org", "--chat-license",
-          "77", "--chat-group", "3", "--front-camera", "simulated", "--back-camera", "simulated",
-          "--pictures", pictures.c_str(), "--drive", drive.c_str(), "--events", events_.c_str(),
-          nullptr);
-    _exit(127);
-  }
-
-  /// Waits for something while the program runs.
-  bool reaches(const std::function<bool()>& holds) {
-    const auto deadline = Clock::now() + patience;
-    while (!holds() && isRunning() && Clock::now() < deadline)
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    return holds();
-  }
-
-  /// What the program's script dumped under that name, as soon as it is there; the program goes on.
-  std::string dumped(const std::string& name) {
-    reaches([&] { return std::filesystem::exists(folder_.path(name)); });
-    std::string dump = zuvi::test::TemporaryFolder::read(folder_.path(name));
-    EXPECT_NE(dump, "") << name << " never came";
-    return dump;
-  }
-
-  bool isRunning() {
-    siginfo_t info{};
-    return waitid(P_PID, id_t(program_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-           info.si_pid == 0;
-  }
-
-  /// Whether the script came to its end; the program says on its standard error where it stopped.
-  bool endsWell() {
-    reaches([] { return false; });
-    if (isRunning()) kill(program_, SIGKILL);
-    int status = -1;
-    waitpid(program_, &status, 0);
-    program_ = -1;
-    EXPECT_EQ(status, 0) << "as waitpid gives it";
-    return status == 0;
-  }
-
-  /// One entry of each event of that kind, of the latest run.
-  std::vector<std::string> events(const std::string& kind, const char* entry) {
-    std::vector<std::string> found;
-    std::ifstream file(events_);
-    for (std::string line; std::getline(file, line);)
-      if (const Json event = parseJson(line).value_or(Json()); stringMember(event, "event") == kind)
-        found.push_back(stringMember(event, entry).value_or(""));
-    return found;
-  }
-
   long served(const std::string& operation) {
     const auto requests = server_->requests();
     return std::count_if(requests.begin(), requests.end(),
                          [&](const RequestRecord& r) { return r.operation == operation; });
   }
-
-  const std::string home_ = folder_.path("home");
-  const ScopedEnvironment environment_[5]{{"HOME", home_},
-                                          {"XDG_CONFIG_HOME", home_ + "/config"},
-                                          {"XDG_DATA_HOME", home_ + "/data"},
-                                          {"XDG_CACHE_HOME", home_ + "/cache"},
-                                          {"XDG_RUNTIME_DIR", home_}};
-  pid_t program_ = -1;
-  int runs_ = 0;
-  std::string events_;
 };
 
 bool has(const std::string& dump, const char* text) {
@@ -162,6 +54,7 @@ TEST_F(ChatRun, OnePageServesAsLongAsTheChatIsUsed) {
   launch(intoTheFlow + intoTheChat + R"drive(
 script "[...document.querySelectorAll('#details dd')].map(d => d.textContent).join('|')" "77|3|Ana Lú + 100 %|ana+1@example.org|Casa & Mar = 100 %"
 expect loadingView.alpha 0 10
+picture chat
 script "window.kept = 7; window.tall = innerHeight"
 keyboard show 300
 script "tall - innerHeight" 300 10
@@ -189,6 +82,7 @@ script "document.querySelectorAll('.line').length + typeof kept" "1undefined" 30
   EXPECT_TRUE(has(two, "name=Second"));
   EXPECT_FALSE(has(one, "name=Second"));
   ASSERT_TRUE(endsWell());
+  EXPECT_TRUE(std::filesystem::exists(folder_.path("pictures/chat.png")));
   EXPECT_EQ(events("opened", "url"), std::vector<std::string>{"https://www.debian.org/"});
   EXPECT_EQ(served("chat-page"), 3) << "with the second window and the reload at the end";
 }
@@ -270,30 +164,6 @@ wait ZVMainViewController
   EXPECT_TRUE(has(dumped("no-process"), "The chat has stopped unexpectedly."));
   ASSERT_TRUE(endsWell());
   EXPECT_EQ(served("chat-page"), 3);
-}
-
-TEST_F(ChatRun, TheCloseButtonComesAfterAWhile) {
-  startWith({"chat-template:*:json={}"});
-  launch(intoTheFlow + R"drive(
-tap infoButton
-wait LiveChatOverlayViewController
-sleep 0.7
-picture early
-sleep 3.2
-picture late
-expect activityIndicator.animating true
-tap closeButton
-wait ZVMainViewController
-)drive");
-  ASSERT_TRUE(endsWell());
-  const auto showsButton = [&](const std::string& name) {
-    const auto bytes = zuvi::test::TemporaryFolder::read(folder_.path("pictures/" + name + ".png"));
-    const auto picture = decodeImage(Data(bytes));
-    return picture && zuvi::test::Pixels(picture).at(343, 32).isNear(zuvi::test::black, 60);
-  };
-  EXPECT_FALSE(showsButton("early"));
-  EXPECT_TRUE(showsButton("late"));
-  EXPECT_EQ(served("chat-page"), 0);
 }
 
 } // namespace
