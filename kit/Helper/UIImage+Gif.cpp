@@ -14,7 +14,8 @@ namespace zuvi {
 
 namespace {
 
-constexpr double leastDelay = 0.1; // seconds
+constexpr double leastDelay = 0.1;    // seconds
+constexpr long mostSlices = 1L << 20; // of a series; a file may ask for as many as it likes
 
 std::optional<Data> contentsOf(const URL& url) {
   if (url.isFileURL()) return FileManager::contents(url.path());
@@ -97,11 +98,10 @@ std::shared_ptr<const UIImage> animatedImageWithSource(CGImageSource& source) {
     delays.push_back(static_cast<int>(delayForImageAtIndex(i, &source) * 1000.0));
   }
   const int slice = gcdForArray(delays);
-  long total = 0;
-  for (std::size_t i = 0; i < frames.size(); i++) {
+  const long total = std::accumulate(delays.begin(), delays.end(), 0L);
+  if (total / slice > mostSlices) return nullptr;
+  for (std::size_t i = 0; i < frames.size(); i++)
     slices.insert(slices.end(), static_cast<std::size_t>(delays[i] / slice), frames[i]);
-    total += delays[i];
-  }
   return UIImage::animatedImage(std::move(slices), static_cast<double>(total) / 1000.0);
 }
 

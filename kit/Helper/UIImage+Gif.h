@@ -22,7 +22,8 @@ std::shared_ptr<const UIImage> gifNamed(const std::string& name);
 /// Waits for the bytes, also when they come over the network: not on the main queue.
 std::shared_ptr<const UIImage> gifFromURL(const std::string& url);
 std::shared_ptr<const UIImage> gifFromData(const Data& data);
-/// Frames that can't be decoded are left out; null when none is left.
+/// Frames that can't be decoded are left out; null when none is left, and when the series would be
+/// longer than a million.
 std::shared_ptr<const UIImage> animatedImageWithSource(CGImageSource& source);
 
 /// In seconds; a tenth of one is the default and the least.

@@ -57,16 +57,16 @@ bool readExtension(GifFileType* file, GraphicsControlBlock& control, bool& contr
 
 bool readNumbers(GifFileType* file, GifFrame& frame) {
   const auto width = static_cast<std::size_t>(frame.width);
-  std::vector<std::uint8_t> numbers(width * static_cast<std::size_t>(frame.height));
+  const std::size_t size = width * static_cast<std::size_t>(frame.height);
+  auto numbers = std::make_unique_for_overwrite<std::uint8_t[]>(size);
   const auto readLine = [&](int line) {
-    return DGifGetLine(file, numbers.data() + width * static_cast<std::size_t>(line),
-                       frame.width) == GIF_OK;
+    return DGifGetLine(file, numbers.get() + width * static_cast<std::size_t>(line), frame.width) ==
+           GIF_OK;
   };
   // An interlaced frame comes in four passes.
   constexpr std::pair<int, int> passes[] = {{0, 8}, {4, 8}, {2, 4}, {1, 2}};
   if (!file->Image.Interlace) {
-    if (DGifGetLine(file, numbers.data(), static_cast<int>(numbers.size())) == GIF_ERROR)
-      return false;
+    if (DGifGetLine(file, numbers.get(), static_cast<int>(size)) == GIF_ERROR) return false;
   } else {
     for (const auto& [first, step] : passes)
       for (int line = first; line < frame.height; line += step)

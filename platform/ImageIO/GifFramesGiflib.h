@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -14,7 +15,7 @@ struct GifFrame {
   enum class Disposal { Keep, Clear, Restore };
 
   int left = 0, top = 0, width = 0, height = 0;
-  std::vector<std::uint8_t> numbers;       ///< width * height; empty: it could not be decoded
+  std::unique_ptr<std::uint8_t[]> numbers; ///< width * height; null: it could not be decoded
   std::array<std::uint32_t, 256> colors{}; ///< BGRA as a number; zero is transparent
   Disposal disposal = Disposal::Keep;      ///< what becomes of it before the next one
   std::optional<int> delay;                ///< in hundredths of a second

@@ -1,0 +1,117 @@
+// Sixty composed frames of 480 x 480 beside the GIF library alone reading the same bytes, and the
+// memory that they take beside that of their pixels.
+
+#include "bench/Measure.h"
+#include "platform/ImageIO/CGImageSource.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <gif_lib.h>
+
+using namespace zuvi;
+using namespace zuvi::bench;
+
+namespace {
+
+constexpr int side = 480, frames = 60, colors = 256;
+
+/// Discs of many shades that move, over a plain ground.
+std::string movingDiscs() {
+  std::string bytes;
+  GifFileType* file = EGifOpen(
+      &bytes,
+      [](GifFileType* to, const GifByteType* from, int size) {
+        static_cast<std::string*>(to->UserData)
+            ->append(reinterpret_cast<const char*>(from), std::size_t(size));
+        return size;
+      },
+      nullptr);
+  ColorMapObject* map = GifMakeMapObject(colors, nullptr);
+  for (int i = 0; i < colors; i++)
+    map->Colors[i] = {GifByteType(i), GifByteType(255 - i), GifByteType(i / 2)};
+  EGifSetGifVersion(file, true);
+  EGifPutScreenDesc(file, side, side, 8, 0, map);
+  std::string numbers(std::size_t{side} * side, '\0');
+  for (int frame = 0; frame < frames; frame++) {
+    const GraphicsControlBlock control{DISPOSE_DO_NOT, false, 5, NO_TRANSPARENT_COLOR};
+    GifByteType extension[4];
+    EGifPutExtension(file, GRAPHICS_EXT_FUNC_CODE, int(EGifGCBToExtension(&control, extension)),
+                     extension);
+    EGifPutImageDesc(file, 0, 0, side, side, false, nullptr);
+    for (int y = 0; y < side; y++)
+      for (int x = 0; x < side; x++) {
+        const int dx = (x + 4 * frame) % 120 - 60, dy = y % 120 - 60;
+        const int distance = dx * dx + dy * dy;
+        numbers[std::size_t(y) * side + std::size_t(x)] =
+            char(distance < 2500 ? 1 + distance * 254 / 2500 : 0);
+      }
+    EGifPutLine(file, reinterpret_cast<GifPixelType*>(numbers.data()), int(numbers.size()));
+  }
+  EGifCloseFile(file, nullptr);
+  GifFreeMapObject(map);
+  return bytes;
+}
+
+struct Cursor {
+  const std::string& bytes;
+  std::size_t at = 0;
+};
+
+void readWithLibrary(const std::string& bytes) {
+  Cursor cursor{bytes};
+  GifFileType* file = DGifOpen(
+      &cursor,
+      [](GifFileType* from, GifByteType* buffer, int size) {
+        auto& at = *static_cast<Cursor*>(from->UserData);
+        const auto room = std::min(std::size_t(size), at.bytes.size() - at.at);
+        std::memcpy(buffer, at.bytes.data() + at.at, room);
+        at.at += room;
+        return int(room);
+      },
+      nullptr);
+  if (!file || DGifSlurp(file) != GIF_OK || file->ImageCount != frames) std::abort();
+  DGifCloseFile(file, nullptr);
+}
+
+std::vector<std::shared_ptr<const CGImage>> compose(const Data& bytes) {
+  const auto source = CGImageSource::createWithData(bytes);
+  std::vector<std::shared_ptr<const CGImage>> images;
+  for (std::size_t i = 0; source && i < source->count(); i++)
+    images.push_back(source->createImageAtIndex(i));
+  if (images.size() != frames) std::abort();
+  return images;
+}
+
+double peakMiB() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return double(usage.ru_maxrss) / 1024;
+}
+
+} // namespace
+
+int main() {
+  const std::string bytes = movingDiscs();
+  const Data data{std::string(bytes)};
+  const double before = peakMiB();
+  compose(data);
+  const double taken = peakMiB() - before;
+
+  std::vector<double> alone, ours;
+  for (int i = 0; i < 15; i++) {
+    double start = processorSeconds();
+    readWithLibrary(bytes);
+    alone.push_back(processorSeconds() - start);
+    start = processorSeconds();
+    compose(data);
+    ours.push_back(processorSeconds() - start);
+  }
+  const Figures baseline = figuresOf(alone);
+  report("library alone, numbers of 60 frames", baseline);
+  report("CGImageSource, pixels of 60 frames", figuresOf(ours), &baseline);
+  const double pixels = double(side) * side * 4 * frames / (1 << 20);
+  std::printf("%-44s %.1f MiB, the pixels alone %.1f MiB, ratio %.2f\n", "memory at the peak",
+              taken, pixels, taken / pixels);
+}
