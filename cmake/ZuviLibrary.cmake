@@ -31,9 +31,23 @@ function(zuvi_library name)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/Resources/") # programs that make resources
   add_library(${name} STATIC ${sources})
-  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON
+                                           ZUVI_PACKAGES "${ARG_PACKAGES}")
   target_link_libraries(${name} PUBLIC zuvi_options ${ARG_LINKS})
   zuvi_use_packages(${name} ${ARG_PACKAGES})
+endfunction()
+
+# Programs of this folder find the bundle and the browser engine beside themselves, as they would
+# where they are installed.
+function(zuvi_place_resources)
+  set(resources ZuviSDK.bundle)
+  if(ZUVI_CHAT)
+    list(APPEND resources ${ZUVI_WEB_MODULE})
+  endif()
+  foreach(resource IN LISTS resources)
+    file(CREATE_LINK ${PROJECT_BINARY_DIR}/${resource} ${CMAKE_CURRENT_BINARY_DIR}/${resource}
+         SYMBOLIC)
+  endforeach()
 endfunction()
 
 function(zuvi_program name)

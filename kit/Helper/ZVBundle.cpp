@@ -21,7 +21,7 @@ std::string bundleFolder() {
       ProcessInfo::folderOfCode(reinterpret_cast<const void*>(&bundleFolder));
   for (const std::filesystem::path& place :
        {code / "ZuviSDK.bundle", code / "../share/zuvisdk/ZuviSDK.bundle",
-        std::filesystem::path(ZUVI_BUILD_BUNDLE)}) {
+        code / "../../share/zuvisdk/ZuviSDK.bundle"}) { // from a folder of one architecture
     std::error_code failed;
     if (std::filesystem::is_directory(place, failed)) return place.string();
   }

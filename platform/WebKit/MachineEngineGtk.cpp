@@ -114,12 +114,14 @@ private:
 } // namespace
 
 std::string webModulePath() {
-  const std::filesystem::path built = ZUVI_BUILD_WEB_MODULE, name = built.filename();
+  const std::filesystem::path name = ZUVI_WEB_MODULE;
   const std::filesystem::path code =
       ProcessInfo::folderOfCode(reinterpret_cast<const void*>(&webModulePath));
   std::error_code failed;
+  // Beside the library or program, below the library's folder, and seen from a program's.
   for (const std::filesystem::path& place :
-       {code / name, code / "../lib/zuvisdk" / name, code / "zuvisdk" / name, built})
+       {code / name, code / "zuvisdk" / name, code / ".." / ZUVI_LIBDIR / "zuvisdk" / name,
+        code / "../lib/zuvisdk" / name})
     if (std::filesystem::is_regular_file(place, failed)) return place.string();
   return {};
 }
