@@ -1,0 +1,52 @@
+# Debian packages: `cpack` in a build folder, best one of the preset "package".
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME zuvisdk)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_CONTACT "ZuviSDK developers <sdk@zuvi.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Identity-verification kit")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(same "zuvisdk (= ${PROJECT_VERSION})")
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME zuvisdk)
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Identity-verification kit: library and resources")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+# What is looked up by name while the program runs: camera, pictures and films; authorities.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS
+    "gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, ca-certificates")
+# H.264, the camera's dialogue, the carrier.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "gstreamer1.0-plugins-bad")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "xdg-desktop-portal, modemmanager")
+set(CPACK_COMPONENTS_ALL runtime development)
+
+if(TARGET zuvi_webkitgtk)
+  list(APPEND CPACK_COMPONENTS_ALL chat)
+  string(APPEND CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS ", zuvisdk-chat (= ${PROJECT_VERSION})")
+  set(CPACK_DEBIAN_CHAT_PACKAGE_NAME zuvisdk-chat)
+  set(CPACK_DEBIAN_CHAT_DESCRIPTION "Identity-verification kit: the support chat's browser engine")
+  set(CPACK_DEBIAN_CHAT_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_CHAT_PACKAGE_DEPENDS "${same}")
+endif()
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME zuvisdk-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Identity-verification kit: headers and static library")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${same}, libgtk-4-dev, pkg-config")
+# For programs that link the static library.
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS
+    "libcurl4-openssl-dev, libgif-dev, libgstreamer-plugins-base1.0-dev, libicu-dev, \
+libpugixml-dev, librsvg2-dev, nlohmann-json3-dev")
+
+if(TARGET zuvi-sandbox OR TARGET zuvi-demo)
+  list(APPEND CPACK_COMPONENTS_ALL tools)
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME zuvisdk-tools)
+  set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Identity-verification kit: local back end and demo")
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${same}") # the demo shows its resources
+endif()
+include(CPack)
