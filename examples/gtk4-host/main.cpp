@@ -27,6 +27,7 @@ public:
 
     GtkWidget* panel = screenWidgetNew();
     gtk_widget_set_size_request(panel, 375, 780);
+    gtk_widget_set_hexpand(panel, FALSE);
     GtkWidget* columns = gtk_box_new(GTK_ORIENTATION_HORIZONTAL, 0);
     gtk_box_append(GTK_BOX(columns), fields);
     gtk_box_append(GTK_BOX(columns), gtk_separator_new(GTK_ORIENTATION_VERTICAL));
