@@ -124,6 +124,60 @@ protected:
     tapBottom();
   }
 
+  /// Does what a willing person does on each step until the run ends; tells the steps with the
+  /// pages of their dots. Of the list that person takes `pick`.
+  std::string walk(const std::string& pick) {
+    std::string steps;
+    std::size_t told = 0;
+    for (int count = 0; count < 20; count++) {
+      const std::string screen = top();
+      // An upload may be over before anybody looks.
+      const auto& stack = shell().mainNC()->viewControllers();
+      for (; told + 1 < stack.size(); told++)
+        if (className(*stack[told]) == "ZVUploadViewController") steps += "upload(-1) ";
+      const auto tell = [&](const std::string& step) {
+        steps += step + "(" + std::to_string(page()) + ") ";
+        see(step);
+      };
+      if (screen == "ZVMainViewController") {
+        tell("start");
+        tapBottom();
+      } else if (screen == "ZVLiveCameraViewController") {
+        tell("recorder");
+        tap("recordButton");
+        reported();
+        see("count-down");
+        time.advance(7);
+        see("recording");
+        time.advance(5.5);
+      } else if (screen == "ZVLivenessVerifyViewController") {
+        tell("review");
+        tapBottom();
+        reported();
+      } else if (screen == "ZVUploadViewController") {
+        EXPECT_EQ(page(), -1);
+        see("upload");
+        EXPECT_TRUE(time.waitUntil([this] { return top() != "ZVUploadViewController"; }));
+        settle();
+      } else if (screen == "ZVKYCCameraViewController") {
+        tell(documentOf(title()));
+        shoot(jpeg(++shots));
+        reported();
+      } else if (screen == "ZVDocumentListViewController") {
+        tell("list");
+        tap(uppercased(name(fromRawValue<ZVDocument>(pick).value())), true);
+      } else {
+        tell("verified");
+        break;
+      }
+    }
+    return steps;
+  }
+  /// Called on each step of a walk, before anything is done there.
+  virtual void see(const std::string&) {}
+  /// Called after a tap of a walk that sends an event.
+  virtual void reported() {}
+
   std::string title() const { return shell().titleLabel.lock()->text().value_or("-"); }
   static std::string bottomTitle() { return shell().bottomButton.lock()->title().value_or("-"); }
   static int page() { return *shell().currentPage; }
@@ -131,6 +185,14 @@ protected:
     return "\xff\xd8\xff\xe0 picture " + std::to_string(number);
   }
 
+  /// Titles bear the documents' names in the merchant's language.
+  static std::string documentOf(const std::string& title) {
+    for (const auto& known : RawValues<ZVDocument>::all)
+      if (title == name(known.value) + ".") return std::string(known.text);
+    return title;
+  }
+
+  int shots = 0; ///< pictures taken on a walk
   const std::string film{"\0\0\0\x14"
                          "ftypqt  film \r\n--Boundary\0",
                          26};

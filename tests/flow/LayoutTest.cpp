@@ -47,6 +47,32 @@ CGRect placeOfText(const UILabel& label) {
 
 class LayoutTest : public FlowTest {
 protected:
+  void see(const std::string& step) override {
+    inspect(step);
+    if (step == "start") {
+      shell().mainNC()->pushViewController(make<ZVCardVerifyViewController>(), true);
+      settle();
+      inspect("review of a card");
+      tap("retakeButtonTap");
+      tap("closeButtonTap");
+      inspect("cancel alert");
+      tap("continueButton");
+    } else if (const auto camera = this->step<ZVKYCCameraViewController>()) {
+      if (camera->type == ZVKYCCameraType::ineFront) {
+        camera->showError(true);
+        settle();
+        inspect("failed " + step);
+        tapBottom();
+        time.advance(3);
+      }
+    }
+    // An upload stays until it was seen.
+    step == "upload" || step == "verified" ? backend.release() : backend.hold();
+  }
+
+  std::string place_;
+
+private:
   void inspect(const std::string& screen) {
     UIScreen::main().layoutIfNeeded();
     items_.clear();
@@ -72,9 +98,6 @@ protected:
     }
   }
 
-  std::string place_;
-
-private:
   /// A text may stand on the control that it is a part of, or that has no words of its own.
   static bool belongs(const Item& text, const Item& control) {
     if (!text.isText || control.isText) return false;
@@ -118,56 +141,7 @@ TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreen) {
       registerMerchant(R"({"required":)" + all + R"(,"optional":)" + all + "}",
                        std::string(language.text));
       launch();
-      inspect("start");
-      shell().mainNC()->pushViewController(make<ZVCardVerifyViewController>(), true);
-      settle();
-      inspect("review of a card");
-      tap("retakeButtonTap");
-      tap("closeButtonTap");
-      inspect("cancel alert");
-      tap("continueButton");
-      tapBottom();
-      inspect("recorder");
-      tap("recordButton");
-      inspect("count-down");
-      time.advance(7);
-      inspect("recording");
-      time.advance(5);
-      inspect("review");
-      backend.hold();
-      tapBottom();
-      inspect("upload of the film");
-      backend.release();
-      for (const bool backSide : {true, false, true, false}) {
-        arrive("ZVKYCCameraViewController");
-        inspect("camera, " + title());
-        step<ZVKYCCameraViewController>()->showError(true);
-        settle();
-        inspect("failed, " + title());
-        tapBottom();
-        time.advance(3);
-        shoot(jpeg(1));
-        if (backSide) {
-          ASSERT_EQ(page(), 3);
-          inspect("back, " + title());
-          backend.hold();
-          shoot(jpeg(2));
-          inspect("upload of " + title());
-          const std::weak_ptr<UIViewController> upload = shell().mainNC()->topViewController();
-          backend.release();
-          EXPECT_TRUE(time.waitUntil(
-              [&] { return shell().mainNC()->topViewController() != upload.lock(); }));
-        } else {
-          EXPECT_TRUE(time.waitUntil([&] { return top() != "ZVUploadViewController"; }));
-        }
-        settle();
-      }
-      arrive("ZVDocumentListViewController");
-      inspect("list");
-      tap(uppercased(name(ZVDocument::passport)), true);
-      shoot(jpeg(3));
-      arrive("ZVVerifiedViewController");
-      inspect("verified");
+      EXPECT_TRUE(walk("passport").ends_with("verified(-1) "));
       tapBottom();
     }
   }

@@ -67,14 +67,6 @@ TEST_F(GifTest, TakesTheSecondDelayWhereTheFirstIsZero) {
   EXPECT_EQ(delay({}, {}), 0.1);
   EXPECT_EQ(delayOfProperties({{kCGImagePropertyGIFDictionary, 1}}), 0.1);
   EXPECT_EQ(delayForImageAtIndex(3, nullptr), 0.1);
-
-  EXPECT_EQ(gcdForPair(std::nullopt, std::nullopt), 0);
-  EXPECT_EQ(gcdForPair(std::nullopt, 4), 4);
-  EXPECT_EQ(gcdForPair(6, std::nullopt), 6);
-  EXPECT_EQ(gcdForPair(100, 250), 50);
-  EXPECT_EQ(gcdForArray({}), 1);
-  EXPECT_EQ(gcdForArray({300}), 300);
-  EXPECT_EQ(gcdForArray({100, 250, 100}), 50);
 }
 
 TEST_F(GifTest, SaysWhatItCannotRead) {
