@@ -126,10 +126,19 @@ protected:
     rig.film->stopRecording();
     return time.waitUntil([&] { return listener->ends().size() > before; });
   }
-  /// Waits for the first picture of a running session.
-  bool warm(const Rig& rig) {
+  /// Waits for the next picture of a running session.
+  std::shared_ptr<AskedStill> take(const Rig& rig) {
     auto asked = rig.askStill();
-    return time.waitUntil([&] { return asked->done(); }) && asked->jpeg;
+    EXPECT_TRUE(time.waitUntil([&] { return asked->done(); }));
+    return asked;
+  }
+  bool warm(const Rig& rig) { return take(rig)->jpeg.has_value(); }
+  /// Starts the back camera and waits for its first picture.
+  std::unique_ptr<Rig> running() {
+    auto rig = std::make_unique<Rig>(back());
+    rig->session->startRunning();
+    EXPECT_TRUE(warm(*rig));
+    return rig;
   }
 
   VirtualTime time;

@@ -65,8 +65,7 @@ TEST_F(HostCameraTest, PermissionRoads) {
     EXPECT_EQ(rig.input != nullptr,
               before == Status::Authorized || before == Status::NotDetermined);
     rig.session->startRunning();
-    std::shared_ptr<AskedStill> still;
-    if (rig.input) still = rig.askStill();
+    const auto still = rig.input ? rig.askStill() : nullptr;
     if (before == Status::NotDetermined) {
       film(0.3);
       EXPECT_FALSE(still->done());
@@ -87,9 +86,7 @@ TEST_F(HostCameraTest, SidesDifferAndMayBeMissing) {
   for (auto side : {AVCaptureDevicePosition::Front, AVCaptureDevicePosition::Back}) {
     Rig rig(device(side));
     rig.session->startRunning();
-    auto still = rig.askStill();
-    ASSERT_TRUE(time.waitUntil([&] { return still->done(); }));
-    const auto image = decodeImage(still->jpeg.value());
+    const auto image = decodeImage(take(rig)->jpeg.value());
     EXPECT_EQ(std::pair(image->width(), image->height()), std::pair(1280, 720));
     colours.push_back(image->pixels().bytes()[0] / 16);
   }
@@ -104,20 +101,13 @@ TEST_F(HostCameraTest, FilmIsShownOverAndOver) {
   // A short film of the simulated camera is the next camera's source.
   useHost(simulated());
   auto listener = std::make_shared<FilmListener>();
-  {
-    Rig rig(back());
-    rig.session->startRunning();
-    ASSERT_TRUE(warm(rig));
-    ASSERT_TRUE(shoot(rig, folder.path("loop.mov"), 0.4, listener));
-  }
+  ASSERT_TRUE(shoot(*running(), folder.path("loop.mov"), 0.4, listener));
   useHost(backFrom(folder.path("loop.mov")));
   EXPECT_TRUE(back()->isSimulated());
-  Rig rig(back());
-  rig.session->startRunning();
-  ASSERT_TRUE(warm(rig));
-  ASSERT_TRUE(shoot(rig, folder.path("long.mov"), 1.6, listener)); // four rounds
+  const auto rig = running();
+  ASSERT_TRUE(shoot(*rig, folder.path("long.mov"), 1.6, listener)); // four rounds
   EXPECT_FALSE(listener->ends()[1].error);
-  EXPECT_TRUE(rig.session->isRunning());
+  EXPECT_TRUE(rig->session->isRunning());
   const auto facts = readFilm(folder.path("long.mov"));
   EXPECT_NEAR(facts.seconds, 1.6, 0.1);
   EXPECT_GT(facts.frames, 20) << "it pauses between the rounds";

@@ -6,8 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <gmock/gmock.h>
-
 namespace zuvi {
 namespace {
 
@@ -19,28 +17,24 @@ protected:
   FilmTest() { useHost(simulated()); }
 
   /// Starts a session and a film in it.
-  std::unique_ptr<Rig> filming(const std::string& path) {
-    auto rig = std::make_unique<Rig>(back());
-    rig->session->startRunning();
-    EXPECT_TRUE(warm(*rig));
-    rig->film->startRecording(path, listener);
+  std::unique_ptr<Rig> filming(const std::string& to) {
+    auto rig = running();
+    rig->film->startRecording(to, listener);
     return rig;
   }
   bool ended(std::size_t films = 1) {
     return time.waitUntil([&] { return listener->ends().size() >= films; });
   }
 
+  const std::string path = folder.path("film.mov");
   std::shared_ptr<FilmListener> listener = std::make_shared<FilmListener>();
 };
 
-class FilmLengthTest : public FilmTest, public ::testing::WithParamInterface<double> {};
-INSTANTIATE_TEST_SUITE_P(Seconds, FilmLengthTest, ::testing::Values(2, 7));
-
-TEST_P(FilmLengthTest, LastsFromStartToStopAndPlays) {
-  const auto path = folder.path("film.mov");
+TEST_F(FilmTest, LastsFromStartToStopAndPlays) {
+  constexpr double seconds = 7;
   auto rig = filming(path);
   const auto start = std::chrono::steady_clock::now();
-  film(GetParam());
+  film(seconds);
   EXPECT_TRUE(rig->film->isRecording());
   rig->film->stopRecording();
   const std::chrono::duration<double> lasted = std::chrono::steady_clock::now() - start;
@@ -53,12 +47,11 @@ TEST_P(FilmLengthTest, LastsFromStartToStopAndPlays) {
   EXPECT_FALSE(end.error || end.onMain);
 
   const auto facts = readFilm(path);
-  EXPECT_THAT(facts.container, ::testing::StartsWith("video/quicktime"));
-  EXPECT_EQ(facts.videoStreams, 1);
-  EXPECT_EQ(facts.audioStreams, 0);
+  EXPECT_EQ(test::TemporaryFolder::read(path).substr(4, 6), "ftypqt");
+  EXPECT_EQ(facts.streams, 1) << "it has no sound";
   EXPECT_NEAR(facts.seconds, lasted.count(), oneFrame);
   EXPECT_NEAR(facts.end, lasted.count(), 2 * oneFrame);
-  EXPECT_GE(facts.frames, GetParam() * 30 * 0.8);
+  EXPECT_GE(facts.frames, seconds * 30 * 0.8);
   EXPECT_EQ(std::pair(facts.width, facts.height), std::pair(1280, 720));
   struct stat status {};
   ASSERT_EQ(::stat(path.c_str(), &status), 0);
@@ -66,15 +59,13 @@ TEST_P(FilmLengthTest, LastsFromStartToStopAndPlays) {
 }
 
 TEST_F(FilmTest, EndsAtItsLimit) {
-  auto rig = std::make_unique<Rig>(back());
-  rig->session->startRunning();
-  ASSERT_TRUE(warm(*rig));
+  const auto rig = running();
   rig->film->maxRecordedDuration = 0.5;
-  rig->film->startRecording(folder.path("film.mov"), listener);
+  rig->film->startRecording(path, listener);
   ASSERT_TRUE(ended());
   EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorMaximumDurationReached);
   EXPECT_FALSE(rig->film->isRecording());
-  EXPECT_NEAR(readFilm(folder.path("film.mov")).seconds, 0.5, oneFrame);
+  EXPECT_NEAR(readFilm(path).seconds, 0.5, oneFrame);
 }
 
 TEST_F(FilmTest, TakesFollowEachOther) {
@@ -95,36 +86,36 @@ TEST_F(FilmTest, TakesFollowEachOther) {
 }
 
 TEST_F(FilmTest, StoppingTheSessionCompletesTheFilm) {
-  auto rig = filming(folder.path("film.mov"));
+  const auto rig = filming(path);
   film(0.5);
   rig->session->stopRunning();
   ASSERT_TRUE(ended());
   EXPECT_FALSE(listener->ends()[0].error);
   EXPECT_FALSE(rig->film->isRecording());
-  EXPECT_GT(readFilm(folder.path("film.mov")).frames, 5);
+  EXPECT_GT(readFilm(path).frames, 5);
 }
 
 TEST_F(FilmTest, CancellingRemovesTheFileAndTellsNobody) {
   for (bool stopFirst : {false, true}) {
-    auto rig = filming(folder.path("film.mov"));
+    auto rig = filming(path);
     film(0.3);
-    EXPECT_TRUE(exists(folder.path("film.mov")));
+    EXPECT_TRUE(exists(path));
     if (stopFirst) rig->film->stopRecording();
     rig->film->cancelRecording();
     EXPECT_FALSE(rig->film->isRecording());
-    EXPECT_TRUE(time.waitUntil([&] { return !exists(folder.path("film.mov")); }));
+    EXPECT_TRUE(time.waitUntil([&] { return !exists(path); }));
     // The next film's end comes after anything that the first may still tell.
     ASSERT_TRUE(shoot(*rig, folder.path("next.mov"), 0.2, listener));
     ASSERT_EQ(listener->ends().size(), 1U);
     EXPECT_EQ(listener->ends()[0].path, folder.path("next.mov"));
-    EXPECT_FALSE(exists(folder.path("film.mov")));
+    EXPECT_FALSE(exists(path));
     listener = std::make_shared<FilmListener>();
   }
 }
 
 TEST_F(FilmTest, DroppingItsOwnersRemovesTheFile) {
   for (const bool dropSession : {true, false}) {
-    auto rig = filming(folder.path("film.mov"));
+    auto rig = filming(path);
     film(0.3);
     if (dropSession) {
       rig->session.reset();
@@ -134,22 +125,22 @@ TEST_F(FilmTest, DroppingItsOwnersRemovesTheFile) {
       listener.reset();
       rig->film->stopRecording();
     }
-    EXPECT_TRUE(time.waitUntil([&] { return !exists(folder.path("film.mov")); }));
+    EXPECT_TRUE(time.waitUntil([&] { return !exists(path); }));
     listener = std::make_shared<FilmListener>();
   }
 }
 
 TEST_F(FilmTest, DiskThatCannotTakeItGivesAnErrorAndLeavesTheCamera) {
   std::filesystem::create_symlink("/dev/full", folder.path("full.mov"));
-  for (const auto& path : {folder.path("full.mov"), folder.path("none/film.mov")}) {
-    SCOPED_TRACE(path);
-    auto rig = filming(path);
+  for (const auto& full : {folder.path("full.mov"), folder.path("none/film.mov")}) {
+    SCOPED_TRACE(full);
+    auto rig = filming(full);
     film(0.3);
     rig->film->stopRecording();
     ASSERT_TRUE(ended());
     ASSERT_EQ(listener->ends().size(), 1U);
     EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorDiskFull);
-    EXPECT_FALSE(std::filesystem::is_symlink(path)) << "what was written is removed";
+    EXPECT_FALSE(std::filesystem::is_symlink(full)) << "what was written is removed";
     EXPECT_TRUE(rig->session->isRunning());
     EXPECT_TRUE(warm(*rig));
     listener = std::make_shared<FilmListener>();
@@ -158,33 +149,30 @@ TEST_F(FilmTest, DiskThatCannotTakeItGivesAnErrorAndLeavesTheCamera) {
 
 TEST_F(FilmTest, WithoutPictureThereIsNoFile) {
   Rig rig(back());
-  rig.film->startRecording(folder.path("film.mov"), listener); // nothing runs
+  rig.film->startRecording(path, listener); // nothing runs
   ASSERT_TRUE(ended());
   EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorSessionNotRunning);
   rig.session->startRunning();
-  rig.film->startRecording(folder.path("film.mov"), listener);
+  rig.film->startRecording(path, listener);
   rig.film->stopRecording(); // before the camera has given anything
   ASSERT_TRUE(ended(2));
   EXPECT_EQ(listener->ends()[1].error.value().code, AVErrorNoDataCaptured);
-  EXPECT_FALSE(exists(folder.path("film.mov")));
+  EXPECT_FALSE(exists(path));
 }
 
 TEST_F(FilmTest, ProgramMayEndWhileFilming) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  static std::string root, path;
+  static std::string root, left;
   root = folder.path();
-  path = folder.path("film.mov");
+  left = path;
   EXPECT_EXIT(
       {
         std::atexit([] { // registered first, so it sees what all others have left
-          const bool left = exists(path);
+          const int code = exists(left) ? 3 : 0;
           std::filesystem::remove_all(root);
-          ::_exit(left ? 3 : 0);
+          ::_exit(code);
         });
-        static Rig rig(back()); // goes after the cameras were closed
-        rig.session->startRunning();
-        warm(rig);
-        rig.film->startRecording(path, listener);
+        static auto rig = filming(path); // goes after the cameras were closed
         film(0.3);
         std::exit(exists(path) ? 0 : 4);
       },
@@ -198,7 +186,6 @@ TEST_F(FilmTest, EncodersKeepLengthAndColours) {
   EXPECT_STREQ(encoders.back().element, "jpegenc"); // the one that is always there
   for (const auto& encoder : encoders) {
     SCOPED_TRACE(encoder.element);
-    const auto path = folder.path(std::string(encoder.element) + ".mov");
     std::atomic<bool> done = false;
     std::optional<Error> error;
     auto written = make<FilmGStreamer>(

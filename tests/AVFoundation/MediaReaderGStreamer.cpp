@@ -3,38 +3,11 @@
 #include "platform/AVFoundation/PipelineGStreamer.h"
 
 #include <gst/app/gstappsink.h>
-#include <gst/pbutils/pbutils.h>
 #include <gst/video/video.h>
 
 namespace zuvi {
 
 namespace {
-
-struct Unref {
-  void operator()(gpointer object) const { g_object_unref(object); }
-};
-
-int count(GList* adopted) {
-  const int length = static_cast<int>(g_list_length(adopted));
-  gst_discoverer_stream_info_list_free(adopted);
-  return length;
-}
-
-void discover(const std::string& path, FilmFacts& facts) {
-  std::unique_ptr<GstDiscoverer, Unref> discoverer(gst_discoverer_new(10 * GST_SECOND, nullptr));
-  std::unique_ptr<char, decltype(&g_free)> uri(gst_filename_to_uri(path.c_str(), nullptr), g_free);
-  std::unique_ptr<GstDiscovererInfo, Unref> info(
-      gst_discoverer_discover_uri(discoverer.get(), uri.get(), nullptr));
-  if (!info || gst_discoverer_info_get_result(info.get()) != GST_DISCOVERER_OK) return;
-  std::unique_ptr<GstDiscovererStreamInfo, Unref> stream(
-      gst_discoverer_info_get_stream_info(info.get()));
-  GstMini<GstCaps> caps(gst_discoverer_stream_info_get_caps(stream.get()));
-  std::unique_ptr<char, decltype(&g_free)> text(gst_caps_to_string(caps.get()), g_free);
-  facts.container = text.get();
-  facts.audioStreams = count(gst_discoverer_info_get_audio_streams(info.get()));
-  facts.videoStreams = count(gst_discoverer_info_get_video_streams(info.get()));
-  facts.seconds = double(gst_discoverer_info_get_duration(info.get())) / GST_SECOND;
-}
 
 void look(GstSample* sample, FilmFacts& facts) {
   GstVideoInfo info;
@@ -55,8 +28,7 @@ void look(GstSample* sample, FilmFacts& facts) {
 FilmFacts readFilm(const std::string& path) {
   FilmFacts facts;
   startGStreamer();
-  discover(path, facts);
-  auto made = Pipeline::launch("filesrc name=file ! decodebin ! videoconvert ! "
+  auto made = Pipeline::launch("filesrc name=file ! decodebin name=streams ! videoconvert ! "
                                "video/x-raw,format=RGBA ! appsink name=out sync=false",
                                [](const Pipeline::Event&) {});
   auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
@@ -69,6 +41,10 @@ FilmFacts readFilm(const std::string& path) {
     const auto* buffer = gst_sample_get_buffer(next);
     facts.end = double(GST_BUFFER_PTS(buffer) + GST_BUFFER_DURATION(buffer)) / GST_SECOND;
   }
+  facts.streams = GST_ELEMENT(pipeline->element("streams"))->numsrcpads;
+  gint64 length = 0;
+  gst_element_query_duration(GST_ELEMENT(out), GST_FORMAT_TIME, &length);
+  facts.seconds = double(length) / GST_SECOND;
   return facts;
 }
 

@@ -11,8 +11,7 @@ using Rgb = std::array<int, 3>;
 
 /// What a player makes of a film.
 struct FilmFacts {
-  std::string container; ///< caps of the file
-  int audioStreams = 0, videoStreams = 0;
+  int streams = 0;
   double seconds = 0; ///< as the file tells
   int frames = 0;     ///< that were decoded
   double end = 0;     ///< when the last of them is over

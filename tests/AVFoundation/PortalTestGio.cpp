@@ -34,97 +34,85 @@ void handOver(GDBusMethodInvocation* invocation) {
 /// A camera portal on a bus of its own, which is the session bus as long as this object lives.
 class FakePortal {
 public:
-  FakePortal();
-  ~FakePortal();
+  FakePortal() {
+    g_test_dbus_up(daemon_);
+    thread_ = std::thread([this] { serve(); });
+    ready_.get_future().wait();
+  }
+  ~FakePortal() {
+    leave();
+    g_test_dbus_stop(daemon_);
+    g_object_unref(daemon_);
+    ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    g_main_context_unref(context_);
+  }
   FakePortal(const FakePortal&) = delete;
 
   /// Takes the portal off the bus.
-  void leave();
+  void leave() {
+    ending_ = true;
+    g_main_context_wakeup(context_);
+    if (thread_.joinable()) thread_.join();
+  }
 
   std::atomic<int> response = 0; ///< what the user says; below 0: nothing
   std::atomic<int> asked = 0;    ///< how often the user was asked
   std::atomic<bool> present = true;
 
 private:
-  void serve();
-  void called(const char* sender, const char* method, GDBusMethodInvocation* invocation);
+  void serve() {
+    g_main_context_push_thread_default(context_);
+    connection_ = g_dbus_connection_new_for_address_sync(
+        g_test_dbus_get_bus_address(daemon_),
+        GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                             G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+        nullptr, nullptr, nullptr);
+    GDBusInterfaceVTable table{};
+    table.method_call = [](GDBusConnection*, const char* sender, const char*, const char*,
+                           const char* method, GVariant*, GDBusMethodInvocation* invocation,
+                           gpointer self) {
+      if (std::string(method) == "OpenPipeWireRemote") return handOver(invocation);
+      static_cast<FakePortal*>(self)->askUser(sender, invocation);
+    };
+    table.get_property = [](GDBusConnection*, const char*, const char*, const char*, const char*,
+                            GError**, gpointer self) {
+      return g_variant_new_boolean(static_cast<FakePortal*>(self)->present);
+    };
+    auto* node = g_dbus_node_info_new_for_xml(description, nullptr);
+    g_dbus_connection_register_object(connection_, "/org/freedesktop/portal/desktop",
+                                      node->interfaces[0], &table, this, nullptr, nullptr);
+    g_bus_own_name_on_connection(
+        connection_, "org.freedesktop.portal.Desktop", G_BUS_NAME_OWNER_FLAGS_NONE,
+        [](GDBusConnection*, const char*, gpointer data) {
+          static_cast<FakePortal*>(data)->ready_.set_value();
+        },
+        nullptr, this, nullptr);
+    while (!ending_)
+      g_main_context_iteration(context_, TRUE);
+    g_dbus_connection_close_sync(connection_, nullptr, nullptr);
+    g_object_unref(connection_);
+    g_dbus_node_info_unref(node);
+    g_main_context_pop_thread_default(context_);
+  }
 
-  GTestDBus* daemon_;
-  GMainContext* context_;
+  void askUser(const char* sender, GDBusMethodInvocation* invocation) {
+    g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", requestPath));
+    asked++;
+    if (response < 0) return;
+    GVariantBuilder results;
+    g_variant_builder_init(&results, G_VARIANT_TYPE_VARDICT);
+    g_dbus_connection_emit_signal(connection_, sender, requestPath,
+                                  "org.freedesktop.portal.Request", "Response",
+                                  g_variant_new("(ua{sv})", guint32(response), &results), nullptr);
+  }
+
+  GTestDBus* daemon_ = g_test_dbus_new(G_TEST_DBUS_NONE);
+  GMainContext* context_ = g_main_context_new();
   GDBusConnection* connection_ = nullptr;
   std::promise<void> ready_;
   std::atomic<bool> ending_ = false;
-  guint name_ = 0;
   std::thread thread_;
 };
-
-FakePortal::FakePortal()
-    : daemon_(g_test_dbus_new(G_TEST_DBUS_NONE)), context_(g_main_context_new()) {
-  g_test_dbus_up(daemon_);
-  thread_ = std::thread([this] { serve(); });
-  ready_.get_future().wait();
-}
-
-FakePortal::~FakePortal() {
-  leave();
-  g_test_dbus_stop(daemon_);
-  g_object_unref(daemon_);
-  ::unsetenv("DBUS_SESSION_BUS_ADDRESS");
-  g_main_context_unref(context_);
-}
-
-void FakePortal::leave() {
-  ending_ = true;
-  g_main_context_wakeup(context_);
-  if (thread_.joinable()) thread_.join();
-}
-
-void FakePortal::serve() {
-  g_main_context_push_thread_default(context_);
-  connection_ = g_dbus_connection_new_for_address_sync(
-      g_test_dbus_get_bus_address(daemon_),
-      GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, nullptr, nullptr);
-  GDBusInterfaceVTable table{};
-  table.method_call = [](GDBusConnection*, const char* sender, const char*, const char*,
-                         const char* method, GVariant*, GDBusMethodInvocation* invocation,
-                         gpointer self) {
-    static_cast<FakePortal*>(self)->called(sender, method, invocation);
-  };
-  table.get_property = [](GDBusConnection*, const char*, const char*, const char*, const char*,
-                          GError**, gpointer self) {
-    return g_variant_new_boolean(static_cast<FakePortal*>(self)->present);
-  };
-  auto* node = g_dbus_node_info_new_for_xml(description, nullptr);
-  g_dbus_connection_register_object(connection_, "/org/freedesktop/portal/desktop",
-                                    node->interfaces[0], &table, this, nullptr, nullptr);
-  name_ = g_bus_own_name_on_connection(
-      connection_, "org.freedesktop.portal.Desktop", G_BUS_NAME_OWNER_FLAGS_NONE,
-      [](GDBusConnection*, const char*, gpointer data) {
-        static_cast<FakePortal*>(data)->ready_.set_value();
-      },
-      nullptr, this, nullptr);
-  while (!ending_)
-    g_main_context_iteration(context_, TRUE);
-  g_bus_unown_name(name_);
-  g_dbus_connection_close_sync(connection_, nullptr, nullptr);
-  g_object_unref(connection_);
-  g_dbus_node_info_unref(node);
-  g_main_context_pop_thread_default(context_);
-}
-
-void FakePortal::called(const char* sender, const char* method, GDBusMethodInvocation* invocation) {
-  if (std::string(method) == "OpenPipeWireRemote") return handOver(invocation);
-  g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", requestPath));
-  asked++;
-  if (response < 0) return;
-  GVariantBuilder results;
-  g_variant_builder_init(&results, G_VARIANT_TYPE_VARDICT);
-  g_dbus_connection_emit_signal(connection_, sender, requestPath, "org.freedesktop.portal.Request",
-                                "Response", g_variant_new("(ua{sv})", guint32(response), &results),
-                                nullptr);
-}
 
 using Status = AVAuthorizationStatus;
 
@@ -136,9 +124,13 @@ protected:
         SystemCameraProvider::Access::Portal);
   }
   /// 1 granted, 0 refused, -1 no answer.
-  int ask(SystemCameraProvider& from) {
+  static std::shared_ptr<std::atomic<int>> start(SystemCameraProvider& asking) {
     auto answer = std::make_shared<std::atomic<int>>(-1);
-    from.requestAccess([answer](bool granted) { *answer = granted; });
+    asking.requestAccess([answer](bool granted) { *answer = granted; });
+    return answer;
+  }
+  int ask(SystemCameraProvider& from) {
+    const auto answer = start(from);
     time.waitUntil([&] { return *answer >= 0; });
     return *answer;
   }
@@ -179,8 +171,7 @@ TEST_F(PortalTest, NoPortalIsANo) {
     FakePortal portal;
     portal.response = -1; // the dialogue stays open until the portal is gone
     auto cameras = provider();
-    auto answer = std::make_shared<std::atomic<int>>(-1);
-    cameras->requestAccess([answer](bool granted) { *answer = granted; });
+    const auto answer = start(*cameras);
     EXPECT_TRUE(time.waitUntil([&] { return portal.asked > 0; }));
     EXPECT_EQ(*answer, -1);
     portal.leave();

@@ -54,10 +54,8 @@ TEST_F(SessionTest, SharesOneCameraAndFreesItAfterTheLastStop) {
 TEST_F(SessionTest, FreesTheCameraWhenDroppedWhileFilmingOrRestarted) {
   auto camera = use(steadyCamera);
   {
-    Rig rig(back());
-    rig.session->startRunning();
-    ASSERT_TRUE(warm(rig));
-    rig.film->startRecording(folder.path("film.mov"), {});
+    const auto rig = running();
+    rig->film->startRecording(folder.path("film.mov"), {});
     film(0.2);
   }
   EXPECT_TRUE(time.waitUntil([&] { return camera->closed() == 1; }, freeWithin));
@@ -78,9 +76,7 @@ TEST_F(SessionTest, StopNeverWaitsForTheMainThreadNorMakesItWait) {
     auto layer = make<AVCaptureVideoPreviewLayer>(rig.session);
     Surface surface(layer);
     rig.session->startRunning();
-    if (i % 2) {
-      EXPECT_TRUE(warm(rig));
-    }
+    if (i % 2) warm(rig);
     rig.film->startRecording(folder.path("film.mov"), {});
     const auto start = std::chrono::steady_clock::now();
     if (i % 3) rig.session->stopRunning();
