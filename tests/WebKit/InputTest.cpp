@@ -15,7 +15,7 @@ protected:
       onmousedown = e => clicks.push(e.clientX + ':' + e.clientY);
       window.keys = ''; onkeydown = e => keys += e.key</script></body>)");
   }
-  Value clicks(WKWebView& view) { return evaluate(view, "clicks.join()"); }
+  const std::string clicks = "clicks.join()";
 };
 
 TEST_F(InputTest, ClicksReachThePageOnlyWhereNothingOfOursLiesOverIt) {
@@ -24,7 +24,7 @@ TEST_F(InputTest, ClicksReachThePageOnlyWhereNothingOfOursLiesOverIt) {
   ASSERT_TRUE(show(*view, "/"));
   runFor(0.3);
   click(30, 60);
-  EXPECT_TRUE(waitFor([&] { return clicks(*view) == Value("10:20"); }, 5));
+  EXPECT_TRUE(becomes(*view, clicks, "10:20"));
 
   const auto over = make<UIControl>();
   over->setFrame({0, 0, 360, 100});
@@ -34,7 +34,7 @@ TEST_F(InputTest, ClicksReachThePageOnlyWhereNothingOfOursLiesOverIt) {
   click(30, 70);
   EXPECT_EQ(taps, 1);
   click(30, 120);
-  EXPECT_TRUE(waitFor([&] { return clicks(*view) == Value("10:20,10:80"); }, 5));
+  EXPECT_TRUE(becomes(*view, clicks, "10:20,10:80"));
   EXPECT_EQ(taps, 1);
 
   over->removeFromSuperview();
@@ -42,7 +42,7 @@ TEST_F(InputTest, ClicksReachThePageOnlyWhereNothingOfOursLiesOverIt) {
   runFor(0.1);
   click(30, 60); // beside it now
   click(105, 185);
-  EXPECT_TRUE(waitFor([&] { return clicks(*view) == Value("10:20,10:80,20:40"); }, 5));
+  EXPECT_TRUE(becomes(*view, clicks, "10:20,10:80,20:40"));
 }
 
 TEST_F(InputTest, KeysGoWhereTheFocusIs) {
@@ -58,7 +58,7 @@ TEST_F(InputTest, KeysGoWhereTheFocusIs) {
   click(50, 310);
   EXPECT_TRUE(view->isFirstResponder());
   type("x");
-  EXPECT_TRUE(waitFor([&] { return evaluate(*view, "a.value") == Value("x"); }, 5));
+  EXPECT_TRUE(becomes(*view, "a.value", "x"));
   EXPECT_EQ(field->text(), "");
   click(50, 520);
   EXPECT_TRUE(field->isEditing());
@@ -70,7 +70,7 @@ TEST_F(InputTest, KeysGoWhereTheFocusIs) {
   EXPECT_TRUE(view->isFirstResponder());
   EXPECT_FALSE(field->isEditing());
   type("z");
-  EXPECT_TRUE(waitFor([&] { return evaluate(*view, "keys") == Value("xz"); }, 5));
+  EXPECT_TRUE(becomes(*view, "keys", "xz"));
   click(50, 350);
   EXPECT_EQ(evaluate(*view, "document.activeElement.id"), Value("b"));
 
@@ -84,7 +84,7 @@ TEST_F(InputTest, KeysGoWhereTheFocusIs) {
   gtk_window_destroy(GTK_WINDOW(second));
   EXPECT_TRUE(view->isFirstResponder());
   type("w");
-  EXPECT_TRUE(waitFor([&] { return evaluate(*view, "b.value") == Value("w"); }, 5));
+  EXPECT_TRUE(becomes(*view, "b.value", "w"));
 
   type("Tab"); // past the page's last
   EXPECT_TRUE(waitFor([&] { return field->isEditing(); }, 5));

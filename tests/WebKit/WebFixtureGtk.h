@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/UIKit/ScreenPicture.h"
+#include "platform/UIKit/ScreenWidget.h"
+#include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIWindow.h"
 #include "platform/WebKit/WKWebView.h"
 #include "tests/UIKit/Pixels.h"
@@ -8,12 +11,11 @@
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include <functional>
-#include <map>
-#include <memory>
-#include <mutex>
-#include <string>
-#include <vector>
+#include <algorithm>
+#include <chrono>
+
+// Declared here, as its header brings macros such as None.
+extern "C" unsigned long gdk_x11_surface_get_xid(GdkSurface* surface);
 
 namespace zuvi::test {
 
@@ -29,26 +31,45 @@ public:
   std::function<std::shared_ptr<WKWebView>(WKWebView&, const WKWebViewConfiguration&)> open;
   std::function<void()> onFinish;
 
-  bool has(const std::string& line) const;
-  int count(const std::string& line) const;
+  bool has(const std::string& line) const { return count(line) > 0; }
+  int count(const std::string& line) const {
+    return int(std::count(lines.begin(), lines.end(), line));
+  }
 
-  WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction& action) override;
+  WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction& action) override {
+    const char* types[] = {"link", "form", "back", "reload", "other"};
+    lines.push_back(std::string(types[int(action.navigationType)]) + " to " + pathOf(action) +
+                    (action.hasTargetFrame ? "" : " in a new window"));
+    return action.navigationType == WKNavigationType::LinkActivated
+               ? linkPolicy
+               : WKNavigationActionPolicy::Allow;
+  }
   void didFinish(WKWebView&) override {
     lines.emplace_back("finish");
     if (onFinish) onFinish();
   }
-  void didFail(WKWebView&, const Error& error) override { add("fail", error); }
-  void didFailProvisionalNavigation(WKWebView&, const Error& error) override {
-    add("provisional failure", error);
+  void didFail(WKWebView&, const Error& error) override {
+    lines.emplace_back("fail");
+    errors.push_back(error);
   }
-  void webContentProcessDidTerminate(WKWebView&) override { lines.emplace_back("terminated"); }
+  void didFailProvisionalNavigation(WKWebView&, const Error& error) override {
+    lines.emplace_back("provisional failure");
+    errors.push_back(error);
+  }
   std::shared_ptr<WKWebView> createWebView(WKWebView& opener, const WKWebViewConfiguration& like,
-                                           const WKNavigationAction& action) override;
+                                           const WKNavigationAction& action) override {
+    lines.push_back("window for " + pathOf(action));
+    return open ? open(opener, like) : nullptr;
+  }
   void webViewDidClose(WKWebView&) override { lines.emplace_back("close"); }
-  void didReceiveScriptMessage(const WKScriptMessage& message) override;
+  void didReceiveScriptMessage(const WKScriptMessage& message) override {
+    messages.push_back(message.body);
+  }
 
 private:
-  void add(const std::string& line, const Error& error);
+  static std::string pathOf(const WKNavigationAction& action) {
+    return action.url ? action.url->path() : "nowhere";
+  }
 };
 
 /// A real window with the screen in it, a web server of the test's own pages, and real time.
@@ -56,45 +77,134 @@ class WebTest : public testing::Test {
 protected:
   static constexpr int width = 360, height = 640;
 
-  WebTest();
-  ~WebTest() override;
+  WebTest() {
+    gtk_init();
+    top = gtk_window_new();
+    gtk_window_set_decorated(GTK_WINDOW(top), FALSE);
+    gtk_window_set_default_size(GTK_WINDOW(top), width, height);
+    gtk_window_set_child(GTK_WINDOW(top), screenWidgetNew());
+    gtk_window_present(GTK_WINDOW(top));
+    window = make<UIWindow>();
+    window->makeKeyAndVisible();
+    configuration.userContentController->addScriptMessageHandler(listener, "host");
+    EXPECT_TRUE(waitFor([] { return UIScreen::main().bounds().width == width; }));
+  }
+  ~WebTest() override {
+    const std::vector<std::weak_ptr<UIView>> views(window->subviews().begin(),
+                                                   window->subviews().end());
+    window->setVisible(false);
+    window = nullptr;
+    for (const auto& view : views)
+      EXPECT_TRUE(view.expired()) << "a view has outlived the test";
+    gtk_window_destroy(GTK_WINDOW(top));
+    runFor(0.05);
+  }
 
   /// Runs the event loop until something holds; false when it takes too long.
-  static bool waitFor(const std::function<bool()>& holds, double seconds = 20);
-  static void runFor(double seconds);
+  static bool waitFor(const std::function<bool()>& holds, double seconds = 20) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::duration<double>(seconds);
+    const guint tick = g_timeout_add(
+        10, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+    while (!holds() && Clock::now() < end)
+      g_main_context_iteration(nullptr, TRUE);
+    g_source_remove(tick);
+    return holds();
+  }
+  static void runFor(double seconds) {
+    waitFor([] { return false; }, seconds);
+  }
 
   void serve(const std::string& path, const std::string& html,
-             const std::string& type = "text/html");
+             const std::string& type = "text/html") {
+    const std::lock_guard lock(mutex_);
+    pages_[path] = {200, {{"Content-Type", type}}, html};
+  }
   static std::string server(const LoopbackServer& from, const std::string& path) {
     return from.url(path, "localhost");
   }
-  int requestsFor(const std::string& path) const;
+  int requestsFor(const std::string& path) const {
+    const auto all = http.requests();
+    return int(std::count_if(all.begin(), all.end(),
+                             [&](const Request& request) { return request.path == path; }));
+  }
 
   /// A view over the whole window that tells the listener.
-  std::shared_ptr<WKWebView> makeWebView();
-  void load(WKWebView& view, const std::string& address);
+  std::shared_ptr<WKWebView> makeWebView() {
+    auto view = make<WKWebView>(window->bounds(), configuration);
+    view->navigationDelegate = listener;
+    view->uiDelegate = listener;
+    window->addSubview(view);
+    return view;
+  }
+  static void load(WKWebView& view, const std::string& address) {
+    view.load(URLRequest(*URL::fromString(address)));
+  }
   /// Loads a page of the server and waits until it has finished.
-  bool show(WKWebView& view, const std::string& path);
+  bool show(WKWebView& view, const std::string& path) {
+    const int before = listener->count("finish");
+    load(view, server(http, path));
+    return waitFor([&] { return listener->count("finish") > before; });
+  }
   /// The result of a script, or the error's description in the dictionary's "error".
-  static Value evaluate(WKWebView& view, const std::string& script);
+  static Value evaluate(WKWebView& view, const std::string& script) {
+    std::optional<Value> answer;
+    view.evaluateJavaScript(script, [&](const auto& value, const auto& error) {
+      EXPECT_FALSE(answer) << "a second answer";
+      EXPECT_NE(value.has_value(), error.has_value());
+      answer = error ? Value(Value::Dictionary{{"error", error->description}}) : *value;
+    });
+    EXPECT_TRUE(waitFor([&] { return answer.has_value(); })) << script;
+    return answer.value_or(Value());
+  }
+  /// Whether a script comes to give that, within a few seconds.
+  static bool becomes(WKWebView& view, const std::string& script, const Value& wanted) {
+    return waitFor([&] { return evaluate(view, script) == wanted; }, 5);
+  }
 
   /// The window as it was drawn last.
-  Pixels screen() const;
+  static Pixels screen() { return Pixels(pictureOfScreen(), UIScreen::main().scale()); }
   /// With the real pointer and keyboard, at a point of the window.
-  void click(double x, double y);
-  void type(const std::string& keys);
+  void click(double x, double y) {
+    activate(top);
+    double left = 0, up = 0;
+    gtk_native_get_surface_transform(GTK_NATIVE(top), &left, &up);
+    drive({"mousemove", "--window", idOf(top), std::to_string(int(x + left)),
+           std::to_string(int(y + up)), "click", "1"});
+  }
+  static void type(const std::string& keys) { drive({"key", keys}); }
   /// Gives the keyboard to a window, as a window manager does.
-  void activate(GtkWidget* other);
+  static void activate(GtkWidget* other) { drive({"windowfocus", idOf(other)}); }
 
   std::shared_ptr<Listener> listener = std::make_shared<Listener>();
   WKWebViewConfiguration configuration;
   GtkWidget* top = nullptr;
   std::shared_ptr<UIWindow> window;
-  LoopbackServer http{[this](const Request& request) { return reply(request); }};
+  LoopbackServer http{[this](const Request& request) {
+    const std::lock_guard lock(mutex_);
+    const auto page = pages_.find(request.path);
+    return page == pages_.end() ? Reply{404} : page->second;
+  }};
 
 private:
-  Reply reply(const Request& request);
-  void drive(const std::vector<std::string>& words);
+  static void drive(const std::vector<std::string>& words) {
+    std::vector<const char*> command{"xdotool"};
+    for (const auto& word : words)
+      command.push_back(word.c_str());
+    command.push_back(nullptr);
+    GSubprocess* tool = g_subprocess_newv(command.data(), G_SUBPROCESS_FLAGS_NONE, nullptr);
+    ASSERT_TRUE(tool);
+    bool done = false;
+    g_subprocess_wait_async(
+        tool, nullptr,
+        [](GObject*, GAsyncResult*, gpointer flag) { *static_cast<bool*>(flag) = true; }, &done);
+    EXPECT_TRUE(waitFor([&] { return done; }));
+    g_object_unref(tool);
+    runFor(0.1);
+  }
+  static std::string idOf(GtkWidget* of) {
+    return std::to_string(gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(of))));
+  }
 
   std::mutex mutex_;
   std::map<std::string, Reply> pages_;

@@ -1,7 +1,6 @@
 // The support chat as a person meets it, with the real browser engine.
 
 #include "tests/demo/ProgramFixture.h"
-#include "tests/support/PageProcesses.h"
 
 namespace zuvi::sandbox::test {
 namespace {
@@ -42,6 +41,26 @@ std::string times(int count, const std::string& text) {
   for (int i = 0; i < count; i++)
     all += text;
   return all;
+}
+
+/// The processes that run web pages: those of that name below a process.
+inline std::vector<int> pageProcesses(int below) {
+  std::map<int, std::pair<int, std::string>> processes; // parent and name by id
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream file(entry.path() / "stat");
+    std::string line;
+    if (!std::getline(file, line)) continue;
+    const auto open = line.find('('), close = line.rfind(')');
+    processes[std::stoi(line)] = {std::stoi(line.substr(close + 4)),
+                                  line.substr(open + 1, close - open - 1)};
+  }
+  std::vector<int> found;
+  for (const auto& [id, process] : processes) {
+    if (process.second.rfind("WebKitWebProces", 0) != 0) continue;
+    for (int above = id; above > 1; above = processes[above].first)
+      if (above == below) found.push_back(id);
+  }
+  return found;
 }
 
 TEST_F(ChatRun, OnePageServesAsLongAsTheChatIsUsed) {
@@ -157,7 +176,7 @@ wait ZVMainViewController
   server_->setFailRules(*FailPlan::parse({"chat-page:1:drop"}));
   EXPECT_TRUE(has(dumped("no-page"), "Connection terminated"));
   dumped("page");
-  const auto pages = zuvi::test::pageProcesses(program_);
+  const auto pages = pageProcesses(program_);
   EXPECT_FALSE(pages.empty());
   for (const int page : pages)
     kill(page, SIGKILL);
