@@ -58,18 +58,6 @@ protected:
   std::string authority() const { return zuvi::test::TemporaryFolder::read(tls_ / "ca.pem"); }
 };
 
-TEST_F(Tls, OnlyItsOwnAuthorityVouchesForTheServer) {
-  ServerOptions options;
-  options.tlsFolder = tls_;
-  start(std::move(options));
-  EXPECT_THAT(server_->address(), testing::StartsWith("https://127.0.0.1:"));
-  const auto ask = [this] { return this->ask("GET", "/api/v1/merchants/me"); };
-  URLSession::setAdditionalAuthorities(tls_ / "ca.pem");
-  EXPECT_EQ(ask().status, 200);
-  URLSession::setAdditionalAuthorities("");
-  EXPECT_EQ(ask().error, NSURLErrorServerCertificateUntrusted);
-}
-
 TEST_F(Tls, IsMadeOnceAndRenewedBeforeItEnds) {
   const std::time_t now = std::time(nullptr);
   const auto first = serverCredentials(tls_, now);

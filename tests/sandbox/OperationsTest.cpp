@@ -1,13 +1,7 @@
 #include "tests/sandbox/ServerFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace zuvi::sandbox::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Pair;
 
 class Operations : public ServerFixture {
 protected:
@@ -24,46 +18,27 @@ TEST_F(Operations, MerchantByClientId) {
         << authorization;
 }
 
-TEST_F(Operations, IdentityWithFilmFacesAndMetadata) {
-  SampleForm film = SampleForm::ofFilm();
-  film.fields = {{"metadata[b]", "<two>"}, {"metadata[a]", ""}};
-  const auto created = upload("POST", "/v1/identities", film);
-  EXPECT_EQ(created.status, 201);
-  const auto id = idOf(created);
-
-  const auto appended = upload("PUT", "/v1/identities/" + id, SampleForm::ofPhoto());
-  EXPECT_EQ(appended.status, 200);
+TEST_F(Operations, FacesJoinTheirIdentity) {
+  const auto id = newIdentity();
+  EXPECT_EQ(upload("PUT", "/v1/identities/" + id, SampleForm::ofPhoto()).status, 200);
   SampleForm face = SampleForm::ofPhoto();
   face.fields = {{"metadata[light]", "dim"}};
   const auto faceId = idOf(upload("POST", "/v1/identities/" + id + "/faces", face));
-
-  const auto arrivals = server_->arrivals();
-  ASSERT_EQ(arrivals->identities.size(), 1U);
-  const Identity& identity = arrivals->identities[0];
-  EXPECT_THAT(identity.metadata, ElementsAre(Pair("b", "<two>"), Pair("a", "")));
-  EXPECT_EQ(*server_->file(identity.film), test::film);
+  const Identity identity = server_->arrivals()->identities.at(0);
   ASSERT_EQ(identity.faces.size(), 2U);
   EXPECT_EQ(identity.faces[1].id, faceId);
   EXPECT_EQ(*server_->file(identity.faces[1].photo), jpeg);
 }
 
-TEST_F(Operations, TwoSidedDocumentFromFrontToVerified) {
+TEST_F(Operations, FieldsAreVerifiedOneByOne) {
   const auto id = newDocument(newIdentity(), "driving-license");
   EXPECT_EQ(patch(id, R"({"fields":[]})").status, 400) << "nothing was read yet";
-
-  const auto back = addBack(id, "driving-license");
-  EXPECT_EQ(back.status, 200);
-  const Json fields = json(back)["fields"];
-  ASSERT_GT(fields.size(), 2U);
-
-  const std::string fieldId = fields[0]["id"];
-  const auto verified = patch(id, R"({"fields":[{"id":")" + fieldId + R"(","value":"Zo\u00eb"}]})");
-  EXPECT_EQ(verified.status, 200);
-  const auto arrivals = server_->arrivals();
-  const Document& document = arrivals->identities.at(0).documents.at(0);
-  EXPECT_EQ(document.fields.at(0).value, "Zo\xc3\xab");
-  EXPECT_TRUE(document.fields.at(0).verified);
-  EXPECT_FALSE(document.fields.at(1).verified);
+  const std::string field = json(addBack(id, "driving-license"))["fields"][0]["id"];
+  EXPECT_EQ(patch(id, R"({"fields":[{"id":")" + field + R"(","value":"Zo\u00eb"}]})").status, 200);
+  const auto fields = server_->arrivals()->identities.at(0).documents.at(0).fields;
+  EXPECT_EQ(fields.at(0).value, "Zo\xc3\xab");
+  EXPECT_TRUE(fields.at(0).verified);
+  EXPECT_FALSE(fields.at(1).verified);
 }
 
 TEST_F(Operations, ResourcesOfOthersAreUnknown) {

@@ -25,9 +25,10 @@ TEST_F(Page, ShowsWhatArrivedAsText) {
   patch(document, R"({"fields":[{"id":"fullName","value":"<b>Ines & 'Zo\u00eb'</b>"}]})");
   // {"event":"<u>tap</u>","properties":{"<i>":"</dd>"}}
   ask("POST", "/track/?data=eyJldmVudCI6Ijx1PnRhcDwvdT4iLCJwcm9wZXJ0aWVzIjp7IjxpPiI6IjwvZGQ+In19");
+  for (const char* path : {"/", "/chat/open"})
+    EXPECT_THAT(ask("GET", path).headers.at("content-security-policy"),
+                AllOf(HasSubstr("default-src 'none'"), Not(HasSubstr("unsafe"))));
   const auto page = ask("GET", "/");
-  EXPECT_THAT(page.headers.at("content-security-policy"),
-              AllOf(HasSubstr("default-src 'none'"), Not(HasSubstr("unsafe"))));
   EXPECT_THAT(page.body, AllOf(HasSubstr(identity), HasSubstr("National ID"), HasSubstr("Verified"),
                                Not(HasSubstr("<style")), Not(HasSubstr("No identity"))));
   EXPECT_THAT(page.body, AllOf(HasSubstr("&lt;img src=x&gt;"),
