@@ -61,8 +61,6 @@ TEST_F(BridgeTest, ThePageHearsNothingBeforeItHasSpoken) {
   hearer->onMessage = [&] { before = scripts(); };
   bridge.handle(message());
   EXPECT_THAT(before, ElementsAre(focus, blur, focus)) << "they go before the message is heard";
-  bridge.postBlurEvent();
-  EXPECT_EQ(scripts().back(), blur);
   time.settle();
   EXPECT_THAT(printed(),
               Contains("Sending message to iOS web bridge error: 'no such function' message: '" +
@@ -70,6 +68,7 @@ TEST_F(BridgeTest, ThePageHearsNothingBeforeItHasSpoken) {
   engine->results[blur] = nullptr;
   bridge.postBlurEvent();
   time.settle();
+  EXPECT_EQ(scripts().back(), blur);
   EXPECT_THAT(printed(), IsEmpty()) << "success is silent";
   view = nullptr;
   bridge.postFocusEvent();

@@ -120,20 +120,11 @@ TEST_F(LoadingViewTest, LooksLikeARingWithADarkQuarter) {
   time.advance(4);
   const Pixels seen(surface.picture(), 2);
   const double y = view->activityIndicator()->frame().y + 30;
-  const Pixel light{210, 218, 227};
   EXPECT_TRUE(seen.at(187.5, y - 27).isNear({100, 112, 127}));
-  for (const auto& [dx, dy] : {std::pair{27, 0}, {0, 27}, {-27, 0}, {20, -18}, {-20, -18}})
-    EXPECT_TRUE(seen.at(187.5 + dx, y + dy).isNear(light)) << dx << ' ' << dy;
-  EXPECT_TRUE(seen.at(187.5 + 22, y).isNear(white));
+  EXPECT_TRUE(seen.at(187.5, y + 27).isNear({210, 218, 227}));
+  EXPECT_TRUE(seen.at(187.5, y).isNear(white));
   const CGPoint cross = view->closeButton()->frame().center();
   EXPECT_TRUE(seen.at(cross.x, cross.y).isNear(black));
-  EXPECT_TRUE(seen.at(cross.x + 5, cross.y).isNear(white));
-
-  const auto reload = view->errorView()->reloadButton();
-  reload->setHighlighted(true);
-  EXPECT_EQ(reload->backgroundColor().alpha, 0.5);
-  EXPECT_EQ(reload->titleLabel()->textColor(), UIColor::white());
-  EXPECT_EQ(reload->titleLabel()->alpha(), 1) << "white, not dimmed";
 }
 
 } // namespace

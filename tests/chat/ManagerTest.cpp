@@ -1,8 +1,9 @@
-// The door to the chat and what stands behind it: windows, states, callbacks and the delegate.
+// The door to the chat and what stands behind it: windows, states, counters and the delegate.
 
 #include "kit/Helper/LiveChat/Manager.h"
 #include "kit/Helper/LiveChat/LiveChat.h"
 #include "kit/Helper/LiveChat/LiveChatMessage.h"
+#include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
 #include "tests/chat/ChatTest.h"
 
@@ -121,6 +122,33 @@ TEST_F(ManagerTest, TheDoorGathersWhatIsKnown) {
   const CustomVariables both{{"a", "1"}, {"b", "2"}};
   EXPECT_EQ(LiveChat::allCustomVariables(), both);
   EXPECT_EQ(*chat->customVariables, both);
+}
+
+TEST_F(ChatTest, CountersHoldOverDamagedDefaults) {
+  UserDefaults& defaults = UserDefaults::standard();
+  for (const Value& damaged :
+       {Value(), Value(7), Value(Value::List{"a", 1}), Value(Value::Dictionary{{"a", "a"}})}) {
+    for (const char* key :
+         {"LiveChat_unreadMessagesKey", "LiveChat_readMessagesKey", "LiveChat_chatOpenedKey"})
+      defaults.set(key, damaged);
+    const std::string what = damaged.description();
+    EXPECT_FALSE(LiveChatState::isChatOpenedBefore()) << what;
+    EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0) << what;
+    EXPECT_TRUE(UnreadMessagesCounter::handleUnreadMessage("a")) << what;
+    EXPECT_FALSE(UnreadMessagesCounter::handleUnreadMessage("a")) << what;
+    EXPECT_EQ(defaults.value("LiveChat_unreadMessagesKey"), Value(Value::List{"a"})) << what;
+    UnreadMessagesCounter::resetCounter();
+    EXPECT_TRUE(defaults.value("LiveChat_unreadMessagesKey").isNull()) << "an empty set is no key";
+    EXPECT_FALSE(UnreadMessagesCounter::handleUnreadMessage("a")) << what;
+    EXPECT_TRUE(UnreadMessagesCounter::handleUnreadMessage("c") &&
+                UnreadMessagesCounter::handleUnreadMessage("b"));
+    EXPECT_EQ(UnreadMessagesCounter::counterValue(), 2);
+    UnreadMessagesCounter::resetCounter();
+    EXPECT_EQ(defaults.value("LiveChat_readMessagesKey"), Value(Value::List{"a", "b", "c"}))
+        << "it only grows";
+    LiveChatState::markChatAsOpened();
+    EXPECT_TRUE(LiveChatState::isChatOpenedBefore()) << what;
+  }
 }
 
 } // namespace

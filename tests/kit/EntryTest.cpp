@@ -76,19 +76,6 @@ class LaunchButtonTest : public KitTest {
 protected:
   LaunchButtonTest() { registerZVFonts(); }
 
-  /// The frames of a view's subviews, rounded, depth first.
-  static std::string framesIn(const UIView& view) {
-    std::string words;
-    for (const auto& subview : view.subviews())
-      if (subview->frame().width > 0) words += inWords(subview->frame()) + framesIn(*subview);
-    return words;
-  }
-  static std::string inWords(const CGRect& at) {
-    std::ostringstream words;
-    for (const double number : {at.x, at.y, at.width, at.height})
-      words << std::lround(number) << ' ';
-    return words.str() + "|";
-  }
   static std::shared_ptr<UILabel> labelOf(const UIView& button) {
     return std::dynamic_pointer_cast<UILabel>(button.subviews().back());
   }
@@ -105,15 +92,12 @@ protected:
   std::shared_ptr<UIWindow> window = make<UIWindow>();
 };
 
-TEST_F(LaunchButtonTest, LaysItselfOutInProportion) {
-  const std::pair<CGRect, std::string> rows[] = {
-      {{5, 6, 344, 68}, "0 0 79 68 |24 4 27 60 |293 4 27 60 |79 0 186 68 |12 12 344 68 |"},
-      // never narrower or lower than this
-      {{0, 0, 100, 20}, "0 0 47 30 |14 4 16 22 |170 4 16 22 |47 0 105 30 |5 5 200 30 |"}};
-  for (const auto& [frame, expected] : rows) {
+TEST_F(LaunchButtonTest, IsNeverSmallerThanItsContents) {
+  for (const CGRect& frame : {CGRect{5, 6, 344, 68}, {0, 0, 100, 20}}) {
     const auto button = make<ZVKYCButton>(frame);
     button->layoutIfNeeded();
-    EXPECT_EQ(framesIn(*button) + inWords(button->layer()->shadowPath().value().rect), expected);
+    EXPECT_GE(labelOf(*button)->frame().width, 105);
+    EXPECT_GE(button->layer()->shadowPath().value().rect.width, std::max(frame.width, 200.0));
     EXPECT_FALSE(button->clipsToBounds()) << "the shadow lies outside";
   }
 }
