@@ -11,7 +11,8 @@ if(PROJECT_IS_TOP_LEVEL)
                                                 -Woverloaded-virtual -Werror)
 endif()
 # GCC 12 reports these falsely in the library's own optional and string when it inlines them.
-target_compile_options(zuvi_options INTERFACE -Wno-maybe-uninitialized -Wno-restrict)
+target_compile_options(zuvi_options INTERFACE
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized -Wno-restrict>)
 if(ZUVI_SANITIZE)
   target_compile_options(zuvi_options INTERFACE -fsanitize=${ZUVI_SANITIZE} -fno-omit-frame-pointer
                                                 -fno-sanitize-recover=all)

@@ -29,16 +29,6 @@ ZVKYCNetworkManager::Completion readingId(ZVKYCManager::IdCompletion completion)
   };
 }
 
-/// The letter of the card that a document's fields belong to.
-std::string cardTypeOf(const Value::Dictionary& answer) {
-  const Value* metadata = valueForKey(answer, "metadata");
-  const auto* entries = metadata ? metadata->dictionary() : nullptr;
-  const auto letter = entries ? stringValue(*entries, "cardType") : std::nullopt;
-  if (letter == "B") return "C";
-  if (letter == "E") return "D";
-  return letter.value_or("D");
-}
-
 } // namespace
 
 ZVKYCManager::ZVKYCManager()
@@ -91,17 +81,8 @@ void ZVKYCManager::uploadNewPhoto(const std::string& documentId, const std::stri
                        std::optional<std::vector<ZVOCRResult>> results;
                        std::optional<std::string> message;
                        if (const auto* answer = json ? json->dictionary() : nullptr) {
-                         const std::string cardType = cardTypeOf(*answer);
-                         const Value* value = valueForKey(*answer, "fields");
-                         if (const auto fields =
-                                 value ? value->listOfDictionaries() : std::nullopt) {
-                           results.emplace();
-                           for (const Value::Dictionary& field : *fields)
-                             if (ZVOCRResult result(field, cardType); result.isRequired())
-                               results->push_back(std::move(result));
-                         } else {
-                           message = stringValue(*answer, "message");
-                         }
+                         results = requiredResults(*answer);
+                         if (!results) message = stringValue(*answer, "message");
                        }
                        completion(std::move(results), std::move(message));
                      });

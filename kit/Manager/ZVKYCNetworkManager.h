@@ -40,16 +40,17 @@ public:
   void patch(const std::string& path, const std::optional<Value>& parameters,
              Completion completion);
 
-private:
   enum class FileKind { Image, Video };
+  /// A multipart body, framed by `boundary`. Names and values go out as they stand.
+  static HTTPBody createBodyWithParameters(const std::string& filePathKey, const Data& file,
+                                           const Parameters& parameters,
+                                           const std::string& boundary, FileKind kind);
 
+private:
   std::optional<URLRequest> request(const std::string& path, const Completion& completion) const;
   void upload(const std::string& method, const std::string& path, const Data& file,
               const std::string& name, const Parameters& parameters, FileKind kind,
               Completion completion);
-  static HTTPBody createBodyWithParameters(const std::string& filePathKey, const Data& file,
-                                           const Parameters& parameters,
-                                           const std::string& boundary, FileKind kind);
   void send(const URLRequest& request, Completion completion);
 
   std::map<std::string, std::string> headers_;

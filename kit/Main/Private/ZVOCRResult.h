@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace zuvi {
 
@@ -26,5 +27,9 @@ private:
   bool isRequired_ = false;
   std::string imageName_;
 };
+
+/// The required fields of the back end's answer about a document; absent when it has no list of
+/// fields.
+std::optional<std::vector<ZVOCRResult>> requiredResults(const Value::Dictionary& answer);
 
 } // namespace zuvi
