@@ -2,7 +2,6 @@
 
 #include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVExtensions.h"
-#include "kit/Helper/ZVGradientView.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "platform/Foundation/PropertyList.h"
 #include "tests/kit/KitTest.h"
@@ -60,50 +59,6 @@ TEST_F(PresentationTest, HasEveryTextInEveryLanguage) {
       setLanguage(language.value);
       EXPECT_EQ(localized(key), text) << key;
     }
-  }
-}
-
-TEST_F(PresentationTest, ReadsHexColours) {
-  for (const char* red : {"#FF0000", "FF0000", "  #ff0000\n", "0xff0000", "11FF0000", "ff0000 zz"})
-    EXPECT_EQ(colorFromHex(red), UIColor::bytes(255, 0, 0)) << red;
-  for (const char* black : {"", "#", "##FF0000", "zz"})
-    EXPECT_EQ(colorFromHex(black, 0.25), UIColor::black().withAlpha(0.25)) << black;
-  EXPECT_EQ(colorFromHex("1g"), UIColor::bytes(0, 0, 1));
-}
-
-TEST_F(PresentationTest, AGradientKeepsOneLayerAsLargeAsItsView) {
-  const auto view = make<ZVGradientView>();
-  view->addGradient({"#FF0000", "0000FF"});
-  view->addGradient({"00FF00"});
-  EXPECT_EQ(view->layer()->sublayers().size(), 1U);
-  view->setFrame({5, 5, 40, 30});
-  view->layoutIfNeeded();
-  EXPECT_EQ(view->gradient->frame(), (CGRect{0, 0, 40, 30}));
-}
-
-TEST_F(PresentationTest, DownloadsPictures) {
-  const std::string svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width="8" height="4"/>)";
-  backend.answer([&](const test::Request& request) {
-    if (request.path == "/drop") return test::Reply{.mode = test::Reply::Mode::DropConnection};
-    return test::Reply{200, {}, request.path == "/picture" ? svg : "no picture"};
-  });
-  const std::tuple<std::string, bool, std::size_t> rows[] = {
-      // whether it comes, lines printed
-      {backend.url("/picture"), true, 0},
-      {backend.url("/text"), false, 0},
-      {backend.url("/drop"), false, 1},
-      {"file://" + folder.path("none"), false, 1}};
-  for (const auto& [address, comes, lines] : rows) {
-    printed.clear();
-    std::vector<std::shared_ptr<const UIImage>> answers;
-    downloadImage(URL::fromString(address).value(),
-                  [&](const auto& image) { answers.push_back(image); });
-    EXPECT_TRUE(answers.empty());
-    EXPECT_TRUE(time.waitUntil([&] { return !answers.empty(); }));
-    time.settle();
-    ASSERT_EQ(answers.size(), 1U);
-    EXPECT_EQ(answers[0] != nullptr, comes) << address;
-    EXPECT_EQ(printed.size(), lines) << address;
   }
 }
 

@@ -145,23 +145,6 @@ TEST_F(TransportTest, RefusesWhatIsNoAddress) {
   EXPECT_TRUE(backend.requests().empty());
 }
 
-TEST_F(TransportTest, GoesOnWhileAnAnswerDoesNotCome) {
-  backend.hold();
-  Outcome waiting, other;
-  transport().get("never", into(waiting));
-  EXPECT_TRUE(time.waitUntil([&] { return backend.requests().size() == 1; }));
-  time.advance(9000); // the time-out is longer, and does not run on this clock
-  Backend second;
-  second.answer("{}");
-  transport().serverURL = second.url();
-  transport().get("now", into(other));
-  await(other);
-  EXPECT_EQ(waiting.calls, 0);
-  backend.release();
-  await(waiting);
-  EXPECT_TRUE(waiting.json);
-}
-
 TEST_F(TransportTest, LetsGoOfCompletionsOnTheMainQueue) {
   struct Held {
     std::atomic<int>& off;
