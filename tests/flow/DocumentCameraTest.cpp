@@ -58,23 +58,6 @@ TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
   }
 }
 
-TEST_F(DocumentCameraTest, FadesTheOutlineAndFlashes) {
-  open("national-id"); // half a second ago
-  const auto outline = camera.lock()->cardImageView.lock()->layer();
-  time.advance(1.4);
-  EXPECT_EQ(outline->presentedOpacity(), 1);
-  time.advance(0.2);
-  EXPECT_LT(outline->presentedOpacity(), 1);
-  time.advance(0.2);
-  EXPECT_EQ(outline->presentedOpacity(), 0);
-
-  back->answersStills = false;
-  shell().bottomButton.lock()->sendActions(UIControlEvent::TouchUpInside);
-  EXPECT_EQ(flash(), 1);
-  time.advance(0.5);
-  EXPECT_EQ(flash(), 0);
-}
-
 TEST_F(DocumentCameraTest, StaysWhenThereIsNothingToHandOn) {
   open("passport", ZVKYCCameraType::ineFront, std::nullopt); // no identity to send it to
   shoot(jpeg(1));

@@ -182,16 +182,6 @@ TEST_F(RecorderTest, CountsOnlyWithPermission) {
   EXPECT_EQ(shown(), "4 00:07");
   time.advance(11);
   ASSERT_EQ(top(), "ZVLivenessVerifyViewController");
-
-  // The answer finds nobody.
-  tap("retakeButton");
-  cameras->status = Status::NotDetermined;
-  tap("recordButton");
-  tap("backButton");
-  cameras->answerRequests();
-  time.advance(20);
-  EXPECT_EQ(top(), "ZVMainViewController");
-  EXPECT_EQ(front->films.size(), 1U);
 }
 
 TEST_F(RecorderTest, StaysWhenThereIsNoFilm) {

@@ -52,20 +52,6 @@ protected:
   std::size_t before_ = 0;
 };
 
-TEST_F(UploadTest, IsAWaitingPageWhenOneComesBackToIt) {
-  uploadFilm();
-  EXPECT_EQ(title(), localized("livenessTitle"));
-  EXPECT_EQ(page(), -1);
-  EXPECT_TRUE(*shell().showBackButton);
-  EXPECT_EQ(shell().containerBottomSpace.lock()->constant(), 34 + 88);
-  backend.release();
-  arrive("ZVKYCCameraViewController");
-  tap("backButton");
-  EXPECT_EQ(top(), "ZVUploadViewController");
-  time.advance(5);
-  EXPECT_EQ(backend.requests().size(), 2U) << "nothing runs";
-}
-
 TEST_F(UploadTest, DropsWhatComesAfterItsFilmWasLeft) {
   for (const std::string way : {"retakeButton", "backButton", "closeButtonTap"}) {
     uploadFilm();
