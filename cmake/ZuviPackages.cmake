@@ -9,7 +9,6 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(same "zuvisdk (= ${PROJECT_VERSION})")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME zuvisdk)
@@ -21,6 +20,14 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS
 # H.264, the camera's dialogue, the carrier.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "gstreamer1.0-plugins-bad")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "xdg-desktop-portal, modemmanager")
+# Of programs that link the library, packages get the range in which it keeps its shape.
+math(EXPR next ${PROJECT_VERSION_MINOR}+1)
+file(WRITE ${PROJECT_BINARY_DIR}/debian/shlibs "libzuvisdk ${PROJECT_VERSION_MAJOR} zuvisdk \
+(>= ${PROJECT_VERSION}), zuvisdk (<< ${PROJECT_VERSION_MAJOR}.${next}~)\n")
+file(WRITE ${PROJECT_BINARY_DIR}/debian/triggers "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/debian/shlibs
+                                               ${PROJECT_BINARY_DIR}/debian/triggers)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_COMPONENTS_ALL runtime development)
 
 if(TARGET zuvi_webkitgtk)
@@ -35,7 +42,7 @@ endif()
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME zuvisdk-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Identity-verification kit: headers and static library")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${same}, libgtk-4-dev, pkg-config")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${same}, libgtk-4-dev, pkg-config | pkgconf")
 # For programs that link the static library.
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS
     "libcurl4-openssl-dev, libgif-dev, libgstreamer-plugins-base1.0-dev, libicu-dev, \
