@@ -96,6 +96,14 @@ std::string readScreenName(Options& options, const std::string& value) {
   return options.showsCardReview ? "" : "is no screen; there is card-review";
 }
 
+std::string readTextScale(Options& options, const std::string& value) {
+  char* end = nullptr;
+  const double scale = std::strtod(value.c_str(), &end);
+  options.textScale = scale;
+  const bool sensible = !value.empty() && !*end && scale >= 0.5 && scale <= 4;
+  return sensible ? "" : "is no number from 0.5 to 4";
+}
+
 const std::map<std::string, Reader>& readers() {
   static const std::map<std::string, Reader> known{
       {"--client-id", text(&Options::clientId)},
@@ -117,6 +125,7 @@ const std::map<std::string, Reader>& readers() {
       {"--show", readScreenName},
       {"--picture",
        [](Options& o, const std::string& v) { return readReadableFile(&Options::picture, o, v); }},
+      {"--text-scale", readTextScale},
       {"--drive",
        [](Options& o, const std::string& v) { return readReadableFile(&Options::drive, o, v); }},
       {"--pictures", text(&Options::pictures)},

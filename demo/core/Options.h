@@ -21,6 +21,7 @@ struct Options {
   std::optional<CameraSourceDescription> frontCamera, backCamera; ///< absent: the machine's own
   std::optional<CameraPermission> permission;
   CGSize screen{375, 812};
+  std::optional<double> textScale;
   double scale = 2;
   bool offscreen = false;
   std::optional<std::string> drive, pictures, events;

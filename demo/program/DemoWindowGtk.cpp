@@ -17,10 +17,12 @@ void onFirstFrame(GdkFrameClock* clock, gpointer) {
 
 } // namespace
 
-bool openWindow(CGSize size) {
+bool openWindow(CGSize size, std::optional<double> textScale) {
   // Without a GPU the plain renderer is the faster one; a choice of the person's own stands.
   g_setenv("GSK_RENDERER", "cairo", FALSE);
   if (!gtk_init_check()) return false;
+  if (textScale)
+    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", int(*textScale * 96 * 1024), nullptr);
   GtkWidget* window = gtk_window_new();
   gtk_window_set_title(GTK_WINDOW(window), "Harbour Rentals");
   gtk_window_set_default_size(GTK_WINDOW(window), int(size.width), int(size.height));

@@ -16,9 +16,10 @@ int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): out of m
   }
   const auto& options = std::get<demo::Options>(parsed);
   std::optional<OffscreenSurface> memory;
-  if (options.offscreen)
+  if (options.offscreen) {
     memory.emplace(options.screen, options.scale);
-  else if (!demo::openWindow(options.screen)) {
+    UIScreen::main().setTextScale(options.textScale.value_or(1));
+  } else if (!demo::openWindow(options.screen, options.textScale)) {
     std::fprintf(stderr, "zuvi-demo: there is no display; --offscreen runs without one\n");
     return 2;
   }

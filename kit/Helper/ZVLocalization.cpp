@@ -31,6 +31,12 @@ std::string ZVLocalizationManager::translation(const std::string& key) const {
   return key;
 }
 
+std::string spoken(const std::string& key) {
+  static const auto* texts =
+      new ZVLocalizationManager(zvKitBundle()->path("Accessibility", "plist"));
+  return texts->translation(key);
+}
+
 std::string localized(const std::string& key) {
   return ZVLocalizationManager::shared().translation(key);
 }

@@ -23,6 +23,9 @@ private:
   Value::Dictionary plist_;
 };
 
+/// A text that is only spoken, in the merchant's language, from a table of their own.
+std::string spoken(const std::string& key);
+
 /// `ZVLocalizationManager::shared().translation(key)`.
 std::string localized(const std::string& key);
 

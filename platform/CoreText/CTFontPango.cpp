@@ -5,6 +5,7 @@
 #include <fontconfig/fontconfig.h>
 #include <pango/pangofc-fontmap.h>
 
+#include <cmath>
 #include <set>
 
 namespace zuvi {
@@ -31,8 +32,8 @@ PatternPointer patternOf(const std::string& postScriptName) {
 }
 
 std::shared_ptr<void> hold(PangoFontDescription* description, double size) {
-  // Absolute, because one point is one unit of the layer tree, whatever the desktop's resolution.
-  pango_font_description_set_absolute_size(description, size * PANGO_SCALE);
+  // One point is one unit of the layer tree, times the text's scale: the context sees to that.
+  pango_font_description_set_size(description, static_cast<int>(std::lround(size * PANGO_SCALE)));
   return {description, [](void* held) {
             pango_font_description_free(static_cast<PangoFontDescription*>(held));
           }};

@@ -31,6 +31,11 @@ ZUVI_API std::size_t characterCount(const std::string& text);
 /// The text in upper case, by the rules of its script.
 ZUVI_API std::string uppercased(const std::string& text);
 
+/// How much larger than its fonts say all text is, 1 at start. What was laid out before keeps its
+/// size: `UIScreen::setTextScale` lays it out anew.
+double textScale();
+void setTextScale(double scale);
+
 enum class NSTextAlignment { Left, Center, Right };
 
 /// A text broken into lines. Bytes that are no UTF-8 show as replacement marks.

@@ -9,6 +9,20 @@
 
 namespace zuvi {
 
+namespace {
+constexpr double unitsPerInch = 72; // as many as points
+double scaleOfText = 1;
+} // namespace
+
+double textScale() {
+  return scaleOfText;
+}
+
+void setTextScale(double scale) {
+  scaleOfText = scale;
+  pango_cairo_context_set_resolution(textContext(), unitsPerInch * scale);
+}
+
 PangoContext* textContext() {
   static PangoContext* context = [] {
     PangoContext* made = pango_font_map_create_context(pango_cairo_font_map_get_default());
@@ -20,6 +34,7 @@ PangoContext* textContext() {
     pango_cairo_context_set_font_options(made, options);
     cairo_font_options_destroy(options);
     pango_context_set_round_glyph_positions(made, FALSE);
+    pango_cairo_context_set_resolution(made, unitsPerInch);
     return made;
   }();
   return context;

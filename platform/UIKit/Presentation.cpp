@@ -1,6 +1,7 @@
 #include "platform/UIKit/Presentation.h"
 
 #include "platform/UIKit/Transition.h"
+#include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIViewController.h"
 #include "platform/UIKit/UIWindow.h"
 
@@ -27,6 +28,8 @@ void Presentation::begin(bool animated, std::function<void()> completion) {
   UIWindow* window = presenter_->view()->window();
   const auto view = presented_->view();
   view->setFrame(window->bounds());
+  if (UIView* focused = UIApplication::shared().firstResponder())
+    focus_ = focused->weak_from_this();
   presenter_->view()->endEditing(true); // the focus is not for what lies below
   if (coversPresenter()) presenter_->beginAppearanceTransition(false, animated);
   presented_->beginAppearanceTransition(true, animated);
@@ -47,6 +50,7 @@ void Presentation::finishBegin() {
   const auto keep = shared_from_this();
   presented_->endAppearanceTransition();
   if (covers && presenter_) presenter_->endAppearanceTransition();
+  if (!ending_) UIApplication::shared().moveFocusInto(*presented_);
 }
 
 void Presentation::end(bool animated, std::function<void()> completion) {
@@ -89,6 +93,8 @@ void Presentation::finishEnd() {
   presented->presentedBy_.reset();
   // A new presentation may stand in the place already.
   if (presenter_ && presenter_->presentation_.get() == this) presenter_->presentation_ = nullptr;
+  if (presenter_ && !presenter_->presentation_ && !UIApplication::shared().moveFocusBack(focus_))
+    UIApplication::shared().moveFocusInto(*presenter_);
 }
 
 void Presentation::removeViews() {

@@ -34,6 +34,7 @@ private:
   std::shared_ptr<UIViewController> presented_;
   std::shared_ptr<UIView> presenterView_; ///< while it is off the window
   std::function<void()> settle_;          ///< what `settle` calls; null while nothing moves
+  std::weak_ptr<UIView> focus_;           ///< who had it before
   bool ending_ = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "platform/Dispatch/MainLoop.h"
 #include "platform/QuartzCore/LayerRendererGsk.h"
+#include "platform/UIKit/AccessibilityTreeGtk.h"
 #include "platform/UIKit/ForeignWidgetGtk.h"
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
@@ -14,6 +15,7 @@ struct ScreenWidget {
   GtkWidget parent;
   UIEdgeInsets safeArea;
   ScreenSurface* surface;
+  AccessibilityTree* tree;
   guint tick;
 };
 
@@ -30,24 +32,26 @@ GtkWidget* current = nullptr;
 enum class Phase { Idle, Layout, Drawing };
 Phase phase = Phase::Idle;
 
+ScreenWidget* self(gpointer widget) {
+  return reinterpret_cast<ScreenWidget*>(widget);
+}
+
 void requestFrame(GtkWidget* widget) {
   // Widgets of others move only in the toolkit's layout phase, which comes before drawing.
   if (phase == Phase::Idle && ForeignWidget::exist()) gtk_widget_queue_allocate(widget);
   if (phase != Phase::Drawing) gtk_widget_queue_draw(widget);
+  if (widget == current) self(widget)->tree->setNeedsUpdate();
 }
 
 class WidgetSurface final : public ScreenSurface {
 public:
   explicit WidgetSurface(GtkWidget* widget) : widget_(widget) {}
   void requestFrame() override { ::requestFrame(widget_); }
+  void announce(const std::string& text) override { self(widget_)->tree->announce(text); }
 
 private:
   GtkWidget* widget_;
 };
-
-ScreenWidget* self(gpointer widget) {
-  return reinterpret_cast<ScreenWidget*>(widget);
-}
 
 // Drawing
 
@@ -84,6 +88,7 @@ void sizeAllocate(GtkWidget* widget, int width, int height, int) {
     UIScreen::main().layoutIfNeeded();
     ForeignWidget::placeAll();
   }
+  self(widget)->tree->placeAll();
   phase = Phase::Idle;
 }
 
@@ -94,7 +99,7 @@ void onPressed(GtkGestureClick* gesture, int, double x, double y, gpointer widge
     gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_DENIED); // another widget's
     return;
   }
-  gtk_widget_grab_focus(GTK_WIDGET(widget));
+  if (!self(widget)->tree->hasFocus()) gtk_widget_grab_focus(GTK_WIDGET(widget));
   gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
   UIApplication::shared().touchBegan({x, y});
 }
@@ -146,8 +151,21 @@ void onActive(GtkWindow* window, GParamSpec*, gpointer) {
   UIApplication::shared().setActive(gtk_window_is_active(window));
 }
 
+/// The desktop tells of larger text by a higher resolution of fonts.
+void onFontResolution(GtkSettings* settings, GParamSpec*, gpointer widget) {
+  int resolution = 0; // in 1/1024 dots an inch; negative: unknown
+  g_object_get(settings, "gtk-xft-dpi", &resolution, nullptr);
+  if (widget == current && resolution > 0)
+    UIScreen::main().setTextScale(resolution / (96.0 * 1024));
+}
+
 void root(GtkWidget* widget) {
   GTK_WIDGET_CLASS(screen_widget_parent_class)->root(widget);
+  GtkSettings* settings = gtk_widget_get_settings(widget);
+  g_signal_handlers_disconnect_by_func(settings, gpointer(onFontResolution), widget);
+  g_signal_connect_object(settings, "notify::gtk-xft-dpi", G_CALLBACK(onFontResolution), widget,
+                          GConnectFlags(0));
+  onFontResolution(settings, nullptr, widget);
   GtkRoot* top = gtk_widget_get_root(widget);
   if (GTK_IS_WINDOW(top))
     g_signal_connect_object(top, "notify::is-active", G_CALLBACK(onActive), widget,
@@ -164,6 +182,8 @@ void dispose(GObject* object) {
     }
     delete me->surface;
     me->surface = nullptr;
+    delete me->tree;
+    me->tree = nullptr;
   }
   G_OBJECT_CLASS(screen_widget_parent_class)->dispose(object);
 }
@@ -200,6 +220,7 @@ void screen_widget_init(ScreenWidget* me) { // NOLINT: named by the macro
   g_signal_connect(key, "key-pressed", G_CALLBACK(onKey), widget);
   gtk_widget_add_controller(widget, key);
 
+  me->tree = new AccessibilityTree(widget);
   me->surface = new WidgetSurface(widget);
 }
 
@@ -209,8 +230,9 @@ GtkWidget* zuvi::screenWidgetNew(double top, double right, double bottom, double
   MainLoop::attach();
   auto* widget = GTK_WIDGET(g_object_new(screen_widget_get_type(), nullptr));
   self(widget)->safeArea = {top, left, bottom, right};
+  if (current) self(current)->tree->clear();
+  current = widget;
   UIScreen::main().setSurface(self(widget)->surface);
   ForeignWidget::setScreen(widget);
-  current = widget;
   return widget;
 }

@@ -51,6 +51,13 @@ void UIActivityIndicatorView::layoutSubviews() {
   arc_->setPath(std::move(path));
 }
 
+UIAccessibilityElement UIActivityIndicatorView::accessibilityElement() const {
+  UIAccessibilityElement element = UIView::accessibilityElement();
+  if (!accessibilityRole && animating_) element.role = UIAccessibilityRole::Progress;
+  element.busy = animating_;
+  return element;
+}
+
 void UIActivityIndicatorView::describe(Value::Dictionary& description) const {
   UIView::describe(description);
   description["animating"] = animating_;

@@ -19,6 +19,7 @@ public:
 
   void layoutSubviews() override;
   CGSize intrinsicContentSize() const override { return {36, 36}; }
+  UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
   bool setNibAttribute(const std::string& name, const std::string& value) override;
 

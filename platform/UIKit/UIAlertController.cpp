@@ -24,6 +24,8 @@ void UIAlertController::loadView() {
   box_->setBackgroundColor(UIColor::white());
   box_->layer()->setCornerRadius(14);
   box_->setClipsToBounds(true);
+  box_->accessibilityRole = UIAccessibilityRole::Dialog;
+  box_->accessibilityLabel = title_.empty() ? message_ : title_;
   backdrop->addSubview(box_);
   const auto addText = [this](const std::string& text, FontWeight weight, double size) {
     if (text.empty()) return;
@@ -57,6 +59,15 @@ void UIAlertController::choose(std::size_t index) {
   const auto handler = actions_[index].handler;
   dismiss(true);
   if (handler) handler();
+}
+
+bool UIAlertController::accessibilityPerformEscape() {
+  for (std::size_t i = 0; i < actions_.size(); i++)
+    if (actions_[i].style == UIAlertAction::Style::Cancel) {
+      choose(i);
+      return true;
+    }
+  return false;
 }
 
 void UIAlertController::viewDidLayoutSubviews() {

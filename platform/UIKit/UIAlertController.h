@@ -30,6 +30,9 @@ public:
 
   void loadView() override;
   void viewDidLayoutSubviews() override;
+  UIView* preferredFocusView() override { return buttons_.empty() ? nullptr : buttons_[0].get(); }
+  /// The answer that is marked as the way out, if there is one.
+  bool accessibilityPerformEscape() override;
 
 private:
   std::string title_, message_;

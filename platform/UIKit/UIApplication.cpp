@@ -1,14 +1,11 @@
 #include "platform/UIKit/UIApplication.h"
 
 #include "platform/Foundation/NotificationCenter.h"
-#include "platform/UIKit/UIControl.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIWindow.h"
 #include "platform/UIKit/URLOpener.h"
 
-#include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace zuvi {
 
@@ -44,6 +41,7 @@ UIView* UIApplication::hitTest(CGPoint point) const {
 }
 
 void UIApplication::touchBegan(CGPoint point) {
+  keyboardInUse_ = false;
   if (touched_) touchCancelled();
   if (isIgnoringInteractionEvents()) return;
   UIScreen::main().layoutIfNeeded();
@@ -101,64 +99,6 @@ void UIApplication::viewWillGo(UIView& view) {
 
 void UIApplication::windowWillGo(UIWindow& window) {
   if (keyWindow_ == &window) keyWindow_ = nullptr;
-}
-
-// Keys and focus
-
-void UIApplication::setFirstResponder(UIView* view) {
-  if (view == firstResponder_) return;
-  UIView* old = std::exchange(firstResponder_, view);
-  if (old) old->didChangeFirstResponder(false);
-  if (view && view == firstResponder_) view->didChangeFirstResponder(true);
-}
-
-void UIApplication::keyPressed(const KeyPress& key) {
-  if (isIgnoringInteractionEvents()) return;
-  if (firstResponder_) {
-    const auto alive = firstResponder_->weak_from_this().lock();
-    if (firstResponder_->keyPressed(key)) return;
-  }
-  if (key.name == "Tab" || key.name == "ISO_Left_Tab")
-    moveFocus(key.shift || key.name == "ISO_Left_Tab");
-}
-
-namespace {
-
-void collectFocusable(const UIView& view, std::vector<UIView*>& found) {
-  for (const auto& subview : view.subviews()) {
-    if (subview->isHidden() || subview->alpha() < 0.01 || !subview->isUserInteractionEnabled())
-      continue;
-    if (subview->canBecomeFirstResponder()) found.push_back(subview.get());
-    collectFocusable(*subview, found);
-  }
-}
-
-} // namespace
-
-void UIApplication::moveFocus(bool backwards) {
-  // The topmost window that has something to focus; within it the sheet on top of the others.
-  const auto& windows = UIScreen::main().windows();
-  for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
-    const auto& sheets = (*window)->subviews();
-    for (auto sheet = sheets.rbegin(); sheet != sheets.rend(); ++sheet) {
-      std::vector<UIView*> order;
-      collectFocusable(**sheet, order);
-      // What lies under something else can't be reached by touch, so neither by key.
-      std::erase_if(order, [this](const UIView* view) {
-        const UIView* hit = hitTest(view->convertToScreen(view->bounds()).center());
-        return !hit || !hit->isDescendantOf(*view);
-      });
-      if (order.empty()) continue;
-      const auto now = std::find(order.begin(), order.end(), firstResponder_);
-      std::size_t next = backwards ? order.size() - 1 : 0;
-      if (now != order.end()) {
-        const auto index = static_cast<std::size_t>(now - order.begin());
-        next = (index + (backwards ? order.size() - 1 : 1)) % order.size();
-      }
-      setFirstResponder(order[next]);
-      return;
-    }
-  }
 }
 
 } // namespace zuvi

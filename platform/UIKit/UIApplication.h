@@ -12,6 +12,7 @@
 namespace zuvi {
 
 class UIView;
+class UIViewController;
 class UIWindow;
 
 /// Posted when the program's window comes to the front or leaves it.
@@ -72,8 +73,20 @@ public:
   void touchEnded(CGPoint point);
   void touchCancelled();
   void scrollWheel(CGPoint point, CGPoint delta);
-  /// To the view with the focus, then Tab and its like to the whole window.
+  /// To the view with the focus and those above it, or to what scrolls in the middle of the screen;
+  /// then Tab moves the focus, and Escape goes to the screen on top.
   void keyPressed(const KeyPress& key);
+  /// Whether the person has used keys since the last touch. Then the focus follows the screens.
+  bool isKeyboardInUse() const { return keyboardInUse_; }
+  void setKeyboardInUse(bool inUse) { keyboardInUse_ = inUse; }
+  /// For containers, once a screen is there: the focus goes where the screen, or a frame around it,
+  /// prefers; else it stays where it can be reached, and with the screen as a whole where not.
+  void moveFocusInto(UIViewController& screen);
+  /// Gives the first control in a view the focus; false when there is none.
+  bool focusFirstIn(UIView& view);
+  /// For what covered a screen: gives the view the focus that it had. False when it can't be
+  /// reached.
+  bool moveFocusBack(const std::weak_ptr<UIView>& view);
   /// The view that a touch there would go to; null for none.
   UIView* hitTest(CGPoint point) const;
   /// Passes the touch under way, if it belongs to a view below `scroller`, on to `scroller`.
@@ -91,11 +104,13 @@ public:
 private:
   UIApplication() = default;
   void moveFocus(bool backwards);
+  static void performEscape();
 
   UIWindow* keyWindow_ = nullptr;
   UIView* firstResponder_ = nullptr;
   UIView* touched_ = nullptr;
   bool active_ = false;
+  bool keyboardInUse_ = false;
   int ignoring_ = 0;
   std::function<bool(const URL&)> opener_, canOpen_;
 };

@@ -118,6 +118,12 @@ void UIButton::layoutSubviews() {
   titleLabel_->setFrame({left + image.width + gap, (all.height - height) / 2, textWidth, height});
 }
 
+UIAccessibilityElement UIButton::accessibilityElement() const {
+  UIAccessibilityElement element = UIControl::accessibilityElement();
+  if (element.name.empty()) element.name = titleLabel_->text().value_or("");
+  return element;
+}
+
 void UIButton::describe(Value::Dictionary& description) const {
   UIControl::describe(description);
   if (const auto title = titleLabel_->text()) description["title"] = *title;

@@ -32,6 +32,7 @@ public:
   void setHighlighted(bool highlighted) override;
   void layoutSubviews() override;
   CGSize intrinsicContentSize() const override;
+  UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
   bool setNibAttribute(const std::string& name, const std::string& value) override;
 

@@ -91,6 +91,11 @@ void UIControl::touchCancelled() {
   setHighlighted(false);
 }
 
+void UIControl::layoutSubviews() {
+  UIView::layoutSubviews();
+  if (focusRing_ && isFirstResponder()) UIControl::didChangeFirstResponder(true); // at its new size
+}
+
 void UIControl::didChangeFirstResponder(bool focused) {
   if (focusRing_) focusRing_->removeFromSuperlayer();
   focusRing_ = nullptr;
@@ -100,13 +105,31 @@ void UIControl::didChangeFirstResponder(bool focused) {
   focusRing_->setCornerRadius(layer()->cornerRadius() + 3);
   focusRing_->setBorderWidth(2);
   focusRing_->setBorderColor(UIColor::bytes(25, 118, 210));
+  const auto halo = std::make_shared<CALayer>(); // tells the ring from a dark ground
+  halo->setFrame(CGRectInset(focusRing_->bounds(), -2, -2));
+  halo->setCornerRadius(focusRing_->cornerRadius() + 2);
+  halo->setBorderWidth(2);
+  halo->setBorderColor(UIColor::white());
+  focusRing_->addSublayer(halo);
   layer()->addSublayer(focusRing_);
 }
 
 bool UIControl::keyPressed(const KeyPress& key) {
   if (key.name != "space" && key.name != "Return" && key.name != "KP_Enter") return false;
-  if (enabled_) sendActions(UIControlEvent::TouchUpInside);
+  accessibilityActivate();
   return true;
+}
+
+bool UIControl::accessibilityActivate() {
+  if (enabled_) sendActions(UIControlEvent::TouchUpInside);
+  return enabled_;
+}
+
+UIAccessibilityElement UIControl::accessibilityElement() const {
+  UIAccessibilityElement element = UIView::accessibilityElement();
+  element.role = accessibilityRole.value_or(UIAccessibilityRole::Button);
+  element.enabled = enabled_;
+  return element;
 }
 
 void UIControl::describe(Value::Dictionary& description) const {

@@ -42,7 +42,10 @@ public:
   void touchCancelled() override;
   bool canBecomeFirstResponder() const override { return enabled_; }
   void didChangeFirstResponder(bool focused) override;
+  void layoutSubviews() override;
   bool keyPressed(const KeyPress& key) override;
+  bool accessibilityActivate() override;
+  UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
   bool setNibAttribute(const std::string& name, const std::string& value) override;
 

@@ -87,6 +87,14 @@ void UIImageView::draw(DrawingContext& context) {
   if (const auto pixels = shown.pixels(area.size(), scale)) context.drawImage(*pixels, area);
 }
 
+UIAccessibilityElement UIImageView::accessibilityElement() const {
+  UIAccessibilityElement element = UIView::accessibilityElement();
+  // A picture without a name is an ornament.
+  if (!accessibilityRole && !element.name.empty() && image_)
+    element.role = UIAccessibilityRole::Image;
+  return element;
+}
+
 void UIImageView::describe(Value::Dictionary& description) const {
   UIView::describe(description);
   if (image_) description["image"] = image_->name();

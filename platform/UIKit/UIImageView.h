@@ -21,6 +21,7 @@ public:
   CGSize sizeThatFits(CGSize size) const override;
   void draw(DrawingContext& context) override;
   void didMoveToWindow() override;
+  UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
   bool setNibAttribute(const std::string& name, const std::string& value) override;
 

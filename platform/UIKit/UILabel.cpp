@@ -63,7 +63,7 @@ void UILabel::setMinimumScaleFactor(double factor) {
 
 std::shared_ptr<const TextLayout> UILabel::layoutForWidth(double width) const {
   if (!text_) return nullptr;
-  if (layout_ && layoutWidth_ == width) return layout_;
+  if (layout_ && layoutWidth_ == width && layoutScale_ == textScale()) return layout_;
   TextLayout::Style style{font_, color_, alignment_, lines_};
   auto made = std::make_shared<TextLayout>(*text_, style, width);
   for (double scale = 0.95; made->isTruncated() && scale >= minimumScale_ - 1e-9; scale -= 0.05) {
@@ -72,6 +72,7 @@ std::shared_ptr<const TextLayout> UILabel::layoutForWidth(double width) const {
   }
   layout_ = made;
   layoutWidth_ = width;
+  layoutScale_ = textScale();
   return made;
 }
 
@@ -98,6 +99,19 @@ void UILabel::draw(DrawingContext& context) {
   if (!layout) return;
   const double free = bounds().height - layout->size().height;
   context.drawText(*layout, {bounds().x, bounds().y + std::round(free) / 2});
+}
+
+void UILabel::didMoveToWindow() {
+  if (layout_ && layoutScale_ != textScale()) changed(); // while nobody saw it
+}
+
+UIAccessibilityElement UILabel::accessibilityElement() const {
+  UIAccessibilityElement element = UIView::accessibilityElement();
+  if (element.name.empty() && text_) element.name = text_->text;
+  const bool blank = element.name.find_first_not_of(' ') == std::string::npos;
+  if (!accessibilityRole) element.role = UIAccessibilityRole::StaticText;
+  if (blank) element.role = UIAccessibilityRole::None;
+  return element;
 }
 
 void UILabel::describe(Value::Dictionary& description) const {

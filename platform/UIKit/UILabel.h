@@ -42,7 +42,9 @@ public:
   CGSize intrinsicContentSize() const override;
   CGSize sizeThatFits(CGSize size) const override;
   void draw(DrawingContext& context) override;
+  void didMoveToWindow() override;
   UIView* hitTest(CGPoint) override { return nullptr; }
+  UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
   bool setNibAttribute(const std::string& name, const std::string& value) override;
 
@@ -57,6 +59,7 @@ private:
   int lines_ = 1;
   double minimumScale_ = 1;
   mutable double layoutWidth_ = -2;
+  mutable double layoutScale_ = 0; ///< of the text
   mutable std::shared_ptr<const TextLayout> layout_;
 };
 

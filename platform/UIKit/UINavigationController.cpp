@@ -1,6 +1,7 @@
 #include "platform/UIKit/UINavigationController.h"
 
 #include "platform/UIKit/Transition.h"
+#include "platform/UIKit/UIApplication.h"
 
 #include <algorithm>
 #include <utility>
@@ -128,6 +129,7 @@ void UINavigationController::showTop(const std::shared_ptr<UIViewController>& ol
         if (old) old->endAppearanceTransition();
         // While the stack itself is on its way in, its top arrives with it.
         if (appearance() != Appearance::Appearing) top->endAppearanceTransition();
+        if (top == shown_) UIApplication::shared().moveFocusInto(*top);
       });
   if (animated) settle_ = std::move(settle);
 }

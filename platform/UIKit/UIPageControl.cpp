@@ -45,6 +45,14 @@ void UIPageControl::draw(DrawingContext& context) {
   }
 }
 
+UIAccessibilityElement UIPageControl::accessibilityElement() const {
+  UIAccessibilityElement element = UIView::accessibilityElement();
+  if (!accessibilityRole) element.role = UIAccessibilityRole::PageControl;
+  element.position = current_ + 1;
+  element.count = pages_;
+  return element;
+}
+
 void UIPageControl::describe(Value::Dictionary& description) const {
   UIView::describe(description);
   description["page"] = current_;

@@ -19,6 +19,7 @@ public:
 
   CGSize intrinsicContentSize() const override;
   void draw(DrawingContext& context) override;
+  UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
 
 private:

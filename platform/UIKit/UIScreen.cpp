@@ -1,5 +1,6 @@
 #include "platform/UIKit/UIScreen.h"
 
+#include "platform/CoreText/TextLayout.h"
 #include "platform/Dispatch/DispatchQueue.h"
 #include "platform/UIKit/UIWindow.h"
 
@@ -46,6 +47,16 @@ void UIScreen::configure(CGSize size, double scale, UIEdgeInsets safeArea) {
   }
 }
 
+void UIScreen::setTextScale(double scale) {
+  scale = std::clamp(scale, 1.0, largestText);
+  if (scale == textScale()) return;
+  zuvi::setTextScale(scale);
+  redraw(*root_);
+  for (UIWindow* window : windows_)
+    markAll(*window);
+  setNeedsLayout();
+}
+
 void UIScreen::setSurface(ScreenSurface* surface) {
   surface_ = surface;
   damage_.clear();
@@ -88,6 +99,10 @@ void UIScreen::layoutIfNeeded() {
 
 std::vector<CGRect> UIScreen::takeDamage() {
   return std::exchange(damage_, {});
+}
+
+void UIScreen::announce(const std::string& text) {
+  if (surface_) surface_->announce(text);
 }
 
 void UIScreen::setNeedsFrame() {

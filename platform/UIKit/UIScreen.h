@@ -5,6 +5,7 @@
 #include "platform/QuartzCore/CALayer.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace zuvi {
@@ -17,6 +18,8 @@ public:
   virtual ~ScreenSurface() = default;
   /// The screen has changed: draw a frame when it suits. May come many times before one.
   virtual void requestFrame() = 0;
+  /// Hands a text to whoever speaks to the person.
+  virtual void announce(const std::string&) {}
 };
 
 /// The one surface on which the windows stack. Main queue only.
@@ -33,6 +36,9 @@ public:
   // For whoever shows the screen.
   void configure(CGSize size, double scale, UIEdgeInsets safeArea = {});
   void setSurface(ScreenSurface* surface);
+  /// The person's wish for larger text; kept between 1 and `largestText`.
+  void setTextScale(double scale);
+  static constexpr double largestText = 1.5;
   CALayer& rootLayer() { return *root_; }
   /// Lays out all windows; before drawing, and by itself in the next turn of the main queue after
   /// something was marked.
@@ -46,6 +52,7 @@ public:
   void show(UIWindow& window);
   void hide(UIWindow& window);
   void setNeedsLayout();
+  void announce(const std::string& text);
 
   void setNeedsFrame() override;
   void addDamage(const CGRect& rect) override;

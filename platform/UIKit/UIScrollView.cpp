@@ -1,6 +1,10 @@
 #include "platform/UIKit/UIScrollView.h"
 
+#include "platform/UIKit/KeyPress.h"
+
 #include <algorithm>
+#include <map>
+#include <string>
 
 namespace zuvi {
 
@@ -22,6 +26,15 @@ void UIScrollView::setContentOffset(CGPoint offset) {
   // The layer's position is that of its centre: only what it shows moves.
   layer()->setBounds({offset.x, offset.y, now.width, now.height});
   setNeedsLayout();
+}
+
+void UIScrollView::scrollRectToVisible(const CGRect& rect) {
+  const CGRect seen = bounds();
+  const auto moved = [](double from, double to, double first, double last) {
+    return first < from ? first - from : last > to ? std::min(last - to, first - from) : 0;
+  };
+  setContentOffset({seen.x + moved(seen.minX(), seen.maxX(), rect.minX(), rect.maxX()),
+                    seen.y + moved(seen.minY(), seen.maxY(), rect.minY(), rect.maxY())});
 }
 
 bool UIScrollView::canScroll() const {
@@ -51,6 +64,18 @@ bool UIScrollView::scrollWheel(CGPoint delta) {
   const CGPoint before = contentOffset();
   if (scrollEnabled_) setContentOffset({before.x + delta.x, before.y + delta.y});
   return contentOffset() != before || UIView::scrollWheel(delta);
+}
+
+bool UIScrollView::keyPressed(const KeyPress& key) {
+  constexpr double line = 40; // points
+  const double page = bounds().height * 0.9;
+  const std::map<std::string, double> ways{{"Up", -line},       {"Down", line}, {"Page_Up", -page},
+                                           {"Page_Down", page}, {"Home", -1e9}, {"End", 1e9}};
+  const auto way = ways.find(key.name);
+  if (way == ways.end() || !canScroll()) return false;
+  const CGPoint before = contentOffset();
+  setContentOffset({before.x, before.y + way->second});
+  return contentOffset() != before;
 }
 
 void UIScrollView::layoutSubviews() {

@@ -18,6 +18,8 @@ public:
   CGPoint contentOffset() const { return bounds().origin(); }
   /// Clamped to the contents.
   void setContentOffset(CGPoint offset);
+  /// Moves just as far as shows the rectangle, in the contents' coordinates.
+  void scrollRectToVisible(const CGRect& rect);
   /// Whether there is more than is seen, and moving it is allowed.
   bool canScroll() const;
   bool isScrollEnabled() const { return scrollEnabled_; }
@@ -31,6 +33,7 @@ public:
   void touchEnded(CGPoint point) override;
   void touchCancelled() override;
   bool scrollWheel(CGPoint delta) override;
+  bool keyPressed(const KeyPress& key) override;
   void layoutSubviews() override;
 
 private:

@@ -1,6 +1,8 @@
 #include "platform/UIKit/UITableView.h"
 
 #include "platform/Foundation/Print.h"
+#include "platform/UIKit/KeyPress.h"
+#include "platform/UIKit/UIApplication.h"
 
 #include <algorithm>
 
@@ -82,6 +84,25 @@ void UITableView::layoutSubviews() {
     cell->setFrame({0, top, seen.width, bottoms_[row] - top});
     if (cell->superview() != this) addSubview(cell);
   }
+}
+
+bool UITableView::keyPressed(const KeyPress& key) {
+  if (key.name != "Up" && key.name != "Down") return UIScrollView::keyPressed(key);
+  const UIView* focused = UIApplication::shared().firstResponder();
+  const auto now = std::find_if(visible_.begin(), visible_.end(), [&](const auto& entry) {
+    return focused && focused->isDescendantOf(*entry.second);
+  });
+  std::size_t row = 0; // where the focus is outside, it enters at the first one
+  if (now != visible_.end()) {
+    if (key.name == "Up" ? now->first == 0 : now->first + 1 >= bottoms_.size()) return true;
+    row = key.name == "Up" ? now->first - 1 : now->first + 1;
+  }
+  if (row >= bottoms_.size()) return false;
+  const double top = row == 0 ? 0 : bottoms_[row - 1];
+  scrollRectToVisible({0, top, 1, bottoms_[row] - top});
+  layoutIfNeeded(); // which makes the row
+  const auto cell = cellForRow(row);
+  return cell && UIApplication::shared().focusFirstIn(*cell);
 }
 
 void UITableView::describe(Value::Dictionary& description) const {

@@ -16,6 +16,8 @@ class UITableView;
 /// One row. It is laid out anew and given new contents each time it is used.
 class ZUVI_API UITableViewCell : public UIView {
 public:
+  UITableViewCell() { accessibilityRole = UIAccessibilityRole::ListItem; }
+
   std::string reuseIdentifier;
 };
 
@@ -36,6 +38,8 @@ public:
 /// Rows below one another. Only those in sight are made; rows that leave are used again.
 class ZUVI_API UITableView : public UIScrollView {
 public:
+  UITableView() { accessibilityRole = UIAccessibilityRole::List; }
+
   std::weak_ptr<UITableViewDataSource> dataSource;
   std::weak_ptr<UITableViewDelegate> delegate;
 
@@ -48,6 +52,8 @@ public:
   std::shared_ptr<UITableViewCell> cellForRow(std::size_t row) const;
 
   void layoutSubviews() override;
+  /// Up and Down move the focus from row to row.
+  bool keyPressed(const KeyPress& key) override;
   void describe(Value::Dictionary& description) const override;
 
 private:

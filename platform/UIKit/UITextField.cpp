@@ -117,6 +117,14 @@ CGSize UITextField::intrinsicContentSize() const {
   return {-1, label_->font()->lineHeight() + 16};
 }
 
+UIAccessibilityElement UITextField::accessibilityElement() const {
+  UIAccessibilityElement element = UIControl::accessibilityElement();
+  if (!accessibilityRole) element.role = UIAccessibilityRole::TextField;
+  if (element.name.empty()) element.name = placeholder_;
+  if (element.value.empty()) element.value = text_;
+  return element;
+}
+
 void UITextField::describe(Value::Dictionary& description) const {
   UIControl::describe(description);
   description["text"] = text_;

@@ -29,8 +29,10 @@ public:
   void touchBegan(CGPoint point) override;
   void didChangeFirstResponder(bool focused) override;
   bool keyPressed(const KeyPress& key) override;
+  bool accessibilityActivate() override { return isEnabled() && becomeFirstResponder(); }
   void layoutSubviews() override;
   CGSize intrinsicContentSize() const override;
+  UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
   bool setNibAttribute(const std::string& name, const std::string& value) override;
 

@@ -182,6 +182,10 @@ CGRect UIView::convert(const CGRect& rect, const UIView* from) const {
   return convertFromScreen(from ? from->convertToScreen(rect) : rect);
 }
 
+bool UIView::isSeen() const {
+  return !isHidden() && alpha() >= 0.01 && layer_->presentedOpacity() >= 0.01;
+}
+
 void UIView::setContentMode(UIViewContentMode mode) {
   contentMode_ = mode;
   setNeedsDisplay();
@@ -189,6 +193,14 @@ void UIView::setContentMode(UIViewContentMode mode) {
 
 void UIView::describe(Value::Dictionary& description) const {
   if (backgroundColor().alpha > 0) description["color"] = textFromColor(backgroundColor());
+}
+
+UIAccessibilityElement UIView::accessibilityElement() const {
+  UIAccessibilityElement element;
+  element.role = accessibilityRole.value_or(UIAccessibilityRole::None);
+  element.name = accessibilityLabel;
+  element.value = accessibilityValue;
+  return element;
 }
 
 void UIView::declareNib(NibDeclaration&) {}

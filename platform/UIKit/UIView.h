@@ -6,6 +6,7 @@
 #include "platform/Foundation/Value.h"
 #include "platform/QuartzCore/CALayer.h"
 #include "platform/UIKit/NSLayoutConstraint.h"
+#include "platform/UIKit/UIAccessibility.h"
 #include "platform/UIKit/UIColor.h"
 
 #include <functional>
@@ -84,6 +85,8 @@ public:
   void setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }
   UIViewContentMode contentMode() const { return contentMode_; }
   void setContentMode(UIViewContentMode mode);
+  /// Neither hidden nor transparent, nor yet to fade in; whatever the views above it are.
+  bool isSeen() const;
   const std::shared_ptr<CALayer>& layer() const { return layer_; }
   void setNeedsDisplay() { layer_->setNeedsDisplay(); }
   /// Draws the view's own contents, in its coordinates. The base class draws nothing.
@@ -142,10 +145,23 @@ public:
   // Names
   /// The outlet that the nib connected to this view, or the id that it gave it.
   std::string outletName;
-  /// The spoken name where the text on it does not do; empty: none.
-  std::string accessibilityLabel;
   /// What a picture of the view in words holds beside its place: text, title, image and so on.
   virtual void describe(Value::Dictionary& description) const;
+
+  // Assistive technology. Where nothing else changes on the screen, what is written here is seen
+  // after `UIAccessibility::post(LayoutChanged)`.
+  /// The spoken name where the text on it does not do; empty: none.
+  std::string accessibilityLabel;
+  /// What it holds or how it stands; empty: as its class has it.
+  std::string accessibilityValue;
+  /// Absent: as its class has it. `None` leaves the view out, not what is below it.
+  std::optional<UIAccessibilityRole> accessibilityRole;
+  /// Leaves out the view and all below it.
+  bool accessibilityElementsHidden = false;
+  /// The view in words. The base class gives what is written above.
+  virtual UIAccessibilityElement accessibilityElement() const;
+  /// Does what a tap does; false when that is nothing.
+  virtual bool accessibilityActivate() { return false; }
 
   // Nibs
   /// Applies an attribute of a nib; false when the class has none of that name, or the value does

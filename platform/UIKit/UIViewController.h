@@ -50,6 +50,10 @@ public:
   virtual void viewDidLayoutSubviews() {}
   /// What the nib of this screen has to connect.
   virtual void declareNib(NibDeclaration&) {}
+  /// The control that leads on, which keys are to reach first; null: none.
+  virtual UIView* preferredFocusView() { return nullptr; }
+  /// Escape: leads back or closes. False when there is no way out.
+  virtual bool accessibilityPerformEscape() { return false; }
   virtual bool shouldAutorotate() const { return true; }
   /// A mask of orientations; portrait is 2.
   virtual unsigned supportedInterfaceOrientations() const { return 2; }

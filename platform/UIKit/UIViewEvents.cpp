@@ -6,10 +6,8 @@
 namespace zuvi {
 
 UIView* UIView::hitTest(CGPoint point) {
-  // What can hardly be seen, or is yet to fade in, can't be touched.
-  if (isHidden() || alpha() < 0.01 || layer_->presentedOpacity() < 0.01 ||
-      !userInteractionEnabled_ || !pointInside(point))
-    return nullptr;
+  // What can hardly be seen can't be touched.
+  if (!isSeen() || !userInteractionEnabled_ || !pointInside(point)) return nullptr;
   for (auto view = subviews_.rbegin(); view != subviews_.rend(); ++view) {
     const auto inverse = (*view)->layer_->transformToSuperlayer().inverted();
     if (!inverse) continue;

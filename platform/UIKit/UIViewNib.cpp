@@ -29,6 +29,15 @@ bool UIView::setNibAttribute(const std::string& name, const std::string& value) 
     accessibilityLabel = value;
     return true;
   }
+  if (name == "spoken") { // "no": the text on it is told by another view; "header"
+    if (value == "no")
+      accessibilityElementsHidden = true;
+    else if (value == "header")
+      accessibilityRole = UIAccessibilityRole::Header;
+    else
+      return false;
+    return true;
+  }
   if (name == "mode") {
     if (value == "fill")
       setContentMode(UIViewContentMode::ScaleToFill);

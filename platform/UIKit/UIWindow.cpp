@@ -57,6 +57,11 @@ std::vector<std::shared_ptr<UIViewController>> UIWindow::controllersOnShow() con
   return found;
 }
 
+std::shared_ptr<UIViewController> UIWindow::topViewController() const {
+  const auto controllers = controllersOnShow();
+  return controllers.empty() ? nullptr : controllers.back();
+}
+
 void UIWindow::setVisible(bool visible) {
   if (visible == visible_) return;
   visible_ = visible;

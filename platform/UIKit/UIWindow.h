@@ -25,6 +25,8 @@ public:
   void setWindowLevel(double level);
   const std::shared_ptr<UIViewController>& rootViewController() const { return root_; }
   void setRootViewController(std::shared_ptr<UIViewController> controller);
+  /// The screen that lies over the others of the window; null: there is none.
+  std::shared_ptr<UIViewController> topViewController() const;
   bool isKeyWindow() const;
   void makeKeyAndVisible();
   /// Showing puts it on the screen, hiding takes it off; the appearance calls follow.

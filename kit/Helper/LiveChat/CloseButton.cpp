@@ -15,7 +15,6 @@ CloseButton::CloseButton() {
   closeIcon_->setFillRule(DrawingContext::FillRule::EvenOdd);
   closeIcon_->setFillColor(UIColor::black());
   layer()->addSublayer(closeIcon_);
-  accessibilityLabel = "Close";
 }
 
 CGSize CloseButton::sizeThatFits(CGSize) const {

@@ -53,6 +53,11 @@ void LiveChatOverlayViewController::clearSession() {
   chatView_->clearSession();
 }
 
+bool LiveChatOverlayViewController::accessibilityPerformEscape() {
+  chatView_->close();
+  return true;
+}
+
 void LiveChatOverlayViewController::closedChatView() {
   chatState_ = ChatState::Hidden;
   preloadingWindow_->addSubview(chatView_);

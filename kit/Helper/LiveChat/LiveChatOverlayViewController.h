@@ -34,6 +34,7 @@ public:
   bool shouldAutorotate() const override { return true; }
   unsigned supportedInterfaceOrientations() const override { return 30; }
 
+  bool accessibilityPerformEscape() override;
   void closedChatView() override;
   void handleURL(const URL& url) override;
 

@@ -1,5 +1,8 @@
 #include "kit/Helper/LiveChat/LoadingView.h"
 
+#include "kit/Helper/ZVLocalization.h"
+#include "platform/UIKit/UIWindow.h"
+
 namespace zuvi {
 
 LoadingView::LoadingView()
@@ -27,6 +30,7 @@ void LoadingView::show(const std::shared_ptr<UIView>& shown, UIView& other) {
 void LoadingView::startAnimation() {
   activityIndicator_->startAnimation();
   show(activityIndicator_, *errorView_);
+  closeButton_->accessibilityLabel = spoken("close"); // the language may have come meanwhile
   closeButton_->setAlpha(0);
   UIView::animate(0.3, 3.0, {}, [this] { closeButton_->setAlpha(1.0); });
   layoutAtOnce();
@@ -42,6 +46,8 @@ void LoadingView::displayLoadingError(const std::string& message) {
   closeButton_->setAlpha(1.0);
   stopAnimation();
   layoutAtOnce();
+  if (window() && window()->isSeen())
+    UIAccessibility::post(UIAccessibility::Notification::Announcement, message);
 }
 
 void LoadingView::layoutAtOnce() {

@@ -48,6 +48,9 @@ void Manager::presentChat(bool animated, const Completion& completion) {
   UIWindow* key = UIApplication::shared().keyWindow();
   previousKeyWindow_ =
       key ? std::static_pointer_cast<UIWindow>(key->weak_from_this().lock()) : nullptr;
+  UIView* focused = UIApplication::shared().firstResponder();
+  if (focused) previousFocus_ = focused->weak_from_this();
+  UIApplication::shared().setFirstResponder(nullptr); // it is not for what lies below
   window_->makeKeyAndVisible();
   const std::weak_ptr<Manager> weak = weak_from_this();
   overlayViewController_->presentChat(animated, [weak, completion](bool finished) {
@@ -57,6 +60,7 @@ void Manager::presentChat(bool animated, const Completion& completion) {
 
 void Manager::presented(bool finished, const Completion& completion) {
   if (finished) {
+    UIApplication::shared().moveFocusInto(*overlayViewController_);
     UnreadMessagesCounter::resetCounter();
     if (const auto to = delegate.lock()) to->chatPresented();
   }
@@ -83,6 +87,7 @@ void Manager::giveBackTheKey() {
   if (const auto previous = std::exchange(previousKeyWindow_, nullptr))
     previous->makeKeyAndVisible();
   window_->setVisible(false);
+  UIApplication::shared().moveFocusBack(previousFocus_);
 }
 
 void Manager::clearSession() {

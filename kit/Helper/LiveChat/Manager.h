@@ -47,6 +47,7 @@ private:
 
   std::shared_ptr<LiveChatOverlayViewController> overlayViewController_;
   std::shared_ptr<PassThroughWindow> window_;
+  std::weak_ptr<UIView> previousFocus_;
   std::shared_ptr<UIWindow> previousKeyWindow_;
   std::shared_ptr<WebViewBridge> webViewBridge_;
   NotificationObserver activeObserver_;

@@ -73,6 +73,12 @@ void ZVKYCButton::layoutSubviews() {
   layer()->setShadowPath(CALayer::RoundedRect{{drop, drop, width, height}, 6});
 }
 
+UIAccessibilityElement ZVKYCButton::accessibilityElement() const {
+  UIAccessibilityElement element = UIButton::accessibilityElement();
+  if (element.name.empty()) element.name = *title;
+  return element;
+}
+
 void ZVKYCButton::describe(Value::Dictionary& description) const {
   UIButton::describe(description);
   description["title"] = *title;

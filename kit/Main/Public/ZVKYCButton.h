@@ -24,6 +24,7 @@ public:
   /// 280 x 60 points.
   CGSize intrinsicContentSize() const override;
   void layoutSubviews() override;
+  UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
 
 private:

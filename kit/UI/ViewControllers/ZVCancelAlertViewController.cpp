@@ -26,12 +26,25 @@ void ZVCancelAlertViewController::viewDidLoad() {
     button->accessibilityLabel = localized("cancel");
   }
   if (const auto button = continueButton.lock()) button->accessibilityLabel = localized("continue");
+  if (const auto box = popUpView.lock()) {
+    box->accessibilityRole = UIAccessibilityRole::Dialog;
+    box->accessibilityLabel = localized("cancelTitle");
+  }
   if (const auto label = cancelLabel.lock()) {
     label->setText(localized("cancel"));
     label->setTextColor(textColorOn(ZVKYCHelper::instance().merchant->color));
   }
   if (const auto label = continueLabel.lock()) label->setText(localized("continue"));
   if (const auto label = titleLabel.lock()) label->setText(localized("cancelTitle"));
+}
+
+std::string ZVCancelAlertViewController::announcement() const {
+  return localized("cancelTitle");
+}
+
+bool ZVCancelAlertViewController::accessibilityPerformEscape() {
+  continueButtonTap();
+  return true;
 }
 
 void ZVCancelAlertViewController::continueButtonTap() {

@@ -26,8 +26,12 @@ public:
 
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
+  UIView* preferredFocusView() override { return continueButton.lock().get(); }
+  /// As the button that stays.
+  bool accessibilityPerformEscape() override;
 
 private:
+  std::string announcement() const override;
   void continueButtonTap();
   void cancelButtonTap();
 };

@@ -38,7 +38,10 @@ void ZVDocumentListViewController::viewDidLoad() {
 
 void ZVDocumentListViewController::viewWillAppear(bool animated) {
   ZVScreen::viewWillAppear(animated);
-  if (const auto table = tableView.lock()) table->reloadData();
+  if (const auto table = tableView.lock()) {
+    table->reloadData();
+    table->accessibilityLabel = localized("documentsTitle");
+  }
 
   ZVRootViewController& shell = ZVScreen::shell();
   shell.showBackButton = true;
@@ -46,6 +49,13 @@ void ZVDocumentListViewController::viewWillAppear(bool animated) {
   shell.desc = std::nullopt;
   shell.bottomButtonTitle = std::nullopt;
   shell.currentPage = 2;
+}
+
+UIView* ZVDocumentListViewController::preferredFocusView() {
+  const auto table = tableView.lock();
+  const auto cell =
+      table ? std::dynamic_pointer_cast<ZVDocumentTableViewCell>(table->cellForRow(0)) : nullptr;
+  return cell ? cell->documentButton.lock().get() : nullptr;
 }
 
 std::size_t ZVDocumentListViewController::numberOfRows(UITableView&) {

@@ -27,6 +27,7 @@ public:
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
+  UIView* preferredFocusView() override;
 
   std::size_t numberOfRows(UITableView& table) override;
   double heightForRow(UITableView& table, std::size_t row) override;

@@ -104,6 +104,17 @@ void ZVKYCCameraViewController::viewDidLayoutSubviews() {
   if (previewLayer_ && camera) previewLayer_->setFrame(camera->bounds());
 }
 
+std::string ZVKYCCameraViewController::announcement() const {
+  const auto text = [](const std::weak_ptr<UILabel>& outlet) {
+    const auto label = outlet.lock();
+    return label ? label->text().value_or("") : "";
+  };
+  if (isErrorShown) return text(errorTitleLabel) + ". " + text(errorMessageLabel);
+  if (!hasBackSide()) return ZVScreen::announcement();
+  return localized(type == ZVKYCCameraType::ineFront ? "frontSide" : "backSide") + ". " +
+         ZVScreen::announcement();
+}
+
 // Permission and contents
 
 void ZVKYCCameraViewController::configure() {
@@ -166,7 +177,9 @@ void ZVKYCCameraViewController::bottomButtonAction() {
   }
   takePhoto([self = weakSelf()](const std::optional<Data>& data) {
     const auto screen = self.lock();
-    if (screen && data) screen->startRequest(*data);
+    if (!screen || !data) return;
+    UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("pictureTaken"));
+    screen->startRequest(*data);
   });
 }
 

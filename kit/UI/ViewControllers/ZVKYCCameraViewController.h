@@ -57,6 +57,7 @@ public:
   void viewDidLayoutSubviews() override;
 
 private:
+  std::string announcement() const override;
   std::optional<ZVDocument> document() const;
   bool hasBackSide() const;
   void configure();

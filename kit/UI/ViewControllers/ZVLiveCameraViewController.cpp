@@ -26,6 +26,10 @@ namespace {
 constexpr const char* countDownFrom = "5"; // seconds
 constexpr int filmLength = 7;              // seconds
 
+void announce(const std::string& text) {
+  UIAccessibility::post(UIAccessibility::Notification::Announcement, text);
+}
+
 std::optional<int> decimal(const std::optional<std::string>& text) {
   int value = 0;
   if (!text || text->empty()) return std::nullopt;
@@ -83,7 +87,10 @@ void ZVLiveCameraViewController::viewDidLoad() {
     button->layer()->setBorderColor(UIColor::white());
     button->accessibilityLabel = localized("record");
   }
-  if (const auto instruction = gifImageView.lock()) loadGif(instruction, "liveness");
+  if (const auto instruction = gifImageView.lock()) {
+    loadGif(instruction, "liveness");
+    instruction->accessibilityLabel = spoken("instruction");
+  }
   DispatchQueue::main().async([self = weakSelf()] {
     if (const auto screen = self.lock()) screen->makeCamera();
   });
@@ -115,6 +122,10 @@ void ZVLiveCameraViewController::viewDidLayoutSubviews() {
   if (const auto button = recordButton.lock())
     button->layer()->setCornerRadius(button->frame().width / 2);
   if (previewLayer_) previewLayer_->setFrame(view()->bounds());
+}
+
+std::string ZVLiveCameraViewController::announcement() const {
+  return ZVScreen::announcement() + " " + spoken("instruction");
 }
 
 // Camera
@@ -167,6 +178,7 @@ void ZVLiveCameraViewController::startTimer(bool isVideoPermissionGranted) {
       appearance() == Appearance::Disappeared)
     return;
   takeUnderWay_ = true;
+  if (const auto figure = startTimerLabel.lock()) announce(figure->text().value_or(""));
   timer_ = Timer::scheduled(1.0, Timer::Repeats::Yes, [this] { updateTimer(); });
 }
 
@@ -176,6 +188,7 @@ void ZVLiveCameraViewController::updateTimer() {
   if (!counter) return;
   const int value = *counter - 1;
   figure->setText(std::to_string(value));
+  if (value > 0) announce(std::to_string(value));
   if (value == 0) beginRecording();
   if (value < 0 && value >= -filmLength) {
     if (const auto label = recordLabel.lock())
@@ -190,6 +203,7 @@ void ZVLiveCameraViewController::updateTimer() {
 
 void ZVLiveCameraViewController::beginRecording() {
   if (const auto figure = startTimerLabel.lock()) figure->setAlpha(0);
+  announce(spoken("recordingBegins"));
   DateFormatter formatter;
   formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ssZ";
   const std::string path =
@@ -211,6 +225,7 @@ void ZVLiveCameraViewController::fileOutputDidFinishRecording(const std::string&
   if (!film) { // the disk is full, or the camera is gone; the count-down may still run
     if (timer_) timer_->invalidate();
     timer_ = nullptr;
+    announce(spoken("recordingFailed"));
     return showIdle();
   }
   review->video = film;

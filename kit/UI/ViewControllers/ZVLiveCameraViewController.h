@@ -33,8 +33,10 @@ public:
   void viewWillAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
   void viewDidLayoutSubviews() override;
+  UIView* preferredFocusView() override { return recordButton.lock().get(); }
 
 private:
+  std::string announcement() const override;
   class RecordingDelegate;
 
   void configure();

@@ -31,6 +31,10 @@ void ZVLivenessVerifyViewController::viewWillAppear(bool animated) {
   setBottomButtonAction([this] { confirm(); });
 }
 
+std::string ZVLivenessVerifyViewController::announcement() const {
+  return ZVScreen::announcement() + " " + localized("livenessConfirmText");
+}
+
 void ZVLivenessVerifyViewController::confirm() {
   ZVAnalyticsManager::track(MixpanelEvent::livenessUploadConfirmClicked);
   const auto upload = make<ZVUploadViewController>();

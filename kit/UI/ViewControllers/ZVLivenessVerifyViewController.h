@@ -23,6 +23,7 @@ public:
   void viewWillAppear(bool animated) override;
 
 private:
+  std::string announcement() const override;
   void confirm();
   void retakeButtonTap();
 };

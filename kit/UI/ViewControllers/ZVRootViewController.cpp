@@ -4,6 +4,7 @@
 #include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVLocalization.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
@@ -24,6 +25,11 @@ constexpr double keyboardOverlap = 50;    // points of the keyboard's height tha
 constexpr double spaceAfterKeyboard = 40; // points
 constexpr UIColor fullStopColor = UIColor::bytes(71, 168, 232);
 constexpr UIColor laterPageColor = UIColor::bytes(235, 87, 87);
+
+std::string replacing(std::string text, const std::string& mark, const std::string& by) {
+  if (const auto at = text.find(mark); at != std::string::npos) text.replace(at, mark.size(), by);
+  return text;
+}
 
 } // namespace
 
@@ -108,6 +114,9 @@ void ZVRootViewController::currentPageChanged() {
   dots->setAlpha(currentPage < 0 ? 0.0 : 1.0);
   if (currentPage < 0) return;
   dots->setCurrentPage(currentPage);
+  dots->accessibilityLabel =
+      replacing(replacing(spoken("step"), "{step}", std::to_string(currentPage + 1)), "{count}",
+                std::to_string(dots->numberOfPages()));
   dots->setCurrentPageIndicatorTintColor(currentPage == 0 ? ZVKYCHelper::instance().merchant->color
                                                           : laterPageColor);
 }
@@ -177,6 +186,14 @@ void ZVRootViewController::closeButtonTap() {
   alert->delegate = std::static_pointer_cast<ZVRootViewController>(shared_from_this());
   present(alert, true);
   ZVAnalyticsManager::track(MixpanelEvent::zuviCancelButtonClicked);
+}
+
+bool ZVRootViewController::accessibilityPerformEscape() {
+  if (showBackButton)
+    backButtonTap();
+  else
+    closeButtonTap();
+  return true;
 }
 
 void ZVRootViewController::cancelAction() {

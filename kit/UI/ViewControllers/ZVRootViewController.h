@@ -61,11 +61,16 @@ public:
   unsigned supportedInterfaceOrientations() const override { return 2; }
   int preferredInterfaceOrientationForPresentation() const override { return 1; }
 
+  UIView* preferredFocusView() override { return bottomButton.lock().get(); }
+  /// Back where there is a way back, else as the close button.
+  bool accessibilityPerformEscape() override;
+
   void cancelAction() override;
   void received(const LiveChatMessage& message) override;
   void handleURL(const URL& url) override;
 
 private:
+  std::string announcement() const override { return {}; } // the step speaks
   void showBackButtonChanged();
   void titleTextChanged();
   void descChanged();

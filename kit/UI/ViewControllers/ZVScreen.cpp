@@ -10,6 +10,17 @@ namespace zuvi {
 
 ZVScreen::ZVScreen(const char* name) : UIViewController(name, zvKitBundle()) {}
 
+void ZVScreen::viewDidAppear(bool animated) {
+  UIViewController::viewDidAppear(animated);
+  if (const std::string text = announcement(); !text.empty())
+    UIAccessibility::post(UIAccessibility::Notification::Announcement, text);
+}
+
+std::string ZVScreen::announcement() const {
+  const std::string title = shell().titleText->value_or(""), more = shell().desc->value_or("");
+  return more.empty() ? title : title + " " + more;
+}
+
 ZVRootViewController& ZVScreen::shell() {
   return *ZVKYCHelper::instance().rootVC;
 }

@@ -62,11 +62,18 @@ void ZVUploadViewController::viewWillDisappear(bool animated) {
   isAppeared = false;
 }
 
+std::string ZVUploadViewController::announcement() const {
+  return localized("uploadText");
+}
+
 // Results
 
 void ZVUploadViewController::identityResult(const std::optional<std::string>& id) {
   if (!isAppeared) return;
-  if (!id) return returnToCapture(Failure::Hide);
+  if (!id) { // the recorder shows nothing of it
+    UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("filmRefused"));
+    return returnToCapture(Failure::Hide);
+  }
   ZVKYCHelper::instance().tempIdentity = *id;
   if (!merchant->requiredDocuments.empty())
     showCamera(0, *id);

@@ -38,6 +38,7 @@ public:
   void viewWillDisappear(bool animated) override;
 
 private:
+  std::string announcement() const override;
   std::optional<ZVDocument> document() const;
   void identityResult(const std::optional<std::string>& id);
   void documentResult(const std::optional<std::string>& id);

@@ -31,7 +31,12 @@ void ZVDocumentTableViewCell::documentChanged() {
     button->layer()->setBorderColor(ZVDocumentButton::restingBorder);
   if (const auto label = nameLabel.lock()) label->setText(uppercased(zuvi::name(document)));
   if (const auto image = iconImageView.lock()) image->setImage(icon(document));
-  if (const auto label = sideLabel.lock()) label->setHidden(!scanBackSide(document));
+  const auto sides = sideLabel.lock();
+  if (sides) sides->setHidden(!scanBackSide(document));
+  const bool tellsSides = sides && !sides->isHidden();
+  accessibilityLabel =
+      zuvi::name(document) + (tellsSides ? ", " + sides->text().value_or("") : std::string());
+  if (const auto button = documentButton.lock()) button->accessibilityLabel = accessibilityLabel;
 }
 
 void ZVDocumentTableViewCell::tap() {

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/CoreGraphics/CGGeometry.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+class UIView;
+
+/// What a view is to people who don't see it. Lists, rows and dialogs hold other elements; all
+/// others are one thing, whatever they are made of.
+enum class UIAccessibilityRole {
+  None,
+  StaticText,
+  Header,
+  Image,
+  Button,
+  TextField,
+  PageControl,
+  Progress,
+  List,
+  ListItem,
+  Dialog
+};
+
+/// A view in words.
+struct UIAccessibilityElement {
+  UIAccessibilityRole role = UIAccessibilityRole::None;
+  std::string name;
+  std::string value; ///< what it holds or how it stands
+  bool enabled = true;
+  bool busy = false;
+  int position = 0, count = 0; ///< from 1, for what counts; no count: nothing to count
+
+  bool operator==(const UIAccessibilityElement&) const = default;
+};
+
+/// Between the views and the screen readers of the desktop. Main queue only.
+class UIAccessibility {
+public:
+  enum class Notification {
+    Announcement, ///< the text is to be spoken
+    LayoutChanged ///< something changed that can't be seen, such as a label
+  };
+  static void post(Notification notification, const std::string& text = {});
+
+  /// An element on the screen.
+  struct Item {
+    UIView* view;
+    UIAccessibilityElement element;
+    CGRect frame;                      ///< on the screen
+    std::optional<std::size_t> parent; ///< its place in the list; absent: the screen
+  };
+  /// What can be found on the screen now, in the order in which it is read, parents first: the
+  /// sheet on top, without what is hidden, transparent or covered. What is merely scrolled out of
+  /// sight counts as there.
+  static std::vector<Item> items();
+};
+
+/// Whether the middle of the view lies beyond the edge of contents that scroll.
+bool isScrolledOut(const UIView& view);
+
+} // namespace zuvi
