@@ -1,9 +1,12 @@
 #pragma once
 
-#include "platform/AVFoundation/PointersGStreamer.h"
+#include "platform/AVFoundation/PipelineGStreamer.h"
 
 #include <array>
 #include <string>
+
+#include <gst/app/gstappsink.h>
+#include <gst/video/video.h>
 
 namespace zuvi {
 
@@ -18,10 +21,60 @@ struct FilmFacts {
   int width = 0, height = 0;
   Rgb center{}; ///< middle of the first picture
 };
+inline void look(GstSample* sample, FilmFacts& facts) {
+  GstVideoInfo info;
+  GstVideoFrame frame;
+  gst_video_info_from_caps(&info, gst_sample_get_caps(sample));
+  if (!gst_video_frame_map(&frame, &info, gst_sample_get_buffer(sample), GST_MAP_READ)) return;
+  facts.width = info.width;
+  facts.height = info.height;
+  const auto* row = static_cast<const guint8*>(GST_VIDEO_FRAME_PLANE_DATA(&frame, 0)) +
+                    std::size_t(info.height / 2) * GST_VIDEO_FRAME_PLANE_STRIDE(&frame, 0);
+  for (int part = 0; part < 3; part++)
+    facts.center[part] = row[info.width / 2 * 4 + part];
+  gst_video_frame_unmap(&frame);
+}
+
 /// Decodes the whole file; all zero when it cannot be read.
-FilmFacts readFilm(const std::string& path);
+inline FilmFacts readFilm(const std::string& path) {
+  FilmFacts facts;
+  startGStreamer();
+  auto made = Pipeline::launch("filesrc name=file ! decodebin name=streams ! videoconvert ! "
+                               "video/x-raw,format=RGBA ! appsink name=out sync=false",
+                               [](const Pipeline::Event&) {});
+  auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
+  g_object_set(pipeline->element("file"), "location", path.c_str(), nullptr);
+  pipeline->play();
+  auto* out = GST_APP_SINK(pipeline->element("out"));
+  while (auto* next = gst_app_sink_try_pull_sample(out, 5 * GST_SECOND)) {
+    GstMini<GstSample> sample(next);
+    if (facts.frames++ == 0) look(next, facts);
+    const auto* buffer = gst_sample_get_buffer(next);
+    facts.end = double(GST_BUFFER_PTS(buffer) + GST_BUFFER_DURATION(buffer)) / GST_SECOND;
+  }
+  facts.streams = GST_ELEMENT(pipeline->element("streams"))->numsrcpads;
+  gint64 length = 0;
+  gst_element_query_duration(GST_ELEMENT(out), GST_FORMAT_TIME, &length);
+  facts.seconds = double(length) / GST_SECOND;
+  return facts;
+}
 
 /// A picture of one colour.
-CameraFrame solidFrame(int width, int height, Rgb colour, GstClockTime time);
+inline CameraFrame solidFrame(int width, int height, Rgb colour, GstClockTime time) {
+  startGStreamer();
+  GstVideoInfo info;
+  gst_video_info_set_format(&info, GST_VIDEO_FORMAT_RGBx, width, height);
+  info.fps_n = 30;
+  info.fps_d = 1;
+  GstMini<GstCaps> caps(gst_video_info_to_caps(&info));
+  GstMini<GstBuffer> buffer(gst_buffer_new_allocate(nullptr, info.size, nullptr));
+  GstMapInfo map;
+  gst_buffer_map(buffer.get(), &map, GST_MAP_WRITE);
+  for (gsize i = 0; i + 3 < map.size; i += 4)
+    for (int part = 0; part < 3; part++)
+      map.data[i + part] = static_cast<guint8>(colour[part]);
+  gst_buffer_unmap(buffer.get(), &map);
+  return {{gst_sample_new(buffer.get(), caps.get(), nullptr, nullptr), GstMiniUnref()}, time};
+}
 
 } // namespace zuvi

@@ -99,15 +99,6 @@ TEST_F(StillTest, IsAnsweredOnceWithoutCamera) {
     EXPECT_EQ(still->answers, 1);
 }
 
-TEST_F(StillTest, RefusesWrongCodecAndWhatIsNoPicture) {
-  useHost(simulated());
-  const auto rig = running();
-  rig->stills->outputSettings[AVVideoCodecKey] = "other";
-  EXPECT_EQ(take(*rig)->error.value().code, AVErrorInvalidSetting);
-  EXPECT_FALSE(AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(
-      CMSampleBuffer{"other", Data("bytes")}));
-}
-
 using PreviewTest = CameraTest;
 
 TEST_F(PreviewTest, ShowsPicturesInTheirColoursWhileOnASurface) {
