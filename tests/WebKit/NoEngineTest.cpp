@@ -50,25 +50,17 @@ TEST_F(BrokenEngineTest, FailsWithoutItsModule) {
   WebEngine::install(broken);
   EXPECT_TRUE(WKWebView::isAvailable()); // nothing was loaded yet
   const auto view = makeWebView();
-  std::vector<std::string> told;
-  const auto note = [&told](const std::string& whose) {
-    return [&told, whose](const auto&, const auto& error) {
-      told.push_back(whose + (error ? " failed" : ""));
-    };
-  };
+  int failures = 0;
+  const auto note = [&](const auto&, const auto& error) { failures += error.has_value(); };
   {
     const auto gone = makeWebView();
-    gone->evaluateJavaScript("1", note("the gone view's"));
+    gone->evaluateJavaScript("1", note);
     load(*gone, server(http, "/gone"));
     gone->removeFromSuperview();
   }
-  view->evaluateJavaScript("1", note("the first"));
+  view->evaluateJavaScript("1", note);
   load(*view, server(http, "/"));
-  view->evaluateJavaScript("1", note("the second"));
-  EXPECT_TRUE(waitFor([] { return !WKWebView::isAvailable(); }));
-  EXPECT_TRUE(waitFor([&] { return told.size() == 3; }));
-  EXPECT_EQ(told, (std::vector<std::string>{"the gone view's failed", "the first failed",
-                                            "the second failed"}));
+  EXPECT_TRUE(waitFor([&] { return !WKWebView::isAvailable() && failures == 2; }));
   EXPECT_EQ(listener->lines, std::vector<std::string>{"provisional failure"});
   view->removeFromSuperview();
   expectFailures(wait);
