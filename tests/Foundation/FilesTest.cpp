@@ -1,6 +1,5 @@
 #include "platform/Foundation/Bundle.h"
 #include "platform/Foundation/FileManager.h"
-#include "platform/Foundation/ProcessInfo.h"
 #include "platform/Foundation/PropertyList.h"
 #include "platform/Foundation/UserDefaults.h"
 #include "tests/support/ScopedEnvironment.h"
@@ -105,15 +104,6 @@ TEST(PropertyListTest, ReadsValuesAndRefusesWhatIsNone) {
                            "<plist><integer>1x</integer></plist>", "<plist><true/><true/></plist>",
                            "<plist><odd/></plist>", "<plist><dict>", deep.c_str()})
     EXPECT_FALSE(propertyListFromFile(folder.write("x", text))) << std::string(text).substr(0, 80);
-}
-
-TEST(ProcessInfoTest, CodeIsFoundWhereItLiesAndNotByWhatTheProgramWasCalled) {
-  static const int here = 0;
-  const std::filesystem::path program = ProcessInfo::executablePath();
-  EXPECT_EQ(ProcessInfo::folderOfCode(&here), program.parent_path());
-  const auto library = ProcessInfo::folderOfCode(reinterpret_cast<const void*>(&std::free));
-  EXPECT_TRUE(std::filesystem::path(library).is_absolute());
-  EXPECT_NE(library, program.parent_path());
 }
 
 } // namespace

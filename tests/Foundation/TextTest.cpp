@@ -1,4 +1,3 @@
-#include "platform/Foundation/Base64.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/PercentEncoding.h"
 #include "platform/Foundation/URL.h"
@@ -6,27 +5,10 @@
 #include <limits>
 #include <string>
 
-#include <glib.h>
 #include <gtest/gtest.h>
 
 namespace zuvi {
 namespace {
-
-TEST(Base64Test, AgreesWithAnotherCoderAndBreaksLines) {
-  std::string bytes;
-  for (std::size_t size = 0; size < 200; ++size) {
-    gchar* expected = g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size());
-    const std::string text = base64Encoded(bytes);
-    EXPECT_EQ(text, expected);
-    g_free(expected);
-
-    std::string broken;
-    for (std::size_t i = 0; i < text.size(); i += 64)
-      broken += (i > 0 ? "\r\n" : "") + text.substr(i, 64);
-    EXPECT_EQ(base64Encoded(bytes, Base64Lines::Length64), broken) << size;
-    bytes += static_cast<char>(size * 37);
-  }
-}
 
 TEST(PercentEncodingTest, EscapesEachByteOutsideTheSet) {
   const auto& query = CharacterSet::urlQueryAllowed();
@@ -108,16 +90,13 @@ TEST(JSONSerializationTest, DepthIsLimitedBothWays) {
   EXPECT_EQ(written(Value::Dictionary{{"a", *deepest}}), "(absent)");
 }
 
-TEST(JSONSerializationTest, WritesCompactly) {
+TEST(JSONSerializationTest, WritesCompactlyWhatJsonCanHold) {
   EXPECT_EQ(written(Value::Dictionary{{"b", Value::List{1, true, nullptr, "x\"\n"}},
                                       {"a", Value::Dictionary{}}}),
             R"({"a":{},"b":[1,true,null,"x\"\n"]})");
   EXPECT_EQ(written(Value::List{0.1F, 2.5, std::numeric_limits<std::uint64_t>::max(),
                                 std::numeric_limits<std::int64_t>::min()}),
             "[0.1,2.5,18446744073709551615,-9223372036854775808]");
-}
-
-TEST(JSONSerializationTest, RefusesWhatJsonCannotHold) {
   const Value infinite = std::numeric_limits<double>::infinity();
   for (const Value& value :
        {infinite, Value(Date{0}), Value(URL::fromFilePath("/a")), Value("\xff")})

@@ -1,5 +1,4 @@
 #include "platform/Foundation/DateFormatter.h"
-#include "platform/Foundation/Locale.h"
 #include "tests/support/ScopedEnvironment.h"
 
 #include <cmath>
@@ -60,19 +59,6 @@ TEST(DateFormatterTest, DeviceZoneIsReadAnewAndRulesCount) {
     local.dateFormat = "yyyy-MM-dd HH:mm";
     for (const double instant : {1517400000, 1530446400})
       EXPECT_EQ(local.date(local.string({instant})), Date{instant}) << row.zone;
-  }
-}
-
-TEST(LocaleTest, NamesTheRegionInTheUsersLanguage) {
-  const struct {
-    const char *environment, *code, *germany;
-  } rows[] = {
-      {"fr_BR.UTF-8", "BR", "Allemagne"}, {"de", "-", "Deutschland"}, {"C", "-", "Germany"}};
-  for (const auto& row : rows) {
-    const ScopedEnvironment lang("LC_ALL", row.environment);
-    EXPECT_EQ(Locale::current().regionCode().value_or("-"), row.code);
-    EXPECT_EQ(Locale::current().localizedStringForRegionCode("DE"), row.germany);
-    EXPECT_FALSE(Locale::current().localizedStringForRegionCode(""));
   }
 }
 
