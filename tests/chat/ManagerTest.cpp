@@ -1,7 +1,6 @@
-// The door to the chat and what stands behind it: windows, states, counters and the delegate.
+// What stands behind the door to the chat: windows, states, counters and the delegate.
 
 #include "kit/Helper/LiveChat/Manager.h"
-#include "kit/Helper/LiveChat/LiveChat.h"
 #include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
@@ -75,26 +74,6 @@ TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
   EXPECT_EQ(key(), host.get());
 }
 
-TEST_F(ManagerTest, WhatIsCutShortIsToldAndCountsForNothing) {
-  say("a");
-  const auto cut = [this] {
-    time.advance(0.1);
-    const auto chat = manager->overlayViewController()->chatView();
-    chat->webView()->layer()->removeAllAnimations();
-    chat->loadingView()->layer()->removeAllAnimations();
-    time.settle();
-  };
-  manager->presentChat(true, note());
-  cut();
-  EXPECT_TRUE(isPresented()) << "in either case";
-  manager->dismissChat(true, note());
-  cut();
-  EXPECT_THAT(ends, ElementsAre(false, false));
-  EXPECT_TRUE(isPresented() && manager->window()->isVisible());
-  EXPECT_EQ(UnreadMessagesCounter::counterValue(), 1);
-  EXPECT_THAT(listener->heard, ElementsAre("text a"));
-}
-
 TEST_F(ManagerTest, TheCloseButtonLeavesTheCounterToTheDismissal) {
   manager->presentChat(false, {});
   say("a");
@@ -106,22 +85,6 @@ TEST_F(ManagerTest, TheCloseButtonLeavesTheCounterToTheDismissal) {
   EXPECT_EQ(key(), host.get());
   EXPECT_EQ(UnreadMessagesCounter::counterValue(), 1);
   EXPECT_THAT(listener->heard, IsEmpty());
-}
-
-TEST_F(ManagerTest, TheDoorGathersWhatIsKnown) {
-  Manager& shared = Manager::sharedInstance();
-  const auto chat = shared.overlayViewController()->chatView();
-  LiveChat::groupId = "7";
-  EXPECT_FALSE(*shared.configuration) << "nothing without a license";
-  LiveChat::licenseId = "1";
-  EXPECT_EQ(chat->configuration(), (LiveChatConfiguration{"1", "7"}));
-  EXPECT_FALSE(LiveChat::allCustomVariables());
-  LiveChat::setVariable("a", "1");
-  LiveChat::setVariable("b", "2");
-  LiveChat::setAllCustomVariables(std::nullopt);
-  const CustomVariables both{{"a", "1"}, {"b", "2"}};
-  EXPECT_EQ(LiveChat::allCustomVariables(), both);
-  EXPECT_EQ(*chat->customVariables, both);
 }
 
 TEST_F(ChatTest, CountersHoldOverDamagedDefaults) {
