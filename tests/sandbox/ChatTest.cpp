@@ -14,21 +14,6 @@ protected:
   }
 };
 
-TEST_F(Chat, WhatIsSaidIsAnsweredAndKeptInOrder) {
-  EXPECT_EQ(post("/chat/say", {{"visitor", "v-1"}, {"text", "early"}}).status, 400);
-  EXPECT_EQ(ask("GET", "/chat/news?visitor=v-1&after=0").status, 404);
-  post("/chat/enter", {{"visitor", "v-1"}, {"name", "Ana"}});
-  post("/chat/enter", {{"visitor", "v-1"}, {"name", "Ana"}}); // the page was loaded again
-  EXPECT_EQ(post("/chat/say", {{"visitor", "v-1"}, {"text", "Olá <b>"}}).status, 200);
-  const Json lines = news(0);
-  ASSERT_EQ(lines.size(), 3U);
-  EXPECT_EQ(lines[1]["author"], "");
-  EXPECT_EQ(lines[1]["text"], "Olá <b>");
-  EXPECT_EQ(lines[2]["author"], "Sandbox");
-  EXPECT_EQ(news(2).size(), 1U);
-  EXPECT_EQ(lines[2]["number"], 3);
-}
-
 TEST_F(Chat, AWaitingPageHearsTheOperatorAtOnce) {
   post("/chat/enter", {{"visitor", "v-1"}});
   const auto page =

@@ -1,46 +1,9 @@
 #include "tests/sandbox/ServerFixture.h"
 
-#include <gmock/gmock.h>
-
 namespace zuvi::sandbox::test {
 namespace {
 
-class Failures : public ServerFixture {
-protected:
-  Answer create() { return upload("POST", "/v1/identities", SampleForm::ofFilm()); }
-  std::size_t stored() { return server_->arrivals()->identities.size(); }
-};
-
-TEST_F(Failures, ConnectionsEndWhereTheRulesSay) {
-  start({"identity:2:drop", "identity:3:cut"});
-  EXPECT_EQ(create().status, 201);
-  EXPECT_EQ(create().error, NSURLErrorNetworkConnectionLost) << "not taken for a stale connection";
-  EXPECT_EQ(stored(), 1U);
-  EXPECT_EQ(create().error, NSURLErrorNetworkConnectionLost);
-  EXPECT_EQ(stored(), 2U) << "only the answer was lost";
-  EXPECT_EQ(create().status, 201);
-}
-
-TEST_F(Failures, BodiesAreWhatTheRulesSay) {
-  start({"identity:1:truncate", "identity:2:nonjson", "identity:3:empty",
-         "identity:4:message=Too dark: try again", "identity:5:status=503", "identity:6:status=201",
-         "identity:6:json=[]"});
-  const auto truncated = create();
-  EXPECT_EQ(truncated.error, 0);
-  EXPECT_THAT(truncated.body, testing::StartsWith("{\"id"));
-  EXPECT_FALSE(parseJson(truncated.body));
-  const auto nonJson = create();
-  EXPECT_FALSE(nonJson.body.empty() || parseJson(nonJson.body));
-  EXPECT_EQ(create().body, "");
-  const auto message = create();
-  EXPECT_EQ(message.status, 422);
-  EXPECT_EQ(message.body, R"({"message":"Too dark: try again"})");
-  EXPECT_EQ(create().status, 503);
-  const auto both = create();
-  EXPECT_EQ(both.body, "[]");
-  EXPECT_EQ(both.status, 201);
-  EXPECT_EQ(stored(), 1U) << "of the truncated answer only";
-}
+using Failures = ServerFixture;
 
 TEST_F(Failures, NeverEndsWithTheClientOrTheServer) {
   start({"merchant:*:never"});

@@ -70,24 +70,5 @@ TEST_F(Tls, IsMadeOnceAndRenewedBeforeItEnds) {
   EXPECT_EQ(authority(), trusted) << "a client goes on trusting it";
 }
 
-TEST_F(Tls, MendsTheServerButNeverTheAuthority) {
-  const auto first = serverCredentials(tls_);
-  ASSERT_TRUE(first);
-  const fs::path other = folder_.path("other");
-  ASSERT_TRUE(serverCredentials(other));
-  fs::copy_file(other / "server.pem", tls_ / "server.pem", fs::copy_options::overwrite_existing);
-  fs::copy_file(other / "server-key.pem", tls_ / "server-key.pem",
-                fs::copy_options::overwrite_existing);
-  EXPECT_NE(serverCredentials(tls_)->certificate, serverCredentials(other)->certificate)
-      << "one that another authority signed is not used";
-
-  fs::copy_file(other / "ca-key.pem", tls_ / "ca-key.pem", fs::copy_options::overwrite_existing);
-  const auto mixed = serverCredentials(tls_);
-  ASSERT_FALSE(mixed);
-  EXPECT_THAT(mixed.error().message, HasSubstr("key is that of another"));
-  fs::remove(tls_ / "ca-key.pem");
-  EXPECT_FALSE(serverCredentials(tls_));
-}
-
 } // namespace
 } // namespace zuvi::sandbox::test

@@ -1,4 +1,3 @@
-#include "sandbox/core/page/Snapshot.h"
 #include "tests/sandbox/ServerFixture.h"
 
 #include <gmock/gmock.h>
@@ -37,19 +36,6 @@ TEST_F(Page, ShowsWhatArrivedAsText) {
                                HasSubstr("&lt;u&gt;tap&lt;/u&gt;"), HasSubstr("&lt;i&gt;")));
   EXPECT_THAT(page.body, AllOf(Not(HasSubstr("<img src=x>")), Not(HasSubstr("alert(1)</script>")),
                                Not(HasSubstr("<b>Ines")), Not(HasSubstr("<u>tap"))));
-}
-
-TEST_F(Page, SnapshotShowsTheSameWithoutAServer) {
-  const auto identity = newIdentity();
-  const std::string name = server_->arrivals()->identities[0].film.name;
-  server_.reset();
-  SnapshotOptions options{folder_.path("out.html"), folder_.path("data"), ""};
-  ASSERT_TRUE(writeSnapshot(options));
-  EXPECT_THAT(zuvi::test::TemporaryFolder::read(options.page),
-              AllOf(HasSubstr(identity), HasSubstr("data/files/" + name), HasSubstr("<style"),
-                    Not(HasSubstr("<script"))));
-  options.dataFolder = folder_.path("nothing");
-  EXPECT_FALSE(writeSnapshot(options));
 }
 
 TEST_F(Page, FilesAreServedAndNothingElse) {

@@ -20,23 +20,6 @@ std::string faultOf(const std::string& body, const std::string& type = formType)
   return form ? "none" : form.error().message;
 }
 
-TEST(Multipart, ReadsFieldsAndFileByteForByte) {
-  SampleForm sample = SampleForm::ofFilm();
-  sample.fields = {{"metadata[city]", "Z\xc3\xbcrich"}, {"empty", ""}, {"lines", "a\r\n--b\n"}};
-  // A file that looks like framing.
-  sample.bytes += "\r\n--Boundary-\r\n\r\n--\r\nContent-Disposition: \r\n--";
-  const std::string body = sample.body();
-  const auto form = readForm(formType, body);
-  ASSERT_TRUE(form) << form.error().message;
-  ASSERT_EQ(form->fields.size(), 3U);
-  EXPECT_EQ(form->fields[0].name, "metadata[city]");
-  EXPECT_EQ(form->fields[0].value, "Z\xc3\xbcrich");
-  EXPECT_EQ(form->fields[1].value, "");
-  EXPECT_EQ(form->fields[2].value, "a\r\n--b\n");
-  EXPECT_EQ(form->file.fieldName, "video");
-  EXPECT_EQ(form->file.bytes, sample.bytes);
-}
-
 TEST(Multipart, RefusesWhatIsNotFramedToTheLetter) {
   const std::string line = "--" + std::string(boundary), side = "\"side\"";
   const std::string body = SampleForm::ofDocument("passport", "front").body();
