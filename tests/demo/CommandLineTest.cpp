@@ -1,9 +1,7 @@
 #include "demo/core/Driver.h"
 #include "demo/core/Options.h"
-#include "platform/Foundation/JSONSerialization.h"
 #include "platform/UIKit/UIButton.h"
 #include "tests/UIKit/ScreenFixture.h"
-#include "tests/support/TemporaryFolder.h"
 
 namespace zuvi::demo {
 namespace {
@@ -105,28 +103,6 @@ TEST_F(DriverTest, RefusesToTapWhatAPersonCouldNot) {
   add<UIView>("cover", {0, 0, 320, 480});
   EXPECT_TRUE(refused("covered"));
   EXPECT_EQ(taps, 0);
-}
-
-TEST_F(DriverTest, DumpsTheTreeWithWhatIsOnIt) {
-  const test::TemporaryFolder folder;
-  ASSERT_EQ(drive("dump " + folder.path("dump.json")), "");
-  const auto dump = test::TemporaryFolder::read(folder.path("dump.json"));
-  EXPECT_TRUE(JSONSerialization::jsonObject(dump));
-  for (const char* part : {"UIViewController", "Go on", "goButton", "all well"})
-    EXPECT_NE(dump.find(part), std::string::npos) << part;
-  EXPECT_EQ(drive("dump " + folder.path()).rfind("a.drive:1: ", 0), 0u); // a folder stays one
-}
-
-TEST(DemoOptions, ReadsWhatItIsGiven) {
-  const auto options = std::get<Options>(parseOptions(
-      {"--client-id", "demo", "--metadata", "a=1", "--metadata", "b=x=y", "--front-camera",
-       "simulated", "--back-camera", "none", "--screen", "320x568@1.5", "--offscreen"}));
-  EXPECT_EQ(options.metadata.at("b"), Value("x=y"));
-  EXPECT_EQ(options.frontCamera->kind, CameraSourceDescription::Kind::Simulated);
-  EXPECT_EQ(options.backCamera->kind, CameraSourceDescription::Kind::None);
-  EXPECT_EQ(options.screen, (CGSize{320, 568}));
-  EXPECT_EQ(options.scale, 1.5);
-  EXPECT_TRUE(options.offscreen);
 }
 
 TEST(DemoOptions, RefusesWhatItCannotUse) {
