@@ -97,6 +97,18 @@ TEST_F(ChatViewTest, NothingOfThePageIsFetchedBeforeItWasOpenedOnce) {
   EXPECT_EQ(server.requests().size(), 1U) << "one request for all";
 }
 
+TEST_F(ChatViewTest, ARequestUnderWayServes) {
+  configure();
+  answer({200, {}, "", Reply::Mode::NeverAnswer});
+  reloadLater();
+  EXPECT_TRUE(time.waitUntil([&] { return server.requests().size() == 1; }));
+  reloadLater();
+  view->presentChat(false);
+  answer({});
+  EXPECT_FALSE(
+      time.waitUntil([&] { return server.requests().size() > 1 || !page()->loads.empty(); }, 0.2));
+}
+
 TEST_F(ChatViewTest, ReloadsForWhatChangesAndNothingElse) {
   preload();
   configure(); // equal
