@@ -98,6 +98,21 @@ TEST_F(PlaceTest, LivesOnInAHiddenWindowAndMovesWithoutALoad) {
   view->removeFromSuperview();
 }
 
+TEST_F(PlaceTest, TakesAPictureOfThePage) {
+  const auto view = makeWebView();
+  EXPECT_FALSE(view->drawHierarchy({100, 50}));
+  ASSERT_TRUE(show(*view, "/red"));
+  ASSERT_TRUE(becomes(300, 600, red));
+  const auto picture = view->drawHierarchy({100, 50});
+  ASSERT_TRUE(picture);
+  EXPECT_EQ(picture->size(), (CGSize{100, 50}));
+  const Pixels pixels(picture->pixels(picture->size(), 1), UIScreen::main().scale());
+  EXPECT_TRUE(pixels.at(99, 49).isNear(red));
+  view->removeFromSuperview();
+  runFor(0.1);
+  ASSERT_TRUE(view->drawHierarchy({10, 10})); // the last one
+}
+
 } // namespace
 
 } // namespace zuvi::test
