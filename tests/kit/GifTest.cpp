@@ -54,6 +54,17 @@ TEST_F(GifTest, LeavesOutAFrameThatBreaksOff) {
   EXPECT_DOUBLE_EQ(image->duration(), 0.3);
 }
 
+TEST_F(GifTest, TakesTheSecondDelayWhereTheFirstIsZero) {
+  const auto delay = [](const Value& unclamped, const Value& clamped) {
+    return delayOfProperties({{kCGImagePropertyGIFDictionary,
+                               Value::Dictionary{{kCGImagePropertyGIFUnclampedDelayTime, unclamped},
+                                                 {kCGImagePropertyGIFDelayTime, clamped}}}});
+  };
+  EXPECT_EQ(delay(0, 0.2), 0.2);
+  EXPECT_EQ(delay(0.3, 0.2), 0.3);
+  EXPECT_EQ(delay("0.3", {}), 0.1);
+}
+
 TEST_F(GifTest, SaysWhatItCannotRead) {
   EXPECT_FALSE(gifNamed("nothing"));
   EXPECT_FALSE(gifFromURL("no address"));

@@ -41,7 +41,7 @@ protected:
 };
 
 TEST_F(TransportTest, BuildsMultipartBodiesByteByByte) {
-  const std::string bytes("a\r\n--b\0\xff\xd8 end", 14);
+  const std::string bytes("a\r\n--b\0\xff\xd8 end", 13);
   const Value::Dictionary fields{{"flag", true},
                                  {"metadata[a \"b\"]", "line\r\nend \"quoted\" é"},
                                  {"number", 3},
@@ -53,7 +53,7 @@ TEST_F(TransportTest, BuildsMultipartBodiesByteByByte) {
     const auto request = backend.requests().back();
     EXPECT_EQ(request.method, method);
     const std::string line = "--" + boundaryOf(request);
-    for (auto at = body.find("@"); at != std::string::npos; at = body.find("@"))
+    for (auto at = body.find('@'); at != std::string::npos; at = body.find('@'))
       body.replace(at, 1, line);
     EXPECT_EQ(request.body, body);
     boundaries.insert(line);
