@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CoreGraphics/CGGeometry.h"
+#include "platform/Export.h"
 
 #include <memory>
 #include <optional>
@@ -40,7 +41,7 @@ struct UIAccessibilityElement {
 };
 
 /// Between the views and the screen readers of the desktop. Main queue only.
-class UIAccessibility {
+class ZUVI_API UIAccessibility {
 public:
   enum class Notification {
     Announcement, ///< the text is to be spoken
@@ -62,6 +63,6 @@ public:
 };
 
 /// Whether the middle of the view lies beyond the edge of contents that scroll.
-bool isScrolledOut(const UIView& view);
+ZUVI_API bool isScrolledOut(const UIView& view);
 
 } // namespace zuvi
