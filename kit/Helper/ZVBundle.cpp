@@ -1,5 +1,6 @@
 #include "kit/Helper/ZVBundle.h"
 
+#include "kit/Helper/ZVColumnView.h"
 #include "kit/Helper/ZVField.h"
 #include "kit/Helper/ZVGradientView.h"
 #include "kit/Helper/ZVPointView.h"
@@ -37,6 +38,7 @@ std::shared_ptr<const Bundle> zvKitBundle() {
     UINib::registerClass<ZVField>("ZVField");
     UINib::registerClass<ZVGradientView>("ZVGradientView");
     UINib::registerClass<ZVKYCButton>("ZVKYCButton");
+    UINib::registerClass<ZVColumnView>("ZVColumnView");
     UINib::registerClass<ZVPointView>("ZVPointView");
     UINib::setLanguage([] { return rawValue(ZVKYCHelper::instance().merchant->currentLanguage); });
     return std::make_shared<Bundle>(bundleFolder());

@@ -5,9 +5,21 @@
 
 #include <algorithm>
 #include <cmath>
+#include <sstream>
 #include <utility>
 
 namespace zuvi {
+
+namespace {
+
+bool breaksWord(const std::string& text, const TextLayout::Style& style, double width) {
+  std::istringstream words(text);
+  for (std::string word; words >> word;)
+    if (TextLayout({word, {}}, style, -1).size().width > width) return true;
+  return false;
+}
+
+} // namespace
 
 UILabel::UILabel() : UILabel(CGRect{}) {}
 
@@ -66,7 +78,11 @@ std::shared_ptr<const TextLayout> UILabel::layoutForWidth(double width) const {
   if (layout_ && layoutWidth_ == width && layoutScale_ == textScale()) return layout_;
   TextLayout::Style style{font_, color_, alignment_, lines_};
   auto made = std::make_shared<TextLayout>(*text_, style, width);
-  for (double scale = 0.95; made->isTruncated() && scale >= minimumScale_ - 1e-9; scale -= 0.05) {
+  const auto isTooLarge = [&] {
+    return made->isTruncated() ||
+           (width >= 0 && lines_ != 1 && breaksWord(text_->text, style, width));
+  };
+  for (double scale = 0.95; scale >= minimumScale_ - 1e-9 && isTooLarge(); scale -= 0.05) {
     style.font = font_->withSize(font_->pointSize() * scale);
     made = std::make_shared<TextLayout>(*text_, style, width);
   }

@@ -87,5 +87,21 @@ TEST_F(TableTest, OnlyRowsInSightAreMadeAndThoseThatLeaveAreUsedAgain) {
   EXPECT_EQ(last->frame(), (CGRect{0, 9'999'950, 200, 50}));
 }
 
+TEST_F(TableTest, ArrowKeysWalkAlsoToRowsOutOfSight) {
+  folder.write("row.xml", "<nib><TestCell><UIButton frame=\"0 0 200 50\"/></TestCell></nib>");
+  reload(20);
+  press("Tab");
+  for (int i = 0; i < 10; i++)
+    press("Down");
+  press("Up");
+  const UIView* button = UIApplication::shared().firstResponder();
+  ASSERT_TRUE(button);
+  EXPECT_EQ(button->superview()->accessibilityLabel, "9");
+  EXPECT_EQ(table->contentOffset().y, 350);
+  press("End");
+  time.settle();
+  EXPECT_TRUE(table->cellForRow(19));
+}
+
 } // namespace
 } // namespace zuvi::test

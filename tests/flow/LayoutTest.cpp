@@ -1,4 +1,5 @@
-// Every screen in every language on small and large screens: nothing is cut off, nothing collides.
+// Every screen in every language on small and large screens, with text at its own size and as large
+// as a person may ask for: nothing is cut off, nothing collides.
 
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 #include "platform/UIKit/UIPageControl.h"
@@ -65,12 +66,17 @@ protected:
         tapBottom();
         time.advance(3);
       }
+    } else if (const auto list = this->step<ZVDocumentListViewController>()) {
+      list->tableView.lock()->setContentOffset({0, 1e6});
+      settle();
+      inspect("end of the list");
     }
     // An upload stays until it was seen.
     step == "upload" || step == "verified" ? backend.release() : backend.hold();
   }
 
-  std::string place_;
+  /// Through the whole flow, in every language on every screen.
+  void walkEverywhere();
 
 private:
   void inspect(const std::string& screen) {
@@ -107,7 +113,7 @@ private:
   }
 
   /// In drawing order; what a screen's opaque ground covers afterwards is taken out again.
-  void collect(const UIView& view) {
+  void collect(const UIView& view, const UIScrollView* scroller = nullptr) {
     if (view.isHidden() || view.alpha() < 0.01) return;
     const CGRect frame = view.convertToScreen(view.bounds());
     const CGRect all = UIScreen::main().bounds();
@@ -116,18 +122,31 @@ private:
       std::erase_if(items_, [&](const Item& item) { return holds(frame, item.place); });
     if (const auto* label = dynamic_cast<const UILabel*>(&view)) {
       if (label->text().value_or(" ").find_first_not_of(' ') != std::string::npos)
-        items_.push_back({&view, placeOfText(*label), true});
+        items_.push_back({&view, seen(placeOfText(*label), scroller), true});
     } else if (dynamic_cast<const UIControl*>(&view) || dynamic_cast<const UIPageControl*>(&view)) {
-      items_.push_back({&view, frame, false});
+      items_.push_back({&view, seen(frame, scroller), false});
     }
+    if (const auto* own = dynamic_cast<const UIScrollView*>(&view); own && own->canScroll())
+      scroller = own;
     for (const auto& subview : view.subviews())
-      collect(*subview);
+      collect(*subview, scroller);
   }
 
+  /// What is in sight of something that can be scrolled there as a whole.
+  static CGRect seen(const CGRect& place, const UIScrollView* scroller) {
+    if (!scroller) return place;
+    const CGSize all = scroller->contentSize();
+    EXPECT_TRUE(holds({0, 0, all.width, all.height}, scroller->convertFromScreen(place)));
+    const CGRect port = scroller->convertToScreen(scroller->bounds());
+    const CGRect part = CGRectIntersection(place, port);
+    return part.isEmpty() ? CGRect{port.x, port.y, 0, 0} : part;
+  }
+
+  std::string place_;
   std::vector<Item> items_;
 };
 
-TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreen) {
+void LayoutTest::walkEverywhere() {
   const struct {
     CGSize size;
     UIEdgeInsets safe;
@@ -145,6 +164,17 @@ TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreen) {
       tapBottom();
     }
   }
+}
+
+TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreen) {
+  walkEverywhere();
+}
+
+TEST_F(LayoutTest, HoldsWithTheLargestText) {
+  UIScreen::main().setTextScale(9);
+  EXPECT_EQ(textScale(), UIScreen::largestText);
+  walkEverywhere();
+  UIScreen::main().setTextScale(1);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zuvi {
 
@@ -51,6 +52,12 @@ void ZVDocumentListViewController::viewWillAppear(bool animated) {
   shell.currentPage = 2;
 }
 
+void ZVDocumentListViewController::viewWillLayoutSubviews() {
+  ZVScreen::viewWillLayoutSubviews();
+  const auto table = tableView.lock();
+  if (table && std::exchange(rowScale_, textScale()) != textScale()) table->reloadData();
+}
+
 UIView* ZVDocumentListViewController::preferredFocusView() {
   const auto table = tableView.lock();
   const auto cell =
@@ -63,7 +70,7 @@ std::size_t ZVDocumentListViewController::numberOfRows(UITableView&) {
 }
 
 double ZVDocumentListViewController::heightForRow(UITableView&, std::size_t) {
-  return ZVDocumentTableViewCell::height;
+  return ZVDocumentTableViewCell::height * textScale();
 }
 
 std::shared_ptr<UITableViewCell> ZVDocumentListViewController::cellForRow(UITableView& table,

@@ -27,6 +27,7 @@ public:
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
+  void viewWillLayoutSubviews() override;
   UIView* preferredFocusView() override;
 
   std::size_t numberOfRows(UITableView& table) override;
@@ -36,6 +37,8 @@ public:
 
 private:
   std::shared_ptr<ZVDocumentListViewController> self();
+
+  double rowScale_ = 1; ///< of the text in the rows
 };
 
 } // namespace zuvi

@@ -5,6 +5,10 @@
 
 namespace zuvi {
 
+namespace {
+constexpr double sideLabelWidth = 52; // points, before text is enlarged
+}
+
 ZVDocumentTableViewCell::ZVDocumentTableViewCell()
     : document(ZVDocument::nationalId, [this] { documentChanged(); }) {}
 
@@ -13,6 +17,7 @@ void ZVDocumentTableViewCell::declareNib(NibDeclaration& nib) {
   nib.outlet("iconImageView", iconImageView);
   nib.outlet("nameLabel", nameLabel);
   nib.outlet("sideLabel", sideLabel);
+  nib.outlet("sideWidth", sideWidth);
   nib.action("tap", [this] { tap(); });
 }
 
@@ -34,6 +39,8 @@ void ZVDocumentTableViewCell::documentChanged() {
   const auto sides = sideLabel.lock();
   if (sides) sides->setHidden(!scanBackSide(document));
   const bool tellsSides = sides && !sides->isHidden();
+  if (const auto width = sideWidth.lock())
+    width->setConstant(tellsSides ? sideLabelWidth * textScale() : 0);
   accessibilityLabel =
       zuvi::name(document) + (tellsSides ? ", " + sides->text().value_or("") : std::string());
   if (const auto button = documentButton.lock()) button->accessibilityLabel = accessibilityLabel;

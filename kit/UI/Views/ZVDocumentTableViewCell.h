@@ -26,6 +26,7 @@ public:
   std::weak_ptr<UIButton> documentButton;
   std::weak_ptr<UIImageView> iconImageView;
   std::weak_ptr<UILabel> nameLabel, sideLabel;
+  std::weak_ptr<NSLayoutConstraint> sideWidth;
   Observed<ZVDocument> document;
 
   void declareNib(NibDeclaration& nib) override;
