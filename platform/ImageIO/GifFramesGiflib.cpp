@@ -13,7 +13,7 @@ namespace {
 
 // A file of a few bytes may claim sizes of gigabytes.
 constexpr long mostCanvasPixels = 4096L * 4096;
-constexpr long mostFramePixels = 256L << 20; // of all frames
+constexpr long mostPixels = 256L << 20; // of the pictures of all frames
 
 struct Close {
   void operator()(GifFileType* file) const { DGifCloseFile(file, nullptr); }
@@ -92,7 +92,8 @@ bool readFrame(GifFileType* file, GifFile& gif, const GraphicsControlBlock* cont
     frame.colors[static_cast<std::size_t>(i)] = opaque(map->Colors[i]);
   if (control && control->TransparentColor >= 0 && control->TransparentColor < 256)
     frame.colors[static_cast<std::size_t>(control->TransparentColor)] = 0;
-  pixelsLeft -= long{frame.width} * frame.height;
+  // The smallest frame makes a picture of the whole canvas.
+  pixelsLeft -= std::max(long{frame.width} * frame.height, long{gif.width} * gif.height);
   const bool read =
       frame.width > 0 && frame.height > 0 && pixelsLeft >= 0 && map && readNumbers(file, frame);
   gif.frames.push_back(std::move(frame));
@@ -110,7 +111,7 @@ std::optional<GifFile> readGif(const Data& bytes) {
     return std::nullopt;
   GraphicsControlBlock control{};
   bool controlled = false;
-  long pixelsLeft = mostFramePixels;
+  long pixelsLeft = mostPixels;
   for (GifRecordType type = UNDEFINED_RECORD_TYPE;
        DGifGetRecordType(file.get(), &type) == GIF_OK && type != TERMINATE_RECORD_TYPE;) {
     if (type == EXTENSION_RECORD_TYPE && !readExtension(file.get(), control, controlled)) break;

@@ -53,6 +53,19 @@ struct ZUVI_API AnimationCurve {
   double progress(double t, double duration) const;
 };
 
+/// While one lives, what changes without an animation of its own moves the end of the animation
+/// that runs, which it would cut short otherwise: for changes that nobody meant, as of a window's
+/// size.
+class AnimationRetargeting {
+public:
+  AnimationRetargeting();
+  ~AnimationRetargeting();
+  AnimationRetargeting(const AnimationRetargeting&) = delete;
+  AnimationRetargeting& operator=(const AnimationRetargeting&) = delete;
+
+  static bool isOn();
+};
+
 /// A block of changes that are animated together and end together.
 class ZUVI_API AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {
 public:

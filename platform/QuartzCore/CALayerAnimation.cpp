@@ -64,7 +64,12 @@ LayerValue CALayer::presented(LayerProperty property) const {
 void CALayer::willChange(LayerProperty property, const LayerValue& to) {
   AnimationGroup* group = AnimationGroup::current();
   if (!group || group->duration <= 0) {
-    if (!animations_.empty()) finish(keyOf(property), false);
+    const auto running = animations_.find(keyOf(property));
+    if (running == animations_.end()) return;
+    if (AnimationRetargeting::isOn())
+      running->second.animation.to = to;
+    else
+      finish(keyOf(property), false);
     return;
   }
   CABasicAnimation animation;

@@ -8,9 +8,10 @@ namespace zuvi {
 std::shared_ptr<const UIImage> renderImage(CGSize size,
                                            const std::function<void(DrawingContext&)>& draw) {
   const double scale = UIScreen::main().scale();
-  constexpr double most = 32767; // pixels along a side
-  if (!(size.width > 0 && size.height > 0 && size.width * scale <= most &&
-        size.height * scale <= most))
+  constexpr double longest = 32767;   // pixels along a side
+  constexpr double most = 256L << 20; // pixels
+  const double width = size.width * scale, height = size.height * scale;
+  if (!(width > 0 && height > 0 && width <= longest && height <= longest && width * height <= most))
     return nullptr;
   GtkSnapshot* snapshot = gtk_snapshot_new();
   DrawingContext::Native native{snapshot, scale, false};

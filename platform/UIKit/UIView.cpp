@@ -134,6 +134,7 @@ void UIView::sizeChanged(CGSize old) {
   setNeedsLayout();
   setNeedsDisplay();
   const double dw = now.width - old.width, dh = now.height - old.height;
+  const AnimationRetargeting follow; // what is on its way gets there all the same
   for (const auto& subview : subviews_) {
     const unsigned mask = subview->autoresizingMask_;
     if (mask == AutoresizingNone) continue;

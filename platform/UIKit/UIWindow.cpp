@@ -74,7 +74,8 @@ void UIWindow::setVisible(bool visible) {
     layoutIfNeeded();
   } else {
     UIScreen::main().hide(*this);
-    if (isKeyWindow()) UIApplication::shared().setKeyWindow(nullptr);
+    const auto& left = UIScreen::main().windows();
+    if (isKeyWindow()) UIApplication::shared().setKeyWindow(left.empty() ? nullptr : left.back());
   }
   for (const auto& controller : controllers)
     controller->endAppearanceTransition();

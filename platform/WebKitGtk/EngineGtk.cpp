@@ -44,7 +44,7 @@ std::string nameOf(const GList* record) {
 
 } // namespace
 
-Engine::Engine(WebModuleHost& host) : host_(host) {
+Engine::Engine(WebModuleHost& host) : host_(host), context_(webkit_web_context_new()) {
   const TextPointer folder(g_build_filename(g_get_user_data_dir(), "zuvisdk", "chat", nullptr));
   const TextPointer caches(g_build_filename(g_get_user_cache_dir(), "zuvisdk", "chat", nullptr));
   const TextPointer cookies(g_build_filename(folder.get(), "cookies.sqlite", nullptr));
@@ -55,8 +55,7 @@ Engine::Engine(WebModuleHost& host) : host_(host) {
   webkit_cookie_manager_set_persistent_storage(jar, cookies.get(),
                                                WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
   // One page, visited once: what stays in memory for going back is of no use.
-  webkit_web_context_set_cache_model(webkit_web_context_get_default(),
-                                     WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
+  webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
 }
 
 WebKitWebsiteDataManager* Engine::data() {

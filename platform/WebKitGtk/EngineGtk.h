@@ -21,11 +21,13 @@ public:
 
   WebModuleHost& host() { return host_; }
   WebKitNetworkSession* session() { return session_.get(); }
+  WebKitWebContext* context() { return context_.get(); }
 
 private:
   WebKitWebsiteDataManager* data();
 
   WebModuleHost& host_;
+  ObjectPointer<WebKitWebContext> context_; ///< our own, for the host may have pages of its own
   ObjectPointer<WebKitNetworkSession> session_;
 };
 

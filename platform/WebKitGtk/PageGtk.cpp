@@ -17,12 +17,16 @@ Page::Page(Engine& engine, UIView& view, WebPageClient& client,
     : engine_(engine), client_(client), contents_(webkit_user_content_manager_new()),
       scripts_(g_cancellable_new()) {
   fillContents(*configuration.userContentController);
-  // A page for another's window shares its session and process, but none of its settings.
+  // A page for another's window shares its session, context and process, but none of its settings.
   const auto settings = makeSettings();
-  const char* kin = opener ? "related-view" : "network-session";
-  auto* shared = opener ? G_OBJECT(opener->page_) : G_OBJECT(engine.session());
-  page_ = WEBKIT_WEB_VIEW(g_object_new(pageWidgetType(), "user-content-manager", contents_.get(),
-                                       "settings", settings.get(), kin, shared, nullptr));
+  if (opener)
+    page_ = WEBKIT_WEB_VIEW(g_object_new(pageWidgetType(), "user-content-manager", contents_.get(),
+                                         "settings", settings.get(), "related-view", opener->page_,
+                                         nullptr));
+  else
+    page_ = WEBKIT_WEB_VIEW(g_object_new(
+        pageWidgetType(), "user-content-manager", contents_.get(), "settings", settings.get(),
+        "web-context", engine.context(), "network-session", engine.session(), nullptr));
   setOpaque(true);
   refuseRights(page_);
   g_signal_connect(page_, "decide-policy", G_CALLBACK(onPolicy), this);

@@ -95,6 +95,10 @@ TEST_F(ChatViewTest, NothingOfThePageIsFetchedBeforeItWasOpenedOnce) {
   EXPECT_EQ(page()->userAgent, "Engine/1 WebView_Widget_iOS/2.0.7");
   time.advance(1);
   EXPECT_EQ(server.requests().size(), 1U) << "one request for all";
+  view->customVariables = *view->customVariables;
+  time.advance(1);
+  EXPECT_EQ(page()->loads.size(), 2U);
+  EXPECT_EQ(page()->userAgent, "Engine/1 WebView_Widget_iOS/2.0.7") << "no longer than at first";
 }
 
 TEST_F(ChatViewTest, ARequestUnderWayServes) {

@@ -53,6 +53,17 @@ protected:
   std::vector<bool> ends;
 };
 
+TEST_F(ManagerTest, GivesTheKeyBackWhateverComesBetween) {
+  manager->presentChat(false, {});
+  manager->presentChat(false, {}); // as a host's own button may
+  manager->dismissChat(true, note());
+  time.advance(0.1);
+  UIScreen::main().configure({400, 600}, 2); // a person resizes the window
+  time.advance(0.2);
+  EXPECT_THAT(ends, ElementsAre(true));
+  EXPECT_EQ(key(), host.get());
+}
+
 TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
   say("a");
   host->setFrame({0, 0, 300, 400});

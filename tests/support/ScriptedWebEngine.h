@@ -85,7 +85,9 @@ ScriptedPage::evaluate(const std::string& script,
   scripts.push_back(script);
   std::optional<Value> result;
   std::optional<Error> error;
-  if (const auto found = engine_.results.find(script); found != engine_.results.end())
+  if (script == "navigator.userAgent" && !userAgent.empty())
+    result = userAgent;
+  else if (const auto found = engine_.results.find(script); found != engine_.results.end())
     result = found->second;
   else
     error = Error{"Script", 1, "no such function"};

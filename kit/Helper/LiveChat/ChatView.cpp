@@ -138,6 +138,7 @@ void ChatView::receivedTemplate(const std::optional<std::string>& templateURL,
 void ChatView::load(const URLRequest& request) {
   // Asking for the user agent starts the browser, which a chat that nobody ever opened must not.
   if (!LiveChatState::isChatOpenedBefore()) return;
+  webView_->setCustomUserAgent({}); // or the name would grow with every load
   webView_->evaluateJavaScript(
       "navigator.userAgent", [weak = weak(), request](const std::optional<Value>& result,
                                                       const std::optional<Error>& error) {

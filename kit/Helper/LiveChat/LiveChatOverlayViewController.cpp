@@ -54,7 +54,10 @@ void LiveChatOverlayViewController::clearSession() {
 }
 
 bool LiveChatOverlayViewController::accessibilityPerformEscape() {
-  chatView_->close();
+  if (!chatView_->webView())
+    chatView_->close();
+  else if (const auto to = delegate.lock())
+    to->leftByEscape();
   return true;
 }
 

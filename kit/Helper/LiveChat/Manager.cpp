@@ -49,7 +49,7 @@ void Manager::presentChat(bool animated, const Completion& completion) {
   previousKeyWindow_ =
       key ? std::static_pointer_cast<UIWindow>(key->weak_from_this().lock()) : nullptr;
   UIView* focused = UIApplication::shared().firstResponder();
-  if (focused) previousFocus_ = focused->weak_from_this();
+  previousFocus_ = focused ? focused->weak_from_this() : std::weak_ptr<UIView>();
   UIApplication::shared().setFirstResponder(nullptr); // it is not for what lies below
   window_->makeKeyAndVisible();
   const std::weak_ptr<Manager> weak = weak_from_this();
@@ -87,7 +87,7 @@ void Manager::giveBackTheKey() {
   if (const auto previous = std::exchange(previousKeyWindow_, nullptr))
     previous->makeKeyAndVisible();
   window_->setVisible(false);
-  UIApplication::shared().moveFocusBack(previousFocus_);
+  UIApplication::shared().moveFocusBack(std::exchange(previousFocus_, {}));
 }
 
 void Manager::clearSession() {
@@ -96,6 +96,10 @@ void Manager::clearSession() {
 
 void Manager::closedChatView() {
   giveBackTheKey();
+}
+
+void Manager::leftByEscape() {
+  dismissChat(true, {});
 }
 
 void Manager::hideChatWindow() {

@@ -37,6 +37,7 @@ public:
 
   void received(const LiveChatMessage& message) override;
   void hideChatWindow() override;
+  void leftByEscape() override;
   void closedChatView() override;
   void handleURL(const URL& url) override;
 
