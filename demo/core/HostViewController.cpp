@@ -18,6 +18,7 @@ void HostViewController::loadView() {
   };
   title_ = addLabel(28, FontWeight::Bold, UIColor::bytes(31, 38, 53));
   title_->setText("Harbour Rentals");
+  title_->accessibilityRole = UIAccessibilityRole::Header;
   text_ = addLabel(16, FontWeight::Regular, UIColor::bytes(91, 101, 117));
   text_->setText("Before you pick up your boat, please show us who you are.");
   outcome_ = addLabel(15, FontWeight::SemiBold, UIColor::bytes(31, 38, 53));

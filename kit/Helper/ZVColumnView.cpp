@@ -19,7 +19,7 @@ void move(UIView& view, double dy) {
 } // namespace
 
 void ZVColumnView::layoutSubviews() {
-  UIView::layoutSubviews(); // as if there were room enough
+  UIScrollView::layoutSubviews(); // as if there were room enough
   if (subviews().empty()) return;
   UIView& first = *subviews().front();
   UIView* button = dynamic_cast<UIButton*>(subviews().back().get());

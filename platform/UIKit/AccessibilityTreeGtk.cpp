@@ -21,7 +21,7 @@ constexpr guint silenceAfter = 10000; // milliseconds for which an announcement 
 
 struct ElementWidget {
   GtkWidget parent;
-  UIView* view; ///< the tree forgets the widget before the view goes
+  std::weak_ptr<UIView>* view; ///< made and deleted with the widget
 };
 struct ElementWidgetClass {
   GtkWidgetClass parent;
@@ -42,21 +42,28 @@ void dispose(GObject* object) {
   G_OBJECT_CLASS(element_widget_parent_class)->dispose(object);
 }
 
+void element_widget_init(ElementWidget* me) { // NOLINT: named by the macro
+  me->view = new std::weak_ptr<UIView>;
+}
+
+void finalize(GObject* object) {
+  delete reinterpret_cast<ElementWidget*>(object)->view;
+  G_OBJECT_CLASS(element_widget_parent_class)->finalize(object);
+}
+
 void element_widget_class_init(ElementWidgetClass* type) { // NOLINT: named by the macro
   gtk_widget_class_set_css_name(GTK_WIDGET_CLASS(type), "zuvi-element"); // no theme's margins
   G_OBJECT_CLASS(type)->dispose = dispose;
+  G_OBJECT_CLASS(type)->finalize = finalize;
 }
-
-void element_widget_init(ElementWidget*) {} // NOLINT: named by the macro
 
 void click(GtkWidget* widget, const char*, GVariant*) {
   UIApplication& application = UIApplication::shared();
   if (application.isIgnoringInteractionEvents()) return;
-  UIView* view = reinterpret_cast<ElementWidget*>(widget)->view;
-  const auto alive = view ? view->weak_from_this().lock() : nullptr;
-  if (!alive) return;
+  const auto view = reinterpret_cast<ElementWidget*>(widget)->view->lock();
+  if (!view) return;
   application.setKeyboardInUse(true); // the focus is to follow the screens
-  alive->accessibilityActivate();
+  view->accessibilityActivate();
 }
 
 void clickable_widget_class_init(ClickableWidgetClass* type) { // NOLINT: named by the macro
@@ -143,8 +150,6 @@ struct AccessibilityTree::Entry {
     gtk_widget_set_focusable(widget, takesFocus(role));
   }
   ~Entry() {
-    if (G_TYPE_CHECK_INSTANCE_TYPE(widget, element_widget_get_type()))
-      reinterpret_cast<ElementWidget*>(widget)->view = nullptr;
     if (gtk_widget_get_parent(widget)) gtk_widget_unparent(widget);
     g_object_unref(widget);
   }
@@ -234,7 +239,7 @@ void AccessibilityTree::refresh(Entry& entry, const UIAccessibility::Item& item)
   const UIAccessibilityElement before = std::exchange(entry.element, now);
   GtkWidget* widget = entry.widget;
   if (G_TYPE_CHECK_INSTANCE_TYPE(widget, element_widget_get_type()))
-    reinterpret_cast<ElementWidget*>(widget)->view = item.view;
+    *reinterpret_cast<ElementWidget*>(widget)->view = item.view->weak_from_this();
   if (now.name != before.name) setText(widget, GTK_ACCESSIBLE_PROPERTY_LABEL, now.name);
   if (now.value != before.value) setText(widget, GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, now.value);
   if (now.enabled != before.enabled) {

@@ -107,5 +107,20 @@ TEST_F(AccessibilityTest, FocusIsNeverWhereItCannotBeSeen) {
   EXPECT_TRUE(next->view()->subviews().front()->accessibilityActivate());
 }
 
+TEST_F(AccessibilityTest, TextFollowsThePersonsWish) {
+  const auto shown = add<UILabel>({0, 0, 300, 40}), away = make<UILabel>();
+  for (const auto& label : {shown, away})
+    label->setText("A line of text");
+  const double width = away->intrinsicContentSize().width;
+  EXPECT_FALSE(shown->isClipped());
+  surface.drawFrame();
+  UIScreen::main().setTextScale(1.4);
+  EXPECT_NEAR(away->intrinsicContentSize().width, 1.4 * width, 2);
+  EXPECT_NEAR(shown->intrinsicContentSize().width, 1.4 * width, 2);
+  EXPECT_TRUE(surface.drawFrame()) << "the old text is still to be seen";
+  UIScreen::main().setTextScale(0.2);
+  EXPECT_EQ(away->intrinsicContentSize().width, width) << "text is never smaller than it was made";
+}
+
 } // namespace
 } // namespace zuvi::test
