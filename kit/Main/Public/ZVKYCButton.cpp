@@ -40,6 +40,7 @@ void ZVKYCButton::initialize() {
   label_->setTextAlignment(NSTextAlignment::Center);
   label_->setTextColor(UIColor::white());
   label_->setFont(zvSFProText(FontStyle::regular, 16));
+  label_->setMinimumScaleFactor(0.7); // larger text must fit between the pictures
   addSubview(label_);
   configureLayer();
 }
