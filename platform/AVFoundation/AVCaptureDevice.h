@@ -19,8 +19,9 @@ enum class AVCaptureDevicePosition { Unspecified = 0, Back = 1, Front = 2 };
 
 /// What is known of a camera before it is opened.
 struct CameraDescription {
-  std::string uniqueID;
-  std::string localizedName;
+  std::string uniqueID;      ///< by which the provider opens it
+  std::string localizedName; ///< for people
+  /// Unspecified where the device does not say.
   AVCaptureDevicePosition position = AVCaptureDevicePosition::Unspecified;
   bool simulated = false; ///< a drawing or a file that stands for a camera
 };
@@ -28,6 +29,7 @@ struct CameraDescription {
 /// A camera of this machine. Any thread.
 class ZUVI_API AVCaptureDevice {
 public:
+  /// Asks nobody; the answer may change while the program runs.
   static AVAuthorizationStatus authorizationStatus();
   /// Asks for the camera, with a dialogue where the system has one. The answer comes once, on a
   /// platform queue; at once when it is known already.
@@ -38,16 +40,22 @@ public:
   /// Where cameras come from; null: the machine's own (`SystemCameraProvider`), which is also what
   /// holds at start. Devices, inputs and sessions made before keep the provider that they had.
   static void setProvider(std::shared_ptr<CameraProvider> provider);
+  /// Never null.
   static std::shared_ptr<CameraProvider> provider();
 
+  /// For providers and tests; hosts take a camera from `devices`.
   AVCaptureDevice(std::shared_ptr<CameraProvider> provider, CameraDescription description);
 
+  /// @{
+  /// As the provider described the camera when it was listed.
   AVCaptureDevicePosition position() const { return description_.position; }
   const std::string& uniqueID() const { return description_.uniqueID; }
   const std::string& localizedName() const { return description_.localizedName; }
+  /// @}
   /// Whether a drawing or a file stands for this camera.
   bool isSimulated() const { return description_.simulated; }
 
+  /// The provider that the camera comes from.
   const std::shared_ptr<CameraProvider>& source() const { return provider_; }
 
 private:

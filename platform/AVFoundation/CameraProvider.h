@@ -14,9 +14,11 @@ class ZUVI_API CameraProvider {
 public:
   virtual ~CameraProvider() = default;
 
+  /// What is known at this moment, without asking anybody.
   virtual AVAuthorizationStatus authorizationStatus() = 0;
   /// `answer` comes once, on any thread.
   virtual void requestAccess(std::function<void(bool granted)> answer) = 0;
+  /// The cameras that are there now; none is opened.
   virtual std::vector<CameraDescription> devices() = 0;
   /// A stream on that camera for one session; null when it is gone or may not be opened.
   virtual std::shared_ptr<CameraStream> open(const std::string& uniqueID) = 0;

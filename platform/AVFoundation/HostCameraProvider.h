@@ -12,6 +12,7 @@ namespace zuvi {
 
 /// What a host puts in the place of a camera.
 struct CameraSourceDescription {
+  /// What stands there.
   enum class Kind {
     None,      ///< no camera on this side
     Simulated, ///< a drawn moving scene
@@ -19,8 +20,8 @@ struct CameraSourceDescription {
     Picture,   ///< a JPEG or PNG file, shown still
     Film,      ///< a film file, shown over and over
   };
-  Kind kind = Kind::None;
-  std::string path; ///< of a device, picture or film
+  Kind kind = Kind::None; ///< decides what `path` means
+  std::string path;       ///< of a device, picture or film
 };
 
 /// Reads "none", "simulated" or the path of a device, picture or film; or says in one line what is
@@ -36,14 +37,18 @@ ZUVI_API std::variant<CameraPermission, Error> parseCameraPermission(const std::
 
 /// What a host's own code decides about its cameras.
 struct HostCameras {
+  /// @{
+  /// One device may be both.
   CameraSourceDescription front, back;
-  CameraPermission permission = CameraPermission::Authorized;
+  /// @}
+  CameraPermission permission = CameraPermission::Authorized; ///< what the kit is told
 };
 
 /// Cameras that the host's own code puts in the place of the machine's.
 class ZUVI_API HostCameraProvider final : public CameraProvider,
                                           public std::enable_shared_from_this<HostCameraProvider> {
 public:
+  /// Opens nothing yet: a path that leads nowhere shows when its camera is opened.
   explicit HostCameraProvider(HostCameras cameras);
 
   AVAuthorizationStatus authorizationStatus() override;

@@ -10,6 +10,7 @@ namespace zuvi {
 /// An immutable picture of pixels, ready to be drawn. May be made and dropped on any thread.
 class ZUVI_API CGImage {
 public:
+  /// How pixels lie in memory, byte by byte.
   enum class Format {
     BGRA, ///< four bytes a pixel, premultiplied alpha
     BGRX, ///< four bytes a pixel, the last without meaning: opaque
@@ -25,10 +26,12 @@ public:
   /// The pixels as BGRA rows of 4 * width bytes.
   Data pixels() const;
 
+  /// @cond
   struct Native;
   explicit CGImage(std::unique_ptr<Native> native);
   ~CGImage();
   const Native& native() const { return *native_; }
+  /// @endcond
 
 private:
   std::unique_ptr<Native> native_;

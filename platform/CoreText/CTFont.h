@@ -7,6 +7,7 @@
 
 namespace zuvi {
 
+/// How heavy the strokes are.
 enum class FontWeight { Regular, SemiBold, Bold };
 
 /// A face at a size. Main thread.
@@ -21,12 +22,17 @@ public:
   /// The same face at another size.
   std::shared_ptr<const CTFont> withSize(double size) const;
 
+  /// The PostScript name that was asked for; "Sans" for the system's face.
   const std::string& name() const { return name_; }
+  /// In points, before the person's wish for larger text.
   double pointSize() const { return size_; }
+  /// Of one line, in points, with the person's wish for larger text.
   double lineHeight() const;
 
+  /// @cond
   /// The toolkit's description of the face; for files that draw text.
   const void* native() const { return description_.get(); }
+  /// @endcond
 
 private:
   std::string name_;

@@ -13,6 +13,7 @@ using TimeInterval = double;
 class ZUVI_API Clock {
 public:
   virtual ~Clock() = default;
+  /// Any thread.
   virtual TimeInterval now() const = 0;
 };
 
@@ -26,6 +27,7 @@ public:
 class ZUVI_API VirtualClock final : public Clock {
 public:
   TimeInterval now() const override { return now_; }
+  /// Any thread. Work that is due now runs when the queue is driven, not from here.
   void set(TimeInterval now) { now_ = now; }
 
 private:

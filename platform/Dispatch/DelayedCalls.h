@@ -22,6 +22,7 @@ public:
   void perform(const std::string& operation, TimeInterval delay, Work work);
   /// Forgets every waiting call of that name.
   void cancel(const std::string& operation);
+  /// Forgets every waiting call.
   void cancelAll();
 
 private:

@@ -11,6 +11,7 @@ namespace zuvi {
 
 /// Work waiting on a queue. Id 0 is never given out.
 using WorkId = std::uint64_t;
+/// What a queue runs, once.
 using Work = std::function<void()>;
 
 /// A queue of closures. `main()` runs them one after the other on the main thread, ordered by
@@ -20,8 +21,11 @@ class ZUVI_API DispatchQueue {
 public:
   virtual ~DispatchQueue() = default;
 
+  /// @{
+  /// The one queue of its kind, made on first use.
   static class MainQueue& main();
   static DispatchQueue& global();
+  /// @}
 
   /// Runs `work` as soon as its turn comes; never before this call has returned.
   virtual WorkId async(Work work) = 0;

@@ -12,6 +12,7 @@ namespace zuvi {
 /// A folder of resources.
 class ZUVI_API Bundle {
 public:
+  /// The folder need not exist: then nothing is found in it.
   explicit Bundle(std::string folder) : folder_(std::move(folder)) {}
 
   /// The host program: the folder of its executable, and the information it gave about itself.
@@ -21,7 +22,9 @@ public:
   /// leave the folder is never found.
   std::optional<std::string> path(const std::string& name, const std::string& type) const;
 
+  /// The path as it was given.
   const std::string& folder() const { return folder_; }
+  /// Empty until the host has said something.
   const Value::Dictionary& infoDictionary() const { return info_; }
   /// What the host says about itself, such as "CFBundleVersion".
   void setInfoDictionary(Value::Dictionary info) { info_ = std::move(info); }

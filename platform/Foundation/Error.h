@@ -6,13 +6,14 @@ namespace zuvi {
 
 /// What went wrong, as a value: whose code it is, the code, and one line for a reader.
 struct Error {
-  std::string domain;
-  int code = 0;
-  std::string description;
+  std::string domain;      ///< whose codes they are
+  int code = 0;            ///< means something only within its domain
+  std::string description; ///< for a log, in English, not for the person
 };
 
-/// The domain of `URLSession`'s errors. Codes:
+/// The domain of the errors of `URLSession` and of web pages.
 inline constexpr const char* NSURLErrorDomain = "NSURLErrorDomain";
+/// The codes of `NSURLErrorDomain`.
 enum NSURLErrorCode : int {
   NSURLErrorUnknown = -1,
   NSURLErrorCancelled = -999,

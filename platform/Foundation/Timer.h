@@ -13,13 +13,19 @@ namespace zuvi {
 /// were missed while the queue was busy are left out.
 class ZUVI_API Timer : public std::enable_shared_from_this<Timer> {
 public:
+  /// Whether it fires once or until it is invalidated.
   enum class Repeats { No, Yes };
 
+  /// Starts at once. Whoever called holds the timer: one that nobody holds never fires. An interval
+  /// below a tenth of a millisecond counts as that.
   static std::shared_ptr<Timer> scheduled(TimeInterval interval, Repeats repeats,
                                           std::function<void()> fire);
+  /// Like `invalidate`.
   ~Timer();
 
+  /// It never fires again, also when called from within `fire`.
   void invalidate();
+  /// Whether it will fire again.
   bool isValid() const { return pending_ != 0; }
 
 private:

@@ -13,8 +13,10 @@ class ZUVI_API URL {
 public:
   /// Absent when `text` is no address.
   static std::optional<URL> fromString(const std::string& text);
+  /// Of an absolute path; what an address may not hold is escaped.
   static URL fromFilePath(const std::string& path);
 
+  /// The text as it was given.
   const std::string& absoluteString() const { return text_; }
   /// Lower case, such as "https".
   std::string scheme() const;
@@ -22,8 +24,10 @@ public:
   std::string host() const;
   /// Decoded path; of a file address, the file's path.
   std::string path() const;
+  /// Whether it leads to a file of this machine.
   bool isFileURL() const { return scheme() == "file"; }
 
+  /// Letter for letter; two ways to write one address are different.
   bool operator==(const URL&) const = default;
 
 private:

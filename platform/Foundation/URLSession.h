@@ -18,22 +18,27 @@ namespace zuvi {
 /// a form around a film costs no copy of the film.
 using HTTPBody = std::vector<Data>;
 
+/// What to ask of a server.
 struct URLRequest {
+  /// GET, without headers of its own and without a body.
   explicit URLRequest(URL address) : url(std::move(address)) {}
 
-  URL url;
-  std::string httpMethod = "GET";
+  URL url;                        ///< http or https; any other scheme fails
+  std::string httpMethod = "GET"; ///< sent as it stands
+  /// Those of the connection, such as Host, are ignored; one that is no header fails the request.
   std::map<std::string, std::string> allHTTPHeaderFields;
-  std::optional<HTTPBody> httpBody;
+  std::optional<HTTPBody> httpBody; ///< absent: none is sent
   /// Seconds without any progress after which the request fails; absent: the session's.
   std::optional<double> timeoutInterval;
 };
 
+/// The head of an answer. Any status is an answer, not an error.
 struct URLResponse {
-  int statusCode = 0;
-  std::map<std::string, std::string> headers; // names in lower case
+  int statusCode = 0;                         ///< such as 200 or 404
+  std::map<std::string, std::string> headers; ///< names in lower case
 };
 
+/// What holds for all requests of a session.
 struct URLSessionConfiguration {
   /// Seconds without any progress after which a request fails.
   double timeoutIntervalForRequest = 60;
@@ -59,9 +64,11 @@ public:
 /// or from https to http, carries no `Authorization`. All members may be called from any thread.
 class ZUVI_API URLSession {
 public:
+  /// What an answer brings: data and response, or an error.
   using Completion = std::function<void(
       std::optional<Data> data, std::optional<URLResponse> response, std::optional<Error> error)>;
 
+  /// Opens no connection yet.
   explicit URLSession(const URLSessionConfiguration& configuration);
   /// Cancels what is under way; completions that have not come by then never come.
   ~URLSession();

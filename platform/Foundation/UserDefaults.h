@@ -14,6 +14,7 @@ class ZUVI_API UserDefaults {
 public:
   /// The file of the running program, below the user's configuration folder.
   static UserDefaults& standard();
+  /// The file of that path, read at once; one that does not exist is made when something is set.
   explicit UserDefaults(std::string path);
   /// What was set is on the disk.
   ~UserDefaults();

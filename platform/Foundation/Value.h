@@ -19,6 +19,7 @@ namespace zuvi {
 class ZUVI_API DescribedObject {
 public:
   virtual ~DescribedObject() = default;
+  /// One line; what `Value::description` gives.
   virtual std::string description() const = 0;
 };
 
@@ -26,9 +27,14 @@ public:
 /// properties, messages. A boolean is never a number.
 class ZUVI_API Value {
 public:
+  /// Values in their order.
   using List = std::vector<Value>;
+  /// Values by key.
   using Dictionary = std::map<std::string, Value>;
 
+  /// @{
+  /// Without an argument or from a null pointer: null. Everything else keeps its type; whole
+  /// numbers become 64 bits wide, signed or unsigned. A null object is described as "nil".
   Value() = default; // null
   Value(std::nullptr_t) {}
   template <std::same_as<bool> T> Value(T boolean) : value_(boolean) {}
@@ -44,14 +50,18 @@ public:
   Value(Date date) : value_(date) {}
   Value(URL url) : value_(std::move(url)) {}
   Value(std::shared_ptr<const DescribedObject> object) : value_(std::move(object)) {}
+  /// @}
   /// An absent optional becomes null.
   template <class T>
   Value(const std::optional<T>& optional) : Value(optional ? Value(*optional) : Value()) {}
 
+  /// Whether it holds nothing.
   bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
+  /// Whether `number` gives one.
   bool isNumber() const;
 
-  // Each gives a pointer into this value, or null when it is of another type.
+  /// @{
+  /// A pointer into this value, or null when it is of another type.
   const bool* boolean() const { return std::get_if<bool>(&value_); }
   const std::string* string() const { return std::get_if<std::string>(&value_); }
   const List* list() const { return std::get_if<List>(&value_); }
@@ -60,6 +70,7 @@ public:
   const Date* date() const { return std::get_if<Date>(&value_); }
   const URL* url() const { return std::get_if<URL>(&value_); }
   const float* floatNumber() const { return std::get_if<float>(&value_); }
+  /// @}
 
   /// Any number as a double; absent for everything else, booleans included.
   std::optional<double> number() const;
@@ -72,12 +83,15 @@ public:
   /// written out in brackets.
   std::string description() const;
 
+  /// Of the same type and equal: 1 and 1.0 differ.
   bool operator==(const Value&) const = default;
 
+  /// @cond
   using Storage =
       std::variant<std::monostate, bool, std::int64_t, std::uint64_t, float, double, std::string,
                    List, Dictionary, Date, URL, std::shared_ptr<const DescribedObject>>;
   const Storage& storage() const { return value_; }
+  /// @endcond
 
 private:
   Storage value_;

@@ -26,6 +26,8 @@ enum class LayerProperty {
 /// The value of one property, as numbers that can be mixed.
 using LayerValue = std::array<double, 6>;
 
+/// @{
+/// The numbers of a value in the order of its fields; those that are left are 0.
 inline LayerValue layerValue(double v) {
   return {v};
 }
@@ -41,13 +43,15 @@ inline LayerValue layerValue(const CGColor& c) {
 inline LayerValue layerValue(const CGAffineTransform& t) {
   return {t.a, t.b, t.c, t.d, t.tx, t.ty};
 }
+/// @}
 
 /// How progress runs from 0 to 1 over an animation.
 struct ZUVI_API AnimationCurve {
+  /// Where it is slow: nowhere, at the start, at the end, at both; or it swings like a spring.
   enum class Kind { Linear, EaseIn, EaseOut, EaseInOut, Spring };
-  Kind kind = Kind::EaseInOut;
-  double damping = 1;         ///< spring only: ratio; 1 and above does not overshoot
-  double initialVelocity = 0; ///< spring only: distances a second at the start
+  Kind kind = Kind::EaseInOut; ///< ease in and out
+  double damping = 1;          ///< spring only: ratio; 1 and above does not overshoot
+  double initialVelocity = 0;  ///< spring only: distances a second at the start
 
   /// Progress after the share `t` (0 to 1) of an animation of `duration` seconds.
   double progress(double t, double duration) const;
@@ -69,9 +73,9 @@ public:
 /// A block of changes that are animated together and end together.
 class ZUVI_API AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {
 public:
-  TimeInterval duration = 0.25;
-  TimeInterval delay = 0;
-  AnimationCurve curve;
+  TimeInterval duration = 0.25; ///< in seconds; 0: changes take effect at once
+  TimeInterval delay = 0;       ///< seconds until they begin to move
+  AnimationCurve curve;         ///< one for all
   /// Comes once on the main queue, when every animation of the group has ended; `finished` is false
   /// if one was cut short.
   std::function<void(bool finished)> completion;
@@ -82,8 +86,10 @@ public:
   void run(const std::function<void()>& changes);
 
   // For layers.
+  /// @cond
   void added() { running_++; }
   void ended(bool finished);
+  /// @endcond
 
 private:
   int running_ = 0;
@@ -93,14 +99,18 @@ private:
 
 /// One property on its way.
 struct ZUVI_API CABasicAnimation {
-  LayerProperty property = LayerProperty::Opacity;
+  LayerProperty property = LayerProperty::Opacity; ///< what moves
+  /// @{
+  /// Where it begins and ends, as `layerValue` gives it.
   LayerValue from{}, to{};
-  TimeInterval beginTime = 0; ///< on the main queue's clock
-  TimeInterval duration = 0.25;
-  AnimationCurve curve;
-  bool repeatsForever = false;
+  /// @}
+  TimeInterval beginTime = 0;            ///< on the main queue's clock
+  TimeInterval duration = 0.25;          ///< in seconds; of one round when it repeats
+  AnimationCurve curve;                  ///< of each round
+  bool repeatsForever = false;           ///< begins anew at `from`
   std::shared_ptr<AnimationGroup> group; ///< null when it stands alone
 
+  /// The value at a time of the main queue's clock; `from` before the start, `to` after the end.
   LayerValue valueAt(TimeInterval now) const;
 };
 

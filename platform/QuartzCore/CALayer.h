@@ -36,75 +36,135 @@ enum class ContentsGravity { Resize, ResizeAspect, ResizeAspectFill, Center };
 /// Main queue only.
 class ZUVI_API CALayer : public std::enable_shared_from_this<CALayer> {
 public:
+  /// Empty, without contents and without a superlayer.
   CALayer();
   virtual ~CALayer();
   CALayer(const CALayer&) = delete;
   CALayer& operator=(const CALayer&) = delete;
 
   // Tree
+  /// From back to front.
   const std::vector<std::shared_ptr<CALayer>>& sublayers() const { return sublayers_; }
+  /// Null at the top of a tree.
   CALayer* superlayer() const { return superlayer_; }
+  /// On top of the others. Null, this layer and those above it are ignored.
   void addSublayer(std::shared_ptr<CALayer> layer);
   /// An index past the end adds on top. A layer that is there already moves.
   void insertSublayer(std::shared_ptr<CALayer> layer, std::size_t index);
+  /// Its animations go on. Nothing happens at the top of a tree.
   void removeFromSuperlayer();
+  /// The surface that the tree shows on; null: none.
   LayerHost* host() const;
   /// For the surface that shows this layer as its root.
   void setHost(LayerHost* host);
 
   // Geometry
+  /// @{
+  /// The box around the layer in the superlayer's coordinates. Writing it sets the size of the
+  /// bounds and the position; the transform stays.
   CGRect frame() const;
   void setFrame(const CGRect& frame);
+  /// @}
+  /// @{
+  /// In the layer's own coordinates; an origin other than zero moves what is in it. Animatable.
   CGRect bounds() const { return bounds_; }
   void setBounds(const CGRect& bounds);
-  /// The centre, in the superlayer's coordinates.
+  /// @}
+  /// @{
+  /// The centre, in the superlayer's coordinates. Animatable.
   CGPoint position() const { return position_; }
   void setPosition(CGPoint position);
+  /// @}
+  /// @{
+  /// Applied about the centre; the identity at start. Animatable.
   CGAffineTransform transform() const { return transform_; }
   void setTransform(const CGAffineTransform& transform);
+  /// @}
   /// From this layer's coordinates to its superlayer's.
   CGAffineTransform transformToSuperlayer() const;
   /// The same as it is drawn at this moment.
   CGAffineTransform presentedTransformToSuperlayer() const;
 
   // Appearance
+  /// @{
+  /// From 0 to 1, which it is clamped to; 1 at start. Holds for the sublayers too. Animatable.
   double opacity() const { return opacity_; }
   void setOpacity(double opacity);
+  /// @}
+  /// @{
+  /// False at start. Nothing of a hidden layer or its sublayers is drawn.
   bool isHidden() const { return hidden_; }
   void setHidden(bool hidden);
+  /// @}
+  /// @{
+  /// Fills the rounded bounds; clear at start. Animatable.
   CGColor backgroundColor() const { return backgroundColor_; }
   void setBackgroundColor(const CGColor& color);
+  /// @}
+  /// @{
+  /// In points; 0 at start. Cuts sublayers only with `masksToBounds`. Animatable.
   double cornerRadius() const { return cornerRadius_; }
   void setCornerRadius(double radius);
+  /// @}
+  /// @{
+  /// In points, inside the bounds, over the sublayers; 0 at start: none.
   double borderWidth() const { return borderWidth_; }
   void setBorderWidth(double width);
+  /// @}
+  /// @{
+  /// Black at start. Animatable.
   CGColor borderColor() const { return borderColor_; }
   void setBorderColor(const CGColor& color);
-  /// Whether what lies outside the (rounded) bounds is cut off.
+  /// @}
+  /// @{
+  /// Whether sublayers are cut off at the rounded bounds; false at start.
   bool masksToBounds() const { return masksToBounds_; }
   void setMasksToBounds(bool masks);
+  /// @}
+  /// @{
+  /// Black at start; its alpha is multiplied by `shadowOpacity`.
   CGColor shadowColor() const { return shadowColor_; }
   void setShadowColor(const CGColor& color);
+  /// @}
+  /// @{
+  /// From 0 to 1; 0 at start: no shadow.
   double shadowOpacity() const { return shadowOpacity_; }
   void setShadowOpacity(double opacity);
+  /// @}
+  /// @{
+  /// How far the shadow is blurred, in points; 3 at start.
   double shadowRadius() const { return shadowRadius_; }
   void setShadowRadius(double radius);
+  /// @}
+  /// @{
+  /// How far the shadow lies to the right and below, in points; 3 above at start.
   CGSize shadowOffset() const { return shadowOffset_; }
   void setShadowOffset(CGSize offset);
-  /// The rounded rectangle that throws the shadow; absent: the bounds.
+  /// @}
+  /// A rounded rectangle that throws a shadow.
   struct RoundedRect {
-    CGRect rect;
-    double radius = 0;
+    CGRect rect;       ///< in the layer's coordinates
+    double radius = 0; ///< of the corners, in points
+    /// Exact, without any tolerance.
     bool operator==(const RoundedRect&) const = default;
   };
+  /// @{
+  /// What throws the shadow; absent, as at start: the rounded bounds.
   const std::optional<RoundedRect>& shadowPath() const { return shadowPath_; }
   void setShadowPath(std::optional<RoundedRect> path);
+  /// @}
 
   // Contents
+  /// @{
+  /// The picture over the background; null, as at start: none.
   const std::shared_ptr<const CGImage>& contents() const { return contents_; }
   void setContents(std::shared_ptr<const CGImage> image);
+  /// @}
+  /// @{
+  /// How `contents` fills the bounds; stretched at start.
   ContentsGravity contentsGravity() const { return contentsGravity_; }
   void setContentsGravity(ContentsGravity gravity);
+  /// @}
   /// What `draw` draws has changed.
   void setNeedsDisplay();
   /// Draws this layer's own contents over background and `contents`, below its border and
@@ -115,18 +175,28 @@ public:
   /// Adds or replaces the animation of that key. One that repeats for ever runs until it is removed
   /// and survives leaving and entering a window.
   void addAnimation(const std::string& key, CABasicAnimation animation);
+  /// @{
+  /// The layer shows the model value at once; the animation's group hears that it was cut short.
   void removeAnimation(const std::string& key);
   void removeAllAnimations();
+  /// @}
   /// The running animation of that key; null when there is none.
   const CABasicAnimation* animation(const std::string& key) const;
+  /// Also while an animation waits for its start.
   bool hasAnimations() const { return !animations_.empty(); }
+  /// Whether an animation moves that property, or waits to.
   bool isAnimating(LayerProperty property) const;
+  /// @{
+  /// What is drawn at this moment; the model value when nothing moves it.
   LayerValue presented(LayerProperty property) const;
   double presentedOpacity() const { return presented(LayerProperty::Opacity)[0]; }
+  /// @}
 
   // For the renderer.
+  /// @cond
   struct Cache;
   Cache& cache() { return *cache_; }
+  /// @endcond
 
 protected:
   /// Only the place of this layer in its superlayer has changed.

@@ -7,9 +7,9 @@ namespace zuvi {
 /// A key going down. `name` is "Tab", "Return", "space", "Escape", "BackSpace", "Left" and so on;
 /// `text` is what it types, empty for none.
 struct KeyPress {
-  std::string name;
-  std::string text;
-  bool shift = false;
+  std::string name;   ///< the key's, as the window system calls it
+  std::string text;   ///< UTF-8
+  bool shift = false; ///< whether Shift is held
 };
 
 } // namespace zuvi

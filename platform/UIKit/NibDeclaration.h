@@ -25,6 +25,7 @@ public:
                         }});
   }
 
+  /// `field` gets the constraint of that outlet.
   void outlet(const std::string& name, std::weak_ptr<NSLayoutConstraint>& field) {
     constraints_.push_back({name, &field});
   }

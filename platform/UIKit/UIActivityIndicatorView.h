@@ -9,13 +9,20 @@ namespace zuvi {
 /// A turning arc: something is under way. Hidden while it stands still.
 class ZUVI_API UIActivityIndicatorView : public UIView {
 public:
+  /// Standing still, and so hidden.
   UIActivityIndicatorView();
 
+  /// @{
+  /// Shows the arc and turns it until it is stopped, also where it leaves its window meanwhile.
   void startAnimating();
   void stopAnimating();
   bool isAnimating() const { return animating_; }
+  /// @}
+  /// @{
+  /// Of the arc; a middle grey at start.
   UIColor color() const { return color_; }
   void setColor(const UIColor& color);
+  /// @}
 
   void layoutSubviews() override;
   CGSize intrinsicContentSize() const override { return {36, 36}; }

@@ -9,22 +9,29 @@
 
 namespace zuvi {
 
+/// One answer of an alert.
 struct UIAlertAction {
+  /// The way out, which Escape takes, is `Cancel`.
   enum class Style { Default, Cancel };
-  std::string title;
-  Style style = Style::Default;
+  std::string title;             ///< of its button
+  Style style = Style::Default;  ///< shown in a heavier face for `Cancel`
   std::function<void()> handler; ///< may be empty; comes once the alert has begun to leave
 };
 
 /// A short question over everything, with its answers.
 class ZUVI_API UIAlertController final : public UIViewController {
 public:
+  /// An empty text is left out. Show it with `present`.
   UIAlertController(std::string title, std::string message);
 
+  /// Buttons stand below one another in this order. Only before the alert is presented.
   void addAction(UIAlertAction action) { actions_.push_back(std::move(action)); }
+  /// @{
+  /// As it was given.
   const std::string& title() const { return title_; }
   const std::string& message() const { return message_; }
   const std::vector<UIAlertAction>& actions() const { return actions_; }
+  /// @}
   /// As if the person had tapped that answer.
   void choose(std::size_t index);
 

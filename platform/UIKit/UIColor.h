@@ -8,6 +8,7 @@
 
 namespace zuvi {
 
+/// A colour as views take it.
 using UIColor = CGColor;
 
 /// "#RRGGBB" or "#RRGGBBAA" as nibs write it; absent for anything else.

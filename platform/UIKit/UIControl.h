@@ -9,6 +9,7 @@
 
 namespace zuvi {
 
+/// What a control tells its targets.
 enum class UIControlEvent {
   TouchDown,
   TouchUpInside,
@@ -20,14 +21,23 @@ enum class UIControlEvent {
 /// A view that acts when it is touched, or when Space or Return is pressed while it has the focus.
 class ZUVI_API UIControl : public UIView {
 public:
+  /// @cond
   using UIView::UIView;
+  /// @endcond
 
   /// `target` holds its receiver weakly, or is owned by it.
   void addTarget(UIControlEvent event, std::function<void()> target);
+  /// Calls the targets of that event in the order in which they were added; they may take the
+  /// control off the screen.
   void sendActions(UIControlEvent event);
 
+  /// @{
+  /// True at start. Disabling ends a touch under way; a disabled control is not heard and takes no
+  /// focus.
   bool isEnabled() const { return enabled_; }
   virtual void setEnabled(bool enabled);
+  /// @}
+  /// Whether a finger is down on it, or within its reach.
   bool isHighlighted() const { return highlighted_; }
   /// While a finger is down on it. Runs also when the value does not change.
   virtual void setHighlighted(bool highlighted);

@@ -4,6 +4,7 @@
 
 namespace zuvi {
 
+/// A font as views take it.
 using UIFont = CTFont;
 
 } // namespace zuvi

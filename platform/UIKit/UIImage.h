@@ -35,6 +35,7 @@ public:
   const std::string& name() const { return name_; }
   /// The series; empty for a single picture.
   const std::vector<std::shared_ptr<const UIImage>>& images() const { return images_; }
+  /// Seconds of one round of the series; 0 for a single picture.
   double duration() const { return duration_; }
 
   /// Pixels for an area of that size in points at that scale. Null when there is nothing to show.

@@ -10,9 +10,13 @@ namespace zuvi {
 /// Shows a picture in the view's content mode; a series plays while the view is on a window.
 class ZUVI_API UIImageView : public UIView {
 public:
+  /// @{
+  /// Of no size until layout or `setFrame` gives it one. Touches go through it.
   UIImageView();
   explicit UIImageView(std::shared_ptr<const UIImage> image);
+  /// @}
 
+  /// Null at start.
   const std::shared_ptr<const UIImage>& image() const { return image_; }
   /// Null shows nothing.
   void setImage(std::shared_ptr<const UIImage> image);

@@ -14,22 +14,35 @@ namespace zuvi {
 /// Text to read, on one line or more.
 class ZUVI_API UILabel : public UIView {
 public:
+  /// @{
+  /// Empty, on one line, in the system's face at 17 points.
   UILabel();
   explicit UILabel(const CGRect& frame);
+  /// @}
 
   /// Absent shows nothing.
   std::optional<std::string> text() const;
+  /// UTF-8.
   void setText(std::optional<std::string> text);
   /// Text with colours of its own; `setText` takes them away.
   const std::optional<AttributedString>& attributedText() const { return text_; }
+  /// Absent shows nothing.
   void setAttributedText(std::optional<AttributedString> text);
+  /// Never null.
   const std::shared_ptr<const UIFont>& font() const { return font_; }
   /// Null takes the system's face at 17 points.
   void setFont(std::shared_ptr<const UIFont> font);
+  /// @{
+  /// Of all text that has no colour of its own; a dark blue at start.
   UIColor textColor() const { return color_; }
   void setTextColor(const UIColor& color);
+  /// @}
+  /// @{
+  /// Left at start.
   NSTextAlignment textAlignment() const { return alignment_; }
   void setTextAlignment(NSTextAlignment alignment);
+  /// @}
+  /// 1 at start.
   int numberOfLines() const { return lines_; }
   /// 0: as many as it takes.
   void setNumberOfLines(int lines);

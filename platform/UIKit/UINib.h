@@ -31,9 +31,10 @@ public:
   /// The view, or why the nib was refused: one line with file, line and name.
   struct Result {
     std::shared_ptr<UIView> view; ///< null when refused
-    std::string error;
+    std::string error;            ///< empty when there is a view
   };
 
+  /// The file NAME.xml of that bundle, read at each instantiation.
   UINib(std::string name, std::shared_ptr<const Bundle> bundle)
       : name_(std::move(name)), bundle_(std::move(bundle)) {}
 
@@ -48,6 +49,7 @@ public:
   /// Makes a class known by name, for all nibs.
   static void registerClass(const std::string& name,
                             std::function<std::shared_ptr<UIView>()> factory);
+  /// The same for a class that is made without arguments.
   template <class View> static void registerClass(const std::string& name) {
     registerClass(name, [] { return make<View>(); });
   }

@@ -25,20 +25,25 @@ public:
 /// The one surface on which the windows stack. Main queue only.
 class ZUVI_API UIScreen final : public LayerHost {
 public:
+  /// 375 x 812 points at two pixels a point until somebody shows it.
   static UIScreen& main();
 
   /// In points.
   CGRect bounds() const { return {0, 0, size_.width, size_.height}; }
   /// Pixels a point.
   double scale() const { return scale_; }
+  /// How far bars and notches reach in from each edge, in points.
   UIEdgeInsets safeAreaInsets() const { return safeArea_; }
 
   // For whoever shows the screen.
+  /// Windows take the new size at once. Sizes that are not positive change nothing.
   void configure(CGSize size, double scale, UIEdgeInsets safeArea = {});
+  /// Null: nobody shows the screen, and nothing is drawn.
   void setSurface(ScreenSurface* surface);
   /// The person's wish for larger text; kept between 1 and `largestText`.
   void setTextScale(double scale);
-  static constexpr double largestText = 1.5;
+  static constexpr double largestText = 1.5; ///< above it the flow's texts no longer fit
+  /// What is drawn; the windows' layers are its sublayers.
   CALayer& rootLayer() { return *root_; }
   /// Lays out all windows; before drawing, and by itself in the next turn of the main queue after
   /// something was marked.
@@ -49,9 +54,15 @@ public:
   // For windows and views.
   /// From back to front.
   const std::vector<UIWindow*>& windows() const { return windows_; }
+  /// @{
+  /// Puts the window above all others of its level, or takes it off; hosts call
+  /// `UIWindow::setVisible`.
   void show(UIWindow& window);
   void hide(UIWindow& window);
+  /// @}
+  /// Lays out all windows in the next turn of the main queue.
   void setNeedsLayout();
+  /// Speaks the text where the surface can; hosts call `UIAccessibility::post`.
   void announce(const std::string& text);
 
   void setNeedsFrame() override;

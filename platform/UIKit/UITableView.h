@@ -16,33 +16,41 @@ class UITableView;
 /// One row. It is laid out anew and given new contents each time it is used.
 class ZUVI_API UITableViewCell : public UIView {
 public:
+  /// Empty; rows are usually made from a nib whose topmost view is a subclass.
   UITableViewCell() { accessibilityRole = UIAccessibilityRole::ListItem; }
 
-  std::string reuseIdentifier;
+  std::string reuseIdentifier; ///< for which rows it is used again
 };
 
+/// Who knows what a table shows. Main queue.
 class ZUVI_API UITableViewDataSource {
 public:
   virtual ~UITableViewDataSource() = default;
+  /// Asked once at each `UITableView::reloadData`.
   virtual std::size_t numberOfRows(UITableView& table) = 0;
+  /// The row with its contents, best from `UITableView::dequeueReusableCell`; asked when it comes
+  /// in sight. Null leaves its place empty.
   virtual std::shared_ptr<UITableViewCell> cellForRow(UITableView& table, std::size_t row) = 0;
 };
 
+/// Who knows how a table looks. Main queue.
 class ZUVI_API UITableViewDelegate {
 public:
   virtual ~UITableViewDelegate() = default;
-  /// In points.
+  /// In points; asked for every row at each `UITableView::reloadData`.
   virtual double heightForRow(UITableView&, std::size_t) { return 44; }
 };
 
 /// Rows below one another. Only those in sight are made; rows that leave are used again.
 class ZUVI_API UITableView : public UIScrollView {
 public:
+  /// Shows nothing before `reloadData`.
   UITableView() { accessibilityRole = UIAccessibilityRole::List; }
 
-  std::weak_ptr<UITableViewDataSource> dataSource;
-  std::weak_ptr<UITableViewDelegate> delegate;
+  std::weak_ptr<UITableViewDataSource> dataSource; ///< absent: there are no rows
+  std::weak_ptr<UITableViewDelegate> delegate;     ///< absent: rows are 44 points high
 
+  /// Which nib makes the rows of that identifier; it replaces an earlier one.
   void registerNib(UINib nib, const std::string& reuseIdentifier);
   /// A row of that kind, used or new; null when the nib was refused or none is registered.
   std::shared_ptr<UITableViewCell> dequeueReusableCell(const std::string& reuseIdentifier);

@@ -16,7 +16,9 @@ namespace zuvi {
 class UINavigationController;
 class UITabBarController;
 
+/// Whether what lies below is taken off the screen, and hears so, or stays in sight.
 enum class UIModalPresentationStyle { FullScreen = 0, OverCurrentContext = 6 };
+/// How it comes and goes: from below in 0.45 seconds, or by fading in 0.25.
 enum class UIModalTransitionStyle { CoverVertical = 0, CrossDissolve = 2 };
 
 /// One screen, or a frame around screens. Made with `make<...>()`, held by the stack or window that
@@ -27,6 +29,7 @@ enum class UIModalTransitionStyle { CoverVertical = 0, CrossDissolve = 2 };
 /// ended.
 class ZUVI_API UIViewController : public std::enable_shared_from_this<UIViewController> {
 public:
+  /// The view is an empty one unless `loadView` makes another.
   UIViewController() = default;
   /// The view comes from that nib when it is first asked for.
   UIViewController(std::string nibName, std::shared_ptr<const Bundle> bundle);
@@ -36,45 +39,70 @@ public:
 
   /// Loads the view on first use. A nib that is refused prints why and leaves an empty view.
   const std::shared_ptr<UIView>& view();
+  /// Asks without loading.
   bool isViewLoaded() const { return view_ != nullptr; }
+  /// For `loadView`. Null: the view is loaded anew when it is next asked for.
   void setView(std::shared_ptr<UIView> view);
 
   // Hooks; an override calls its base class first.
+  /// Makes the view and hands it to `setView`; the base class reads the nib. An override that does
+  /// it all by itself need not call it.
   virtual void loadView();
+  /// Once for each view that was loaded, before it is on a window.
   virtual void viewDidLoad() {}
+  /// @{
+  /// The pairs that the class speaks of; true when a movement lies between the two calls.
   virtual void viewWillAppear(bool animated);
   virtual void viewDidAppear(bool) {}
   virtual void viewWillDisappear(bool) {}
   virtual void viewDidDisappear(bool) {}
+  /// @}
+  /// @{
+  /// Before and after each layout of the root view; frames are set in the second.
   virtual void viewWillLayoutSubviews() {}
   virtual void viewDidLayoutSubviews() {}
+  /// @}
   /// What the nib of this screen has to connect.
   virtual void declareNib(NibDeclaration&) {}
   /// The control that leads on, which keys are to reach first; null: none.
   virtual UIView* preferredFocusView() { return nullptr; }
   /// Escape: leads back or closes. False when there is no way out.
   virtual bool accessibilityPerformEscape() { return false; }
+  /// Kept for hosts that turn the screen; the kit never does.
   virtual bool shouldAutorotate() const { return true; }
   /// A mask of orientations; portrait is 2.
   virtual unsigned supportedInterfaceOrientations() const { return 2; }
+  /// An orientation by number; portrait is 1.
   virtual int preferredInterfaceOrientationForPresentation() const { return 1; }
 
   // Containment
+  /// The frame around this screen; null: none.
   UIViewController* parent() const { return parent_; }
+  /// In the order in which they were added.
   const std::vector<std::shared_ptr<UIViewController>>& children() const { return children_; }
+  /// @{
+  /// Ties and unties the two; their views are the container's to place.
   void addChild(std::shared_ptr<UIViewController> child);
   void removeFromParent();
+  /// @}
+  /// @{
+  /// The nearest one around this screen; null: none.
   UINavigationController* navigationController() const;
   UITabBarController* tabBarController() const;
+  /// @}
   /// Pushes onto the nearest stack; without one, presents.
   void show(std::shared_ptr<UIViewController> controller);
 
   // Presentation
+  /// @{
+  /// How this screen is laid over another; read when it is presented and when it leaves.
   UIModalPresentationStyle modalPresentationStyle = UIModalPresentationStyle::FullScreen;
   UIModalTransitionStyle modalTransitionStyle = UIModalTransitionStyle::CoverVertical;
+  /// @}
   /// What this screen, or the frame that it stands in, has presented; one on its way out no longer
   /// counts.
   std::shared_ptr<UIViewController> presentedViewController() const;
+  /// Who presented this screen, or the frame that it stands in; null: nobody.
   UIViewController* presentingViewController() const;
   /// Lays `controller` over this screen. When something is presented already, or nothing of this
   /// screen is on a window, it prints a line and does nothing more.
@@ -85,11 +113,16 @@ public:
   void dismiss(bool animated, std::function<void()> completion = {});
 
   // For containers
+  /// Where a screen stands between its appearance calls.
   enum class Appearance { Disappeared, Appearing, Appeared, Disappearing };
+  /// Disappeared at start.
   Appearance appearance() const { return appearance_; }
-  /// Passes the calls on to the children that are on show.
+  /// @{
+  /// Makes the first and the second call of a pair, on this screen and on its children that are on
+  /// show. A call that would repeat itself is left out.
   void beginAppearanceTransition(bool appearing, bool animated);
   void endAppearanceTransition();
+  /// @}
 
 protected:
   /// Which children appear and disappear with this one: all of them, unless a container says else.

@@ -17,20 +17,24 @@ enum class WKNavigationType { LinkActivated, FormSubmitted, BackForward, Reload,
 
 /// Where a page wants to go.
 struct WKNavigationAction {
-  WKNavigationType navigationType = WKNavigationType::Other;
-  std::optional<URL> url;     ///< absent when it is no address
-  bool hasTargetFrame = true; ///< false: it asks for a new window
+  WKNavigationType navigationType = WKNavigationType::Other; ///< why
+  std::optional<URL> url;                                    ///< absent when it is no address
+  bool hasTargetFrame = true;                                ///< false: it asks for a new window
 };
 
+/// Whether the page may go there.
 enum class WKNavigationActionPolicy { Cancel, Allow };
 
 /// Decides where a page may go and hears how it fared. Main queue.
 class ZUVI_API WKNavigationDelegate {
 public:
   virtual ~WKNavigationDelegate() = default;
+  /// Asked before each load, also of redirects and frames; everything is allowed unless an override
+  /// says else.
   virtual WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction&) {
     return WKNavigationActionPolicy::Allow;
   }
+  /// The page and what belongs to it have been loaded.
   virtual void didFinish(WKWebView&) {}
   /// After the page had begun to show.
   virtual void didFail(WKWebView&, const Error&) {}

@@ -26,6 +26,7 @@ namespace zuvi {
 /// only.
 class ZUVI_API WKWebView : public UIView, private WebPageClient {
 public:
+  /// The configuration is copied; its content controller is shared.
   WKWebView(const CGRect& frame, const WKWebViewConfiguration& configuration);
   ~WKWebView() override;
 
@@ -34,32 +35,37 @@ public:
   /// Begins to load the engine, aside, so that the first page finds it there.
   static void prepare();
 
-  std::weak_ptr<WKNavigationDelegate> navigationDelegate;
-  std::weak_ptr<WKUIDelegate> uiDelegate;
+  std::weak_ptr<WKNavigationDelegate> navigationDelegate; ///< absent: all is allowed
+  std::weak_ptr<WKUIDelegate> uiDelegate;                 ///< absent: no windows are opened
 
   /// Stands for the page's own scrolling; holds the limits of its zoom, which is never possible
   /// here: a page stays at its own size.
   const std::shared_ptr<UIScrollView>& scrollView() const { return scrollView_; }
-  /// False: the page is drawn over the view's background instead of its own white.
+  /// @{
+  /// True at start. False: the page is drawn over the view's background instead of its own white.
   bool isOpaque() const { return opaque_; }
   void setOpaque(bool opaque);
-  /// Empty: the engine's own.
+  /// @}
+  /// @{
+  /// Empty, as at start: the engine's own.
   const std::string& customUserAgent() const { return customUserAgent_; }
   void setCustomUserAgent(const std::string& userAgent);
+  /// @}
 
   /// Only an address and headers: a request with a body, and one for a file, fails.
   void load(const URLRequest& request);
   /// Nothing happens before the first load.
   void reload();
-  /// Runs `script` in the page. `completion`, if any, comes once, with the result or the error; a
-  /// result without a form in `Value`, such as a function, is an error.
+  /// Brings the result of a script, or why there is none.
   using ScriptCompletion =
       std::function<void(std::optional<Value> result, std::optional<Error> error)>;
+  /// Runs `script` in the page. `completion`, if any, comes once, with the result or the error; a
+  /// result without a form in `Value`, such as a function, is an error.
   void evaluateJavaScript(const std::string& script, ScriptCompletion completion = {});
 
-  /// Of the page; absent before the first load has begun. A title may come a moment after the page
-  /// has finished.
+  /// Of the page; absent before the first load has begun.
   std::optional<URL> url() const;
+  /// Of the page; empty where it has none. It may come a moment after the page has finished.
   std::string title() const;
 
   /// What the page shows at this moment, from its top left corner, as a picture of that size in

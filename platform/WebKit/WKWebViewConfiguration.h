@@ -10,25 +10,28 @@
 
 namespace zuvi {
 
+/// Before anything of the page is there, or once its document is.
 enum class WKUserScriptInjectionTime { AtDocumentStart, AtDocumentEnd };
 
 /// A script of the program's own that runs in every page.
 struct WKUserScript {
-  std::string source;
+  std::string source; ///< JavaScript
+  /// When it runs in each page.
   WKUserScriptInjectionTime injectionTime = WKUserScriptInjectionTime::AtDocumentStart;
-  bool forMainFrameOnly = true;
+  bool forMainFrameOnly = true; ///< false: in each frame of a page
 };
 
 /// What a page posted through `window.webkit.messageHandlers.<name>.postMessage(body)`.
 struct WKScriptMessage {
-  std::string name;
-  Value body;
+  std::string name; ///< of the handler
+  Value body;       ///< what was posted
 };
 
 /// Hears what pages post. Main queue.
 class ZUVI_API WKScriptMessageHandler {
 public:
   virtual ~WKScriptMessageHandler() = default;
+  /// Comes in the order in which the page posted.
   virtual void didReceiveScriptMessage(const WKScriptMessage& message) = 0;
 };
 
@@ -36,22 +39,29 @@ public:
 /// made afterwards.
 class WKUserContentController {
 public:
+  /// Scripts run in the order in which they were added.
   void addUserScript(WKUserScript script) { userScripts_.push_back(std::move(script)); }
+  /// Makes `name` known to pages; an earlier handler of that name is replaced.
   void addScriptMessageHandler(std::weak_ptr<WKScriptMessageHandler> handler,
                                const std::string& name) {
     handlers_[name] = std::move(handler);
   }
+  /// @{
+  /// What was added so far.
   const std::vector<WKUserScript>& userScripts() const { return userScripts_; }
   const std::map<std::string, std::weak_ptr<WKScriptMessageHandler>>& handlers() const {
     return handlers_;
   }
+  /// @}
 
 private:
   std::vector<WKUserScript> userScripts_;
   std::map<std::string, std::weak_ptr<WKScriptMessageHandler>> handlers_;
 };
 
+/// What a web view is made with.
 struct WKWebViewConfiguration {
+  /// Never null. What is added to it after a page was made is not for that page.
   std::shared_ptr<WKUserContentController> userContentController =
       std::make_shared<WKUserContentController>();
 };

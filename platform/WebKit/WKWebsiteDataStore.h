@@ -16,9 +16,11 @@ struct WKWebsiteDataRecord {
 /// What sites left on this machine. Completions come once, on the main queue.
 class ZUVI_API WKWebsiteDataStore {
 public:
+  /// The one that all web views use.
   static WKWebsiteDataStore& defaultStore();
   /// Data of all types.
   void fetchDataRecords(std::function<void(std::vector<WKWebsiteDataRecord>)> completion);
+  /// Data of all types of those sites, by name; a name that is not there is ignored.
   void removeData(std::vector<WKWebsiteDataRecord> records, std::function<void()> completion);
 };
 

@@ -15,8 +15,13 @@ namespace zuvi {
 /// The door to the support chat, a page that floats in a window of its own. Main queue only.
 class ZUVI_API LiveChat {
 public:
-  // Whose chat it is, and who the visitor is. Nothing takes effect before there is a license.
+  /// @{
+  /// Whose chat it is, and who the visitor is. Absent at start; an absent group is "0", an absent
+  /// name or e-mail address is left empty. Nothing takes effect before there is a license; a change
+  /// makes the page load anew a moment later.
   static Observed<std::optional<std::string>> licenseId, groupId, name, email;
+  /// @}
+  /// Who hears of the chat, held weakly.
   static Observed<std::weak_ptr<LiveChatDelegate>> delegate;
 
   /// What `setVariable` has gathered; absent before its first call.
@@ -24,7 +29,9 @@ public:
   /// Has no effect: variables are set one by one.
   static void setAllCustomVariables(const std::optional<CustomVariables>& variables);
 
+  /// True from when the chat has come all the way in until it has gone.
   static bool isChatPresented();
+  /// How many messages came since the chat was last opened or closed; remembered from run to run.
   static int unreadMessagesCount();
 
   /// Tells the page, as a custom variable.

@@ -5,15 +5,17 @@
 
 namespace zuvi {
 
+/// What the page is told about the visitor, by name.
 using CustomVariables = std::map<std::string, std::string>;
 
 /// Whose chat it is, and who the visitor is.
 struct LiveChatConfiguration {
-  std::string licenseId;
-  std::string groupId = "0";
-  std::string name = {};
-  std::string email = {};
+  std::string licenseId;     ///< of the chat's account
+  std::string groupId = "0"; ///< the team that answers; "0" unless the host names one
+  std::string name = {};     ///< of the visitor; empty: unknown
+  std::string email = {};    ///< of the visitor; empty: unknown
 
+  /// Equal when all fields are.
   bool operator==(const LiveChatConfiguration&) const = default;
 };
 

@@ -15,8 +15,11 @@ namespace zuvi {
 /// registering, by its class name. Main queue only.
 class ZUVI_API ZVKYCButton : public UIButton {
 public:
+  /// @{
+  /// Without a frame the button is empty until layout or `setFrame` gives it a size.
   ZVKYCButton();
   explicit ZVKYCButton(const CGRect& frame);
+  /// @}
 
   /// The text. The default follows the merchant's language; one that the host sets stays.
   Observed<std::string> title;

@@ -1,6 +1,12 @@
 #pragma once
 
-// All that a host uses. The headers that this one reaches are the public ones.
+/// @namespace zuvi
+/// All that a host uses is in this namespace. `ZVKYC` is the door to the flow, `ZVKYCButton` starts
+/// it, `ZVKYCDelegate` hears how it ended; `LiveChat` is the support chat, `HostCameraProvider`
+/// puts cameras in the place of the machine's. The rest is what screens of the host's own are made
+/// of, from `UIView` and `UIViewController` up.
+/// // Classes whose objects are held by shared pointers are made with `make`. Delegates are held
+/// weakly: the host keeps them alive.
 
 // The flow: its door, its button, how it ends, where its services are.
 #include "kit/Main/Private/ZVEndpoints.h"
