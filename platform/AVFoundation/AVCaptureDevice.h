@@ -46,8 +46,8 @@ public:
   /// For providers and tests; hosts take a camera from `devices`.
   AVCaptureDevice(std::shared_ptr<CameraProvider> provider, CameraDescription description);
 
-  /// @{
   /// As the provider described the camera when it was listed.
+  /// @{
   AVCaptureDevicePosition position() const { return description_.position; }
   const std::string& uniqueID() const { return description_.uniqueID; }
   const std::string& localizedName() const { return description_.localizedName; }

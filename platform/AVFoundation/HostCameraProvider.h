@@ -37,8 +37,8 @@ ZUVI_API std::variant<CameraPermission, Error> parseCameraPermission(const std::
 
 /// What a host's own code decides about its cameras.
 struct HostCameras {
-  /// @{
   /// One device may be both.
+  /// @{
   CameraSourceDescription front, back;
   /// @}
   CameraPermission permission = CameraPermission::Authorized; ///< what the kit is told

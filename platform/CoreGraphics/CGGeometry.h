@@ -8,8 +8,8 @@ namespace zuvi {
 
 /// A place. All lengths here are points; x grows to the right, y downwards.
 struct CGPoint {
-  /// @{
   /// In points.
+  /// @{
   double x = 0, y = 0;
   /// @}
   /// Exact, without any tolerance.
@@ -18,8 +18,8 @@ struct CGPoint {
 
 /// A width and a height. What computes sizes may give a negative side where it has no wish.
 struct CGSize {
-  /// @{
   /// In points.
+  /// @{
   double width = 0, height = 0;
   /// @}
   /// Exact, without any tolerance.
@@ -28,13 +28,13 @@ struct CGSize {
 
 /// A rectangle by its top left corner and its size.
 struct CGRect {
-  /// @{
   /// In points.
+  /// @{
   double x = 0, y = 0, width = 0, height = 0;
   /// @}
 
-  /// @{
   /// An edge or the middle, in points.
+  /// @{
   double minX() const { return x; }
   double minY() const { return y; }
   double midX() const { return x + width / 2; }
@@ -42,8 +42,8 @@ struct CGRect {
   double maxX() const { return x + width; }
   double maxY() const { return y + height; }
   /// @}
-  /// @{
   /// The top left corner, the size, the middle.
+  /// @{
   CGPoint origin() const { return {x, y}; }
   CGSize size() const { return {width, height}; }
   CGPoint center() const { return {midX(), midY()}; }
@@ -68,8 +68,8 @@ ZUVI_API CGRect CGRectUnion(const CGRect& a, const CGRect& b);
 
 /// How far something reaches in from each edge.
 struct UIEdgeInsets {
-  /// @{
   /// In points.
+  /// @{
   double top = 0, left = 0, bottom = 0, right = 0;
   /// @}
   /// Exact, without any tolerance.
@@ -78,14 +78,14 @@ struct UIEdgeInsets {
 
 /// Moves, turns, scales and shears the plane: x' = a x + c y + tx, y' = b x + d y + ty.
 struct ZUVI_API CGAffineTransform {
-  /// @{
   /// The identity at start.
+  /// @{
   double a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;
   /// @}
 
-  /// @{
   /// Moves by points, scales about the origin, or turns about it (radians, clockwise on the
   /// screen).
+  /// @{
   static CGAffineTransform translation(double x, double y) { return {1, 0, 0, 1, x, y}; }
   static CGAffineTransform scale(double x, double y) { return {x, 0, 0, y, 0, 0}; }
   static CGAffineTransform rotation(double radians);

@@ -21,8 +21,8 @@ class ZUVI_API DispatchQueue {
 public:
   virtual ~DispatchQueue() = default;
 
-  /// @{
   /// The one queue of its kind, made on first use.
+  /// @{
   static class MainQueue& main();
   static DispatchQueue& global();
   /// @}
@@ -32,7 +32,8 @@ public:
 };
 
 /// The main thread's queue. Somebody has to drive it: `MainLoop` in a program, `VirtualTime` in a
-/// test.
+/// test. `adoptCurrentThread`, `runDue`, `nextDeadline`, `waitForWork` and `removeAll` are for
+/// whoever does, on the main thread.
 class ZUVI_API MainQueue final : public DispatchQueue {
 public:
   MainQueue();
@@ -60,8 +61,6 @@ public:
 
   /// Whether the calling thread is the one that last ran work here (or made the queue).
   bool isCurrent() const;
-
-  // For whoever drives the queue, on the main thread.
 
   /// Makes the calling thread the main one.
   void adoptCurrentThread();

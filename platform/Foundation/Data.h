@@ -16,8 +16,8 @@ namespace zuvi {
 class ZUVI_API Data {
 public:
   Data() = default;
-  /// @{
   /// The bytes of a text, moved in, or of a list, copied.
+  /// @{
   explicit Data(std::string bytes);
   explicit Data(const std::vector<std::uint8_t>& bytes);
   /// @}
@@ -27,8 +27,8 @@ public:
   /// In bytes.
   std::size_t size() const { return size_; }
   bool empty() const { return size_ == 0; } ///< the same as a size of 0
-  /// @{
   /// The bytes; valid as long as this object or a copy of it lives. May be null when empty.
+  /// @{
   const std::uint8_t* bytes() const { return bytes_; }
   std::span<const std::uint8_t> span() const { return {bytes_, size_}; }
   /// @}

@@ -21,8 +21,8 @@ class NotificationObserver {
 public:
   /// Observes nothing.
   NotificationObserver() = default;
-  /// @{
   /// The observation goes along; what the target observed before ends.
+  /// @{
   NotificationObserver(NotificationObserver&&) noexcept = default;
   NotificationObserver& operator=(NotificationObserver&&) noexcept = default;
   /// @}

@@ -14,8 +14,8 @@ public:
   /// The observer belongs to one owner.
   Observed(const Observed&) = delete;
 
-  /// @{
   /// Stores the value, then runs the observer, on the writing thread.
+  /// @{
   Observed& operator=(T value) {
     value_ = std::move(value);
     observer_();
@@ -24,8 +24,8 @@ public:
   Observed& operator=(const Observed& other) { return *this = other.value_; }
   /// @}
 
-  /// @{
   /// The value as it was last written.
+  /// @{
   operator const T&() const { return value_; } // NOLINT: reads like the field that it is
   const T& operator*() const { return value_; }
   const T* operator->() const { return &value_; }

@@ -32,10 +32,10 @@ public:
   /// Values by key.
   using Dictionary = std::map<std::string, Value>;
 
-  /// @{
   /// Without an argument or from a null pointer: null. Everything else keeps its type; whole
   /// numbers become 64 bits wide, signed or unsigned. A null object is described as "nil".
-  Value() = default; // null
+  /// @{
+  Value() = default;
   Value(std::nullptr_t) {}
   template <std::same_as<bool> T> Value(T boolean) : value_(boolean) {}
   template <std::signed_integral T> Value(T number) : value_(std::int64_t{number}) {}
@@ -60,8 +60,8 @@ public:
   /// Whether `number` gives one.
   bool isNumber() const;
 
-  /// @{
   /// A pointer into this value, or null when it is of another type.
+  /// @{
   const bool* boolean() const { return std::get_if<bool>(&value_); }
   const std::string* string() const { return std::get_if<std::string>(&value_); }
   const List* list() const { return std::get_if<List>(&value_); }

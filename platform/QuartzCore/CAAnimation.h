@@ -26,8 +26,8 @@ enum class LayerProperty {
 /// The value of one property, as numbers that can be mixed.
 using LayerValue = std::array<double, 6>;
 
-/// @{
 /// The numbers of a value in the order of its fields; those that are left are 0.
+/// @{
 inline LayerValue layerValue(double v) {
   return {v};
 }
@@ -100,8 +100,8 @@ private:
 /// One property on its way.
 struct ZUVI_API CABasicAnimation {
   LayerProperty property = LayerProperty::Opacity; ///< what moves
-  /// @{
   /// Where it begins and ends, as `layerValue` gives it.
+  /// @{
   LayerValue from{}, to{};
   /// @}
   TimeInterval beginTime = 0;            ///< on the main queue's clock

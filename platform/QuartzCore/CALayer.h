@@ -59,24 +59,24 @@ public:
   void setHost(LayerHost* host);
 
   // Geometry
-  /// @{
   /// The box around the layer in the superlayer's coordinates. Writing it sets the size of the
   /// bounds and the position; the transform stays.
+  /// @{
   CGRect frame() const;
   void setFrame(const CGRect& frame);
   /// @}
-  /// @{
   /// In the layer's own coordinates; an origin other than zero moves what is in it. Animatable.
+  /// @{
   CGRect bounds() const { return bounds_; }
   void setBounds(const CGRect& bounds);
   /// @}
-  /// @{
   /// The centre, in the superlayer's coordinates. Animatable.
+  /// @{
   CGPoint position() const { return position_; }
   void setPosition(CGPoint position);
   /// @}
-  /// @{
   /// Applied about the centre; the identity at start. Animatable.
+  /// @{
   CGAffineTransform transform() const { return transform_; }
   void setTransform(const CGAffineTransform& transform);
   /// @}
@@ -86,58 +86,58 @@ public:
   CGAffineTransform presentedTransformToSuperlayer() const;
 
   // Appearance
-  /// @{
   /// From 0 to 1, which it is clamped to; 1 at start. Holds for the sublayers too. Animatable.
+  /// @{
   double opacity() const { return opacity_; }
   void setOpacity(double opacity);
   /// @}
-  /// @{
   /// False at start. Nothing of a hidden layer or its sublayers is drawn.
+  /// @{
   bool isHidden() const { return hidden_; }
   void setHidden(bool hidden);
   /// @}
-  /// @{
   /// Fills the rounded bounds; clear at start. Animatable.
+  /// @{
   CGColor backgroundColor() const { return backgroundColor_; }
   void setBackgroundColor(const CGColor& color);
   /// @}
-  /// @{
   /// In points; 0 at start. Cuts sublayers only with `masksToBounds`. Animatable.
+  /// @{
   double cornerRadius() const { return cornerRadius_; }
   void setCornerRadius(double radius);
   /// @}
-  /// @{
   /// In points, inside the bounds, over the sublayers; 0 at start: none.
+  /// @{
   double borderWidth() const { return borderWidth_; }
   void setBorderWidth(double width);
   /// @}
-  /// @{
   /// Black at start. Animatable.
+  /// @{
   CGColor borderColor() const { return borderColor_; }
   void setBorderColor(const CGColor& color);
   /// @}
-  /// @{
   /// Whether sublayers are cut off at the rounded bounds; false at start.
+  /// @{
   bool masksToBounds() const { return masksToBounds_; }
   void setMasksToBounds(bool masks);
   /// @}
-  /// @{
   /// Black at start; its alpha is multiplied by `shadowOpacity`.
+  /// @{
   CGColor shadowColor() const { return shadowColor_; }
   void setShadowColor(const CGColor& color);
   /// @}
-  /// @{
   /// From 0 to 1; 0 at start: no shadow.
+  /// @{
   double shadowOpacity() const { return shadowOpacity_; }
   void setShadowOpacity(double opacity);
   /// @}
-  /// @{
   /// How far the shadow is blurred, in points; 3 at start.
+  /// @{
   double shadowRadius() const { return shadowRadius_; }
   void setShadowRadius(double radius);
   /// @}
-  /// @{
   /// How far the shadow lies to the right and below, in points; 3 above at start.
+  /// @{
   CGSize shadowOffset() const { return shadowOffset_; }
   void setShadowOffset(CGSize offset);
   /// @}
@@ -148,20 +148,20 @@ public:
     /// Exact, without any tolerance.
     bool operator==(const RoundedRect&) const = default;
   };
-  /// @{
   /// What throws the shadow; absent, as at start: the rounded bounds.
+  /// @{
   const std::optional<RoundedRect>& shadowPath() const { return shadowPath_; }
   void setShadowPath(std::optional<RoundedRect> path);
   /// @}
 
   // Contents
-  /// @{
   /// The picture over the background; null, as at start: none.
+  /// @{
   const std::shared_ptr<const CGImage>& contents() const { return contents_; }
   void setContents(std::shared_ptr<const CGImage> image);
   /// @}
-  /// @{
   /// How `contents` fills the bounds; stretched at start.
+  /// @{
   ContentsGravity contentsGravity() const { return contentsGravity_; }
   void setContentsGravity(ContentsGravity gravity);
   /// @}
@@ -175,8 +175,8 @@ public:
   /// Adds or replaces the animation of that key. One that repeats for ever runs until it is removed
   /// and survives leaving and entering a window.
   void addAnimation(const std::string& key, CABasicAnimation animation);
-  /// @{
   /// The layer shows the model value at once; the animation's group hears that it was cut short.
+  /// @{
   void removeAnimation(const std::string& key);
   void removeAllAnimations();
   /// @}
@@ -186,8 +186,8 @@ public:
   bool hasAnimations() const { return !animations_.empty(); }
   /// Whether an animation moves that property, or waits to.
   bool isAnimating(LayerProperty property) const;
-  /// @{
   /// What is drawn at this moment; the model value when nothing moves it.
+  /// @{
   LayerValue presented(LayerProperty property) const;
   double presentedOpacity() const { return presented(LayerProperty::Opacity)[0]; }
   /// @}

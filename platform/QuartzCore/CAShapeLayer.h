@@ -9,15 +9,15 @@ namespace zuvi {
 /// A layer that shows an outline, filled and stroked.
 class ZUVI_API CAShapeLayer : public CALayer {
 public:
-  /// @{
   /// In the layer's coordinates; empty at start.
+  /// @{
   const CGPath& path() const { return path_; }
   void setPath(CGPath path);
   /// @}
   /// What counts as inside; non-zero at start.
   void setFillRule(DrawingContext::FillRule rule);
-  /// @{
   /// Black at start; clear: not filled.
+  /// @{
   CGColor fillColor() const { return fillColor_; }
   void setFillColor(const CGColor& color);
   /// @}

@@ -22,8 +22,8 @@ public:
   /// Pixels a point.
   double scale() const;
 
-  /// @{
   /// The rectangle, its corners rounded by that many points. An empty one draws nothing.
+  /// @{
   void fill(const CGRect& rect, const CGColor& color);
   void fill(const CGRect& rect, double cornerRadius, const CGColor& color);
   /// @}

@@ -11,8 +11,7 @@ namespace zuvi {
 
 /// A widget that shows `UIScreen::main()`, fits it to its own size and passes touches and keys on.
 /// One at a time. Call after `gtk_init`; the main queue is attached to the event loop by it.
-/// `safeArea` (top, right, bottom, left; points) is kept free of controls, as under a phone's
-/// notch.
+/// Margins of that many points are kept free of controls, as under a phone's notch.
 ZUVI_API GtkWidget* screenWidgetNew(double safeTop = 0, double safeRight = 0, double safeBottom = 0,
                                     double safeLeft = 0);
 

@@ -35,8 +35,8 @@ struct UIAccessibilityElement {
   std::string value;                                    ///< what it holds or how it stands
   bool enabled = true;                                  ///< whether it can be used now
   bool busy = false;                                    ///< something is under way in it
-  /// @{
   /// From 1, for what counts; no count: nothing to count.
+  /// @{
   int position = 0, count = 0;
   /// @}
 

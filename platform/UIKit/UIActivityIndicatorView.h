@@ -12,14 +12,14 @@ public:
   /// Standing still, and so hidden.
   UIActivityIndicatorView();
 
-  /// @{
   /// Shows the arc and turns it until it is stopped, also where it leaves its window meanwhile.
+  /// @{
   void startAnimating();
   void stopAnimating();
   bool isAnimating() const { return animating_; }
   /// @}
-  /// @{
   /// Of the arc; a middle grey at start.
+  /// @{
   UIColor color() const { return color_; }
   void setColor(const UIColor& color);
   /// @}

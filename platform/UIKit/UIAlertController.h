@@ -26,8 +26,8 @@ public:
 
   /// Buttons stand below one another in this order. Only before the alert is presented.
   void addAction(UIAlertAction action) { actions_.push_back(std::move(action)); }
-  /// @{
   /// As it was given.
+  /// @{
   const std::string& title() const { return title_; }
   const std::string& message() const { return message_; }
   const std::vector<UIAlertAction>& actions() const { return actions_; }

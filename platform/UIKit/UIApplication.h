@@ -15,8 +15,8 @@ class UIView;
 class UIViewController;
 class UIWindow;
 
-/// @{
 /// Posted when the program's window comes to the front or leaves it.
+/// @{
 inline constexpr const char* UIApplicationDidBecomeActiveNotification =
     "UIApplicationDidBecomeActiveNotification";
 inline constexpr const char* UIApplicationWillResignActiveNotification =
@@ -26,17 +26,17 @@ inline constexpr const char* UIApplicationWillResignActiveNotification =
 /// The address that leads to the settings of this program.
 inline constexpr const char* UIApplicationOpenSettingsURLString = "app-settings:";
 
-/// @{
 /// Posted by a host that has an on-screen keyboard when it is about to show or hide, or has moved;
 /// web pages and the chat then make room. The keys below say what the user info holds.
+/// @{
 inline constexpr const char* UIKeyboardWillShowNotification = "UIKeyboardWillShowNotification";
 inline constexpr const char* UIKeyboardWillHideNotification = "UIKeyboardWillHideNotification";
 inline constexpr const char* UIKeyboardDidChangeFrameNotification =
     "UIKeyboardDidChangeFrameNotification";
 /// @}
-/// @{
 /// The keyboard's frame on the screen before and after: dictionaries of x, y, width and height in
 /// points.
+/// @{
 inline constexpr const char* UIKeyboardFrameBeginUserInfoKey = "UIKeyboardFrameBeginUserInfoKey";
 inline constexpr const char* UIKeyboardFrameEndUserInfoKey = "UIKeyboardFrameEndUserInfoKey";
 /// @}
@@ -54,8 +54,8 @@ public:
   /// The one program, made on first use.
   static UIApplication& shared();
 
-  /// @{
   /// Over which the flow shows, null for none; see `UIWindow::makeKeyAndVisible`.
+  /// @{
   UIWindow* keyWindow() const { return keyWindow_; }
   void setKeyWindow(UIWindow* window) { keyWindow_ = window; }
   /// @}
@@ -82,9 +82,10 @@ public:
   /// From the window system; posts the notice when it changes.
   void setActive(bool active);
 
-  // Touches, at a point of the screen. While screens change places touches are not heard.
+  // Touches and keys
+  /// From the window system, one finger at a time, at a point of the screen. A second beginning
+  /// cancels the first. Not heard while screens change places.
   /// @{
-  /// From the window system, one finger at a time. A second beginning cancels the first.
   void touchBegan(CGPoint point);
   void touchMoved(CGPoint point);
   void touchEnded(CGPoint point);
@@ -95,8 +96,8 @@ public:
   /// To the view with the focus and those above it, or to what scrolls in the middle of the screen;
   /// then Tab moves the focus, and Escape goes to the screen on top.
   void keyPressed(const KeyPress& key);
-  /// @{
   /// Whether the person has used keys since the last touch. Then the focus follows the screens.
+  /// @{
   bool isKeyboardInUse() const { return keyboardInUse_; }
   void setKeyboardInUse(bool inUse) { keyboardInUse_ = inUse; }
   /// @}

@@ -17,8 +17,8 @@ enum class UIControlState { Normal, Highlighted, Disabled };
 /// one.
 class ZUVI_API UIButton : public UIControl {
 public:
-  /// @{
   /// Without title and picture, so nothing shows yet.
+  /// @{
   UIButton();
   explicit UIButton(const CGRect& frame);
   /// @}

@@ -31,9 +31,9 @@ public:
   /// control off the screen.
   void sendActions(UIControlEvent event);
 
-  /// @{
   /// True at start. Disabling ends a touch under way; a disabled control is not heard and takes no
   /// focus.
+  /// @{
   bool isEnabled() const { return enabled_; }
   virtual void setEnabled(bool enabled);
   /// @}

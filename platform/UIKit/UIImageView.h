@@ -10,8 +10,8 @@ namespace zuvi {
 /// Shows a picture in the view's content mode; a series plays while the view is on a window.
 class ZUVI_API UIImageView : public UIView {
 public:
-  /// @{
   /// Of no size until layout or `setFrame` gives it one. Touches go through it.
+  /// @{
   UIImageView();
   explicit UIImageView(std::shared_ptr<const UIImage> image);
   /// @}

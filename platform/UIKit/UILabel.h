@@ -14,8 +14,8 @@ namespace zuvi {
 /// Text to read, on one line or more.
 class ZUVI_API UILabel : public UIView {
 public:
-  /// @{
   /// Empty, on one line, in the system's face at 17 points.
+  /// @{
   UILabel();
   explicit UILabel(const CGRect& frame);
   /// @}
@@ -32,13 +32,13 @@ public:
   const std::shared_ptr<const UIFont>& font() const { return font_; }
   /// Null takes the system's face at 17 points.
   void setFont(std::shared_ptr<const UIFont> font);
-  /// @{
   /// Of all text that has no colour of its own; a dark blue at start.
+  /// @{
   UIColor textColor() const { return color_; }
   void setTextColor(const UIColor& color);
   /// @}
-  /// @{
   /// Left at start.
+  /// @{
   NSTextAlignment textAlignment() const { return alignment_; }
   void setTextAlignment(NSTextAlignment alignment);
   /// @}

@@ -32,8 +32,8 @@ public:
   /// it stood in the stack before; the same top hears nothing.
   void setViewControllers(std::vector<std::shared_ptr<UIViewController>> stack, bool animated);
 
-  /// @{
   /// The stack draws no bar of its own; hidden is all that it can be.
+  /// @{
   bool isNavigationBarHidden() const { return true; }
   void setNavigationBarHidden(bool, bool) {}
   /// @}

@@ -8,8 +8,8 @@ namespace zuvi {
 /// A row of dots, one of them marked.
 class ZUVI_API UIPageControl : public UIView {
 public:
-  /// @{
   /// 0 at start; a negative number counts as 0.
+  /// @{
   int numberOfPages() const { return pages_; }
   void setNumberOfPages(int pages);
   /// @}
@@ -17,8 +17,8 @@ public:
   int currentPage() const { return current_; }
   /// Clamped to the pages that there are.
   void setCurrentPage(int page);
-  /// @{
   /// Of the marked dot, blue at start, and of the others, light grey.
+  /// @{
   UIColor currentPageIndicatorTintColor() const { return currentTint_; }
   void setCurrentPageIndicatorTintColor(const UIColor& color);
   void setPageIndicatorTintColor(const UIColor& color);

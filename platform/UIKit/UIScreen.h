@@ -36,9 +36,10 @@ public:
   UIEdgeInsets safeAreaInsets() const { return safeArea_; }
 
   // For whoever shows the screen.
-  /// Windows take the new size at once. Sizes that are not positive change nothing.
+  /// For whoever shows the screen. Windows take the new size at once. Sizes that are not positive
+  /// change nothing.
   void configure(CGSize size, double scale, UIEdgeInsets safeArea = {});
-  /// Null: nobody shows the screen, and nothing is drawn.
+  /// What shows the screen; it outlives this or sets null. Null: nothing is drawn.
   void setSurface(ScreenSurface* surface);
   /// The person's wish for larger text; kept between 1 and `largestText`.
   void setTextScale(double scale);
@@ -54,9 +55,9 @@ public:
   // For windows and views.
   /// From back to front.
   const std::vector<UIWindow*>& windows() const { return windows_; }
-  /// @{
   /// Puts the window above all others of its level, or takes it off; hosts call
   /// `UIWindow::setVisible`.
+  /// @{
   void show(UIWindow& window);
   void hide(UIWindow& window);
   /// @}

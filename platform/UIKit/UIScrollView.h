@@ -11,14 +11,14 @@ public:
   /// Of no size and without contents; what lies outside its bounds is cut off.
   UIScrollView();
 
-  /// @{
   /// How far a person may shrink and enlarge the contents, where they can be zoomed at all; plain
   /// views can't.
+  /// @{
   double minimumZoomScale = 1, maximumZoomScale = 1;
   /// @}
 
-  /// @{
   /// In points; zero at start. A smaller one may move the offset.
+  /// @{
   CGSize contentSize() const { return contentSize_; }
   void setContentSize(CGSize size);
   /// @}
@@ -30,14 +30,14 @@ public:
   void scrollRectToVisible(const CGRect& rect);
   /// Whether there is more than is seen, and moving it is allowed.
   bool canScroll() const;
-  /// @{
   /// Whether finger, wheel and keys move the contents; true at start. `setContentOffset` always
   /// does.
+  /// @{
   bool isScrollEnabled() const { return scrollEnabled_; }
   void setScrollEnabled(bool enabled) { scrollEnabled_ = enabled; }
   /// @}
-  /// @{
   /// True at start. Only remembered: contents hear of a touch at once.
+  /// @{
   bool delaysContentTouches() const { return delaysContentTouches_; }
   void setDelaysContentTouches(bool delays) { delaysContentTouches_ = delays; }
   /// @}

@@ -12,8 +12,8 @@ namespace zuvi {
 /// One line of text that a person can edit.
 class ZUVI_API UITextField : public UIControl {
 public:
-  /// @{
   /// Empty, in the system's face at 17 points, without a frame around the text.
+  /// @{
   UITextField();
   explicit UITextField(const CGRect& frame);
   /// @}
@@ -30,9 +30,9 @@ public:
   /// Whether it has the focus.
   bool isEditing() const { return isFirstResponder(); }
 
-  /// @{
   /// Where in its bounds the text stands while it is not edited, and while it is; all of them
   /// unless a subclass says else.
+  /// @{
   virtual CGRect textRect(const CGRect& bounds) const { return bounds; }
   virtual CGRect editingRect(const CGRect& bounds) const { return bounds; }
   /// @}

@@ -39,10 +39,14 @@ enum UIViewAutoresizing : unsigned {
 
 /// A rectangle on the screen that draws, lays out its subviews and hears touches. Made with
 /// `make<...>()`. Main queue only.
+///
+/// Values that are called animatable move to what they are set to inside `animate`; read, they are
+/// what was set last. Where nothing else changes on the screen, what is written to the fields for
+/// assistive technology is seen after `UIAccessibility::post`.
 class ZUVI_API UIView : public std::enable_shared_from_this<UIView> {
 public:
-  /// @{
   /// Clear, visible, in no superview; an empty frame unless one is given.
+  /// @{
   UIView();
   explicit UIView(const CGRect& frame);
   /// @}
@@ -71,26 +75,26 @@ public:
   bool isDescendantOf(const UIView& other) const;
 
   // Geometry, in the superview's coordinates unless told otherwise
-  /// @{
   /// The box around the view. Writing it sets the size of the bounds and the centre; subviews
   /// follow as their masks say.
+  /// @{
   CGRect frame() const { return layer_->frame(); }
   void setFrame(const CGRect& frame);
   /// @}
-  /// @{
   /// In the view's own coordinates; an origin other than zero moves what is in it. The centre
   /// stays.
+  /// @{
   CGRect bounds() const { return layer_->bounds(); }
   void setBounds(const CGRect& bounds);
   /// @}
-  /// @{
   /// Moves without a layout.
+  /// @{
   CGPoint center() const { return layer_->position(); }
   void setCenter(CGPoint center);
   /// @}
-  /// @{
   /// Applied about the centre, for drawing and touches; layout does not see it. The identity at
   /// start.
+  /// @{
   CGAffineTransform transform() const { return layer_->transform(); }
   void setTransform(const CGAffineTransform& transform) { layer_->setTransform(transform); }
   /// @}
@@ -98,8 +102,8 @@ public:
   CGPoint convertToScreen(CGPoint point) const;
   /// The box around where the rectangle is on the screen.
   CGRect convertToScreen(const CGRect& rect) const;
-  /// @{
   /// From the screen's coordinates to this view's; zero where a transform flattens the view.
+  /// @{
   CGPoint convertFromScreen(CGPoint point) const;
   CGRect convertFromScreen(const CGRect& rect) const;
   /// @}
@@ -107,29 +111,29 @@ public:
   CGRect convert(const CGRect& rect, const UIView* from) const;
 
   // Appearance
-  /// @{
   /// From 0 to 1, which it is clamped to; 1 at start. Holds for the subviews too. Below 0.01 the
   /// view hears no touches. Animatable.
+  /// @{
   double alpha() const { return layer_->opacity(); }
   void setAlpha(double alpha) { layer_->setOpacity(alpha); }
   /// @}
-  /// @{
   /// False at start. A hidden view keeps its place in the layout.
+  /// @{
   bool isHidden() const { return layer_->isHidden(); }
   void setHidden(bool hidden) { layer_->setHidden(hidden); }
   /// @}
-  /// @{
   /// Clear at start. Animatable.
+  /// @{
   UIColor backgroundColor() const { return layer_->backgroundColor(); }
   void setBackgroundColor(const UIColor& color) { layer_->setBackgroundColor(color); }
   /// @}
-  /// @{
   /// Whether subviews are cut off at the rounded bounds; false at start.
+  /// @{
   bool clipsToBounds() const { return layer_->masksToBounds(); }
   void setClipsToBounds(bool clips) { layer_->setMasksToBounds(clips); }
   /// @}
-  /// @{
   /// Stretched at start; for views that show a picture.
+  /// @{
   UIViewContentMode contentMode() const { return contentMode_; }
   void setContentMode(UIViewContentMode mode);
   /// @}
@@ -159,8 +163,8 @@ public:
   void sizeToFit();
   /// The contents ask for another size: views above are laid out anew.
   void invalidateIntrinsicContentSize();
-  /// @{
   /// Values of `UIViewAutoresizing`; none at start. Parts that follow share the change evenly.
+  /// @{
   unsigned autoresizingMask() const { return autoresizingMask_; }
   void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
   /// @}
@@ -177,8 +181,8 @@ public:
   UIEdgeInsets safeAreaInsets() const;
 
   // Touches and keys
-  /// @{
   /// True at start. False: touches and the focus pass by the view and all below it.
+  /// @{
   bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
   void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
   /// @}
@@ -186,9 +190,9 @@ public:
   virtual UIView* hitTest(CGPoint point);
   /// Whether a touch there is the view's; within its bounds unless a subclass says else.
   virtual bool pointInside(CGPoint point) const;
-  /// @{
   /// A touch of the view, in its coordinates; it stays the view's until it ends or is cancelled.
   /// The base class hands it to the superview.
+  /// @{
   virtual void touchBegan(CGPoint point);
   virtual void touchMoved(CGPoint point);
   virtual void touchEnded(CGPoint point);

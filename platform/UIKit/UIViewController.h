@@ -26,7 +26,7 @@ enum class UIModalTransitionStyle { CoverVertical = 0, CrossDissolve = 2 };
 ///
 /// The appearance calls come in pairs, `viewWillAppear` with `viewDidAppear` and
 /// `viewWillDisappear` with `viewDidDisappear`; the second of a pair follows once the movement has
-/// ended.
+/// ended. An override of a hook calls its base class first.
 class ZUVI_API UIViewController : public std::enable_shared_from_this<UIViewController> {
 public:
   /// The view is an empty one unless `loadView` makes another.
@@ -44,21 +44,21 @@ public:
   /// For `loadView`. Null: the view is loaded anew when it is next asked for.
   void setView(std::shared_ptr<UIView> view);
 
-  // Hooks; an override calls its base class first.
+  // Hooks
   /// Makes the view and hands it to `setView`; the base class reads the nib. An override that does
   /// it all by itself need not call it.
   virtual void loadView();
   /// Once for each view that was loaded, before it is on a window.
   virtual void viewDidLoad() {}
-  /// @{
   /// The pairs that the class speaks of; true when a movement lies between the two calls.
+  /// @{
   virtual void viewWillAppear(bool animated);
   virtual void viewDidAppear(bool) {}
   virtual void viewWillDisappear(bool) {}
   virtual void viewDidDisappear(bool) {}
   /// @}
-  /// @{
   /// Before and after each layout of the root view; frames are set in the second.
+  /// @{
   virtual void viewWillLayoutSubviews() {}
   virtual void viewDidLayoutSubviews() {}
   /// @}
@@ -80,13 +80,13 @@ public:
   UIViewController* parent() const { return parent_; }
   /// In the order in which they were added.
   const std::vector<std::shared_ptr<UIViewController>>& children() const { return children_; }
-  /// @{
   /// Ties and unties the two; their views are the container's to place.
+  /// @{
   void addChild(std::shared_ptr<UIViewController> child);
   void removeFromParent();
   /// @}
-  /// @{
   /// The nearest one around this screen; null: none.
+  /// @{
   UINavigationController* navigationController() const;
   UITabBarController* tabBarController() const;
   /// @}
@@ -94,8 +94,8 @@ public:
   void show(std::shared_ptr<UIViewController> controller);
 
   // Presentation
-  /// @{
   /// How this screen is laid over another; read when it is presented and when it leaves.
+  /// @{
   UIModalPresentationStyle modalPresentationStyle = UIModalPresentationStyle::FullScreen;
   UIModalTransitionStyle modalTransitionStyle = UIModalTransitionStyle::CoverVertical;
   /// @}
@@ -117,9 +117,9 @@ public:
   enum class Appearance { Disappeared, Appearing, Appeared, Disappearing };
   /// Disappeared at start.
   Appearance appearance() const { return appearance_; }
-  /// @{
   /// Makes the first and the second call of a pair, on this screen and on its children that are on
   /// show. A call that would repeat itself is left out.
+  /// @{
   void beginAppearanceTransition(bool appearing, bool animated);
   void endAppearanceTransition();
   /// @}

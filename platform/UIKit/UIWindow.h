@@ -11,8 +11,8 @@ class UIViewController;
 /// and, within a level, by the moment they were shown.
 class ZUVI_API UIWindow : public UIView {
 public:
-  /// @{
   /// Levels that others are counted from; a higher one lies on top.
+  /// @{
   static constexpr double levelNormal = 0;
   static constexpr double levelStatusBar = 1000;
   static constexpr double levelAlert = 2000;
@@ -24,21 +24,21 @@ public:
 
   UIWindow* window() const override { return const_cast<UIWindow*>(this); }
 
-  /// @{
   /// `levelNormal` at start. Takes effect at once.
+  /// @{
   double windowLevel() const { return level_; }
   void setWindowLevel(double level);
   /// @}
-  /// @{
   /// Null at start. A new one fills the window without a movement; what the old one had presented
   /// is dismissed.
+  /// @{
   const std::shared_ptr<UIViewController>& rootViewController() const { return root_; }
   void setRootViewController(std::shared_ptr<UIViewController> controller);
   /// @}
   /// The screen that lies over the others of the window; null: there is none.
   std::shared_ptr<UIViewController> topViewController() const;
-  /// @{
   /// The key window is the one that the kit lays its flow over. Hiding it leaves none.
+  /// @{
   bool isKeyWindow() const;
   void makeKeyAndVisible();
   /// @}

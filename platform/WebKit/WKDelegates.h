@@ -29,8 +29,8 @@ enum class WKNavigationActionPolicy { Cancel, Allow };
 class ZUVI_API WKNavigationDelegate {
 public:
   virtual ~WKNavigationDelegate() = default;
-  /// Asked before each load, also of redirects and frames; everything is allowed unless an override
-  /// says else.
+  /// Asked before each load, redirect and new window; allows all unless an override says else.
+  /// Addresses of this machine are refused without a question.
   virtual WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction&) {
     return WKNavigationActionPolicy::Allow;
   }

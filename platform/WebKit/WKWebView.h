@@ -41,13 +41,13 @@ public:
   /// Stands for the page's own scrolling; holds the limits of its zoom, which is never possible
   /// here: a page stays at its own size.
   const std::shared_ptr<UIScrollView>& scrollView() const { return scrollView_; }
-  /// @{
   /// True at start. False: the page is drawn over the view's background instead of its own white.
+  /// @{
   bool isOpaque() const { return opaque_; }
   void setOpaque(bool opaque);
   /// @}
-  /// @{
   /// Empty, as at start: the engine's own.
+  /// @{
   const std::string& customUserAgent() const { return customUserAgent_; }
   void setCustomUserAgent(const std::string& userAgent);
   /// @}

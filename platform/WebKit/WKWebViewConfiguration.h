@@ -46,8 +46,8 @@ public:
                                const std::string& name) {
     handlers_[name] = std::move(handler);
   }
-  /// @{
   /// What was added so far.
+  /// @{
   const std::vector<WKUserScript>& userScripts() const { return userScripts_; }
   const std::map<std::string, std::weak_ptr<WKScriptMessageHandler>>& handlers() const {
     return handlers_;

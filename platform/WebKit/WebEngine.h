@@ -24,8 +24,8 @@ class WebPage;
 class ZUVI_API WebPageClient {
 public:
   virtual ~WebPageClient() = default;
-  /// @{
   /// As `WKNavigationDelegate` hears it.
+  /// @{
   virtual WKNavigationActionPolicy decidePolicy(const WKNavigationAction& action) = 0;
   virtual void didFinish() = 0;
   virtual void didFail(const Error& error) = 0;
@@ -44,8 +44,8 @@ public:
 class ZUVI_API WebPage {
 public:
   virtual ~WebPage() = default;
-  /// @{
   /// As `WKWebView` has it. `done` comes once, never before the call has returned.
+  /// @{
   virtual void load(const URLRequest& request) = 0;
   virtual void reload() = 0;
   virtual void evaluate(const std::string& script,
@@ -57,8 +57,8 @@ public:
   virtual void setFocused(bool) {}
   /// How much of the view's bottom is covered, in points: the page ends above it.
   virtual void setCoveredBottom(double) {}
-  /// @{
   /// As `WKWebView` has it.
+  /// @{
   virtual std::optional<URL> url() const = 0;
   virtual std::string title() const = 0;
   /// @}

@@ -15,10 +15,10 @@ namespace zuvi {
 /// The door to the support chat, a page that floats in a window of its own. Main queue only.
 class ZUVI_API LiveChat {
 public:
-  /// @{
   /// Whose chat it is, and who the visitor is. Absent at start; an absent group is "0", an absent
   /// name or e-mail address is left empty. Nothing takes effect before there is a license; a change
   /// makes the page load anew a moment later.
+  /// @{
   static Observed<std::optional<std::string>> licenseId, groupId, name, email;
   /// @}
   /// Who hears of the chat, held weakly.

@@ -15,8 +15,8 @@ namespace zuvi {
 /// registering, by its class name. Main queue only.
 class ZUVI_API ZVKYCButton : public UIButton {
 public:
-  /// @{
   /// Without a frame the button is empty until layout or `setFrame` gives it a size.
+  /// @{
   ZVKYCButton();
   explicit ZVKYCButton(const CGRect& frame);
   /// @}
