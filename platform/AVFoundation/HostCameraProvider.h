@@ -48,7 +48,7 @@ struct HostCameras {
 class ZUVI_API HostCameraProvider final : public CameraProvider,
                                           public std::enable_shared_from_this<HostCameraProvider> {
 public:
-  /// Opens nothing yet: a path that leads nowhere shows when its camera is opened.
+  /// Opens nothing yet: a path that leads nowhere shows when its camera is used.
   explicit HostCameraProvider(HostCameras cameras);
 
   AVAuthorizationStatus authorizationStatus() override;

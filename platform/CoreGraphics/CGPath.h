@@ -10,7 +10,7 @@ namespace zuvi {
 /// An outline of lines and curves.
 class ZUVI_API CGPath {
 public:
-  /// What an element does.
+  /// Begins a line, draws a straight or a curved one, or leads back to where it began.
   enum class Verb { Move, Line, Curve, Close };
   /// One step of the outline.
   struct Element {

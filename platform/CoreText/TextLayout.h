@@ -34,15 +34,18 @@ ZUVI_API std::size_t characterCount(const std::string& text);
 /// The text in upper case, by the rules of its script.
 ZUVI_API std::string uppercased(const std::string& text);
 
-/// How much larger than its fonts say all text is, 1 at start.
+/// @cond
+/// How much larger than its fonts say all text is, 1 at start. What was laid out before keeps its
+/// size: `UIScreen::setTextScale` lays it out anew.
 double textScale();
-/// What was laid out before keeps its size: `UIScreen::setTextScale` lays it out anew.
 void setTextScale(double scale);
+/// @endcond
 
 /// Where lines stand that are shorter than their room.
 enum class NSTextAlignment { Left, Center, Right };
 
-/// A text broken into lines. Bytes that are no UTF-8 show as replacement marks.
+/// A text broken into lines. Bytes that are no UTF-8 show as replacement marks. Main
+/// thread.
 class ZUVI_API TextLayout {
 public:
   /// How the text looks.

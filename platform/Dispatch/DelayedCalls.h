@@ -9,10 +9,10 @@
 namespace zuvi {
 
 /// Calls that an object has asked to get later, by the name of the operation. They die with this
-/// object, so a call may capture its owner without holding it.
+/// object, so a call may capture its owner without holding it. Main queue only.
 class ZUVI_API DelayedCalls {
 public:
-  DelayedCalls() = default;
+  DelayedCalls() = default; ///< nothing waits
   DelayedCalls(const DelayedCalls&) = delete;
   DelayedCalls& operator=(const DelayedCalls&) = delete;
   ~DelayedCalls();

@@ -36,6 +36,7 @@ public:
 /// whoever does, on the main thread.
 class ZUVI_API MainQueue final : public DispatchQueue {
 public:
+  /// An empty one, for tests; the program's own is `DispatchQueue::main`.
   MainQueue();
   ~MainQueue() override;
 

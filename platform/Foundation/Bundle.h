@@ -9,7 +9,7 @@
 
 namespace zuvi {
 
-/// A folder of resources.
+/// A folder of resources. Any thread, but for the info dictionary, which is the main one's.
 class ZUVI_API Bundle {
 public:
   /// The folder need not exist: then nothing is found in it.

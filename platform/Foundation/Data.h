@@ -15,7 +15,7 @@ namespace zuvi {
 /// Immutable bytes, shared by their holders: a copy costs a reference, whatever the size.
 class ZUVI_API Data {
 public:
-  Data() = default;
+  Data() = default; ///< no bytes
   /// The bytes of a text, moved in, or of a list, copied.
   /// @{
   explicit Data(std::string bytes);

@@ -10,7 +10,7 @@ namespace zuvi {
 
 /// Fires on the main queue every so many seconds until it is invalidated or dropped. The first
 /// firing comes one interval after the start; firings keep to the grid of the start, and those that
-/// were missed while the queue was busy are left out.
+/// were missed while the queue was busy are left out. Main queue only.
 class ZUVI_API Timer : public std::enable_shared_from_this<Timer> {
 public:
   /// Whether it fires once or until it is invalidated.

@@ -6,19 +6,6 @@ namespace zuvi {
 
 namespace {
 AnimationGroup* currentGroup = nullptr;
-int retargetings = 0;
-} // namespace
-
-AnimationRetargeting::AnimationRetargeting() {
-  retargetings++;
-}
-
-AnimationRetargeting::~AnimationRetargeting() {
-  retargetings--;
-}
-
-bool AnimationRetargeting::isOn() {
-  return retargetings > 0;
 }
 
 AnimationGroup* AnimationGroup::current() {

@@ -57,20 +57,7 @@ struct ZUVI_API AnimationCurve {
   double progress(double t, double duration) const;
 };
 
-/// While one lives, what changes without an animation of its own moves the end of the animation
-/// that runs, which it would cut short otherwise: for changes that nobody meant, as of a window's
-/// size.
-class AnimationRetargeting {
-public:
-  AnimationRetargeting();
-  ~AnimationRetargeting();
-  AnimationRetargeting(const AnimationRetargeting&) = delete;
-  AnimationRetargeting& operator=(const AnimationRetargeting&) = delete;
-
-  static bool isOn();
-};
-
-/// A block of changes that are animated together and end together.
+/// A block of changes that are animated together and end together. Main queue only.
 class ZUVI_API AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {
 public:
   TimeInterval duration = 0.25; ///< in seconds; 0: changes take effect at once
@@ -110,7 +97,8 @@ struct ZUVI_API CABasicAnimation {
   bool repeatsForever = false;           ///< begins anew at `from`
   std::shared_ptr<AnimationGroup> group; ///< null when it stands alone
 
-  /// The value at a time of the main queue's clock; `from` before the start, `to` after the end.
+  /// The value at a time of the main queue's clock; `from` before the start, `to` after the end
+  /// unless it repeats.
   LayerValue valueAt(TimeInterval now) const;
 };
 

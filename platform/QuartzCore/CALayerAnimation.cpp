@@ -1,5 +1,6 @@
 #include "platform/QuartzCore/CALayer.h"
 
+#include "platform/QuartzCore/AnimationRetargeting.h"
 #include "platform/QuartzCore/CALayerCache.h"
 
 #include <algorithm>

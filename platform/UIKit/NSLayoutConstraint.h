@@ -16,7 +16,7 @@ ZUVI_API bool isHorizontal(LayoutAttribute attribute);
 
 /// What a constraint speaks of: a view, or the safe area of the view that holds the constraint.
 struct LayoutItem {
-  /// What it is.
+  /// Nothing, a view, or the safe area.
   enum class Kind { None, View, SafeArea };
   Kind kind = Kind::None;     ///< none: a constant stands alone
   std::weak_ptr<UIView> view; ///< of the kind `View` only

@@ -9,7 +9,7 @@
 namespace zuvi {
 
 /// A screen in memory, for machines without a display. One at a time; while it lives the screen
-/// draws here.
+/// draws here. Main queue only.
 class ZUVI_API OffscreenSurface final : public ScreenSurface {
 public:
   /// `size` in points, `scale` pixels a point.

@@ -10,7 +10,7 @@
 
 namespace zuvi {
 
-/// How a control stands.
+/// What a control looks like: as ever, while a finger is down on it, or when it is disabled.
 enum class UIControlState { Normal, Highlighted, Disabled };
 
 /// A control with a title, a picture, or both, by state; what a state lacks comes from the normal

@@ -9,7 +9,8 @@
 
 namespace zuvi {
 
-/// What a control tells its targets.
+/// What a control tells its targets: a finger came down on it, was lifted on it (or less than 48
+/// points beside it) or further away; its value or text was changed by the person.
 enum class UIControlEvent {
   TouchDown,
   TouchUpInside,

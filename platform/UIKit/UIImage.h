@@ -15,7 +15,7 @@
 namespace zuvi {
 
 /// A picture for views: a drawing that is sharp at every size, pixels, or a series of pictures
-/// shown in turn. Immutable.
+/// shown in turn. Immutable. May be made on any thread; `pixels` is for the main one.
 class ZUVI_API UIImage {
 public:
   /// The picture `name` of a bundle (svg, png or jpg); null when there is none.

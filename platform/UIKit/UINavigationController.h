@@ -23,8 +23,8 @@ public:
   /// What is seen: the last presented screen above the stack, else its top.
   std::shared_ptr<UIViewController> visibleViewController() const;
 
-  /// Slides the screen in from the right, in 0.4 seconds. Null and a screen that stands in the
-  /// stack are ignored.
+  /// Animated, the screen slides in from the right in 0.4 seconds. Null and a screen that stands in
+  /// the stack are ignored.
   void pushViewController(std::shared_ptr<UIViewController> controller, bool animated);
   /// Takes the top away and gives it back; null when only the root is left, which stays.
   std::shared_ptr<UIViewController> popViewController(bool animated);

@@ -25,7 +25,8 @@ namespace zuvi {
 /// Elements are classes; attributes are theirs, but for `outlet` and `id` (its name), `action` (of
 /// a control) and `layout` (constraints, held by the superview; "super", "safe" or a sibling's name
 /// stand before the edge: left, right, top, bottom, centerX, centerY, width, height). An attribute
-/// such as `text.fr` takes the place of `text` where French is the language of nibs.
+/// such as `text.fr` takes the place of `text` where French is the language of nibs. Main queue
+/// only.
 class ZUVI_API UINib {
 public:
   /// The view, or why the nib was refused: one line with file, line and name.

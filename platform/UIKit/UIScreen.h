@@ -39,11 +39,11 @@ public:
   /// For whoever shows the screen. Windows take the new size at once. Sizes that are not positive
   /// change nothing.
   void configure(CGSize size, double scale, UIEdgeInsets safeArea = {});
-  /// What shows the screen; it outlives this or sets null. Null: nothing is drawn.
+  /// What shows the screen, and sets null before it goes. Null: nothing is drawn.
   void setSurface(ScreenSurface* surface);
   /// The person's wish for larger text; kept between 1 and `largestText`.
   void setTextScale(double scale);
-  static constexpr double largestText = 1.5; ///< above it the flow's texts no longer fit
+  static constexpr double largestText = 1.5; ///< times the fonts' own sizes
   /// What is drawn; the windows' layers are its sublayers.
   CALayer& rootLayer() { return *root_; }
   /// Lays out all windows; before drawing, and by itself in the next turn of the main queue after

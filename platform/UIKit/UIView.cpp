@@ -1,5 +1,6 @@
 #include "platform/UIKit/UIView.h"
 
+#include "platform/QuartzCore/AnimationRetargeting.h"
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIViewController.h"

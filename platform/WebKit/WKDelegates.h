@@ -17,7 +17,7 @@ enum class WKNavigationType { LinkActivated, FormSubmitted, BackForward, Reload,
 
 /// Where a page wants to go.
 struct WKNavigationAction {
-  WKNavigationType navigationType = WKNavigationType::Other; ///< why
+  WKNavigationType navigationType = WKNavigationType::Other; ///< why it wants to go
   std::optional<URL> url;                                    ///< absent when it is no address
   bool hasTargetFrame = true;                                ///< false: it asks for a new window
 };
@@ -30,7 +30,7 @@ class ZUVI_API WKNavigationDelegate {
 public:
   virtual ~WKNavigationDelegate() = default;
   /// Asked before each load, redirect and new window; allows all unless an override says else.
-  /// Addresses of this machine are refused without a question.
+  /// Files and the settings of this machine are refused without a question.
   virtual WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction&) {
     return WKNavigationActionPolicy::Allow;
   }

@@ -20,7 +20,7 @@ namespace zuvi {
 class UIView;
 class WebPage;
 
-/// Who is told what happens in a page: the web view that shows it.
+/// Who is told what happens in a page: the web view that shows it. Main queue.
 class ZUVI_API WebPageClient {
 public:
   virtual ~WebPageClient() = default;
@@ -67,7 +67,8 @@ public:
   virtual std::shared_ptr<const UIImage> picture(CGSize size, double scale) = 0;
 };
 
-/// What makes and runs pages: the browser engine of the machine, or a scripted one.
+/// What makes and runs pages: the browser engine of the machine, or a scripted one. Main queue
+/// only.
 class ZUVI_API WebEngine {
 public:
   virtual ~WebEngine() = default;

@@ -5,8 +5,11 @@
 /// it, `ZVKYCDelegate` hears how it ended; `LiveChat` is the support chat, `HostCameraProvider`
 /// puts cameras in the place of the machine's. The rest is what screens of the host's own are made
 /// of, from `UIView` and `UIViewController` up.
-/// // Classes whose objects are held by shared pointers are made with `make`. Delegates are held
+///
+/// Classes whose objects are held by shared pointers are made with `make`. Delegates are held
 /// weakly: the host keeps them alive.
+
+// The headers that this one reaches are the public ones.
 
 // The flow: its door, its button, how it ends, where its services are.
 #include "kit/Main/Private/ZVEndpoints.h"
