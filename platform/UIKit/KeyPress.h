@@ -10,6 +10,12 @@ struct KeyPress {
   std::string name;   ///< the key's, as the window system calls it
   std::string text;   ///< UTF-8
   bool shift = false; ///< whether Shift is held
+
+  /// Whether it moves the focus, and whether backwards.
+  /// @{
+  bool isTab() const { return name == "Tab" || isBackTab(); }
+  bool isBackTab() const { return name == "ISO_Left_Tab" || (name == "Tab" && shift); }
+  /// @}
 };
 
 } // namespace zuvi

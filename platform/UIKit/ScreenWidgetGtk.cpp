@@ -17,6 +17,7 @@ struct ScreenWidget {
   ScreenSurface* surface;
   AccessibilityTree* tree;
   guint tick;
+  gboolean leaving; ///< Tab has come to the last of our views
 };
 
 struct ScreenWidgetClass {
@@ -126,7 +127,7 @@ gboolean onScroll(GtkEventControllerScroll* controller, double dx, double dy, gp
   return TRUE;
 }
 
-gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state, gpointer) {
+gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state, gpointer widget) {
   KeyPress key;
   if (const char* name = gdk_keyval_name(value)) key.name = name;
   key.shift = state & GDK_SHIFT_MASK;
@@ -136,15 +137,33 @@ gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state
     text[g_unichar_to_utf8(character, text)] = '\0';
     key.text = text;
   }
-  UIApplication::shared().keyPressed(key);
-  return TRUE;
+  UIApplication& application = UIApplication::shared();
+  ScreenWidget* me = self(widget);
+  me->leaving = key.isTab() && application.isFocusAtEnd(key.isBackTab());
+  if (!me->leaving) return application.keyPressed(key);
+  // The window moves on to a widget of the host's, or comes back to `focus` where there is none.
+  application.setFirstResponder(nullptr);
+  return FALSE;
 }
 
 /// Among our layers the focus goes its own way: a widget that has no more use for Tab says so here,
 /// and the key comes to `onKey`.
-gboolean focus(GtkWidget* widget, GtkDirectionType) {
-  if (gtk_widget_is_focus(widget)) return FALSE;
-  return gtk_widget_get_focus_child(widget) || gtk_widget_grab_focus(widget);
+gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
+  ScreenWidget* me = self(widget);
+  const bool within = gtk_widget_is_focus(widget) || gtk_widget_get_focus_child(widget);
+  if (within && me->leaving) return FALSE;
+  if (within) return !gtk_widget_is_focus(widget);
+  // When the window opens it asks for the focus too, but nobody has pressed Tab.
+  GtkRoot* top = gtk_widget_get_root(widget);
+  const bool byTab = me->leaving || (top && gtk_root_get_focus(top));
+  me->leaving = FALSE;
+  if (!gtk_widget_grab_focus(widget)) return FALSE;
+  if (byTab) {
+    UIApplication::shared().setKeyboardInUse(true);
+    UIApplication::shared().setFirstResponder(nullptr);
+    UIApplication::shared().moveFocus(direction == GTK_DIR_TAB_BACKWARD);
+  }
+  return TRUE;
 }
 
 void onActive(GtkWindow* window, GParamSpec*, gpointer) {

@@ -94,8 +94,11 @@ public:
   /// `delta` in points; it goes to the view at that place.
   void scrollWheel(CGPoint point, CGPoint delta);
   /// To the view with the focus and those above it, or to what scrolls in the middle of the screen;
-  /// then Tab moves the focus, and Escape goes to the screen on top.
-  void keyPressed(const KeyPress& key);
+  /// then Tab moves the focus, and Escape goes to the screen on top. False when nobody had a use
+  /// for it.
+  bool keyPressed(const KeyPress& key);
+  /// Whether Tab, or Shift and Tab, would begin anew at the other end.
+  bool isFocusAtEnd(bool backwards) const;
   /// Whether the person has used keys since the last touch. Then the focus follows the screens.
   /// @{
   bool isKeyboardInUse() const { return keyboardInUse_; }
@@ -104,6 +107,8 @@ public:
   /// For containers, once a screen is there: the focus goes where the screen, or a frame around it,
   /// prefers; else it stays where it can be reached, and with the screen as a whole where not.
   void moveFocusInto(UIViewController& screen);
+  /// To the next control, from the last one to the first; false when there is none.
+  bool moveFocus(bool backwards);
   /// Gives the first control in a view the focus; false when there is none.
   bool focusFirstIn(UIView& view);
   /// For what covered a screen: gives the view the focus that it had. False when it can't be
@@ -129,8 +134,7 @@ public:
 
 private:
   UIApplication() = default;
-  void moveFocus(bool backwards);
-  static void performEscape();
+  static bool performEscape();
 
   UIWindow* keyWindow_ = nullptr;
   UIView* firstResponder_ = nullptr;

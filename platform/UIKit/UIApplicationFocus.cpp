@@ -72,9 +72,9 @@ void UIApplication::setFirstResponder(UIView* view) {
   UIScreen::main().setNeedsFrame(); // assistive technology follows the focus
 }
 
-void UIApplication::keyPressed(const KeyPress& key) {
+bool UIApplication::keyPressed(const KeyPress& key) {
   keyboardInUse_ = true;
-  if (isIgnoringInteractionEvents()) return;
+  if (isIgnoringInteractionEvents()) return true;
   // A control may have been hidden or covered while it had the focus.
   if (dynamic_cast<UIControl*>(firstResponder_) && !isWithinReach(*firstResponder_))
     setFirstResponder(nullptr);
@@ -84,16 +84,19 @@ void UIApplication::keyPressed(const KeyPress& key) {
     while (first && !dynamic_cast<UIScrollView*>(first))
       first = first->superview();
   }
-  if (passUp(first, key)) return;
-  if (key.name == "Tab" || key.name == "ISO_Left_Tab")
-    moveFocus(key.shift || key.name == "ISO_Left_Tab");
-  else if (key.name == "Escape")
-    performEscape();
+  if (passUp(first, key)) return true;
+  if (key.isTab()) return moveFocus(key.isBackTab());
+  return key.name == "Escape" && performEscape();
 }
 
-void UIApplication::moveFocus(bool backwards) {
+bool UIApplication::isFocusAtEnd(bool backwards) const {
   const auto order = focusableOnScreen();
-  if (order.empty()) return;
+  return order.empty() || firstResponder_ == (backwards ? order.front() : order.back());
+}
+
+bool UIApplication::moveFocus(bool backwards) {
+  const auto order = focusableOnScreen();
+  if (order.empty()) return false;
   const auto now = std::find(order.begin(), order.end(), firstResponder_);
   std::size_t next = backwards ? order.size() - 1 : 0;
   if (now != order.end()) {
@@ -101,14 +104,16 @@ void UIApplication::moveFocus(bool backwards) {
     next = (index + (backwards ? order.size() - 1 : 1)) % order.size();
   }
   setFirstResponder(order[next]);
+  return true;
 }
 
-void UIApplication::performEscape() {
+bool UIApplication::performEscape() {
   const auto& windows = UIScreen::main().windows();
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
     const auto top = (*window)->isSeen() ? (*window)->topViewController() : nullptr;
-    if (top && top->accessibilityPerformEscape()) return;
+    if (top && top->accessibilityPerformEscape()) return true;
   }
+  return false;
 }
 
 void UIApplication::moveFocusInto(UIViewController& screen) {
