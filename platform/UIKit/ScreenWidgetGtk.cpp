@@ -153,12 +153,10 @@ gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
   const bool within = gtk_widget_is_focus(widget) || gtk_widget_get_focus_child(widget);
   if (within && me->leaving) return FALSE;
   if (within) return !gtk_widget_is_focus(widget);
-  // When the window opens it asks for the focus too, but nobody has pressed Tab.
-  GtkRoot* top = gtk_widget_get_root(widget);
-  const bool byTab = me->leaving || (top && gtk_root_get_focus(top));
   me->leaving = FALSE;
   if (!gtk_widget_grab_focus(widget)) return FALSE;
-  if (byTab) {
+  // A window that opens asks for the focus too, but nobody has pressed Tab.
+  if (gtk_widget_get_mapped(widget)) {
     UIApplication::shared().setKeyboardInUse(true);
     UIApplication::shared().setFirstResponder(nullptr);
     UIApplication::shared().moveFocus(direction == GTK_DIR_TAB_BACKWARD);
