@@ -1,9 +1,8 @@
 #pragma once
 
-#include <cstdlib>
-#include <map>
+#include "tests/support/ScopedEnvironment.h"
+
 #include <memory>
-#include <string>
 #include <vector>
 
 #include <gio/gio.h>
@@ -13,7 +12,6 @@ namespace zuvi::test {
 /// What a program shows on the accessibility bus.
 struct Accessible {
   std::string bus, path;
-  int depth = 0;
   std::string role = {}, name = {};
   bool focused = false;
 };
@@ -22,31 +20,32 @@ struct Accessible {
 /// listens there.
 class AccessibilityBus {
 public:
-  AccessibilityBus() : session_(g_test_dbus_new(G_TEST_DBUS_NONE)) {
-    const char* display = std::getenv("DISPLAY"); // which that takes away
-    const std::string kept = display ? display : "";
+  AccessibilityBus() {
     g_test_dbus_add_service_dir(session_, "/usr/share/dbus-1/services");
-    g_test_dbus_up(session_);
-    if (display) setenv("DISPLAY", kept.c_str(), 1);
+    {
+      // Starting a bus takes the display away.
+      const ScopedEnvironment kept("DISPLAY", std::string(std::getenv("DISPLAY")));
+      g_test_dbus_up(session_);
+    }
     connection_ = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    if (!connection_) return;
-    const auto answer =
-        call({"org.a11y.Bus", "/org/a11y/bus"}, "org.a11y.Bus", "GetAddress", nullptr, "(s)");
+    const auto answer = call({"org.a11y.Bus", "/org/a11y/bus"}, "org.a11y.Bus", "GetAddress");
     g_clear_object(&connection_);
     if (!answer) return;
-    address = g_variant_get_string(child(answer, 0).get(), nullptr);
+    const char* text = nullptr;
+    g_variant_get(answer.get(), "(&s)", &text);
+    address = text;
     connection_ = g_dbus_connection_new_for_address_sync(
-        address.c_str(),
+        text,
         GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
         nullptr, nullptr, nullptr);
-    if (!connection_) return;
     const auto heard = [](GDBusConnection*, const char*, const char*, const char*, const char*,
                           GVariant* arguments, gpointer told) {
-      const auto text = child(child(hold(g_variant_ref(arguments)), 3), 0);
-      if (g_variant_is_of_type(text.get(), G_VARIANT_TYPE_STRING))
-        static_cast<std::vector<std::string>*>(told)->emplace_back(
-            g_variant_get_string(text.get(), nullptr));
+      GVariant* description = nullptr;
+      g_variant_get_child(arguments, 3, "v", &description);
+      static_cast<std::vector<std::string>*>(told)->emplace_back(
+          g_variant_get_string(description, nullptr));
+      g_variant_unref(description);
     };
     g_dbus_connection_signal_subscribe(connection_, nullptr, "org.a11y.atspi.Event.Object",
                                        "PropertyChange", nullptr, "accessible-description",
@@ -58,72 +57,58 @@ public:
     g_object_unref(session_);
   }
   AccessibilityBus(const AccessibilityBus&) = delete;
-  AccessibilityBus& operator=(const AccessibilityBus&) = delete;
 
-  bool isThere() const { return connection_ != nullptr; }
-
-  using Answer = std::shared_ptr<GVariant>;
+  struct Unref {
+    void operator()(GVariant* value) const { g_variant_unref(value); }
+  };
+  using Answer = std::unique_ptr<GVariant, Unref>;
   /// Null when the call fails: an object may go while it is asked.
   Answer call(const Accessible& object, const char* interface, const char* method,
-              GVariant* arguments, const char* reply) {
-    return hold(g_dbus_connection_call_sync(connection_, object.bus.c_str(), object.path.c_str(),
-                                            interface, method, arguments, G_VARIANT_TYPE(reply),
-                                            G_DBUS_CALL_FLAGS_NONE, 5000, nullptr, nullptr));
+              GVariant* arguments = nullptr) {
+    return Answer(g_dbus_connection_call_sync(connection_, object.bus.c_str(), object.path.c_str(),
+                                              interface, method, arguments, nullptr,
+                                              G_DBUS_CALL_FLAGS_NONE, 5000, nullptr, nullptr));
   }
   Answer property(const Accessible& object, const char* interface, const char* name) {
-    const auto answer = call(object, "org.freedesktop.DBus.Properties", "Get",
-                             g_variant_new("(ss)", interface, name), "(v)");
-    return answer ? child(child(answer, 0), 0) : nullptr;
+    GVariant* value = nullptr;
+    if (const auto answer = call(object, "org.freedesktop.DBus.Properties", "Get",
+                                 g_variant_new("(ss)", interface, name)))
+      g_variant_get(answer.get(), "(v)", &value);
+    return Answer(value);
   }
-  /// Everything that programs show, parents first.
-  std::vector<Accessible> tree() {
-    std::vector<Accessible> found;
-    visit({"org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root"}, found);
-    return found;
+  /// Adds everything that is shown from there down, parents first.
+  void read(Accessible object, std::vector<Accessible>& found) {
+    constexpr guint32 focusedBit = 1U << 12; // of the first word of a state set
+    const char* interface = "org.a11y.atspi.Accessible";
+    const auto name = property(object, interface, "Name");
+    const auto role = call(object, interface, "GetRoleName");
+    const auto state = call(object, interface, "GetState");
+    const auto children = call(object, interface, "GetChildren");
+    if (!name || !role || !state || !children) return;
+    object.name = g_variant_get_string(name.get(), nullptr);
+    const char *word = nullptr, *bus = nullptr, *path = nullptr;
+    g_variant_get(role.get(), "(&s)", &word);
+    object.role = word;
+    GVariantIter* each = nullptr;
+    guint32 states = 0;
+    g_variant_get(state.get(), "(au)", &each);
+    g_variant_iter_next(each, "u", &states);
+    g_variant_iter_free(each);
+    object.focused = states & focusedBit;
+    found.push_back(object);
+    g_variant_get(children.get(), "(a(so))", &each);
+    while (g_variant_iter_loop(each, "(&s&o)", &bus, &path))
+      read({bus, path}, found);
+    g_variant_iter_free(each);
   }
 
-  std::string address;
+  std::string address; ///< empty when there is no such service
   /// What objects were given as description, in this order; screen readers speak it. Filled by the
   /// main context.
   std::vector<std::string> descriptions;
 
 private:
-  static Answer hold(GVariant* value) {
-    return {value, [](GVariant* held) {
-              if (held) g_variant_unref(held);
-            }};
-  }
-  static Answer child(const Answer& value, gsize index) {
-    return hold(g_variant_get_child_value(value.get(), index));
-  }
-
-  void visit(Accessible object, std::vector<Accessible>& found) {
-    static const std::map<guint32, std::string> roles{
-        {2, "alert"}, {16, "dialog"},       {27, "image"},       {29, "label"},  {31, "list"},
-        {32, "row"},  {42, "progress bar"}, {43, "push button"}, {83, "heading"}};
-    constexpr guint32 focusedBit = 1U << 12; // of the first word of a state set
-    const char* interface = "org.a11y.atspi.Accessible";
-    const auto role = call(object, interface, "GetRole", nullptr, "(u)");
-    const auto name = property(object, interface, "Name");
-    const auto state = call(object, interface, "GetState", nullptr, "(au)");
-    const auto children = call(object, interface, "GetChildren", nullptr, "(a(so))");
-    if (!role || !name || !children) return;
-    const auto known = roles.find(g_variant_get_uint32(child(role, 0).get()));
-    if (known != roles.end()) object.role = known->second;
-    object.name = g_variant_get_string(name.get(), nullptr);
-    const auto words = state ? child(state, 0) : nullptr;
-    object.focused = words && g_variant_n_children(words.get()) > 0 &&
-                     (g_variant_get_uint32(child(words, 0).get()) & focusedBit);
-    found.push_back(object);
-    const auto list = child(children, 0);
-    for (gsize i = 0; i < g_variant_n_children(list.get()); i++) {
-      const char *bus = nullptr, *path = nullptr;
-      g_variant_get_child(list.get(), i, "(&s&o)", &bus, &path);
-      visit({bus, path, object.depth + 1}, found);
-    }
-  }
-
-  GTestDBus* session_;
+  GTestDBus* session_ = g_test_dbus_new(G_TEST_DBUS_NONE);
   GDBusConnection* connection_ = nullptr;
 };
 

@@ -53,7 +53,6 @@ protected:
     auto parsed = parseDriveScript(script);
     std::string result = "never";
     Driver::Hooks hooks;
-    hooks.picture = [this](const std::string& name) { return pictures.push_back(name), true; };
     hooks.outcomes = [this] { return outcomes; };
     hooks.done = [&](const std::string& failure) { result = failure; };
     Driver driver("a.drive", std::get<std::vector<DriveCommand>>(parsed), hooks);
@@ -65,17 +64,8 @@ protected:
   std::shared_ptr<UIViewController> controller = make<UIViewController>();
   std::shared_ptr<UIButton> button;
   std::shared_ptr<UILabel> label;
-  std::vector<std::string> pictures;
   int taps = 0, outcomes = 0;
 };
-
-TEST_F(DriverTest, TapsLooksAndPictures) {
-  EXPECT_EQ(drive("wait UIViewController\ntap goButton\ntap \"Go on\"\npicture one\n"
-                  "expect noteLabel.alpha 1\nexpect goButton.frame \"20 20 100 40\"\n"),
-            "");
-  EXPECT_EQ(taps, 2);
-  EXPECT_EQ(pictures, std::vector<std::string>{"one"});
-}
 
 TEST_F(DriverTest, SaysWhatWasExpectedAndWhatWasThere) {
   EXPECT_EQ(drive("\nexpect noteLabel.text broken"),

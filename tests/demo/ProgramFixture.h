@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
 
 namespace zuvi::sandbox::test {
 
@@ -14,14 +13,15 @@ namespace zuvi::sandbox::test {
 /// does; the test is the world around it.
 class ProgramFixture : public ServerFixture {
 protected:
-  void startWith(const std::vector<std::string>& failRules = {}) {
+  void startWith(const std::vector<std::string>& failRules = {},
+                 Merchants merchants = *Merchants::fromText(R"({"demo": {
+            "name": "Casa & Mar = 100 %", "photo": "", "configurations": [{"color": "blue",
+            "language": "es", "documents": {"required": ["passport"], "optional": []}}]}})")) {
     ASSERT_NE(std::getenv("DISPLAY"), nullptr) << "this test wants a display, such as Xvfb's";
     ServerOptions options;
     options.tlsFolder = folder_.path("tls");
     options.failRules = *FailPlan::parse(failRules);
-    options.merchants = *Merchants::fromText(
-        R"({"demo": {"name": "Casa & Mar = 100 %", "photo": "", "configurations": [{"color": "blue",
-            "language": "es", "documents": {"required": ["passport"], "optional": []}}]}})");
+    options.merchants = std::move(merchants);
     start(std::move(options));
     URLSession::setAdditionalAuthorities(server_->certificateAuthority());
     std::filesystem::create_directory(home_);
