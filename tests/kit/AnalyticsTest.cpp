@@ -60,7 +60,8 @@ TEST_F(AnalyticsTest, EncodesWhatAQueryCanCarry) {
   EXPECT_EQ(ZVJSONHandler::encodeAPIData(ofSize(49)).value().substr(64), "%0D%0AXQ==");
   for (const Value& refused :
        {Value("text"), Value(7), Value(true), Value(), Value(Date{0}),
-        Value(Value::List{std::nan("")}), Value(Value::Dictionary{{"k", HUGE_VAL}}), Value("\xff")})
+        Value(Value::List{std::nan("")}), Value(Value::Dictionary{{"k", HUGE_VAL}}), Value("\xff"),
+        Value(Value::Dictionary{{"\xff", 1}})})
     EXPECT_FALSE(ZVJSONHandler::encodeAPIData(refused)) << refused.description();
 }
 

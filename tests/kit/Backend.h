@@ -3,11 +3,6 @@
 #include "tests/support/LoopbackServer.h"
 
 #include <condition_variable>
-#include <functional>
-#include <mutex>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace zuvi {
 
@@ -27,10 +22,11 @@ public:
   void answer(const std::string& body, int status = 200) {
     answer([body, status](const test::Request&) { return test::Reply{status, {}, body}; });
   }
-  /// Answers wait until `release`.
-  void hold() {
+  /// Answers, all or those to one method, wait until `release`.
+  void hold(const std::string& method = "") {
     const std::lock_guard lock(mutex_);
     held_ = true;
+    heldMethod_ = method;
   }
   void release() {
     const std::lock_guard lock(mutex_);
@@ -57,7 +53,8 @@ private:
     Handler handler;
     {
       std::unique_lock lock(mutex_);
-      released_.wait(lock, [this] { return !held_; });
+      released_.wait(
+          lock, [&] { return !held_ || (!heldMethod_.empty() && heldMethod_ != request.method); });
       handler = handler_;
     }
     return handler ? handler(request) : test::Reply{404, {}, ""};
@@ -66,6 +63,7 @@ private:
   std::mutex mutex_;
   std::condition_variable released_;
   bool held_ = false;
+  std::string heldMethod_;
   Handler handler_;
   test::LoopbackServer server_{[this](const test::Request& request) { return reply(request); }};
 };

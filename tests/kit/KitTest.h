@@ -11,7 +11,6 @@
 #include "platform/Foundation/Bundle.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/JSONSerialization.h"
-#include "platform/Foundation/Make.h"
 #include "platform/Foundation/NotificationCenter.h"
 #include "platform/Foundation/Print.h"
 #include "platform/UIKit/OffscreenSurface.h"
@@ -21,7 +20,6 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <cmath>
-#include <filesystem>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -9,14 +9,13 @@
 namespace zuvi {
 namespace {
 
-class PresentationTest : public KitTest {
-protected:
-  static void setLanguage(ZVLanguage language) {
-    auto merchant = std::make_shared<ZVKYCMerchant>();
-    merchant->currentLanguage = language;
-    ZVKYCHelper::instance().merchant = merchant;
-  }
-};
+using PresentationTest = KitTest;
+
+void setLanguage(ZVLanguage language) {
+  const auto merchant = std::make_shared<ZVKYCMerchant>();
+  merchant->currentLanguage = language;
+  ZVKYCHelper::instance().merchant = merchant;
+}
 
 TEST_F(PresentationTest, FallsBackToEnglishThenToTheKey) {
   const auto file = folder.write("texts.plist", R"(<?xml version="1.0"?><plist><dict>

@@ -11,15 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-class Persistence : public ServerFixture {
-protected:
-  std::string startFault() {
-    ServerOptions options;
-    options.dataFolder = folder_.path("data");
-    const auto started = Server::start(std::move(options));
-    return started ? "none" : started.error().message;
-  }
-};
+using Persistence = ServerFixture;
 
 TEST_F(Persistence, EverythingIsThereAfterARestart) {
   start();
@@ -47,7 +39,11 @@ TEST_F(Persistence, DamagedDatabasesAreRefused) {
   // The first page keeps the names of the tables; what they hold lies behind it.
   std::fill(bytes.begin() + 4096, bytes.end(), '\x5a');
   folder_.write("data/sandbox.db", bytes);
-  EXPECT_THAT(startFault(), HasSubstr("damaged"));
+  ServerOptions options;
+  options.dataFolder = folder_.path("data");
+  const auto started = Server::start(std::move(options));
+  ASSERT_FALSE(started);
+  EXPECT_THAT(started.error().message, HasSubstr("damaged"));
 }
 
 constexpr std::time_t day = 24L * 3600;

@@ -8,37 +8,10 @@ protected:
   void SetUp() override { start(); }
 };
 
-TEST_F(Operations, MerchantByClientId) {
-  const auto answer = ask("GET", "/api/v1/merchants/me");
-  EXPECT_EQ(answer.status, 200);
-  EXPECT_EQ(json(answer)["configurations"][0]["documents"]["required"][0], "national-id");
-
+TEST_F(Operations, NobodyIsTheMerchantWithoutTheClientId) {
   for (const char* authorization : {"", "demo", "bearer demo", "Bearer  demo", "Bearer nobody"})
     EXPECT_EQ(ask("GET", "/api/v1/merchants/me", {{"Authorization", authorization}}).status, 401)
         << authorization;
-}
-
-TEST_F(Operations, FacesJoinTheirIdentity) {
-  const auto id = newIdentity();
-  EXPECT_EQ(upload("PUT", "/v1/identities/" + id, SampleForm::ofPhoto()).status, 200);
-  SampleForm face = SampleForm::ofPhoto();
-  face.fields = {{"metadata[light]", "dim"}};
-  const auto faceId = idOf(upload("POST", "/v1/identities/" + id + "/faces", face));
-  const Identity identity = server_->arrivals()->identities.at(0);
-  ASSERT_EQ(identity.faces.size(), 2U);
-  EXPECT_EQ(identity.faces[1].id, faceId);
-  EXPECT_EQ(*server_->file(identity.faces[1].photo), jpeg);
-}
-
-TEST_F(Operations, FieldsAreVerifiedOneByOne) {
-  const auto id = newDocument(newIdentity(), "driving-license");
-  EXPECT_EQ(patch(id, R"({"fields":[]})").status, 400) << "nothing was read yet";
-  const std::string field = json(addBack(id, "driving-license"))["fields"][0]["id"];
-  EXPECT_EQ(patch(id, R"({"fields":[{"id":")" + field + R"(","value":"Zo\u00eb"}]})").status, 200);
-  const auto fields = server_->arrivals()->identities.at(0).documents.at(0).fields;
-  EXPECT_EQ(fields.at(0).value, "Zo\xc3\xab");
-  EXPECT_TRUE(fields.at(0).verified);
-  EXPECT_FALSE(fields.at(1).verified);
 }
 
 TEST_F(Operations, ResourcesOfOthersAreUnknown) {
@@ -87,6 +60,8 @@ TEST_F(Operations, UploadsAreCheckedToTheLetter) {
 }
 
 TEST_F(Operations, VerifyingIsCheckedToo) {
+  const auto unread = newDocument(newIdentity(), "driving-license"); // until the back is there
+  EXPECT_EQ(patch(unread, R"({"fields":[]})").status, 400);
   const auto id = newDocument(newIdentity(), "passport");
   for (const char* body :
        {"", "[]", "{}", R"({"fields":{}})", R"({"fields":[],"more":1})",
@@ -96,7 +71,26 @@ TEST_F(Operations, VerifyingIsCheckedToo) {
         R"({"fields":[{"id":"fullName","value":"x"},{"id":"fullname","value":"x"}]})"})
     EXPECT_EQ(patch(id, body).status, 400) << body;
   EXPECT_EQ(patch(id, std::string(100000, '[')).status, 400);
-  EXPECT_FALSE(server_->arrivals()->identities[0].documents[0].fields[0].verified);
+  EXPECT_FALSE(server_->arrivals()->identities[1].documents[0].fields[0].verified);
+}
+
+TEST_F(Operations, TheChatRefusesWhatIsNoMessage) {
+  const auto post = [&](const std::string& path, const Json& body) {
+    return ask("POST", path, {}, jsonText(body));
+  };
+  post("/chat/enter", {{"visitor", "v-1"}});
+  const Json bodies[] = {"text",
+                         {{"visitor", "v-1"}},
+                         {{"visitor", "v-1"}, {"text", 1}},
+                         {{"visitor", "v-1"}, {"text", ""}},
+                         {{"visitor", "v-1"}, {"text", std::string(30'000, 'x')}},
+                         {{"visitor", "nobody"}, {"text", "x"}}};
+  for (const Json& body : bodies)
+    EXPECT_GE(post("/chat/say", body).status, 400) << jsonText(body).substr(0, 40);
+  for (const char* id : {"", "a/b", "<script>"})
+    EXPECT_EQ(post("/chat/enter", {{"visitor", id}}).status, 400) << id;
+  EXPECT_EQ(json(ask("GET", "/chat/news?visitor=v-1&after=0"))["lines"].size(), 1U);
+  EXPECT_EQ(ask("GET", "/chat/news?visitor=v-1&after=x").status, 400);
 }
 
 TEST_F(Operations, BodiesHaveALimit) {

@@ -59,9 +59,6 @@ protected:
   static std::string idOf(const Answer& answer) {
     return stringMember(json(answer), "id").value_or("no id");
   }
-  static std::string messageOf(const Answer& answer) {
-    return stringMember(json(answer), "message").value_or("no message");
-  }
 
   std::string newIdentity() { return idOf(upload("POST", "/v1/identities", SampleForm::ofFilm())); }
   std::string newDocument(const std::string& identityId, const std::string& type) {
