@@ -19,8 +19,6 @@ protected:
     settle();
     ASSERT_EQ(top(), "ZVKYCCameraViewController");
   }
-  double flash() { return camera.lock()->snapshotEffectView.lock()->layer()->presentedOpacity(); }
-
   bool stays() { return step<ZVKYCCameraViewController>() == camera.lock(); }
 
   std::weak_ptr<ZVKYCCameraViewController> camera;
@@ -43,15 +41,11 @@ TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
     ZVKYC::instance().identityId = row.hosts;
     open(row.document, row.type);
     const auto screen = camera.lock();
-    EXPECT_EQ(title(), name(*fromRawValue<ZVDocument>(row.document)) + ".");
     EXPECT_EQ(page(), row.page);
     EXPECT_EQ(*shell().showBackButton, !row.hosts);
     EXPECT_EQ(screen->cardTitleLabel.lock()->text(), *row.caption ? localized(row.caption) : " ");
     EXPECT_EQ(screen->cardImageView.lock()->image()->name(),
               row.type == first ? "ZVFrontIneCard" : "ZVBackIneCard");
-    const auto& layers = screen->cameraView.lock()->layer()->sublayers();
-    ASSERT_FALSE(layers.empty());
-    EXPECT_EQ(layers[0]->frame(), screen->cameraView.lock()->bounds()) << "the preview is lowest";
     EXPECT_TRUE(back->isRunning());
     leave();
     EXPECT_FALSE(back->isRunning());
@@ -105,7 +99,7 @@ TEST_F(DocumentCameraTest, DoesWithoutACamera) {
     back->opens = missing;
     open("passport");
     shell().bottomButton.lock()->sendActions(UIControlEvent::TouchUpInside);
-    EXPECT_EQ(flash(), 1);
+    EXPECT_EQ(camera.lock()->snapshotEffectView.lock()->layer()->presentedOpacity(), 1);
     settle();
     EXPECT_TRUE(stays());
     camera.lock()->showError(true); // there is no preview to hide

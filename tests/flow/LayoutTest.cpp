@@ -2,8 +2,6 @@
 // as a person may ask for: nothing is cut off, nothing collides.
 
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
-#include "platform/UIKit/UIPageControl.h"
-#include "platform/UIKit/UIScreen.h"
 #include "tests/flow/FlowTest.h"
 
 namespace zuvi {
@@ -17,10 +15,9 @@ struct Item {
 };
 
 std::string words(const Item& item) {
-  Value::Dictionary description;
-  item.view->describe(description);
+  const auto* label = dynamic_cast<const UILabel*>(item.view);
   return className(*item.view) + " " + item.view->outletName + " " +
-         Value(description).description();
+         (label ? label->text().value_or("") : "");
 }
 
 bool overlap(const CGRect& a, const CGRect& b) {

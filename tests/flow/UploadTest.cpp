@@ -3,8 +3,6 @@
 #include "kit/Helper/ZVLocalization.h"
 #include "tests/flow/FlowTest.h"
 
-#include <thread>
-
 namespace zuvi {
 namespace {
 
@@ -15,16 +13,6 @@ protected:
     launch();
     tapBottom();
     record();
-  }
-  /// Up to the upload of the document, whose first request waits.
-  void uploadDocument() {
-    tapBottom();
-    arrive("ZVKYCCameraViewController");
-    shoot(jpeg(1));
-    before_ = backend.requests().size();
-    backend.hold();
-    shoot(jpeg(2));
-    expectRequest();
   }
   void uploadFilm() {
     before_ = backend.requests().size();
@@ -73,43 +61,25 @@ TEST_F(UploadTest, DropsWhatComesAfterItsFilmWasLeft) {
 }
 
 TEST_F(UploadTest, DropsWhatComesAfterItsDocumentWasLeft) {
-  uploadDocument();
-  const auto requests = backend.requests().size();
-  remember();
-  tap("retakeButton");
-  EXPECT_EQ(page(), 2) << "the front again";
-  EXPECT_FALSE(step<ZVKYCCameraViewController>()->isErrorShown);
-  EXPECT_EQ(backend.requests().size(), requests);
-  answerLate();
-  EXPECT_EQ(page(), 2);
-  shoot(jpeg(3));
-  shoot(jpeg(4));
-  arrive("ZVDocumentListViewController");
-}
-
-TEST_F(UploadTest, DropsTheBacksAnswerToo) {
   tapBottom();
   arrive("ZVKYCCameraViewController");
   shoot(jpeg(1));
-  std::atomic<bool> backAsked = false, mayAnswer = false;
-  backend.answer([&](const test::Request& request) {
-    if (request.method == "PUT") {
-      backAsked = true;
-      while (!mayAnswer)
-        std::this_thread::yield();
-    }
-    return succeed(request);
-  });
-  shoot(jpeg(2));
-  EXPECT_TRUE(time.waitUntil([&] { return backAsked.load(); }));
-  remember();
-  tap("backButton");
-  EXPECT_EQ(page(), 3) << "the back's camera";
-  mayAnswer = true;
-  answerLate();
-  EXPECT_EQ(page(), 3);
+  for (const std::string side : {"POST", "PUT"}) { // the front's request, the back's
+    before_ = backend.requests().size() + (side == "PUT");
+    backend.hold(side);
+    shoot(jpeg(2));
+    expectRequest();
+    remember();
+    tap(side == "POST" ? "retakeButton" : "backButton");
+    const int left = page();
+    EXPECT_EQ(left, side == "POST" ? 2 : 3) << "the front's camera again, or the back's";
+    EXPECT_FALSE(step<ZVKYCCameraViewController>()->isErrorShown);
+    answerLate();
+    EXPECT_EQ(page(), left);
+    if (side == "POST") shoot(jpeg(3));
+  }
   EXPECT_TRUE(printed.empty()) << "nothing tried to show another screen";
-  shoot(jpeg(3)); // and goes on from there
+  shoot(jpeg(4)); // and goes on from there
   arrive("ZVDocumentListViewController");
 }
 
@@ -144,31 +114,6 @@ TEST_F(UploadTest, KeepsToItsMerchantWhenAnotherComesMeanwhile) {
   arrive("ZVVerifiedViewController");
   tapBottom();
   EXPECT_EQ(delegate->calls, std::vector<std::string>{"success identity-1"});
-}
-
-TEST_F(UploadTest, KeysReachNothingThatIsOutOfSight) {
-  const auto press = [this] {
-    UIApplication::shared().keyPressed({"space", " ", false});
-    settle();
-  };
-  backend.hold();
-  ASSERT_TRUE(shell().bottomButton.lock()->becomeFirstResponder());
-  press(); // confirms the film
-  EXPECT_EQ(top(), "ZVUploadViewController");
-  press(); // the bar is hidden by now
-  EXPECT_EQ(depth(), 4U);
-  tap("retakeButton");
-  EXPECT_EQ(top(), "ZVLiveCameraViewController");
-  press(); // the review that owned the button has gone
-  EXPECT_EQ(depth(), 2U);
-  backend.release();
-
-  record();
-  ASSERT_TRUE(shell().bottomButton.lock()->becomeFirstResponder());
-  tap("closeButtonTap");
-  press();
-  EXPECT_TRUE(shell().presentedViewController()) << "keys belong to the alert";
-  EXPECT_EQ(depth(), 3U);
 }
 
 } // namespace
