@@ -32,7 +32,6 @@ protected:
 };
 
 TEST_F(AddressTest, IsBuiltWithBothEscapings) {
-  const CustomVariables none;
   struct Case {
     std::string templateURL;
     LiveChatConfiguration configuration;
@@ -53,7 +52,10 @@ TEST_F(AddressTest, IsBuiltWithBothEscapings) {
        {"1", "0", " ", "a&b=c+d@e.f/?"},
        {},
        begin + "&name=%20&email=a&b=c+d%40e.f%2F%3F"},
-      {"h/o?a=1", {"1", "0", "Zoë [x]:;", "\xff"}, none, begin + "&name=Zo%C3%AB%20[x]:;&params="},
+      {"h/o?a=1",
+       {"1", "0", "Zoë [x]:;", "\xff"},
+       CustomVariables{},
+       begin + "&name=Zo%C3%AB%20[x]:;&params="},
       {"h/o?a=1", {"1"}, {{{"Merchant", "a b"}}}, begin + "&params=Merchant%3Da%2520b"},
       {"h/o?a=1",
        {"1"},

@@ -3,7 +3,6 @@
 #include "kit/Helper/LiveChat/ChatView.h"
 #include "kit/Helper/ZVBundle.h"
 #include "tests/chat/ChatTest.h"
-#include "tests/support/TemporaryFolder.h"
 
 namespace zuvi::test {
 namespace {
@@ -15,7 +14,6 @@ struct Owner final : ChatViewDelegate {
 };
 
 const std::string address = "https://chat.host/open?license=1&group=0&native_platform=ios";
-const std::string askAgent = "navigator.userAgent";
 const std::string focus = "LiveChatWidget_emitFocus();", blur = "LiveChatWidget_emitBlur();";
 
 class ChatViewTest : public ChatTest {
@@ -133,7 +131,7 @@ TEST_F(ChatViewTest, ReloadsForWhatChangesAndNothingElse) {
     time.advance(1);
     EXPECT_EQ(page()->loads.size(), 2U) << "the keyboard drops what waits";
   }
-  engine->results[askAgent] = 7;
+  engine->results["navigator.userAgent"] = 7;
   view->customVariables = std::nullopt;
   time.advance(1);
   EXPECT_EQ(page()->loads.size(), 2U) << "no user agent, no load";

@@ -1,7 +1,7 @@
 // The view over a page that is not there and its ways out.
 
 #include "kit/Helper/LiveChat/LoadingView.h"
-#include "tests/chat/ChatTest.h"
+#include "tests/UIKit/ScreenFixture.h"
 
 namespace zuvi::test {
 namespace {
@@ -12,29 +12,20 @@ struct Presser final : LoadingViewDelegate {
   void close() override { heard += "close "; }
 };
 
-class LoadingViewTest : public ChatTest {
+class LoadingViewTest : public ScreenFixture {
 protected:
   LoadingViewTest() {
-    window->makeKeyAndVisible();
-    view->setFrame({0, 0, 375, 500});
     view->delegate = presser;
     view->startAnimation();
-    window->addSubview(view);
     time.settle();
   }
   void TearDown() override {
-    window->setVisible(false);
-    window = nullptr;
-    ChatTest::TearDown();
-  }
-  static void touch(CGPoint point) {
-    UIApplication::shared().touchBegan(point);
-    UIApplication::shared().touchEnded(point);
+    view = nullptr;
+    ScreenFixture::TearDown();
   }
   bool isShown(const UIView& part) const { return part.superview() == view.get(); }
 
-  std::shared_ptr<UIWindow> window = make<UIWindow>();
-  std::shared_ptr<LoadingView> view = make<LoadingView>();
+  std::shared_ptr<LoadingView> view = add<LoadingView>({0, 0, 320, 400});
   std::shared_ptr<Presser> presser = std::make_shared<Presser>();
 };
 
@@ -43,11 +34,11 @@ TEST_F(LoadingViewTest, TheWayOutComesLateWithTheSpinnerAndAtOnceWithAnError) {
   EXPECT_TRUE(isShown(*view->activityIndicator()) && !isShown(*view->errorView()));
   time.advance(2.9);
   EXPECT_EQ(view->closeButton()->layer()->presentedOpacity(), 0);
-  touch(close);
+  tap(close);
   EXPECT_EQ(presser->heard, "") << "it can't be seen yet";
   time.advance(0.5);
   EXPECT_EQ(view->closeButton()->layer()->presentedOpacity(), 1);
-  touch(close);
+  tap(close);
   EXPECT_EQ(std::exchange(presser->heard, ""), "close ");
 
   view->startAnimation();
@@ -58,11 +49,11 @@ TEST_F(LoadingViewTest, TheWayOutComesLateWithTheSpinnerAndAtOnceWithAnError) {
   EXPECT_TRUE(!isShown(*view->activityIndicator()) && isShown(*view->errorView()));
   EXPECT_FALSE(view->activityIndicator()->animating());
   const auto reload = view->errorView()->reloadButton();
-  touch(reload->convertToScreen(reload->bounds()).center());
+  tap(reload->convertToScreen(reload->bounds()).center());
   EXPECT_TRUE(isShown(*view->activityIndicator()) && view->activityIndicator()->animating());
 
   view->displayLoadingError(std::string(3500, 'x'));
-  touch(close);
+  tap(close);
   EXPECT_EQ(presser->heard, "reload close ") << "no text covers the way out";
 }
 

@@ -114,12 +114,9 @@ TEST_F(ChatTest, CountersHoldOverDamagedDefaults) {
     UnreadMessagesCounter::resetCounter();
     EXPECT_TRUE(defaults.value("LiveChat_unreadMessagesKey").isNull()) << "an empty set is no key";
     EXPECT_FALSE(UnreadMessagesCounter::handleUnreadMessage("a")) << what;
-    EXPECT_TRUE(UnreadMessagesCounter::handleUnreadMessage("c") &&
-                UnreadMessagesCounter::handleUnreadMessage("b"));
-    EXPECT_EQ(UnreadMessagesCounter::counterValue(), 2);
+    EXPECT_TRUE(UnreadMessagesCounter::handleUnreadMessage("b"));
     UnreadMessagesCounter::resetCounter();
-    EXPECT_EQ(defaults.value("LiveChat_readMessagesKey"), Value(Value::List{"a", "b", "c"}))
-        << "it only grows";
+    EXPECT_EQ(defaults.value("LiveChat_readMessagesKey"), Value(Value::List{"a", "b"})) << what;
     LiveChatState::markChatAsOpened();
     EXPECT_TRUE(LiveChatState::isChatOpenedBefore()) << what;
   }
