@@ -53,10 +53,9 @@ struct AskedStill {
 struct Surface : LayerHost {
   explicit Surface(std::shared_ptr<CALayer> root) : layer(std::move(root)) { layer->setHost(this); }
   ~Surface() override { layer->setHost(nullptr); }
-  void setNeedsFrame() override { frames++; }
+  void setNeedsFrame() override {}
   void addDamage(const CGRect&) override {}
   std::shared_ptr<CALayer> layer;
-  int frames = 0;
 };
 
 /// A session with all outputs.

@@ -58,16 +58,6 @@ TEST_F(FilmTest, LastsFromStartToStopAndPlays) {
   EXPECT_EQ(status.st_mode & 0077, 0U) << "others may read the film";
 }
 
-TEST_F(FilmTest, EndsAtItsLimit) {
-  const auto rig = running();
-  rig->film->maxRecordedDuration = 0.5;
-  rig->film->startRecording(path, listener);
-  ASSERT_TRUE(ended());
-  EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorMaximumDurationReached);
-  EXPECT_FALSE(rig->film->isRecording());
-  EXPECT_NEAR(readFilm(path).seconds, 0.5, oneFrame);
-}
-
 TEST_F(FilmTest, TakesFollowEachOther) {
   auto rig = filming(folder.path("1.mov"));
   rig->film->startRecording(folder.path("refused.mov"), listener); // one is under way

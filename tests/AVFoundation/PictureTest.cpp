@@ -1,7 +1,6 @@
 #include "platform/AVFoundation/AVError.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "tests/AVFoundation/CameraFixture.h"
-#include "tests/AVFoundation/MediaReaderGStreamer.h"
 #include "tests/AVFoundation/RecipeProvider.h"
 
 #include <cmath>

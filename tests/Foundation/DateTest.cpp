@@ -55,10 +55,6 @@ TEST(DateFormatterTest, DeviceZoneIsReadAnewAndRulesCount) {
     const ScopedEnvironment tz("TZ", row.zone);
     EXPECT_EQ(formatter.string({1517400000}), row.winter) << row.zone;
     EXPECT_EQ(formatter.string({1530446400}), row.summer) << row.zone;
-    DateFormatter local;
-    local.dateFormat = "yyyy-MM-dd HH:mm";
-    for (const double instant : {1517400000, 1530446400})
-      EXPECT_EQ(local.date(local.string({instant})), Date{instant}) << row.zone;
   }
 }
 

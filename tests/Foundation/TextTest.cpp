@@ -1,24 +1,12 @@
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/PercentEncoding.h"
-#include "platform/Foundation/URL.h"
 
 #include <limits>
-#include <string>
 
 #include <gtest/gtest.h>
 
 namespace zuvi {
 namespace {
-
-TEST(PercentEncodingTest, EscapesEachByteOutsideTheSet) {
-  const auto& query = CharacterSet::urlQueryAllowed();
-  EXPECT_EQ(addingPercentEncoding("a b&c=d/e?%\r\n\"é", query), "a%20b&c=d/e?%25%0D%0A%22%C3%A9");
-  EXPECT_EQ(addingPercentEncoding("me@x.y/z+[1]", CharacterSet::urlHostAllowed()),
-            "me%40x.y%2Fz+[1]");
-  EXPECT_EQ(addingPercentEncoding(std::string_view("\0", 1), query), "%00");
-  EXPECT_EQ(addingPercentEncoding("\xff", query), std::nullopt);
-  EXPECT_EQ(addingPercentEncoding("\xed\xa0\x80", query), std::nullopt);
-}
 
 TEST(PercentEncodingTest, TheReverseRefusesWhatIsMalformed) {
   EXPECT_EQ(removingPercentEncoding("a%20b%c3%A9+"), "a bé+");
@@ -88,21 +76,6 @@ TEST(JSONSerializationTest, DepthIsLimitedBothWays) {
   EXPECT_FALSE(JSONSerialization::jsonObject(objects));
   EXPECT_FALSE(JSONSerialization::isValidJSONObject(Value::List{*deepest}));
   EXPECT_EQ(written(Value::Dictionary{{"a", *deepest}}), "(absent)");
-}
-
-TEST(JSONSerializationTest, WritesCompactlyWhatJsonCanHold) {
-  EXPECT_EQ(written(Value::Dictionary{{"b", Value::List{1, true, nullptr, "x\"\n"}},
-                                      {"a", Value::Dictionary{}}}),
-            R"({"a":{},"b":[1,true,null,"x\"\n"]})");
-  EXPECT_EQ(written(Value::List{0.1F, 2.5, std::numeric_limits<std::uint64_t>::max(),
-                                std::numeric_limits<std::int64_t>::min()}),
-            "[0.1,2.5,18446744073709551615,-9223372036854775808]");
-  const Value infinite = std::numeric_limits<double>::infinity();
-  for (const Value& value :
-       {infinite, Value(Date{0}), Value(URL::fromFilePath("/a")), Value("\xff")})
-    EXPECT_EQ(written(Value::List{Value::Dictionary{{"k", value}}}), "(absent)");
-  EXPECT_EQ(written(Value::Dictionary{{"\xff", 1}}), "(absent)");
-  EXPECT_FALSE(JSONSerialization::isValidJSONObject(Value("a")));
 }
 
 } // namespace

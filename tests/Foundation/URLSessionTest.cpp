@@ -166,9 +166,9 @@ TEST_F(URLSessionTest, TheSessionMayEndInsideACompletion) {
   Pending pending;
   const auto completion = pending.completion();
   own->dataTask(to(server.url("/")),
-                [&](auto data, auto response, auto error) {
+                [&](auto... outcome) {
                   own.reset();
-                  completion(data, response, error);
+                  completion(outcome...);
                 })
       ->resume();
   EXPECT_EQ(pending.outcome().code(), 0);

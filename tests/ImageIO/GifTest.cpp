@@ -46,24 +46,6 @@ TEST(Gif, PutsInterlacedRowsInTheirPlaces) {
   EXPECT_EQ(pixelsOf(*source, 0), "rrwrbrrrg");
 }
 
-TEST(Gif, TellsTheDelaysItHas) {
-  const auto source = CGImageSource::createWithData(
-      makeGif(1, 1, {{.delay = -1}, {.delay = 0}, {.delay = 4}, {.delay = 20}, {.delay = 65535}}));
-  const auto delays = [&](std::size_t index) {
-    const auto properties = source->copyPropertiesAtIndex(index);
-    const Value* gif = valueForKey(properties, kCGImagePropertyGIFDictionary);
-    if (!gif) return std::pair(-1.0, -1.0);
-    return std::pair(gif->dictionary()->at(kCGImagePropertyGIFUnclampedDelayTime).number().value(),
-                     gif->dictionary()->at(kCGImagePropertyGIFDelayTime).number().value());
-  };
-  EXPECT_EQ(delays(0), std::pair(-1.0, -1.0));
-  EXPECT_EQ(delays(1), std::pair(0.0, 0.1));
-  EXPECT_EQ(delays(2), std::pair(0.04, 0.1));
-  EXPECT_EQ(delays(3), std::pair(0.2, 0.2));
-  EXPECT_EQ(delays(4), std::pair(655.35, 655.35));
-  EXPECT_EQ(delays(5), std::pair(-1.0, -1.0));
-}
-
 TEST(Gif, GivesWhatCameBeforeAFileBreaksOff) {
   const std::string whole =
       makeGif(3, 3, {{0, 0, 3, 3, "012301230", 10}, {1, 1, 2, 2, "3333", 10}}).string();

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <vector>
 
 namespace zuvi::test {
 namespace {
@@ -37,21 +36,6 @@ protected:
 };
 
 using Ends = std::vector<bool>;
-
-TEST_F(AnimationTest, ModelChangesAtOnceWhilePresentedValueMoves) {
-  animate(1, [&] {
-    layer->setPosition({100, 40});
-    layer->setOpacity(0);
-  });
-  time.advance(0.25);
-  EXPECT_DOUBLE_EQ(x(), 25);
-  EXPECT_DOUBLE_EQ(layer->presentedOpacity(), 0.75);
-  time.advance(0.74);
-  EXPECT_TRUE(ends.empty());
-  time.advance(0.02);
-  EXPECT_EQ(x(), 100);
-  EXPECT_EQ(ends, Ends{true});
-}
 
 TEST_F(AnimationTest, AnotherAnimationTakesOverFromTheValuePresented) {
   animate(1, [&] { layer->setPosition({100, 0}); });

@@ -54,12 +54,10 @@ public:
   static std::string difference(const Pixels& a, const Pixels& b, int slack = 0) {
     if (a.width_ != b.width_ || a.height_ != b.height_) return "the sizes";
     for (std::size_t i = 0; i < a.bytes_.size(); i++)
-      if (std::abs(a.bytes_.bytes()[i] - b.bytes_.bytes()[i]) > slack) {
-        const auto pixel = i / 4, width = static_cast<std::size_t>(a.width_);
-        return "at pixel " + std::to_string(pixel % width) + ", " + std::to_string(pixel / width) +
+      if (std::abs(a.bytes_.bytes()[i] - b.bytes_.bytes()[i]) > slack)
+        return "at byte " + std::to_string(i) + " of rows of " + std::to_string(4 * a.width_) +
                ": " + std::to_string(a.bytes_.bytes()[i]) + " against " +
                std::to_string(b.bytes_.bytes()[i]);
-      }
     return {};
   }
 

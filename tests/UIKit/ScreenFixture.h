@@ -11,10 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <memory>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace zuvi::test {
 

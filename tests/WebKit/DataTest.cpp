@@ -3,8 +3,6 @@
 #include "sandbox/core/tls/ServerCredentials.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <algorithm>
-
 namespace zuvi::test {
 
 namespace {

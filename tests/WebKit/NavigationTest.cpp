@@ -65,9 +65,6 @@ TEST_F(NavigationTest, OpensAndClosesWindowsThroughItsDelegate) {
   EXPECT_TRUE(waitFor([&] { return listener->has("close"); }));
   view->subviews()[0]->removeFromSuperview();
   EXPECT_EQ(evaluate(*view, "kid.closed"), Value(true));
-
-  evaluate(*view, "document.getElementById('new').click()");
-  EXPECT_TRUE(waitFor([&] { return listener->messages.size() == 2; }));
 }
 
 TEST_F(NavigationTest, RefusesWhatAPageMayNotHave) {
