@@ -1,4 +1,7 @@
-// Compiled into each test program, where the sanitizers' runtimes look for it.
+// Compiled into each test program, where the sanitizers' runtimes look for it, so nothing is
+// hidden.
+#pragma GCC visibility push(default)
+
 #ifdef __SANITIZE_ADDRESS__
 
 // Fontconfig keeps offsets in place of pointers, which the leak check can't follow; GLib lets go of
