@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -114,24 +115,29 @@ int main() {
   compose(data);
   const double taken = peakMiB() - before;
 
-  std::vector<double> alone, least, ours;
+  struct Times {
+    std::vector<double> wall, processor;
+    void measure(const std::function<void()>& work) {
+      const double start = wallSeconds(), busy = processorSeconds();
+      work();
+      wall.push_back(wallSeconds() - start);
+      processor.push_back(processorSeconds() - busy);
+    }
+  } alone, least, ours;
   for (int i = 0; i < 15; i++) {
-    double start = processorSeconds();
-    readWithLibrary(bytes, false);
-    alone.push_back(processorSeconds() - start);
-    start = processorSeconds();
-    readWithLibrary(bytes, true);
-    least.push_back(processorSeconds() - start);
-    start = processorSeconds();
-    compose(data);
-    ours.push_back(processorSeconds() - start);
+    alone.measure([&] { readWithLibrary(bytes, false); });
+    least.measure([&] { readWithLibrary(bytes, true); });
+    ours.measure([&] { compose(data); });
   }
-  const Figures baseline = figuresOf(alone);
-  report("library alone, numbers of 60 frames", baseline);
-  const Figures floor = figuresOf(least);
-  report("library and one lookup a pixel", floor, &baseline);
-  report("CGImageSource, pixels of 60 frames", figuresOf(ours), &baseline);
-  report("the same beside library and lookup", figuresOf(ours), &floor);
+  const auto print = [&](const char* what, std::vector<double> Times::*times) {
+    std::printf("%s\n", what);
+    const Figures baseline = figuresOf(alone.*times);
+    report("  library alone, numbers of 60 frames", baseline);
+    report("  library and one lookup a pixel", figuresOf(least.*times), &baseline);
+    report("  CGImageSource, pixels of 60 frames", figuresOf(ours.*times), &baseline);
+  };
+  print("time that passes", &Times::wall);
+  print("time of processors", &Times::processor);
   const double pixels = double(side) * side * 4 * frames / (1 << 20);
   std::printf("%-44s %.1f MiB, the pixels alone %.1f MiB, ratio %.2f\n", "memory at the peak",
               taken, pixels, taken / pixels);

@@ -88,7 +88,7 @@ int gcdForArray(const std::vector<int>& array) {
   return result;
 }
 
-std::shared_ptr<const UIImage> animatedImageWithSource(CGImageSource& source) {
+std::shared_ptr<const UIImage> animatedImageWithSource(const CGImageSource& source) {
   std::vector<std::shared_ptr<const UIImage>> frames, slices;
   std::vector<int> delays; // milliseconds
   for (std::size_t i = 0; i < source.count(); i++) {

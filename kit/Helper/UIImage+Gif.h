@@ -25,7 +25,7 @@ std::shared_ptr<const UIImage> gifFromURL(const std::string& url);
 std::shared_ptr<const UIImage> gifFromData(const Data& data);
 /// Frames that can't be decoded are left out; null when none is left, and when the series would be
 /// longer than a million.
-std::shared_ptr<const UIImage> animatedImageWithSource(CGImageSource& source);
+std::shared_ptr<const UIImage> animatedImageWithSource(const CGImageSource& source);
 
 /// In seconds; a tenth of one is the default and the least.
 double delayForImageAtIndex(std::size_t index, const CGImageSource* source);

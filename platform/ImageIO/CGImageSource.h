@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace zuvi {
 
@@ -15,25 +17,26 @@ inline constexpr const char* kCGImagePropertyGIFUnclampedDelayTime = "UnclampedD
 inline constexpr const char* kCGImagePropertyGIFDelayTime = "DelayTime";
 
 /// The frames of an animated picture. Frames are laid over one another as the file says, so each is
-/// a whole picture; asking for them in order costs least. One thread at a time.
+/// a whole picture. It does not change, so any thread may ask.
 class CGImageSource {
 public:
-  /// Null when the bytes are no GIF, or one larger than a screen could ever show.
+  /// Null when the bytes are no GIF, or one larger than a screen could ever show. All frames are
+  /// decoded here, with the help of another thread.
   static std::shared_ptr<CGImageSource> createWithData(const Data& bytes);
 
   /// How many frames the file holds, up to the first that breaks off.
   std::size_t count() const;
   /// Null when there is no such frame or it can't be decoded.
-  std::shared_ptr<const CGImage> createImageAtIndex(std::size_t index);
+  std::shared_ptr<const CGImage> createImageAtIndex(std::size_t index) const;
   /// Without `kCGImagePropertyGIFDictionary` when the file gives the frame no delay.
   Value::Dictionary copyPropertiesAtIndex(std::size_t index) const;
 
-  struct Frames;
-  explicit CGImageSource(std::unique_ptr<Frames> frames);
-  ~CGImageSource();
-
 private:
-  std::unique_ptr<Frames> frames_;
+  struct Frame {
+    std::shared_ptr<const CGImage> image; ///< null: it could not be decoded
+    std::optional<int> delay;             ///< in hundredths of a second
+  };
+  std::vector<Frame> frames_;
 };
 
 } // namespace zuvi

@@ -16,9 +16,9 @@ constexpr std::size_t largestBlock = std::size_t{16} << 20; // bytes, unless one
 std::shared_ptr<std::uint32_t> PixelPool::take() {
   if (used_ == room_) {
     const std::size_t size = pixels_ * sizeof(std::uint32_t);
-    room_ = std::clamp(largestBlock / std::max<std::size_t>(size, 1), std::size_t{1},
-                       std::max<std::size_t>(pictures_, 1));
-    pictures_ -= std::min(pictures_, room_);
+    // Each block holds twice the one before it: few pictures need not take much.
+    room_ = std::clamp(2 * room_, std::size_t{1},
+                       std::max<std::size_t>(largestBlock / std::max<std::size_t>(size, 1), 1));
     const std::size_t bytes = room_ * size;
     void* memory = bytes < hugePage
                        ? std::malloc(bytes)

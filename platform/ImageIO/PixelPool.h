@@ -10,14 +10,14 @@ namespace zuvi {
 /// costs more than drawing it. A block lives as long as one of its pictures.
 class PixelPool {
 public:
-  /// `pixels` a picture; `pictures` is how many will be wanted at the most.
-  PixelPool(std::size_t pixels, std::size_t pictures) : pixels_(pixels), pictures_(pictures) {}
+  /// `pixels` a picture.
+  explicit PixelPool(std::size_t pixels) : pixels_(pixels) {}
 
   /// Room for one picture, whatever was there before.
   std::shared_ptr<std::uint32_t> take();
 
 private:
-  std::size_t pixels_, pictures_;
+  std::size_t pixels_;
   std::shared_ptr<std::uint32_t> block_;
   std::size_t used_ = 0, room_ = 0; ///< in pictures, of the block
 };

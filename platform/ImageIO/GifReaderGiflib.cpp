@@ -1,4 +1,4 @@
-#include "platform/ImageIO/GifFramesGiflib.h"
+#include "platform/ImageIO/GifReader.h"
 
 #include <algorithm>
 #include <cstring>
@@ -17,19 +17,6 @@ constexpr long mostPixels = 256L << 20; // of the pictures of all frames
 
 struct Close {
   void operator()(GifFileType* file) const { DGifCloseFile(file, nullptr); }
-};
-
-struct Cursor {
-  Data bytes;
-  std::size_t at = 0;
-
-  static int read(GifFileType* file, GifByteType* buffer, int size) {
-    auto& cursor = *static_cast<Cursor*>(file->UserData);
-    const auto room = std::min(static_cast<std::size_t>(size), cursor.bytes.size() - cursor.at);
-    if (room > 0) std::memcpy(buffer, cursor.bytes.bytes() + cursor.at, room);
-    cursor.at += room;
-    return static_cast<int>(room);
-  }
 };
 
 std::uint32_t opaque(const GifColorType& color) {
@@ -76,50 +63,81 @@ bool readNumbers(GifFileType* file, GifFrame& frame) {
   return true;
 }
 
-/// False when nothing after it can be read.
-bool readFrame(GifFileType* file, GifFile& gif, const GraphicsControlBlock* control,
-               long& pixelsLeft) {
-  if (DGifGetImageDesc(file) == GIF_ERROR) return false;
-  const GifImageDesc& place = file->Image;
+} // namespace
+
+struct GifReader::File {
+  explicit File(const Data& data) : bytes(data), gif(DGifOpen(this, &File::read, nullptr)) {}
+
+  static int read(GifFileType* gif, GifByteType* buffer, int size) {
+    auto& file = *static_cast<File*>(gif->UserData);
+    const auto room = std::min(static_cast<std::size_t>(size), file.bytes.size() - file.at);
+    if (room > 0) std::memcpy(buffer, file.bytes.bytes() + file.at, room);
+    file.at += room;
+    return static_cast<int>(room);
+  }
+
+  std::optional<GifFrame> readFrame(const GraphicsControlBlock* control);
+
+  Data bytes;
+  std::size_t at = 0;
+  std::unique_ptr<GifFileType, Close> gif;
+  long pixelsLeft = mostPixels;
+  bool ended = false;
+};
+
+std::optional<GifFrame> GifReader::File::readFrame(const GraphicsControlBlock* control) {
+  if (DGifGetImageDesc(gif.get()) == GIF_ERROR) return std::nullopt;
+  const GifImageDesc& place = gif->Image;
   GifFrame frame;
   frame.left = place.Left;
   frame.top = place.Top;
   frame.width = place.Width;
   frame.height = place.Height;
   if (control) readControl(*control, frame);
-  const ColorMapObject* map = place.ColorMap ? place.ColorMap : file->SColorMap;
+  const ColorMapObject* map = place.ColorMap ? place.ColorMap : gif->SColorMap;
   for (int i = 0; map && i < std::min(map->ColorCount, 256); i++)
     frame.colors[static_cast<std::size_t>(i)] = opaque(map->Colors[i]);
   if (control && control->TransparentColor >= 0 && control->TransparentColor < 256)
     frame.colors[static_cast<std::size_t>(control->TransparentColor)] = 0;
   // The smallest frame makes a picture of the whole canvas.
-  pixelsLeft -= std::max(long{frame.width} * frame.height, long{gif.width} * gif.height);
-  const bool read =
-      frame.width > 0 && frame.height > 0 && pixelsLeft >= 0 && map && readNumbers(file, frame);
-  gif.frames.push_back(std::move(frame));
-  return read;
+  pixelsLeft -= std::max(long{frame.width} * frame.height, long{gif->SWidth} * gif->SHeight);
+  ended = frame.width <= 0 || frame.height <= 0 || pixelsLeft < 0 || !map ||
+          !readNumbers(gif.get(), frame);
+  return frame;
 }
 
-} // namespace
-
-std::optional<GifFile> readGif(const Data& bytes) {
-  Cursor cursor{bytes};
-  const std::unique_ptr<GifFileType, Close> file(DGifOpen(&cursor, &Cursor::read, nullptr));
-  if (!file) return std::nullopt;
-  GifFile gif{file->SWidth, file->SHeight, {}};
-  if (gif.width <= 0 || gif.height <= 0 || long{gif.width} * gif.height > mostCanvasPixels)
+std::optional<GifReader> GifReader::open(const Data& bytes) {
+  auto file = std::make_shared<File>(bytes);
+  const GifFileType* gif = file->gif.get();
+  if (!gif || gif->SWidth <= 0 || gif->SHeight <= 0 ||
+      long{gif->SWidth} * gif->SHeight > mostCanvasPixels)
     return std::nullopt;
+  return GifReader(std::move(file));
+}
+
+int GifReader::width() const {
+  return file_->gif->SWidth;
+}
+
+int GifReader::height() const {
+  return file_->gif->SHeight;
+}
+
+std::optional<GifFrame> GifReader::next() {
+  GifFileType* gif = file_->gif.get();
   GraphicsControlBlock control{};
   bool controlled = false;
-  long pixelsLeft = mostPixels;
   for (GifRecordType type = UNDEFINED_RECORD_TYPE;
-       DGifGetRecordType(file.get(), &type) == GIF_OK && type != TERMINATE_RECORD_TYPE;) {
-    if (type == EXTENSION_RECORD_TYPE && !readExtension(file.get(), control, controlled)) break;
-    if (type != IMAGE_DESC_RECORD_TYPE) continue;
-    if (!readFrame(file.get(), gif, controlled ? &control : nullptr, pixelsLeft)) break;
-    controlled = false;
+       !file_->ended && DGifGetRecordType(gif, &type) == GIF_OK && type != TERMINATE_RECORD_TYPE;) {
+    if (type == EXTENSION_RECORD_TYPE && !readExtension(gif, control, controlled)) break;
+    if (type == IMAGE_DESC_RECORD_TYPE) {
+      auto frame = file_->readFrame(controlled ? &control : nullptr);
+      file_->ended = file_->ended || !frame;
+      return frame;
+    }
   }
-  return gif;
+  file_->ended = true;
+  return std::nullopt;
 }
 
 } // namespace zuvi

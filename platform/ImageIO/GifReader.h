@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace zuvi {
 
@@ -21,13 +20,23 @@ struct GifFrame {
   std::optional<int> delay;                ///< in hundredths of a second
 };
 
-struct GifFile {
-  int width = 0, height = 0;
-  std::vector<GifFrame> frames;
-};
+/// Reads the frames of a GIF one after the other.
+class GifReader {
+public:
+  /// Absent when the bytes are no GIF or it is too large.
+  static std::optional<GifReader> open(const Data& bytes);
 
-/// Absent when the bytes are no GIF or it is too large. A file that breaks off gives the frames
-/// before, and the broken one without its numbers.
-std::optional<GifFile> readGif(const Data& bytes);
+  int width() const;
+  int height() const;
+  /// Absent at the end. Of a file that breaks off within a frame, that one comes without its
+  /// numbers, as the last.
+  std::optional<GifFrame> next();
+
+  struct File;
+
+private:
+  explicit GifReader(std::shared_ptr<File> file) : file_(std::move(file)) {}
+  std::shared_ptr<File> file_;
+};
 
 } // namespace zuvi
