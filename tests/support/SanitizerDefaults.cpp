@@ -34,7 +34,8 @@ extern "C" int dlclose(void*) {
 extern "C" const char* __tsan_default_suppressions() {
   return "called_from_lib:libglib-2.0.so.0\n"
          "called_from_lib:libgio-2.0.so.0\n"
-         "called_from_lib:libgobject-2.0.so.0\n";
+         "called_from_lib:libgobject-2.0.so.0\n"
+         "called_from_lib:libgtk-4.so.1\n";
 }
 
 #endif
