@@ -7,6 +7,8 @@
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
 
+#include <utility>
+
 using namespace zuvi;
 
 namespace {
@@ -18,6 +20,7 @@ struct ScreenWidget {
   AccessibilityTree* tree;
   guint tick;
   gboolean leaving; ///< Tab has come to the last of our views
+  guint held;       ///< code of the key that is down; 0: none
 };
 
 struct ScreenWidgetClass {
@@ -127,8 +130,11 @@ gboolean onScroll(GtkEventControllerScroll* controller, double dx, double dy, gp
   return TRUE;
 }
 
-gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state, gpointer widget) {
+gboolean onKey(GtkEventControllerKey*, guint value, guint code, GdkModifierType state,
+               gpointer widget) {
+  ScreenWidget* me = self(widget);
   KeyPress key;
+  key.repeats = code != 0 && std::exchange(me->held, code) == code; // the toolkit does not say
   if (const char* name = gdk_keyval_name(value)) key.name = name;
   key.shift = state & GDK_SHIFT_MASK;
   const gunichar character = gdk_keyval_to_unicode(value);
@@ -138,12 +144,20 @@ gboolean onKey(GtkEventControllerKey*, guint value, guint, GdkModifierType state
     key.text = text;
   }
   UIApplication& application = UIApplication::shared();
-  ScreenWidget* me = self(widget);
   me->leaving = key.isTab() && application.isFocusAtEnd(key.isBackTab());
   if (!me->leaving) return application.keyPressed(key);
   // The window moves on to a widget of the host's, or comes back to `focus` where there is none.
   application.setFirstResponder(nullptr);
   return FALSE;
+}
+
+void onKeyUp(GtkEventControllerKey*, guint, guint code, GdkModifierType, gpointer widget) {
+  if (self(widget)->held == code) self(widget)->held = 0;
+}
+
+/// Where the key goes up is told to others.
+void onFocusGone(GtkEventControllerFocus*, gpointer widget) {
+  self(widget)->held = 0;
 }
 
 /// Among our layers the focus goes its own way: a widget that has no more use for Tab says so here,
@@ -164,7 +178,8 @@ gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
   return TRUE;
 }
 
-void onActive(GtkWindow* window, GParamSpec*, gpointer) {
+void onActive(GtkWindow* window, GParamSpec*, gpointer widget) {
+  self(widget)->held = 0;
   UIApplication::shared().setActive(gtk_window_is_active(window));
 }
 
@@ -235,7 +250,12 @@ void screen_widget_init(ScreenWidget* me) { // NOLINT: named by the macro
 
   GtkEventController* key = gtk_event_controller_key_new();
   g_signal_connect(key, "key-pressed", G_CALLBACK(onKey), widget);
+  g_signal_connect(key, "key-released", G_CALLBACK(onKeyUp), widget);
   gtk_widget_add_controller(widget, key);
+
+  GtkEventController* within = gtk_event_controller_focus_new();
+  g_signal_connect(within, "leave", G_CALLBACK(onFocusGone), widget);
+  gtk_widget_add_controller(widget, within);
 
   me->tree = new AccessibilityTree(widget);
   me->surface = new WidgetSurface(widget);

@@ -86,7 +86,7 @@ bool UIApplication::keyPressed(const KeyPress& key) {
   }
   if (passUp(first, key)) return true;
   if (key.isTab()) return moveFocus(key.isBackTab());
-  return key.name == "Escape" && performEscape();
+  return key.name == "Escape" && (key.repeats || performEscape());
 }
 
 bool UIApplication::isFocusAtEnd(bool backwards) const {

@@ -116,7 +116,7 @@ void UIControl::didChangeFirstResponder(bool focused) {
 
 bool UIControl::keyPressed(const KeyPress& key) {
   if (key.name != "space" && key.name != "Return" && key.name != "KP_Enter") return false;
-  accessibilityActivate();
+  if (!key.repeats) accessibilityActivate(); // a key that is held must not press the next screen's
   return true;
 }
 

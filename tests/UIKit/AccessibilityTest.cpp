@@ -34,6 +34,10 @@ protected:
     }
     return text + (inside ? ")" : "");
   }
+  /// A key that is down already, once more.
+  static void hold(const char* name) {
+    UIApplication::shared().keyPressed({name, {}, false, true});
+  }
   static std::string focused() {
     const UIView* view = UIApplication::shared().firstResponder();
     return view ? view->accessibilityElement().name : "";
@@ -104,6 +108,33 @@ TEST_F(AccessibilityTest, FocusIsNeverWhereItCannotBeSeen) {
   press("Tab");
   EXPECT_EQ(focused(), "other");
   EXPECT_TRUE(next->view()->subviews().front()->accessibilityActivate());
+}
+
+TEST_F(AccessibilityTest, KeyThatIsHeldPressesOnce) {
+  const auto home = screenNamed("home");
+  window->setRootViewController(home);
+  int taps = 0;
+  button(*home->view(), "go", 10)->addTarget(UIControlEvent::TouchUpInside, [&] { taps++; });
+  button(*home->view(), "other", 50);
+  press("Tab");
+  for (const char* name : {"space", "Return"}) {
+    press(name);
+    for (int again = 0; again < 3; again++)
+      hold(name);
+  }
+  EXPECT_EQ(taps, 2);
+  const auto alert = watch("alert", make<UIAlertController>("Question", "Why?"));
+  alert->addAction({"Leave", UIAlertAction::Style::Cancel, {}});
+  home->present(alert, true);
+  finish();
+  hold("Escape"); // which was pressed for what lay below
+  finish();
+  EXPECT_EQ(home->presentedViewController(), alert);
+  press("Escape");
+  finish();
+  EXPECT_EQ(focused(), "go");
+  hold("Tab");
+  EXPECT_EQ(focused(), "other");
 }
 
 TEST_F(AccessibilityTest, TextFollowsThePersonsWish) {
