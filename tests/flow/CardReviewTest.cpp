@@ -35,10 +35,12 @@ TEST_F(CardReviewTest, SendsADocumentWithoutBackSide) {
   EXPECT_EQ(bottomTitle(), "continue");
   EXPECT_EQ(page(), 2);
   EXPECT_EQ(screen->imageView.lock()->image()->size(), (CGSize{8, 4}));
+  registerMerchant("{}", "es"); // no documents any more
   backend.hold();
   tapBottom();
   const auto upload = step<ZVUploadViewController>();
   ASSERT_TRUE(upload);
+  EXPECT_EQ(title(), "Pasaporte.");
   EXPECT_EQ(upload->frontData, screen->imageData);
   EXPECT_FALSE(upload->backData);
   EXPECT_EQ(upload->identityId, "identity-1");
@@ -47,9 +49,11 @@ TEST_F(CardReviewTest, SendsADocumentWithoutBackSide) {
 
 TEST_F(CardReviewTest, PhotographsTheBackNext) {
   const auto screen = open(false, 1);
+  registerMerchant("{}", "es");
   tapBottom();
   const auto camera = step<ZVKYCCameraViewController>();
   ASSERT_TRUE(camera);
+  EXPECT_EQ(title(), "Documento nacional.");
   EXPECT_EQ(camera->type, ZVKYCCameraType::ineBack);
   EXPECT_EQ(camera->frontIneImage, screen->imageData);
   EXPECT_EQ(camera->objectId, "identity-1");

@@ -52,6 +52,7 @@ void ZVCardVerifyViewController::viewWillAppear(bool animated) {
 void ZVCardVerifyViewController::goOn(ZVDocument document) {
   if (scanBackSide(document)) {
     const auto camera = make<ZVKYCCameraViewController>();
+    camera->merchant = merchant; // the index counts in its lists
     camera->index = documentIndex;
     camera->isRequired = isRequired;
     camera->type = ZVKYCCameraType::ineBack;
@@ -60,6 +61,7 @@ void ZVCardVerifyViewController::goOn(ZVDocument document) {
     show(camera);
   } else {
     const auto upload = make<ZVUploadViewController>();
+    upload->merchant = merchant;
     upload->documentIndex = documentIndex;
     upload->isRequired = isRequired;
     upload->identityId = identityId;
