@@ -177,9 +177,7 @@ void ZVKYCCameraViewController::bottomButtonAction() {
   }
   takePhoto([self = weakSelf()](const std::optional<Data>& data) {
     const auto screen = self.lock();
-    if (!screen || !data) return;
-    UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("pictureTaken"));
-    screen->startRequest(*data);
+    if (screen && data) screen->startRequest(*data);
   });
 }
 
@@ -201,6 +199,7 @@ void ZVKYCCameraViewController::startRequest(const Data& data) {
   if (!objectId || appearance() == Appearance::Disappearing ||
       appearance() == Appearance::Disappeared)
     return;
+  UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("pictureTaken"));
   if (type == ZVKYCCameraType::ineFront && hasBackSide()) {
     const auto back = make<ZVKYCCameraViewController>();
     back->merchant = merchant; // the index counts in its lists
