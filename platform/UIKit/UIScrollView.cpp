@@ -8,13 +8,40 @@
 
 namespace zuvi {
 
-UIScrollView::UIScrollView() {
+namespace {
+
+// Points
+constexpr double barWidth = 3;
+constexpr double barInset = 1;
+constexpr double shortestBar = 24;
+constexpr CGColor barColor{0.12, 0.15, 0.21, 0.4};
+
+} // namespace
+
+UIScrollView::UIScrollView() : bar_(make<CALayer>()) {
   setClipsToBounds(true);
+  bar_->setBackgroundColor(barColor);
+  bar_->setCornerRadius(barWidth / 2);
+}
+
+void UIScrollView::placeBar() {
+  const CGRect seen = bounds();
+  const bool wanted = scrollEnabled_ && seen.height > 0 && contentSize_.height > seen.height + 0.5;
+  if (!wanted) return bar_->removeFromSuperlayer();
+  const auto& layers = layer()->sublayers();
+  if (layers.empty() || layers.back() != bar_) layer()->addSublayer(bar_);
+  const double room = seen.height - 2 * barInset;
+  const double length =
+      std::min(room, std::max(shortestBar, room * seen.height / contentSize_.height));
+  const double way = seen.y / (contentSize_.height - seen.height);
+  bar_->setFrame({seen.maxX() - barWidth - barInset, seen.y + barInset + (room - length) * way,
+                  barWidth, length});
 }
 
 void UIScrollView::setContentSize(CGSize size) {
   contentSize_ = size;
   setContentOffset(contentOffset());
+  placeBar();
 }
 
 void UIScrollView::setContentOffset(CGPoint offset) {
@@ -25,7 +52,13 @@ void UIScrollView::setContentOffset(CGPoint offset) {
   if (offset == now.origin()) return;
   // The layer's position is that of its centre: only what it shows moves.
   layer()->setBounds({offset.x, offset.y, now.width, now.height});
+  placeBar();
   setNeedsLayout();
+}
+
+void UIScrollView::setScrollEnabled(bool enabled) {
+  scrollEnabled_ = enabled;
+  placeBar();
 }
 
 void UIScrollView::scrollRectToVisible(const CGRect& rect) {
@@ -81,6 +114,7 @@ bool UIScrollView::keyPressed(const KeyPress& key) {
 void UIScrollView::layoutSubviews() {
   UIView::layoutSubviews();
   setContentOffset(contentOffset()); // a larger view may show past the end
+  placeBar();
 }
 
 } // namespace zuvi

@@ -5,7 +5,8 @@
 
 namespace zuvi {
 
-/// A view onto contents that are larger than itself, moved by finger or wheel.
+/// A view onto contents that are larger than itself, moved by finger, wheel or keys. While there is
+/// more above or below, a bar at its right edge shows which part is seen.
 class ZUVI_API UIScrollView : public UIView {
 public:
   /// Of no size and without contents; what lies outside its bounds is cut off.
@@ -34,7 +35,7 @@ public:
   /// does.
   /// @{
   bool isScrollEnabled() const { return scrollEnabled_; }
-  void setScrollEnabled(bool enabled) { scrollEnabled_ = enabled; }
+  void setScrollEnabled(bool enabled);
   /// @}
   /// True at start. Only remembered: contents hear of a touch at once.
   /// @{
@@ -51,7 +52,10 @@ public:
   void layoutSubviews() override;
 
 private:
+  void placeBar();
+
   CGSize contentSize_;
+  std::shared_ptr<CALayer> bar_;
   bool scrollEnabled_ = true;
   bool delaysContentTouches_ = true;
   std::optional<CGPoint> dragStart_; ///< the content's point that follows the finger

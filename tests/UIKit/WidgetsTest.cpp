@@ -28,6 +28,10 @@ TEST_F(WidgetsTest, ScrollerStaysWithinItsContents) {
   EXPECT_EQ(scroller->frame(), (CGRect{0, 0, 100, 100})); // it stands where it stood
   scroller->setContentSize({100, 150});
   EXPECT_EQ(scroller->contentOffset(), (CGPoint{0, 50}));
+  const auto bar = scroller->layer()->sublayers().back();
+  EXPECT_EQ(bar->frame().maxY(), 149); // at the end, in the contents' coordinates
+  scroller->setContentSize({100, 100});
+  EXPECT_FALSE(bar->superlayer());
 }
 
 /// Rows that say which one they are.
