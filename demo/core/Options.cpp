@@ -7,7 +7,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <functional>
-#include <map>
 
 namespace zuvi::demo {
 
@@ -104,34 +103,45 @@ std::string readTextScale(Options& options, const std::string& value) {
   return sensible ? "" : "is no number from 0.5 to 4";
 }
 
-const std::map<std::string, Reader>& readers() {
-  static const std::map<std::string, Reader> known{
-      {"--client-id", text(&Options::clientId)},
-      {"--metadata", readMetadata},
-      {"--identity", text(&Options::identity)},
-      {"--server", readServer},
-      {"--tracking", address(&Options::tracking)},
-      {"--chat-template", address(&Options::chatTemplate)},
-      {"--chat-license", text(&Options::chatLicense)},
-      {"--chat-group", text(&Options::chatGroup)},
-      {"--chat-name", text(&Options::chatName)},
-      {"--chat-email", text(&Options::chatEmail)},
-      {"--ca", [](Options& o,
-                  const std::string& v) { return readReadableFile(&Options::authorities, o, v); }},
-      {"--front-camera", camera(&Options::frontCamera)},
-      {"--back-camera", camera(&Options::backCamera)},
-      {"--camera-permission", readPermission},
-      {"--screen", readScreen},
-      {"--show", readScreenName},
-      {"--picture",
-       [](Options& o, const std::string& v) { return readReadableFile(&Options::picture, o, v); }},
-      {"--text-scale", readTextScale},
-      {"--drive",
-       [](Options& o, const std::string& v) { return readReadableFile(&Options::drive, o, v); }},
-      {"--pictures", text(&Options::pictures)},
-      {"--events", text(&Options::events)},
+struct Known {
+  std::string name, value;
+  Reader read;
+  std::string help;
+};
+
+Reader readableFile(std::optional<std::string> Options::*field) {
+  return [field](Options& options, const std::string& value) {
+    return readReadableFile(field, options, value);
   };
-  return known;
+}
+
+const std::vector<Known>& known() {
+  static const std::vector<Known> options{
+      {"--client-id", "ID", text(&Options::clientId), "register with it"},
+      {"--metadata", "KEY=VALUE", readMetadata, "an entry of the identity, may be repeated"},
+      {"--identity", "ID", text(&Options::identity), "an identity made before"},
+      {"--server", "ADDRESS", readServer, "of the back end; ends in /"},
+      {"--tracking", "ADDRESS", address(&Options::tracking), "where events go"},
+      {"--ca", "FILE", readableFile(&Options::authorities), "further authorities to trust"},
+      {"--chat-template", "ADDRESS", address(&Options::chatTemplate), "of the chat's template"},
+      {"--chat-license", "ID", text(&Options::chatLicense), "of the chat"},
+      {"--chat-group", "ID", text(&Options::chatGroup), "whom the visitor reaches"},
+      {"--chat-name", "NAME", text(&Options::chatName), "of the visitor"},
+      {"--chat-email", "ADDRESS", text(&Options::chatEmail), "of the visitor"},
+      {"--front-camera", "SOURCE", camera(&Options::frontCamera),
+       "none, simulated, or a device, picture or film"},
+      {"--back-camera", "SOURCE", camera(&Options::backCamera), "the same"},
+      {"--camera-permission", "STATE", readPermission,
+       "authorized, denied, restricted, grant or refuse"},
+      {"--screen", "WxH@SCALE", readScreen, "its size in points (375x812@2)"},
+      {"--text-scale", "NUMBER", readTextScale, "of the desktop's text"},
+      {"--show", "card-review", readScreenName, "the review of --picture"},
+      {"--picture", "FILE", readableFile(&Options::picture), "of a document"},
+      {"--drive", "FILE", readableFile(&Options::drive), "a script that taps through the flow"},
+      {"--pictures", "DIR", text(&Options::pictures), "where the script's pictures go"},
+      {"--events", "FILE", text(&Options::events), "what happens, a JSON object a line"},
+  };
+  return options;
 }
 
 } // namespace
@@ -144,16 +154,32 @@ std::variant<Options, std::string> parseOptions(const std::vector<std::string>& 
       options.offscreen = true;
       continue;
     }
-    const auto reader = readers().find(name);
-    if (reader == readers().end()) return "there is no option " + name;
+    if (name == "--help") {
+      options.help = true;
+      return options;
+    }
+    const auto option = std::ranges::find(known(), name, &Known::name);
+    if (option == known().end()) return "there is no option " + name + "; --help lists them";
     if (i + 1 == arguments.size()) return name + " lacks its value";
     const std::string& value = arguments[++i];
-    if (const std::string problem = reader->second(options, value); !problem.empty())
+    if (const std::string problem = option->read(options, value); !problem.empty())
       return name + " " + value + ": " + problem;
   }
   if (options.showsCardReview != options.picture.has_value())
     return "--show card-review and --picture FILE need each other";
   return options;
+}
+
+std::string usage() {
+  std::string text = "zuvi-demo: a host of the kit to try it with\n\n";
+  const auto add = [&text](std::string name, const std::string& help) {
+    name.resize(27, ' ');
+    text += "  " + name + help + "\n";
+  };
+  for (const Known& option : known())
+    add(option.name + " " + option.value, option.help);
+  add("--offscreen", "no window: the script looks at pictures in memory");
+  return text;
 }
 
 } // namespace zuvi::demo

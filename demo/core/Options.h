@@ -24,6 +24,7 @@ struct Options {
   std::optional<double> textScale;
   double scale = 2;
   bool offscreen = false;
+  bool help = false; ///< asked for, and nothing else looked at
   std::optional<std::string> drive, pictures, events;
   bool showsCardReview = false;
   std::optional<std::string> picture; ///< of the document to review
@@ -31,5 +32,8 @@ struct Options {
 
 /// The options, or in one line what is wrong with them. `arguments` without the program's name.
 std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments);
+
+/// All options, one a line.
+std::string usage();
 
 } // namespace zuvi::demo

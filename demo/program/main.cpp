@@ -15,6 +15,10 @@ int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): out of m
     return 2;
   }
   const auto& options = std::get<demo::Options>(parsed);
+  if (options.help) {
+    std::fputs(demo::usage().c_str(), stdout);
+    return 0;
+  }
   std::optional<OffscreenSurface> memory;
   if (options.offscreen) {
     memory.emplace(options.screen, options.scale);
