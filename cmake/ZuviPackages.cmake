@@ -3,7 +3,6 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zuvisdk)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "ZuviSDK developers <sdk@zuvi.example>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Identity-verification kit")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -12,7 +11,9 @@ set(CPACK_DEBIAN_PACKAGE_SECTION libs)
 set(same "zuvisdk (= ${PROJECT_VERSION})")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME zuvisdk)
-set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "Identity-verification kit: library and resources")
+set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "identity-verification kit: library and resources
+Programs show one button; behind it a selfie film and photographs of documents
+are taken and sent to the verification service.")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 # What is looked up by name while the program runs: camera, pictures and films; authorities.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS
@@ -34,13 +35,16 @@ if(TARGET zuvi_webkitgtk)
   list(APPEND CPACK_COMPONENTS_ALL chat)
   string(APPEND CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS ", zuvisdk-chat (= ${PROJECT_VERSION})")
   set(CPACK_DEBIAN_CHAT_PACKAGE_NAME zuvisdk-chat)
-  set(CPACK_DEBIAN_CHAT_DESCRIPTION "Identity-verification kit: the support chat's browser engine")
+  set(CPACK_DEBIAN_CHAT_DESCRIPTION "identity-verification kit: the support chat's browser engine
+The kit loads this module with the first page of its support chat. Without it
+the chat opens with its loading view alone.")
   set(CPACK_DEBIAN_CHAT_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_CHAT_PACKAGE_DEPENDS "${same}")
 endif()
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME zuvisdk-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Identity-verification kit: headers and static library")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "identity-verification kit: headers and static library
+What a program needs to be built with the kit, by CMake or by pkg-config.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${same}, libgtk-4-dev, pkg-config | pkgconf")
 # For programs that link the static library.
@@ -51,9 +55,17 @@ libpugixml-dev, librsvg2-dev, nlohmann-json3-dev")
 if(TARGET zuvi-sandbox OR TARGET zuvi-demo)
   list(APPEND CPACK_COMPONENTS_ALL tools)
   set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME zuvisdk-tools)
-  set(CPACK_DEBIAN_TOOLS_DESCRIPTION "Identity-verification kit: local back end and demo")
+  set(CPACK_DEBIAN_TOOLS_DESCRIPTION "identity-verification kit: local back end and demo
+zuvi-sandbox answers in the verification service's place on this machine, and
+zuvi-demo is a small host program to try the kit with.")
   set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
   set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${same}") # the demo shows its resources
 endif()
+
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+  string(TOUPPER ${component} key)
+  install(FILES ${CMAKE_CURRENT_LIST_DIR}/copyright COMPONENT ${component}
+    DESTINATION share/doc/${CPACK_DEBIAN_${key}_PACKAGE_NAME})
+endforeach()
 include(CPack)
