@@ -37,7 +37,7 @@ if(TARGET zuvi_webkitgtk)
   set(CPACK_DEBIAN_CHAT_PACKAGE_NAME zuvisdk-chat)
   set(CPACK_DEBIAN_CHAT_DESCRIPTION "identity-verification kit: the support chat's browser engine
 The kit loads this module with the first page of its support chat. Without it
-the chat opens with its loading view alone.")
+the chat shows an error.")
   set(CPACK_DEBIAN_CHAT_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_CHAT_PACKAGE_DEPENDS "${same}")
 endif()
