@@ -92,7 +92,7 @@ int main(int argc, char** argv) {
   surface->setRootViewController(kiosk);
   surface->makeKeyAndVisible();
   watch(window, *kiosk);
-  g_signal_connect(window, "close-request", G_CALLBACK(+[] { MainLoop::stop(); }), nullptr);
+  g_signal_connect(window, "destroy", G_CALLBACK(+[] { MainLoop::stop(); }), nullptr);
   gtk_window_present(GTK_WINDOW(window));
   MainLoop::run();
 }

@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
   const auto surface = make<UIWindow>();
   surface->setRootViewController(screen);
   surface->makeKeyAndVisible();
-  g_signal_connect(window, "close-request", G_CALLBACK(+[] { MainLoop::stop(); }), nullptr);
+  g_signal_connect(window, "destroy", G_CALLBACK(+[] { MainLoop::stop(); }), nullptr);
   gtk_window_present(GTK_WINDOW(window));
   MainLoop::run();
 }
