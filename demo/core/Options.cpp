@@ -36,6 +36,13 @@ Reader text(std::optional<std::string> Options::*field) {
   };
 }
 
+Reader readableFile(std::optional<std::string> Options::*field) {
+  return [field](Options& options, const std::string& value) -> std::string {
+    options.*field = value;
+    return FileManager::contents(value) ? "" : "can't be read";
+  };
+}
+
 Reader camera(std::optional<CameraSourceDescription> Options::*field) {
   return [field](Options& options, const std::string& value) -> std::string {
     auto parsed = parseCameraSource(value);
@@ -63,12 +70,6 @@ std::string readPermission(Options& options, const std::string& value) {
   if (const auto* error = std::get_if<Error>(&parsed)) return error->description;
   options.permission = std::get<CameraPermission>(parsed);
   return {};
-}
-
-std::string readReadableFile(std::optional<std::string> Options::*field, Options& options,
-                             const std::string& value) {
-  options.*field = value;
-  return FileManager::contents(value) ? "" : "can't be read";
 }
 
 /// WxH or WxH@SCALE.
@@ -108,12 +109,6 @@ struct Known {
   Reader read;
   std::string help;
 };
-
-Reader readableFile(std::optional<std::string> Options::*field) {
-  return [field](Options& options, const std::string& value) {
-    return readReadableFile(field, options, value);
-  };
-}
 
 const std::vector<Known>& known() {
   static const std::vector<Known> options{

@@ -52,7 +52,6 @@ void UIScrollView::setContentOffset(CGPoint offset) {
   if (offset == now.origin()) return;
   // The layer's position is that of its centre: only what it shows moves.
   layer()->setBounds({offset.x, offset.y, now.width, now.height});
-  placeBar();
   setNeedsLayout();
 }
 
