@@ -49,6 +49,10 @@ void AVCaptureDevice::requestAccess(std::function<void(bool)> handler) {
   });
 }
 
+void AVCaptureDevice::discover() {
+  provider()->devices();
+}
+
 std::vector<std::shared_ptr<AVCaptureDevice>> AVCaptureDevice::devices() {
   auto source = provider();
   std::vector<std::shared_ptr<AVCaptureDevice>> devices;

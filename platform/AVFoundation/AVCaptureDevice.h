@@ -26,6 +26,10 @@ struct CameraDescription {
   bool simulated = false; ///< a drawing or a file that stands for a camera
 };
 
+/// Posted on the main queue, without contents, when cameras have come or gone, and when those that
+/// are there are known for the first time.
+inline constexpr const char* AVCaptureDevicesDidChange = "AVCaptureDevicesDidChange";
+
 /// A camera of this machine. Any thread.
 class ZUVI_API AVCaptureDevice {
 public:
@@ -34,7 +38,10 @@ public:
   /// Asks for the camera, with a dialogue where the system has one. The answer comes once, on a
   /// platform queue; at once when it is known already.
   static void requestAccess(std::function<void(bool granted)> handler);
-  /// The video cameras that are there now.
+  /// Begins to look for cameras, so that they are known when one is wanted. Does not wait.
+  static void discover();
+  /// The video cameras that are known to be there now; does not wait for any that may be there. One
+  /// that serves both sides is listed for each. `AVCaptureDevicesDidChange` tells of changes.
   static std::vector<std::shared_ptr<AVCaptureDevice>> devices();
 
   /// Where cameras come from; null: the machine's own (`SystemCameraProvider`), which is also what

@@ -15,10 +15,23 @@ AVCaptureSession::~AVCaptureSession() {
 bool AVCaptureSession::addInput(const std::shared_ptr<AVCaptureDeviceInput>& input) {
   if (!input || input_) return false;
   input_ = input;
+  const auto& stream = input_->stream();
   for (const auto& preview : previews_)
-    input_->stream()->addPreview(preview);
-  previews_.clear();
+    stream->addPreview(preview);
+  stream->setListener([weak = weak_from_this(), of = stream.get()](CameraStream::Event event) {
+    DispatchQueue::main().async([weak, of, event] {
+      const auto self = weak.lock();
+      if (!self || self->stream().get() != of || !self->observer) return;
+      self->observer(event == CameraStream::Event::Failed ? AVCaptureSessionEvent::Failed
+                                                          : AVCaptureSessionEvent::FirstPicture);
+    });
+  });
   return true;
+}
+
+void AVCaptureSession::removeInput() {
+  stopRunning();
+  input_ = nullptr;
 }
 
 bool AVCaptureSession::addOutput(const std::shared_ptr<AVCaptureOutput>& output) {
@@ -41,10 +54,8 @@ bool AVCaptureSession::isRunning() const {
 }
 
 void AVCaptureSession::addPreview(const std::shared_ptr<CameraPreview>& preview) {
-  if (input_)
-    input_->stream()->addPreview(preview);
-  else
-    previews_.push_back(preview);
+  previews_.push_back(preview); // for a later input as well
+  if (input_) input_->stream()->addPreview(preview);
 }
 
 std::shared_ptr<CameraStream> AVCaptureSession::stream() const {

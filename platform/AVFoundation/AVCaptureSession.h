@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -14,6 +15,9 @@ class CameraStream;
 /// has nearest to it.
 enum class AVCaptureSessionPreset { High };
 inline constexpr auto AVCaptureSessionPresetHigh = AVCaptureSessionPreset::High;
+
+/// What a session's observer hears.
+enum class AVCaptureSessionEvent { FirstPicture, Failed };
 
 /// Joins a camera with outputs. Several sessions may run on one camera. Main queue only; none of
 /// its calls waits for the camera.
@@ -33,6 +37,13 @@ public:
   bool addOutput(const std::shared_ptr<AVCaptureOutput>& output);
   const std::shared_ptr<AVCaptureDeviceInput>& input() const { return input_; }
   const std::vector<std::shared_ptr<AVCaptureOutput>>& outputs() const { return outputs_; }
+
+  /// Lets go of the input, which stops the session; another may be added then.
+  void removeInput();
+
+  /// Hears on the main queue what happens to a run by itself: the camera gives its first picture,
+  /// or has gone or failed, which ended the run.
+  std::function<void(AVCaptureSessionEvent)> observer;
 
   /// Without an input, or while running, without effect. A camera that fails ends the run; the next
   /// start tries again.

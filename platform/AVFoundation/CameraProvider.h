@@ -18,9 +18,11 @@ public:
   virtual AVAuthorizationStatus authorizationStatus() = 0;
   /// `answer` comes once, on any thread.
   virtual void requestAccess(std::function<void(bool granted)> answer) = 0;
-  /// The cameras that are there now; none is opened.
+  /// The cameras that are known to be there now, the one to take of each side first; does not wait.
+  /// A provider that finds out about them later posts `AVCaptureDevicesDidChange`.
   virtual std::vector<CameraDescription> devices() = 0;
-  /// A stream on that camera for one session; null when it is gone or may not be opened.
+  /// A stream on that camera for one session; null when it is gone or may not be opened. Does not
+  /// wait.
   virtual std::shared_ptr<CameraStream> open(const std::string& uniqueID) = 0;
   /// The platform queue on which an answer to `requestAccess` reaches the asker.
   virtual DispatchQueue& callbackQueue() { return DispatchQueue::global(); }

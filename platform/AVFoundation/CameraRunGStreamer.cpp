@@ -47,25 +47,30 @@ void PreviewList::show(const std::shared_ptr<const CGImage>& image) {
     preview->frame(image);
 }
 
-CameraRun::CameraRun(std::shared_ptr<PreviewList> previews) : previews_(std::move(previews)) {}
+CameraRun::CameraRun(std::shared_ptr<PreviewList> previews, Listener listener)
+    : previews_(std::move(previews)), listener_(std::move(listener)) {}
 
-void CameraRun::begin(const SourceRecipe& recipe) {
-  SerialQueue::camera().async([self = shared_from_this(), recipe] { self->open(recipe); });
+void CameraRun::begin(const CameraOpening& opening) {
+  SerialQueue::camera().async([self = shared_from_this(), opening] { self->open(opening); });
 }
 
-void CameraRun::open(const SourceRecipe& recipe) {
+void CameraRun::open(const CameraOpening& opening) {
   if (!isRunning()) return; // stopped before its turn came
-  switch (recipe.permission()) {
+  switch (opening.permission()) {
   case AVAuthorizationStatus::Authorized:
     break;
   case AVAuthorizationStatus::NotDetermined:
     // The user is still being asked.
     return SerialQueue::camera().asyncAfter(
-        permissionInterval, [self = shared_from_this(), recipe] { self->open(recipe); });
+        permissionInterval, [self = shared_from_this(), opening] { self->open(opening); });
   default:
     return cameraEnded({AVFoundationErrorDomain, AVErrorNotAuthorized, "The camera is refused."});
   }
-  auto source = source_ = CameraSource::forRecipe(recipe);
+  const auto recipe = opening.recipe();
+  if (!recipe)
+    return cameraEnded(
+        {AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera is gone."});
+  auto source = source_ = CameraSource::forRecipe(*recipe);
   source->attach(shared_from_this()); // may end the run at once, which lets go of the source
 }
 
@@ -120,13 +125,22 @@ void CameraRun::addFilm(std::shared_ptr<FilmGStreamer> film) {
   film->stop();
 }
 
+bool CameraRun::isWantedLater(const CameraFrame& frame) const {
+  return !films_.empty() ||
+         std::ranges::any_of(stills_, [&](const auto& still) { return frame.time >= still.asked; });
+}
+
 void CameraRun::frame(const CameraFrame& frame) {
   {
     std::lock_guard lock(mutex_);
     if (!running_) return;
-    std::erase_if(films_, [&frame](const auto& film) { return !film->frame(frame); });
-    encodeStills(frame);
+    if (isWantedLater(frame)) {
+      const auto own = ownPixels(frame);
+      std::erase_if(films_, [&own](const auto& film) { return !film->frame(own); });
+      encodeStills(own);
+    }
   }
+  if (!seen_.exchange(true)) listener_(CameraStream::Event::FirstPicture);
   if (!previews_->anyWantsFrames()) return;
   if (const auto picture = converter_.convert(frame)) previews_->show(picture);
 }
@@ -147,13 +161,15 @@ void CameraRun::encodeStills(const CameraFrame& frame) {
 void CameraRun::cameraEnded(const Error& error) {
   std::vector<Still> stills;
   std::vector<std::shared_ptr<FilmGStreamer>> films;
+  bool ran = false;
   {
     std::lock_guard lock(mutex_);
-    running_ = false;
+    ran = std::exchange(running_, false);
     stills.swap(stills_);
     films.swap(films_);
   }
   source_.reset();
+  if (ran) listener_(CameraStream::Event::Failed);
   for (const auto& still : stills)
     answerWithout(still.handler, "The camera is gone.");
   for (const auto& film : films)

@@ -5,6 +5,7 @@
 #include "platform/AVFoundation/FilmGStreamer.h"
 #include "platform/AVFoundation/PreviewConverterGStreamer.h"
 
+#include <atomic>
 #include <mutex>
 #include <vector>
 
@@ -27,9 +28,10 @@ private:
 /// One run of a session on its camera, from start to stop or failure. Any thread.
 class CameraRun final : public CameraViewer, public std::enable_shared_from_this<CameraRun> {
 public:
-  explicit CameraRun(std::shared_ptr<PreviewList> previews);
+  using Listener = std::function<void(CameraStream::Event)>;
+  CameraRun(std::shared_ptr<PreviewList> previews, Listener listener);
 
-  void begin(const SourceRecipe& recipe);
+  void begin(const CameraOpening& opening);
   enum class Films { Complete, Discard };
   /// Lets go of the camera. Further calls change nothing.
   void end(Films films);
@@ -49,11 +51,14 @@ private:
     GstClockTime asked;
     CameraStream::StillHandler handler;
   };
-  void open(const SourceRecipe& recipe);
+  void open(const CameraOpening& opening);
   void encodeStills(const CameraFrame& frame);
+  bool isWantedLater(const CameraFrame& frame) const;
   void forgetStill(std::uint64_t id);
 
   const std::shared_ptr<PreviewList> previews_;
+  const Listener listener_;
+  std::atomic<bool> seen_ = false; ///< a picture has come
   mutable std::mutex mutex_;
   bool running_ = true;
   std::uint64_t lastStill_ = 0;

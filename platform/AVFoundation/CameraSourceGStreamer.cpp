@@ -15,6 +15,10 @@ namespace zuvi {
 
 namespace {
 
+// Seconds. A media server may lose a camera that has just come: it runs and gives nothing. Each new
+// attempt waits twice as long, so that a slow camera gets its time.
+constexpr double firstPatience = 3, longestPatience = 60;
+
 /// When the picture was taken. Its own time counts if it is plausible, else that of its arrival.
 GstClockTime timeOf(GstElement* sink, GstSample* sample) {
   const auto now = monotonicTime();
@@ -53,6 +57,12 @@ std::shared_ptr<CameraSource> CameraSource::forRecipe(const SourceRecipe& recipe
   return source;
 }
 
+void CameraSource::endFor(const std::string& key, const Error& error) {
+  const auto found = openSources().find(key);
+  if (found == openSources().end()) return;
+  if (const auto source = found->second.lock()) source->fail(error);
+}
+
 void CameraSource::closeAll() {
   for (const auto& [key, weak] : openSources())
     if (auto source = weak.lock())
@@ -68,7 +78,9 @@ void CameraSource::attach(const std::shared_ptr<CameraViewer>& viewer) {
     std::lock_guard lock(mutex_);
     viewers_.push_back(viewer);
   }
-  if (!pipeline_) open();
+  if (pipeline_) return;
+  patience_ = firstPatience;
+  open();
 }
 
 void CameraSource::detach(const CameraViewer* viewer) {
@@ -86,6 +98,7 @@ void CameraSource::detach(const CameraViewer* viewer) {
 void CameraSource::deliver(const CameraFrame& frame) {
   std::lock_guard lock(mutex_);
   framesSinceRewind_++;
+  seen_ = true;
   for (const auto& viewer : viewers_)
     viewer->frame(frame);
 }
@@ -116,10 +129,30 @@ void CameraSource::open() {
                              new std::weak_ptr<CameraSource>(weak_from_this()), [](gpointer data) {
                                delete static_cast<std::weak_ptr<CameraSource>*>(data);
                              });
-  framesSinceRewind_ = 0;
-  if (pipeline_->play()) return;
+  {
+    const std::lock_guard lock(mutex_);
+    framesSinceRewind_ = 0;
+    seen_ = false;
+  }
+  if (pipeline_->play()) {
+    SerialQueue::camera().asyncAfter(patience_, [weak = weak_from_this(), asked = pipeline_.get()] {
+      if (const auto source = weak.lock()) source->openAgainUnlessSeen(asked);
+    });
+    return;
+  }
   // Usually the pipeline says why, a moment later; that report then finds it gone.
   fail({AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera does not start."});
+}
+
+void CameraSource::openAgainUnlessSeen(const Pipeline* asked) {
+  if (!pipeline_ || pipeline_.get() != asked) return;
+  {
+    const std::lock_guard lock(mutex_);
+    if (seen_) return;
+  }
+  patience_ = std::min(2 * patience_, longestPatience);
+  pipeline_.reset(); // before the next one, as some cameras open only once
+  open();
 }
 
 void CameraSource::heard(const Pipeline* from, const Pipeline::Event& event) {

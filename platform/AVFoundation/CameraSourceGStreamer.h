@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace zuvi {
@@ -21,10 +22,16 @@ struct SourceRecipe {
   bool paced = false;
   /// Begins again at its end.
   bool loops = false;
+};
+
+/// How a session gets at its camera, asked at each start.
+struct CameraOpening {
   /// The camera opens once this says so, and not at all if it is refused.
   std::function<AVAuthorizationStatus()> permission = [] {
     return AVAuthorizationStatus::Authorized;
   };
+  /// Asked on the camera queue; absent when the camera is gone.
+  std::function<std::optional<SourceRecipe>()> recipe;
 };
 
 /// Somebody who looks through a camera.
@@ -46,6 +53,8 @@ class CameraSource : public std::enable_shared_from_this<CameraSource> {
 public:
   /// The source of that camera; an open one is shared.
   static std::shared_ptr<CameraSource> forRecipe(const SourceRecipe& recipe);
+  /// Ends the camera of that key, if it is open, as if it had failed.
+  static void endFor(const std::string& key, const Error& error);
 
   explicit CameraSource(SourceRecipe recipe);
   ~CameraSource();
@@ -62,15 +71,18 @@ public:
 private:
   static void closeAll();
   void open();
+  void openAgainUnlessSeen(const Pipeline* asked);
   void heard(const Pipeline* from, const Pipeline::Event& event);
   void rewind();
   void fail(const Error& error);
 
   const SourceRecipe recipe_;
   std::unique_ptr<Pipeline> pipeline_;
-  std::mutex mutex_; // guards what follows against the pipeline's thread
+  double patience_ = 0; ///< seconds that the open pipeline has for its first picture
+  std::mutex mutex_;    // guards what follows against the pipeline's thread
   std::vector<std::shared_ptr<CameraViewer>> viewers_;
   int framesSinceRewind_ = 0;
+  bool seen_ = false; ///< the open pipeline has given a picture
 };
 
 } // namespace zuvi

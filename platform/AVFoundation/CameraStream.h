@@ -41,6 +41,14 @@ public:
   /// Ends the run; films under way are discarded.
   virtual ~CameraStream() = default;
 
+  /// What happens to a run by itself.
+  enum class Event {
+    FirstPicture, ///< the camera gives pictures
+    Failed,       ///< the camera has gone or failed, which ended the run
+  };
+  /// Hears of later runs. On any thread; of a failure before a film hears of it.
+  virtual void setListener(std::function<void(Event)> listener) = 0;
+
   virtual void start() = 0;
   /// Waiting stills are answered without a picture, films are completed.
   virtual void stop() = 0;

@@ -4,16 +4,21 @@
 
 namespace zuvi {
 
-CameraStreamGStreamer::CameraStreamGStreamer(SourceRecipe recipe) : recipe_(std::move(recipe)) {}
+CameraStreamGStreamer::CameraStreamGStreamer(CameraOpening opening)
+    : opening_(std::move(opening)) {}
 
 CameraStreamGStreamer::~CameraStreamGStreamer() {
   if (run_) run_->end(CameraRun::Films::Discard);
 }
 
+void CameraStreamGStreamer::setListener(std::function<void(Event)> listener) {
+  listener_ = std::move(listener);
+}
+
 void CameraStreamGStreamer::start() {
   if (isRunning()) return;
-  run_ = make<CameraRun>(previews_);
-  run_->begin(recipe_);
+  run_ = make<CameraRun>(previews_, listener_);
+  run_->begin(opening_);
 }
 
 void CameraStreamGStreamer::stop() {

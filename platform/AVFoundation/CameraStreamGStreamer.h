@@ -7,9 +7,10 @@ namespace zuvi {
 /// A session's way to a camera: one run after the other. Main queue only.
 class CameraStreamGStreamer final : public CameraStream {
 public:
-  explicit CameraStreamGStreamer(SourceRecipe recipe);
+  explicit CameraStreamGStreamer(CameraOpening opening);
   ~CameraStreamGStreamer() override;
 
+  void setListener(std::function<void(Event)> listener) override;
   void start() override;
   void stop() override;
   bool isRunning() const override { return run_ && run_->isRunning(); }
@@ -19,7 +20,8 @@ public:
                                         FilmHandler ended) override;
 
 private:
-  const SourceRecipe recipe_;
+  const CameraOpening opening_;
+  std::function<void(Event)> listener_ = [](Event) {};
   const std::shared_ptr<PreviewList> previews_ = std::make_shared<PreviewList>();
   std::shared_ptr<CameraRun> run_; // null before the first start
 };

@@ -1,5 +1,7 @@
 #include "platform/AVFoundation/DevicesGStreamer.h"
 
+#include "platform/AVFoundation/DevicePlace.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
@@ -43,18 +45,54 @@ std::shared_ptr<GstCaps> askFormats(const std::string& path) {
   return formats;
 }
 
-FoundCamera describe(const std::shared_ptr<GstDevice>& device) {
+/// "front", "back" or "external", at its end; empty when the device tells none.
+std::string locationOf(const GstStructure* properties) {
+  auto word = property(properties, {"api.libcamera.location", "api.libcamera.Location",
+                                    "device.position", "device.location"});
+  std::ranges::transform(word, word.begin(), [](unsigned char c) { return std::tolower(c); });
+  return word;
+}
+
+} // namespace
+
+AVCaptureDevicePosition positionOf(const GstStructure* properties) {
+  const auto word = locationOf(properties);
+  if (word.ends_with("front")) return AVCaptureDevicePosition::Front;
+  if (word.ends_with("back")) return AVCaptureDevicePosition::Back;
+  return AVCaptureDevicePosition::Unspecified;
+}
+
+bool hasColour(const GstCaps* formats) {
+  if (!formats || gst_caps_is_any(formats) || gst_caps_is_empty(formats)) return true; // unknown
+  const GstMini<GstCaps> grey(
+      gst_caps_from_string("video/x-raw(ANY),format=(string){GRAY8,GRAY16_LE,GRAY16_BE}"));
+  return !gst_caps_is_subset(formats, grey.get());
+}
+
+FoundCamera describeDevice(const std::shared_ptr<GstDevice>& device) {
   FoundCamera camera;
   std::unique_ptr<GstStructure, decltype(&gst_structure_free)> properties(
       gst_device_get_properties(device.get()), gst_structure_free);
   std::unique_ptr<char, decltype(&g_free)> name(gst_device_get_display_name(device.get()), g_free);
+  auto& candidate = camera.candidate;
   camera.path = property(properties.get(), {"device.path", "api.v4l2.path"});
-  auto id = camera.path;
-  if (id.empty()) id = property(properties.get(), {"node.name", "object.serial"});
-  if (id.empty()) id = name.get();
-  camera.description = {id, name.get(), positionOf(properties.get()), false};
+  candidate.uniqueID = camera.path;
+  if (candidate.uniqueID.empty())
+    candidate.uniqueID = property(properties.get(), {"node.name", "object.serial"});
+  if (candidate.uniqueID.empty()) candidate.uniqueID = name.get();
+  candidate.localizedName = name.get();
+  candidate.position = positionOf(properties.get());
+  if (!camera.path.empty()) {
+    const auto place = placeOf(camera.path);
+    candidate.builtIn = place.builtIn;
+    if (candidate.position == AVCaptureDevicePosition::Unspecified)
+      candidate.position = place.position;
+  }
+  if (locationOf(properties.get()).ends_with("external")) candidate.builtIn = false;
+  const auto formats = shareCaps(gst_device_get_caps(device.get()));
+  candidate.colour = hasColour(formats.get());
 
-  camera.element.key = camera.path.empty() ? "camera:" + id : keyOf(camera.path);
+  camera.element.key = camera.path.empty() ? "camera:" + candidate.uniqueID : keyOf(camera.path);
   camera.element.configure = [device](GstElement* element) {
     gst_device_reconfigure_element(device.get(), element);
   };
@@ -65,36 +103,6 @@ FoundCamera describe(const std::shared_ptr<GstDevice>& device) {
   if (auto* factory = gst_element_get_factory(sample.get()))
     camera.element.factory = GST_OBJECT_NAME(factory);
   return camera;
-}
-
-} // namespace
-
-AVCaptureDevicePosition positionOf(const GstStructure* properties) {
-  auto word = property(properties, {"api.libcamera.location", "api.libcamera.Location",
-                                    "device.position", "device.location"});
-  std::ranges::transform(word, word.begin(), [](unsigned char c) { return std::tolower(c); });
-  if (word.ends_with("front")) return AVCaptureDevicePosition::Front;
-  if (word.ends_with("back")) return AVCaptureDevicePosition::Back;
-  return AVCaptureDevicePosition::Unspecified;
-}
-
-std::vector<FoundCamera> findCameras() {
-  std::vector<FoundCamera> cameras;
-  if (!startGStreamer()) return cameras;
-  GstRef<GstDeviceMonitor> monitor(gst_device_monitor_new());
-  gst_device_monitor_add_filter(monitor.get(), "Video/Source", nullptr);
-  if (!gst_device_monitor_start(monitor.get())) return cameras;
-  auto* devices = gst_device_monitor_get_devices(monitor.get());
-  gst_device_monitor_stop(monitor.get());
-  for (auto* item = devices; item; item = item->next) {
-    auto camera = describe({GST_DEVICE(item->data), GstUnref()});
-    // One device may be listed by more than one system.
-    const bool known = std::ranges::any_of(
-        cameras, [&camera](const auto& other) { return other.element.key == camera.element.key; });
-    if (!known && !camera.element.factory.empty()) cameras.push_back(std::move(camera));
-  }
-  g_list_free(devices);
-  return cameras;
 }
 
 CameraElement cameraElementAt(const std::string& path) {

@@ -1,6 +1,7 @@
 #include "platform/AVFoundation/HostCameraProvider.h"
 
 #include "platform/AVFoundation/CameraStreamGStreamer.h"
+#include "platform/AVFoundation/DeviceAccess.h"
 #include "platform/AVFoundation/DevicesGStreamer.h"
 #include "platform/AVFoundation/SourceRecipesGStreamer.h"
 #include "platform/Foundation/Make.h"
@@ -53,8 +54,17 @@ HostCameraProvider::HostCameraProvider(HostCameras cameras)
     : cameras_(std::move(cameras)), status_(firstStatus(cameras_.permission)) {}
 
 AVAuthorizationStatus HostCameraProvider::authorizationStatus() {
-  std::lock_guard lock(mutex_);
-  return status_;
+  {
+    std::lock_guard lock(mutex_);
+    if (status_ != AVAuthorizationStatus::Authorized) return status_;
+  }
+  // The host can't grant what the system forbids.
+  const auto forbidden = [](const CameraSourceDescription& source) {
+    return source.kind == Kind::Device && ::access(source.path.c_str(), F_OK) == 0 &&
+           !mayOpenDevice(source.path);
+  };
+  return forbidden(cameras_.front) || forbidden(cameras_.back) ? AVAuthorizationStatus::Denied
+                                                               : AVAuthorizationStatus::Authorized;
 }
 
 void HostCameraProvider::requestAccess(std::function<void(bool)> answer) {
@@ -87,15 +97,18 @@ std::shared_ptr<CameraStream> HostCameraProvider::open(const std::string& unique
   const auto status = authorizationStatus();
   if (status == AVAuthorizationStatus::Denied || status == AVAuthorizationStatus::Restricted)
     return nullptr;
-  std::optional<SourceRecipe> recipe;
-  if (uniqueID == "back") recipe = recipeOf(cameras_.back, AVCaptureDevicePosition::Back);
-  if (uniqueID == "front") recipe = recipeOf(cameras_.front, AVCaptureDevicePosition::Front);
-  if (!recipe) return nullptr;
-  recipe->permission = [weak = weak_from_this()] {
+  CameraOpening opening;
+  opening.recipe = [self = shared_from_this(), uniqueID]() -> std::optional<SourceRecipe> {
+    if (uniqueID == "back") return recipeOf(self->cameras_.back, AVCaptureDevicePosition::Back);
+    if (uniqueID == "front") return recipeOf(self->cameras_.front, AVCaptureDevicePosition::Front);
+    return std::nullopt;
+  };
+  if (!opening.recipe()) return nullptr;
+  opening.permission = [weak = weak_from_this()] {
     auto self = weak.lock();
     return self ? self->authorizationStatus() : AVAuthorizationStatus::Denied;
   };
-  return make<CameraStreamGStreamer>(std::move(*recipe));
+  return make<CameraStreamGStreamer>(std::move(opening));
 }
 
 } // namespace zuvi

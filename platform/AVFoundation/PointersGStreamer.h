@@ -40,6 +40,17 @@ struct CameraFrame {
   GstClockTime time = 0;
 };
 
+/// The same picture in memory of its own. A camera's memory may go with its pipeline, so whatever
+/// outlives the call that brings a picture takes this.
+inline CameraFrame ownPixels(const CameraFrame& frame) {
+  auto* sample = frame.sample.get();
+  const GstMini<GstBuffer> copy(gst_buffer_copy_deep(gst_sample_get_buffer(sample)));
+  return {{gst_sample_new(copy.get(), gst_sample_get_caps(sample), gst_sample_get_segment(sample),
+                          nullptr),
+           GstMiniUnref()},
+          frame.time};
+}
+
 /// The machine's monotonic clock.
 inline GstClockTime monotonicTime() {
   return GstClockTime(g_get_monotonic_time()) * 1000;

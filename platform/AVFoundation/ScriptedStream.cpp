@@ -23,10 +23,12 @@ ScriptedStream::~ScriptedStream() {
 void ScriptedStream::start() {
   camera_->starts++;
   running_ = true;
-  if (camera_->fails)
-    queue_.async([weak = weak_from_this()] {
-      if (auto self = weak.lock()) self->unplug();
-    });
+  queue_.async([weak = weak_from_this(), fails = camera_->fails] {
+    const auto self = weak.lock();
+    if (!self || !self->running_) return;
+    if (fails) return self->unplug();
+    self->listener_(Event::FirstPicture);
+  });
 }
 
 void ScriptedStream::stop() {
@@ -41,6 +43,7 @@ void ScriptedStream::stop() {
 void ScriptedStream::unplug() {
   if (!running_) return;
   running_ = false;
+  listener_(Event::Failed);
   answerStills(std::nullopt);
   for (const auto& film : std::exchange(films_, {}))
     if (auto live = film.lock())

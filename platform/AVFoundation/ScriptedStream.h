@@ -16,6 +16,9 @@ public:
   ScriptedStream(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue);
   ~ScriptedStream() override;
 
+  void setListener(std::function<void(Event)> listener) override {
+    listener_ = std::move(listener);
+  }
   void start() override;
   void stop() override;
   bool isRunning() const override { return running_; }
@@ -32,6 +35,7 @@ public:
 private:
   std::shared_ptr<ScriptedCamera> camera_;
   DispatchQueue& queue_;
+  std::function<void(Event)> listener_ = [](Event) {};
   bool running_ = false;
   std::vector<std::weak_ptr<CameraPreview>> previews_;
   std::vector<StillHandler> stills_;

@@ -1,22 +1,31 @@
 #pragma once
 
 #include "platform/AVFoundation/CameraProvider.h"
+#include "platform/AVFoundation/CameraSides.h"
+#include "platform/Export.h"
 
 #include <map>
 #include <mutex>
 
 namespace zuvi {
 
-/// The machine's own cameras. In a sandbox the camera portal asks for the permission and hands them
-/// over as one; elsewhere the permission is that to open a camera's device file.
-class SystemCameraProvider final : public CameraProvider,
-                                   public std::enable_shared_from_this<SystemCameraProvider> {
+class DeviceWatch;
+
+/// The machine's own cameras, which is what holds without `AVCaptureDevice::setProvider`. In a
+/// sandbox the camera portal asks for the permission and hands them over; elsewhere the permission
+/// is that to open a camera's device file.
+class ZUVI_API SystemCameraProvider final
+    : public CameraProvider,
+      public std::enable_shared_from_this<SystemCameraProvider> {
 public:
+  /// How the cameras are reached.
   enum class Access { Devices, Portal };
 
-  /// `positions` tells by device file or unique id which way a camera looks whose driver does not
-  /// say so; the portal's camera is called "portal".
+  /// `positions` tells by device file, unique id or name which way a camera looks whose device does
+  /// not say so. A side that is left without a camera is served as a person would expect: by the
+  /// only camera there is; of several, by a built-in one for the person and another for documents.
   explicit SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions = {});
+  /// For tests; the other constructor finds out by itself.
   SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions, Access access);
 
   AVAuthorizationStatus authorizationStatus() override;
@@ -25,12 +34,17 @@ public:
   std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
 
 private:
-  AVCaptureDevicePosition hostPosition(const std::string& id) const;
+  DeviceWatch* watch();
+  std::vector<CameraDescription> listed(const DeviceWatch& watch) const;
+  void askForPresence();
+  void granted();
 
   const std::map<std::string, AVCaptureDevicePosition> positions_;
   const Access access_;
-  std::mutex mutex_;
-  AVAuthorizationStatus portalAnswer_ = AVAuthorizationStatus::NotDetermined;
+  std::mutex mutex_;                    // guards what follows
+  DeviceWatch* behindPortal_ = nullptr; ///< once the user has granted the cameras
+  std::optional<bool> anyBehindPortal_; ///< absent: not known yet
+  bool presenceAsked_ = false;
 };
 
 } // namespace zuvi

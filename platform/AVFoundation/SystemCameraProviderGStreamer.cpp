@@ -3,48 +3,54 @@
 #include "platform/AVFoundation/CameraPortal.h"
 #include "platform/AVFoundation/CameraStreamGStreamer.h"
 #include "platform/AVFoundation/DeviceAccess.h"
-#include "platform/AVFoundation/DevicesGStreamer.h"
+#include "platform/AVFoundation/DeviceWatchGStreamer.h"
 #include "platform/Foundation/Make.h"
+#include "platform/Foundation/NotificationCenter.h"
 
-#include <unistd.h>
+#include <algorithm>
+#include <thread>
 
 namespace zuvi {
 
 namespace {
 
-constexpr const char* portalCamera = "portal";
+using Position = AVCaptureDevicePosition;
 
-/// The camera behind the portal. Its element closes the descriptor's copy that it makes.
-SourceRecipe portalRecipe() {
-  auto remote = std::shared_ptr<int>(new int(-1), [](int* descriptor) {
-    if (*descriptor >= 0) ::close(*descriptor);
-    delete descriptor;
-  });
-  CameraElement element;
-  element.key = portalCamera;
-  element.factory = "pipewiresrc";
-  element.formats = [] { return nullptr; };
-  element.configure = [remote](GstElement* source) {
-    if (*remote < 0) *remote = CameraPortal::openCameras();
-    g_object_set(source, "fd", *remote, nullptr);
-  };
-  return deviceRecipe(element);
+// Behind the portal nothing is known of the cameras before they were granted, not even how many
+// there are; until then these two stand for them.
+const CameraDescription portalFront{"portal:front", "Camera", Position::Front, false};
+const CameraDescription portalBack{"portal:back", "Camera", Position::Back, false};
+
+std::optional<SourceRecipe> recipeFor(const std::string& uniqueID, const DeviceWatch& watch) {
+  for (const auto& camera : watch.cameras())
+    if (camera.candidate.uniqueID == uniqueID) return deviceRecipe(camera.element);
+  return std::nullopt;
 }
 
 } // namespace
 
-SystemCameraProvider::SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions)
+SystemCameraProvider::SystemCameraProvider(std::map<std::string, Position> positions)
     : SystemCameraProvider(std::move(positions),
                            CameraPortal::isSandboxed() ? Access::Portal : Access::Devices) {}
 
-SystemCameraProvider::SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions,
-                                           Access access)
+SystemCameraProvider::SystemCameraProvider(std::map<std::string, Position> positions, Access access)
     : positions_(std::move(positions)), access_(access) {}
 
+DeviceWatch* SystemCameraProvider::watch() {
+  if (access_ == Access::Devices) return &DeviceWatch::machine();
+  const std::lock_guard lock(mutex_);
+  return behindPortal_;
+}
+
 AVAuthorizationStatus SystemCameraProvider::authorizationStatus() {
-  if (access_ == Access::Devices) return deviceAuthorization("/dev");
-  std::lock_guard lock(mutex_);
-  return portalAnswer_;
+  // A refusal is no last word: whoever asks again lets the portal decide whether to ask the user.
+  if (access_ == Access::Portal)
+    return watch() ? AVAuthorizationStatus::Authorized : AVAuthorizationStatus::NotDetermined;
+  const auto cameras = watch()->cameras();
+  const bool any = std::ranges::any_of(cameras, [](const auto& camera) {
+    return camera.path.empty() || mayOpenDevice(camera.path);
+  });
+  return any ? AVAuthorizationStatus::Authorized : deviceAuthorization("/dev");
 }
 
 void SystemCameraProvider::requestAccess(std::function<void(bool)> answer) {
@@ -53,49 +59,87 @@ void SystemCameraProvider::requestAccess(std::function<void(bool)> answer) {
     return answer(status == AVAuthorizationStatus::Authorized);
   CameraPortal::requestAccess(
       [self = shared_from_this(), answer = std::move(answer)](bool granted) {
-        {
-          std::lock_guard lock(self->mutex_);
-          self->portalAnswer_ =
-              granted ? AVAuthorizationStatus::Authorized : AVAuthorizationStatus::Denied;
-        }
+        if (granted) self->granted();
         answer(granted);
       });
 }
 
-AVCaptureDevicePosition SystemCameraProvider::hostPosition(const std::string& id) const {
-  auto found = positions_.find(id);
-  return found == positions_.end() ? AVCaptureDevicePosition::Unspecified : found->second;
+void SystemCameraProvider::granted() {
+  const std::lock_guard lock(mutex_);
+  if (!behindPortal_) behindPortal_ = &DeviceWatch::remote(CameraPortal::openCameras);
+}
+
+std::vector<CameraDescription> SystemCameraProvider::listed(const DeviceWatch& watch) const {
+  const auto said = [this](const std::string& name) {
+    const auto found = positions_.find(name);
+    return found == positions_.end() ? Position::Unspecified : found->second;
+  };
+  std::vector<CameraCandidate> candidates;
+  for (auto& camera : watch.cameras()) {
+    auto& candidate = camera.candidate;
+    for (const auto& name : {candidate.uniqueID, camera.path, candidate.localizedName})
+      if (candidate.position == Position::Unspecified) candidate.position = said(name);
+    candidates.push_back(std::move(candidate));
+  }
+  return assignSides(candidates);
 }
 
 std::vector<CameraDescription> SystemCameraProvider::devices() {
-  if (access_ == Access::Portal) {
-    if (!CameraPortal::isCameraPresent()) return {};
-    return {{portalCamera, "Camera", hostPosition(portalCamera), false}};
+  const auto* known = watch();
+  if (access_ == Access::Devices || (known && known->isComplete())) return listed(*known);
+  askForPresence();
+  const std::lock_guard lock(mutex_);
+  if (anyBehindPortal_ == false) return {};
+  return {portalFront, portalBack};
+}
+
+void SystemCameraProvider::askForPresence() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(presenceAsked_, true)) return;
   }
-  std::vector<CameraDescription> devices;
-  for (auto& camera : findCameras()) {
-    auto& position = camera.description.position;
-    if (position == AVCaptureDevicePosition::Unspecified)
-      position = hostPosition(camera.description.uniqueID);
-    devices.push_back(std::move(camera.description));
-  }
-  return devices;
+  // A bus may hang for ever, so no thread that others need.
+  std::thread([weak = weak_from_this()] {
+    const bool any = CameraPortal::isCameraPresent();
+    const auto self = weak.lock();
+    if (!self) return;
+    {
+      const std::lock_guard lock(self->mutex_);
+      self->anyBehindPortal_ = any;
+    }
+    DispatchQueue::main().async(
+        [] { NotificationCenter::defaultCenter().post(AVCaptureDevicesDidChange); });
+  }).detach();
 }
 
 std::shared_ptr<CameraStream> SystemCameraProvider::open(const std::string& uniqueID) {
-  const auto status = authorizationStatus();
-  if (status == AVAuthorizationStatus::Denied) return nullptr;
-  if (access_ == Access::Portal) {
-    auto recipe = portalRecipe();
-    recipe.permission = [self = shared_from_this()] { return self->authorizationStatus(); };
-    return make<CameraStreamGStreamer>(std::move(recipe));
+  if (authorizationStatus() == AVAuthorizationStatus::Denied) return nullptr;
+  CameraOpening opening;
+  if (access_ == Access::Devices) {
+    for (const auto& camera : watch()->cameras()) {
+      if (camera.candidate.uniqueID != uniqueID) continue;
+      if (!camera.path.empty() && !mayOpenDevice(camera.path)) return nullptr;
+      opening.recipe = [uniqueID] { return recipeFor(uniqueID, DeviceWatch::machine()); };
+      return make<CameraStreamGStreamer>(std::move(opening));
+    }
+    return nullptr;
   }
-  for (const auto& camera : findCameras()) {
-    if (camera.description.uniqueID != uniqueID) continue;
-    if (!camera.path.empty() && !mayOpenDevice(camera.path)) return nullptr;
-    return make<CameraStreamGStreamer>(deviceRecipe(camera.element));
-  }
-  return nullptr;
+  opening.permission = [self = shared_from_this()] {
+    const auto* known = self->watch();
+    return known && known->isComplete() ? AVAuthorizationStatus::Authorized
+                                        : AVAuthorizationStatus::NotDetermined;
+  };
+  opening.recipe = [self = shared_from_this(), uniqueID]() -> std::optional<SourceRecipe> {
+    for (const auto& camera : self->devices()) {
+      const bool stoodFor =
+          (uniqueID == portalFront.uniqueID && camera.position == Position::Front) ||
+          (uniqueID == portalBack.uniqueID && camera.position == Position::Back);
+      if (stoodFor || camera.uniqueID == uniqueID)
+        return recipeFor(camera.uniqueID, *self->watch());
+    }
+    return std::nullopt;
+  };
+  return make<CameraStreamGStreamer>(std::move(opening));
 }
 
 } // namespace zuvi

@@ -1,8 +1,12 @@
 #include "platform/AVFoundation/DeviceAccess.h"
+#include "platform/AVFoundation/DevicePlace.h"
 #include "platform/AVFoundation/DevicesGStreamer.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "tests/AVFoundation/CameraFixture.h"
 #include "tests/AVFoundation/MediaReaderGStreamer.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -149,6 +153,100 @@ TEST(DeviceTest, PositionIsTheDriversWord) {
     EXPECT_EQ(positionOf(properties), position) << text;
     gst_structure_free(properties);
   }
+}
+
+/// "NAME=side" of each listed camera, in the order of the list.
+std::string sides(const std::vector<CameraCandidate>& cameras) {
+  std::string text;
+  for (const auto& camera : assignSides(cameras)) {
+    const auto side = camera.position;
+    text += camera.uniqueID + (side == AVCaptureDevicePosition::Front  ? "=front "
+                               : side == AVCaptureDevicePosition::Back ? "=back "
+                                                                       : "=? ");
+  }
+  return text;
+}
+
+TEST(DeviceTest, SidesAreServedAsAPersonExpects) {
+  using enum AVCaptureDevicePosition;
+  const CameraCandidate lid{"lid", "", Unspecified, true}, usb{"usb", "", Unspecified, false},
+      any{"any", "", Unspecified, std::nullopt}, any2{"any2", "", Unspecified, std::nullopt},
+      front{"front", "", Front, true}, back{"back", "", Back, true},
+      infrared{"infrared", "", Unspecified, true, false};
+  const std::pair<std::vector<CameraCandidate>, const char*> rows[] = {
+      {{}, ""},
+      {{usb}, "usb=front usb=back "},
+      {{back, front}, "front=front back=back "},
+      {{usb, lid}, "lid=front usb=back "},
+      {{any, usb}, "any=front usb=back "},
+      {{any, lid}, "lid=front any=back "},
+      {{any, any2}, "any=front any2=back "},
+      {{front, any}, "front=front any=back "},
+      {{any, back}, "any=front back=back "},
+      {{front}, "front=front front=back "},
+      {{front, front, usb, any}, "front=front usb=back front=front any=? "},
+      {{infrared, lid}, "lid=front lid=back infrared=? "},
+      {{infrared}, "infrared=front infrared=back "}};
+  for (const auto& [cameras, expected] : rows)
+    EXPECT_EQ(sides(cameras), expected);
+}
+
+TEST(DeviceTest, PlaceIsWhatTheKernelKnows) {
+  const test::TemporaryFolder sys;
+  const auto port = std::string("devices/pci0000:00/usb1/1-7");
+  const auto camera = [&](const char* name, const std::string& place) {
+    std::filesystem::create_directories(sys.path(place));
+    std::filesystem::create_directories(sys.path(std::string("class/video4linux/") + name));
+    std::filesystem::create_directory_symlink(
+        sys.path(place), sys.path(std::string("class/video4linux/") + name + "/device"));
+    return placeOf(sys.path(name), sys.path());
+  };
+  std::filesystem::create_directories(sys.path(port + "/physical_location"));
+  sys.write(port + "/removable", "fixed\n");
+  sys.write(port + "/physical_location/panel", "front\n");
+  const auto lid = camera("video0", port + "/1-7:1.0");
+  EXPECT_EQ(lid.position, AVCaptureDevicePosition::Front);
+  EXPECT_EQ(lid.builtIn, true);
+  sys.write(port + "/physical_location/panel", "unknown\n");
+  sys.write(port + "/removable", "removable\n");
+  const auto plugged = camera("video1", port + "/1-7:1.0");
+  EXPECT_EQ(plugged.position, AVCaptureDevicePosition::Unspecified);
+  EXPECT_EQ(plugged.builtIn, false);
+  sys.write(port + "/removable", "unknown\n");
+  EXPECT_EQ(camera("video2", port + "/1-7:1.0").builtIn, std::nullopt);
+  EXPECT_EQ(camera("video3", "devices/platform/isp").builtIn, true);
+  EXPECT_EQ(camera("video4", "devices/virtual/loop").builtIn, false);
+  EXPECT_EQ(placeOf("/dev/nothing", sys.path()).builtIn, std::nullopt);
+}
+
+TEST(DeviceTest, InfraredCamerasHaveNoColour) {
+  startGStreamer();
+  const std::pair<const char*, bool> rows[] = {
+      {"video/x-raw,format=GRAY8,width=640,height=480;video/x-raw,format=GRAY16_LE", false},
+      {"video/x-raw,format=GRAY8,width=640;video/x-raw,format=YUY2,width=640", true},
+      {"image/jpeg,width=640", true}};
+  for (const auto& [offers, colour] : rows) {
+    const GstMini<GstCaps> caps(gst_caps_from_string(offers));
+    EXPECT_EQ(hasColour(caps.get()), colour) << offers;
+  }
+  EXPECT_TRUE(hasColour(nullptr));
+}
+
+TEST_F(HostCameraTest, CannotGrantWhatTheSystemForbids) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto device = folder.write("video0", "");
+  ::chmod(device.c_str(), 0);
+  ::chmod(folder.path().c_str(), 0755);
+  HostCameras cameras;
+  cameras.back = {CameraSourceDescription::Kind::Device, device};
+  EXPECT_EXIT(
+      {
+        if (::setuid(65534) != 0 && ::geteuid() == 0) ::_exit(2); // root may open everything
+        useHost(cameras);
+        const bool denied = AVCaptureDevice::authorizationStatus() == Status::Denied;
+        ::_exit(denied && !AVCaptureDeviceInput::withDevice(back()) ? 0 : 1);
+      },
+      ::testing::ExitedWithCode(0), "");
 }
 
 TEST(DeviceTest, DeniedWhenNoCameraMayBeOpened) {

@@ -37,7 +37,9 @@ public:
     return {{"test", "Test", AVCaptureDevicePosition::Back, true}};
   }
   std::shared_ptr<CameraStream> open(const std::string&) override {
-    return make<CameraStreamGStreamer>(recipe_);
+    CameraOpening opening;
+    opening.recipe = [recipe = recipe_] { return std::optional(recipe); };
+    return make<CameraStreamGStreamer>(std::move(opening));
   }
 
 private:

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/AVFoundation/DevicesGStreamer.h"
+
+#include <mutex>
+
+namespace zuvi {
+
+/// The cameras of a machine as they come and go, watched on a thread of its own until the process
+/// ends, with `AVCaptureDevicesDidChange` at each change: a driver, a bus or a media server may
+/// take its time to answer, and some can't bear to be asked anew while one of their cameras runs.
+/// Any thread; no call waits.
+class DeviceWatch {
+public:
+  /// The machine's own cameras. The first call begins the watch.
+  static DeviceWatch& machine();
+
+  /// The cameras behind the descriptor that `connect` gives on the watching thread; none below 0.
+  /// Never destroyed.
+  static DeviceWatch& remote(std::function<int()> connect);
+
+  /// Whether the cameras that were there at the beginning are known.
+  bool isComplete() const;
+  /// The cameras that are there, as far as they are known.
+  std::vector<FoundCamera> cameras() const;
+
+private:
+  struct Source;
+  DeviceWatch() = default;
+  void run(const Source& source);
+  void add(const std::shared_ptr<GstDevice>& device);
+  void remove(GstDevice* device);
+  static void announce();
+
+  mutable std::mutex mutex_;
+  bool complete_ = false;
+  std::vector<std::pair<std::shared_ptr<GstDevice>, FoundCamera>> found_;
+};
+
+} // namespace zuvi

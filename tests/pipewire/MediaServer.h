@@ -1,0 +1,106 @@
+#pragma once
+
+#include "tests/pipewire/ChildProcess.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <optional>
+#include <stdexcept>
+#include <thread>
+
+#include <gio/gio.h>
+
+namespace zuvi::test {
+
+/// The desktop's media server and its session manager, on a bus and in folders of the test's own.
+/// One for the whole process: whoever watches the machine's cameras does so to its end.
+class MediaServer {
+public:
+  static MediaServer& instance() {
+    static MediaServer server;
+    return server;
+  }
+
+  const TemporaryFolder& folder() const { return folder_; }
+
+private:
+  MediaServer() {
+    g_test_dbus_up(bus_); // first, as it forgets the folder of the runtime
+    // The server is found by this folder, and nothing of the person's own desktop.
+    for (const auto& [name, part] : {std::pair("XDG_RUNTIME_DIR", "run"),
+                                     {"HOME", "home"},
+                                     {"XDG_CONFIG_HOME", "config"},
+                                     {"XDG_STATE_HOME", "state"},
+                                     {"XDG_DATA_HOME", "data"}}) {
+      std::filesystem::create_directory(folder_.path(part));
+      ::setenv(name, folder_.path(part).c_str(), 1);
+    }
+    std::filesystem::permissions(folder_.path("run"), std::filesystem::perms::owner_all);
+    ::unsetenv("PIPEWIRE_REMOTE");
+    ::unsetenv("PIPEWIRE_RUNTIME_DIR");
+    server_.emplace(std::vector<std::string>{"pipewire"}, folder_.path("pipewire.log"));
+    waitFor(folder_.path("run/pipewire-0"));
+    manager_.emplace(std::vector<std::string>{"wireplumber"}, folder_.path("wireplumber.log"));
+    // A camera that comes before the manager is ready is overlooked.
+    for (int i = 0; std::system("pw-dump 2>/dev/null | grep -q metadata.name") != 0; i++) {
+      if (i == 100) throw std::runtime_error("the session manager does not start");
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+  }
+  ~MediaServer() {
+    manager_.reset();
+    server_.reset();
+    g_test_dbus_stop(bus_);
+    g_object_unref(bus_);
+  }
+  static void waitFor(const std::string& file) {
+    for (int i = 0; !std::filesystem::exists(file); i++) {
+      if (i == 500) throw std::runtime_error("the media server does not start");
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+  }
+
+  TemporaryFolder folder_;
+  GTestDBus* bus_ = g_test_dbus_new(G_TEST_DBUS_NONE);
+  std::optional<ChildProcess> server_, manager_;
+};
+
+/// A camera of the media server: a picture of one colour, in the way in which webcams offer theirs.
+class VirtualCamera {
+public:
+  struct Traits {
+    std::string location = {};  ///< "front", "back" or "external"; empty: it tells none
+    std::string colour = "red"; ///< "red", "green" or "blue"
+    std::string offers = "video/x-raw,format=YUY2,width=1280,height=720,framerate=30/1";
+  };
+
+  /// Returns once it gives pictures: one that is asked before may never give any.
+  VirtualCamera(const std::string& name, Traits traits)
+      : log_(MediaServer::instance().folder().path(name + ".log")),
+        process_(
+            {"gst-launch-1.0", "videotestsrc", "is-live=true", "pattern=" + traits.colour, "!",
+             traits.offers, "!", "pipewiresink", "mode=provide",
+             "stream-properties=p,media.class=Video/Source,media.role=Camera,node.name=" + name +
+                 ",node.description=" + name +
+                 (traits.location.empty() ? "" : ",api.libcamera.location=" + traits.location)},
+            log_) {
+    for (int i = 0; TemporaryFolder::read(log_).find("New clock") == std::string::npos; i++) {
+      if (i == 500) throw std::runtime_error("the camera " + name + " does not start");
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+  }
+  ~VirtualCamera() {
+    unplug();
+    std::filesystem::remove(log_);
+  }
+
+  /// Pulls the plug.
+  void unplug() { process_.end(SIGKILL); }
+
+private:
+  const std::string log_;
+  ChildProcess process_;
+};
+
+} // namespace zuvi::test

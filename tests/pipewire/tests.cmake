@@ -1,0 +1,2 @@
+zuvi_test(pipewire REALTIME LINKS zuvi_avfoundation zuvi_test_support
+          PACKAGES gstreamer-1.0 gstreamer-app-1.0 gstreamer-video-1.0 gio-2.0 gio-unix-2.0)
