@@ -111,6 +111,12 @@ protected:
     time.advance(12);
     ASSERT_EQ(top(), "ZVLivenessVerifyViewController");
   }
+  /// How many films are on the disk.
+  std::size_t filesLeft() const {
+    std::error_code none;
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(documents, none), {}));
+  }
   /// Takes a picture with these bytes.
   void shoot(const std::string& bytes) {
     back->still = Data(bytes);
