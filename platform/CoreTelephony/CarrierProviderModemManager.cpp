@@ -17,10 +17,15 @@ using Variant = std::unique_ptr<GVariant, Release>;
 using Bus = std::unique_ptr<GDBusConnection, Release>;
 
 Bus systemBus() {
-  Bus bus(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
-  // The host must survive the end of the bus.
-  if (bus) g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-  return bus;
+  const std::unique_ptr<char, decltype(&g_free)> address(
+      g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr), g_free);
+  if (!address) return nullptr;
+  // Not the shared connection: whether the host survives that one's end is its own affair.
+  return Bus(g_dbus_connection_new_for_address_sync(
+      address.get(),
+      GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+      nullptr, nullptr, nullptr));
 }
 
 // Null on any failure. The service is not started for this.
