@@ -95,7 +95,11 @@ private:
 
   void start(const Module& module) {
     if (module.entry) {
-      if (!module.sandbox) forgoSandbox();
+      std::optional<WithoutSandbox> without;
+      if (!module.sandbox) {
+        g_message("Web pages run without a sandbox: this machine does not allow one.");
+        without.emplace();
+      }
       static Host host;
       engine_ = module.entry(host);
     } else {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "demo/core/ViewTree.h"
+#include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Public/ZVKYCButton.h"
 #include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
 #include "kit/UI/ViewControllers/ZVDocumentListViewController.h"

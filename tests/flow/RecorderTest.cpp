@@ -193,6 +193,13 @@ TEST_F(RecorderTest, StaysWhenThereIsNoFilm) {
   time.advance(20);
   EXPECT_EQ(top(), "ZVLiveCameraViewController");
   std::filesystem::remove(documents);
+  // No folder at all
+  FileManager::setDocumentsDirectory(std::nullopt);
+  tap("recordButton");
+  time.advance(20);
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  EXPECT_EQ(shown(), "- Record");
+  FileManager::setDocumentsDirectory(documents);
 }
 
 } // namespace

@@ -225,8 +225,10 @@ void ZVLiveCameraViewController::beginRecording() {
   announce(spoken("recordingBegins"));
   DateFormatter formatter;
   formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ssZ";
+  const auto folder = FileManager::documentsDirectory();
+  // Without a folder the film fails at once, as on a full disk.
   const std::string path =
-      FileManager::documentsDirectory().value_or("") + "/" + formatter.string(Date::now()) + ".mov";
+      folder ? *folder + "/" + formatter.string(Date::now()) + ".mov" : std::string();
   if (videoOutput_) {
     if (!recordingDelegate_) recordingDelegate_ = std::make_shared<RecordingDelegate>(weakSelf());
     videoOutput_->startRecording(path, recordingDelegate_);
