@@ -64,6 +64,11 @@ std::string readMetadata(Options& options, const std::string& value) {
   return {};
 }
 
+std::string readCameras(Options& options, const std::string& value) {
+  options.cameras = value == "drawn" ? Cameras::Drawn : Cameras::Real;
+  return value == "drawn" || value == "real" ? "" : "is neither real nor drawn";
+}
+
 std::string readPermission(Options& options, const std::string& value) {
   auto parsed = parseCameraPermission(value);
   if (const auto* error = std::get_if<Error>(&parsed)) return error->description;
@@ -117,6 +122,8 @@ const std::vector<Known>& known() {
       {"--chat-group", "ID", text(&Options::chatGroup), "whom the visitor reaches"},
       {"--chat-name", "NAME", text(&Options::chatName), "of the visitor"},
       {"--chat-email", "ADDRESS", text(&Options::chatEmail), "of the visitor"},
+      {"--cameras", "real|drawn", readCameras,
+       "this machine's (drawn ones where it has none), or drawn ones"},
       {"--front-camera", "SOURCE", camera(&Options::frontCamera),
        "none, simulated, or a device, picture or film"},
       {"--back-camera", "SOURCE", camera(&Options::backCamera), "the same"},

@@ -78,6 +78,7 @@ void FilmGStreamer::build() {
   if (auto* error = std::get_if<Error>(&made)) return end(*error, false);
   auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
   g_object_set(pipeline->element("file"), "location", path_.c_str(), nullptr);
+  if (GstElement* encoder = pipeline->element("openh264")) endWithoutFlush(encoder);
   if (!pipeline->play()) return end(filmError(AVErrorUnknown, "The film does not start."), false);
   std::lock_guard lock(mutex_);
   pipeline_ = std::move(pipeline);

@@ -177,6 +177,7 @@ TEST_F(FilmTest, EncodersKeepLengthAndColours) {
         },
         &encoder);
     const auto start = monotonicTime();
+    testing::internal::CaptureStderr();
     written->begin();
     const Rgb colour{200, 60, 40};
     film(0.3); // the pipeline is up
@@ -185,9 +186,12 @@ TEST_F(FilmTest, EncodersKeepLengthAndColours) {
     EXPECT_TRUE(written->frame(solidFrame(321, 241, colour, start + GST_SECOND)));
     written->stop();
     EXPECT_FALSE(written->frame(solidFrame(321, 241, colour, start + 2 * GST_SECOND)));
-    ASSERT_TRUE(time.waitUntil([&] { return done.load(); }));
+    const bool ended = time.waitUntil([&] { return done.load(); });
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "libraries say their own word";
+    ASSERT_TRUE(ended);
     EXPECT_FALSE(error) << error->description;
     const auto facts = readFilm(path);
+    EXPECT_EQ(facts.frames, 16);
     EXPECT_EQ(std::pair(facts.width, facts.height), std::pair(320, 240));
     EXPECT_NEAR(facts.seconds, 1, oneFrame);
     for (int part = 0; part < 3; part++)
