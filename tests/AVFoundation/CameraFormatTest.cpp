@@ -132,6 +132,78 @@ TEST_F(CameraFormatTest, WhatCannotBeReadEndsTheRun) {
   EXPECT_TRUE(time.waitUntil([&] { return !rig.session->isRunning(); }));
 }
 
+/// What is said of a picture by its camera or stream: the sensor's mounting, a tag, a file's own.
+class UprightTest : public CameraFormatTest {
+protected:
+  /// Red above blue: a sensor's left side is up. On all three roads.
+  void expectTurned(Size size, bool redAbove) {
+    const auto rig = running();
+    auto layer = make<AVCaptureVideoPreviewLayer>(rig->session);
+    Surface surface(layer);
+    ASSERT_TRUE(time.waitUntil([&] { return layer->contents() != nullptr; }));
+    const auto still = photograph(*rig);
+    ASSERT_TRUE(still);
+    for (const auto& image : {std::shared_ptr<const CGImage>(still), layer->contents()}) {
+      EXPECT_EQ(Size(image->width(), image->height()), size);
+      for (const double side : {0.2, 0.8}) {
+        const auto above = at(*image, side, 0.25), below = at(*image, side, 0.75);
+        EXPECT_GT((above[0] - below[0]) * (redAbove ? 1 : -1), 100);
+      }
+    }
+    auto listener = std::make_shared<FilmListener>();
+    ASSERT_TRUE(shoot(*rig, folder.path("film.mov"), 0.3, listener));
+    const auto facts = readFilm(folder.path("film.mov"));
+    EXPECT_EQ(Size(facts.width, facts.height), size);
+  }
+};
+
+TEST_F(UprightTest, SensorAndStreamSayWhichWayIsUp) {
+  // Packed pictures unfold to a form that cannot be turned as it is.
+  for (const char* form : {"image/jpeg", "video/x-raw,format=NV12"}) {
+    SCOPED_TRACE(form);
+    const std::string offers = std::string(form) + ",width=640,height=480,framerate=30/1";
+    use({offers, 90});
+    expectTurned({480, 640}, false);
+    use({offers, 270});
+    expectTurned({480, 640}, true);
+    use({offers, 0, "rotate-90"});
+    expectTurned({480, 640}, true);
+  }
+}
+
+TEST_F(UprightTest, PictureFileSaysHowItsCameraWasHeld) {
+  use({"video/x-raw,format=I420,width=640,height=480"});
+  auto jpeg = take(*running())->jpeg->string();
+  // Exif with one entry, the orientation: the picture's left side is up.
+  const std::string exif("\xff\xe1\0\x22"
+                         "Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0"
+                         "\0\0\0\0",
+                         36);
+  jpeg.insert(2, exif);
+  useHost(backFrom(folder.write("held.jpg", jpeg)));
+  expectTurned({480, 640}, true);
+}
+
+TEST_F(UprightTest, PreviewOfTheFrontIsAMirrorAndPicturesAreNot) {
+  for (const auto side : {AVCaptureDevicePosition::Front, AVCaptureDevicePosition::Back}) {
+    AVCaptureDevice::setProvider(
+        make<StandInProvider>(StandInCamera{"video/x-raw,format=I420,width=320,height=240"}, side));
+    Rig rig(device(side));
+    auto layer = make<AVCaptureVideoPreviewLayer>(rig.session);
+    Surface surface(layer);
+    rig.session->startRunning();
+    ASSERT_TRUE(time.waitUntil([&] { return layer->contents() != nullptr; }));
+    EXPECT_EQ(layer->contentsMirrored(), side == AVCaptureDevicePosition::Front);
+    const auto still = photograph(rig);
+    EXPECT_GT(at(*still, 0.2, 0.5)[0], at(*still, 0.8, 0.5)[0]);
+
+    layer->connection()->automaticallyAdjustsVideoMirroring = false;
+    layer->connection()->videoMirrored = side == AVCaptureDevicePosition::Back;
+    EXPECT_TRUE(time.waitUntil(
+        [&] { return layer->contentsMirrored() == (side == AVCaptureDevicePosition::Back); }));
+  }
+}
+
 /// A session for stills alone, as that of a document.
 struct StillRig : Rig {
   explicit StillRig(const std::shared_ptr<AVCaptureDevice>& device) : Rig(nullptr) {

@@ -175,7 +175,7 @@ void stand_in_class_init(StandInClass* type) {
 } // namespace
 
 StandInProvider::StandInProvider(StandInCamera camera, AVCaptureDevicePosition position)
-    : camera_(std::move(camera)), position_(position), key_("stand-in:" + camera_.offers) {
+    : camera_(std::move(camera)), position_(position), key_("stand-in:" + std::to_string(++made_)) {
   startGStreamer();
   static const bool registered =
       gst_element_register(nullptr, "zuvistandin", GST_RANK_NONE, stand_in_get_type());
@@ -196,7 +196,9 @@ std::shared_ptr<CameraStream> StandInProvider::open(const std::string&) {
     if (!camera.orientationTag.empty()) return std::nullopt;
     return camera.rotation;
   };
-  return make<CameraStreamGStreamer>(deviceRecipe(element));
+  CameraOpening opening;
+  opening.recipe = [element] { return std::optional(deviceRecipe(element)); };
+  return make<CameraStreamGStreamer>(std::move(opening));
 }
 
 std::string StandInProvider::given() const {

@@ -17,7 +17,7 @@ struct StandInCamera {
   std::string orientationTag = {};
 };
 
-/// A provider with that camera alone, at the back. `opened` counts.
+/// A provider with that camera alone, at the back.
 class StandInProvider final : public CameraProvider {
 public:
   explicit StandInProvider(StandInCamera camera,
@@ -37,6 +37,7 @@ private:
   const StandInCamera camera_;
   const AVCaptureDevicePosition position_;
   const std::string key_;
+  static inline int made_ = 0;
 };
 
 } // namespace zuvi
