@@ -61,7 +61,7 @@ struct Preview {
 
 double bare() {
   const auto recipe = simulatedRecipe(AVCaptureDevicePosition::Back);
-  auto made = Pipeline::launch(recipe.launch() + " ! videoconvert ! video/x-raw,format=BGRA ! "
+  auto made = Pipeline::launch(recipe.launch(CameraUse::Film) + " ! videoconvert ! video/x-raw,format=BGRA ! "
                                                  "fakesink sync=true",
                                [](const Pipeline::Event&) {});
   auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);

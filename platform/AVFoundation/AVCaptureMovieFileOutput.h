@@ -45,6 +45,7 @@ public:
   bool isRecording() const;
 
 private:
+  CameraUse use() const override { return CameraUse::Film; }
   void sessionWillEnd() override;
 
   std::shared_ptr<MovieRecording> recording_;

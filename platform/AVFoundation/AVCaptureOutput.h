@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/AVFoundation/AVCaptureConnection.h"
+#include "platform/AVFoundation/CameraStream.h"
 #include "platform/Dispatch/DispatchQueue.h"
 
 #include <memory>
@@ -9,7 +10,6 @@
 namespace zuvi {
 
 class AVCaptureSession;
-class CameraStream;
 
 /// Something that takes pictures from a session's camera. Main queue only.
 class AVCaptureOutput {
@@ -30,6 +30,8 @@ protected:
 
 private:
   friend class AVCaptureSession;
+  /// What it takes with the camera.
+  virtual CameraUse use() const = 0;
   /// The session is about to go.
   virtual void sessionWillEnd() {}
 

@@ -4,6 +4,8 @@
 #include "platform/AVFoundation/AVCaptureOutput.h"
 #include "platform/AVFoundation/CameraStream.h"
 
+#include <algorithm>
+
 namespace zuvi {
 
 AVCaptureSession::~AVCaptureSession() {
@@ -42,7 +44,12 @@ bool AVCaptureSession::addOutput(const std::shared_ptr<AVCaptureOutput>& output)
 }
 
 void AVCaptureSession::startRunning() {
-  if (input_ && !isRunning()) input_->stream()->start();
+  if (!input_ || isRunning()) return;
+  const bool stillsAlone =
+      !outputs_.empty() && std::ranges::all_of(outputs_, [](const auto& output) {
+        return output->use() == CameraUse::Stills;
+      });
+  input_->stream()->start(stillsAlone ? CameraUse::Stills : CameraUse::Film);
 }
 
 void AVCaptureSession::stopRunning() {

@@ -12,7 +12,8 @@ class CameraPreview;
 class CameraStream;
 
 /// How large and how often pictures come. `High` is 1280 x 720 at 30 a second, or what the camera
-/// has nearest to it.
+/// has nearest to it. In a session that has outputs for stills alone it is the camera's largest
+/// size, up to 3840 x 2160, of which at least ten pictures come a second.
 enum class AVCaptureSessionPreset { High };
 inline constexpr auto AVCaptureSessionPresetHigh = AVCaptureSessionPreset::High;
 
@@ -46,7 +47,8 @@ public:
   std::function<void(AVCaptureSessionEvent)> observer;
 
   /// Without an input, or while running, without effect. A camera that fails ends the run; the next
-  /// start tries again.
+  /// start tries again. Sessions that share a camera get its pictures as the one that started last
+  /// wants them, unless a film is under way.
   void startRunning();
   /// Frees the camera soon after. Stills that wait get no picture; a film under way ends as if it
   /// had been stopped.

@@ -10,7 +10,8 @@
 
 namespace zuvi {
 
-/// Takes single pictures at the camera's full size. Main queue only.
+/// Takes single pictures at the full size in which the camera runs; in a session without film that
+/// is the largest that it has (`AVCaptureSessionPreset`). Main queue only.
 class AVCaptureStillImageOutput final : public AVCaptureOutput {
 public:
   using Handler = std::function<void(std::optional<CMSampleBuffer>, std::optional<Error>)>;
@@ -26,6 +27,9 @@ public:
   /// The JPEG file's bytes; absent when the buffer holds something else.
   static std::optional<Data>
   jpegStillImageNSDataRepresentation(const std::optional<CMSampleBuffer>& buffer);
+
+private:
+  CameraUse use() const override { return CameraUse::Stills; }
 };
 
 } // namespace zuvi

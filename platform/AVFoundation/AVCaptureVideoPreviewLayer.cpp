@@ -1,5 +1,8 @@
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
 
+#include "platform/AVFoundation/AVCaptureConnection.h"
+#include "platform/AVFoundation/AVCaptureDevice.h"
+#include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/PreviewFeed.h"
 #include "platform/Foundation/Make.h"
@@ -8,7 +11,7 @@ namespace zuvi {
 
 AVCaptureVideoPreviewLayer::AVCaptureVideoPreviewLayer(
     const std::shared_ptr<AVCaptureSession>& session)
-    : session_(session) {
+    : session_(session), connection_(make<AVCaptureConnection>(std::vector{AVCaptureInputPort{}})) {
   setMasksToBounds(true);
   setVideoGravity(videoGravity_);
 }
@@ -19,6 +22,17 @@ void AVCaptureVideoPreviewLayer::didMake() {
   feed_ =
       make<PreviewFeed>(std::static_pointer_cast<AVCaptureVideoPreviewLayer>(shared_from_this()));
   if (auto session = session_.lock()) session->addPreview(feed_);
+}
+
+void AVCaptureVideoPreviewLayer::show(std::shared_ptr<const CGImage> picture) {
+  if (connection_->automaticallyAdjustsVideoMirroring) {
+    const auto running = session();
+    const auto input = running ? running->input() : nullptr;
+    if (input)
+      connection_->videoMirrored = input->device()->position() == AVCaptureDevicePosition::Front;
+  }
+  setContentsMirrored(connection_->videoMirrored);
+  setContents(std::move(picture));
 }
 
 void AVCaptureVideoPreviewLayer::setVideoGravity(AVLayerVideoGravity gravity) {

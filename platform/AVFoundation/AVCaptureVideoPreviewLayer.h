@@ -4,6 +4,7 @@
 
 namespace zuvi {
 
+class AVCaptureConnection;
 class AVCaptureSession;
 class PreviewFeed;
 
@@ -22,9 +23,18 @@ public:
   AVLayerVideoGravity videoGravity() const { return videoGravity_; }
   void setVideoGravity(AVLayerVideoGravity gravity);
 
+  /// Says whether the preview is a mirror; never null. Changes hold from the next picture on.
+  const std::shared_ptr<AVCaptureConnection>& connection() const { return connection_; }
+
+  /// @cond
+  /// The session's newest picture.
+  void show(std::shared_ptr<const CGImage> picture);
+  /// @endcond
+
 private:
   std::weak_ptr<AVCaptureSession> session_;
   std::shared_ptr<PreviewFeed> feed_;
+  const std::shared_ptr<AVCaptureConnection> connection_;
   AVLayerVideoGravity videoGravity_ = AVLayerVideoGravity::ResizeAspect;
 };
 

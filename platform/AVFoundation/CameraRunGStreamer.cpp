@@ -47,8 +47,8 @@ void PreviewList::show(const std::shared_ptr<const CGImage>& image) {
     preview->frame(image);
 }
 
-CameraRun::CameraRun(std::shared_ptr<PreviewList> previews, Listener listener)
-    : previews_(std::move(previews)), listener_(std::move(listener)) {}
+CameraRun::CameraRun(std::shared_ptr<PreviewList> previews, CameraUse use, Listener listener)
+    : previews_(std::move(previews)), use_(use), listener_(std::move(listener)) {}
 
 void CameraRun::begin(const CameraOpening& opening) {
   SerialQueue::camera().async([self = shared_from_this(), opening] { self->open(opening); });
@@ -123,6 +123,11 @@ void CameraRun::addFilm(std::shared_ptr<FilmGStreamer> film) {
   }
   lock.unlock();
   film->stop();
+}
+
+bool CameraRun::isFilming() const {
+  std::lock_guard lock(mutex_);
+  return !films_.empty();
 }
 
 bool CameraRun::isWantedLater(const CameraFrame& frame) const {

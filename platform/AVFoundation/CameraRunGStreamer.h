@@ -29,7 +29,7 @@ private:
 class CameraRun final : public CameraViewer, public std::enable_shared_from_this<CameraRun> {
 public:
   using Listener = std::function<void(CameraStream::Event)>;
-  CameraRun(std::shared_ptr<PreviewList> previews, Listener listener);
+  CameraRun(std::shared_ptr<PreviewList> previews, CameraUse use, Listener listener);
 
   void begin(const CameraOpening& opening);
   enum class Films { Complete, Discard };
@@ -42,6 +42,8 @@ public:
   void captureStill(CameraStream::StillHandler handler);
   void addFilm(std::shared_ptr<FilmGStreamer> film);
 
+  CameraUse use() const override { return use_; }
+  bool isFilming() const override;
   void frame(const CameraFrame& frame) override;
   void cameraEnded(const Error& error) override;
 
@@ -57,6 +59,7 @@ private:
   void forgetStill(std::uint64_t id);
 
   const std::shared_ptr<PreviewList> previews_;
+  const CameraUse use_;
   const Listener listener_;
   std::atomic<bool> seen_ = false; ///< a picture has come
   mutable std::mutex mutex_;

@@ -18,6 +18,9 @@ namespace {
 // Seconds. A media server may lose a camera that has just come: it runs and gives nothing. Each new
 // attempt waits twice as long, so that a slow camera gets its time.
 constexpr double firstPatience = 3, longestPatience = 60;
+// Screens follow each other: one that goes makes way for one that comes, before the camera turns
+// back to the one below.
+constexpr double suitDelay = 1;
 
 /// When the picture was taken. Its own time counts if it is plausible, else that of its arrival.
 GstClockTime timeOf(GstElement* sink, GstSample* sample) {
@@ -78,9 +81,7 @@ void CameraSource::attach(const std::shared_ptr<CameraViewer>& viewer) {
     std::lock_guard lock(mutex_);
     viewers_.push_back(viewer);
   }
-  if (pipeline_) return;
-  patience_ = firstPatience;
-  open();
+  suitLastViewer();
 }
 
 void CameraSource::detach(const CameraViewer* viewer) {
@@ -92,7 +93,10 @@ void CameraSource::detach(const CameraViewer* viewer) {
     std::erase_if(viewers_, [viewer](const auto& one) { return one.get() == viewer; });
     last = viewers_.empty();
   }
-  if (last) pipeline_.reset();
+  if (last) return pipeline_.reset();
+  SerialQueue::camera().asyncAfter(suitDelay, [weak = weak_from_this()] {
+    if (auto source = weak.lock()) source->suitLastViewer();
+  });
 }
 
 void CameraSource::deliver(const CameraFrame& frame) {
@@ -103,10 +107,30 @@ void CameraSource::deliver(const CameraFrame& frame) {
     viewer->frame(frame);
 }
 
+void CameraSource::suitLastViewer() {
+  {
+    std::lock_guard lock(mutex_);
+    if (viewers_.empty()) return;
+    const auto wanted = viewers_.back()->use();
+    const auto films = [](const auto& viewer) { return viewer->isFilming(); };
+    if (pipeline_ && (wanted == use_ || std::ranges::any_of(viewers_, films))) return;
+    use_ = wanted;
+  }
+  auto elements = recipe_.launch(use_);
+  if (pipeline_ && elements == elements_) return;
+  elements_ = std::move(elements);
+  pipeline_.reset(); // before the next one, as some cameras open only once
+  patience_ = firstPatience;
+  open();
+}
+
 void CameraSource::open() {
+  if (elements_.empty())
+    return fail({AVFoundationErrorDomain, AVErrorInvalidSetting,
+                 "The camera gives no pictures that can be used."});
   // What the pipeline reports is told apart by the pipeline: one that was replaced may report late.
   auto self = std::make_shared<const Pipeline*>(nullptr);
-  auto made = Pipeline::launch(recipe_.launch() +
+  auto made = Pipeline::launch(elements_ +
                                    " ! appsink name=frames max-buffers=2 drop=true "
                                    "enable-last-sample=false processing-deadline=0 "
                                    "qos=false sync=" +

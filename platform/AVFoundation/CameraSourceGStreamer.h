@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/AVFoundation/AVCaptureDevice.h"
+#include "platform/AVFoundation/CameraStream.h"
 #include "platform/AVFoundation/PipelineGStreamer.h"
 
 #include <functional>
@@ -14,8 +15,9 @@ namespace zuvi {
 struct SourceRecipe {
   /// Equal for equal cameras: sessions on one camera share its pipeline.
   std::string key;
-  /// The elements that give raw pictures. Asked on the camera queue: it may look at the device.
-  std::function<std::string()> launch;
+  /// The elements that give raw pictures; none when the camera has no pictures that can be used.
+  /// Asked on the camera queue: it may look at the device.
+  std::function<std::string(CameraUse)> launch;
   /// Sets what the text does not carry, such as paths.
   std::function<void(const Pipeline&)> configure = [](const Pipeline&) {};
   /// Pictures come as fast as they are taken and are to be spaced by their times.
@@ -38,6 +40,8 @@ struct CameraOpening {
 class CameraViewer {
 public:
   virtual ~CameraViewer() = default;
+  virtual CameraUse use() const = 0;
+  virtual bool isFilming() const = 0;
   /// On the camera's thread, which must not be held up.
   virtual void frame(const CameraFrame& frame) = 0;
   /// The camera stopped by itself, and has let this viewer go. On the camera queue.
@@ -46,6 +50,9 @@ public:
 
 /// An open camera: one pipeline, however many look through it. It runs from the first `attach` to
 /// the last `detach` or its failure. Camera queue only.
+///
+/// It gives pictures in the form that suits the viewer who came last. Where that differs from the
+/// one before, the camera is opened anew, but not while somebody films.
 ///
 /// Previews and films hang on it as pipelines of their own: a film whose disk is full, or a preview
 /// that is not looked at, cannot hold up or end the camera.
@@ -72,12 +79,15 @@ private:
   static void closeAll();
   void open();
   void openAgainUnlessSeen(const Pipeline* asked);
+  void suitLastViewer();
   void heard(const Pipeline* from, const Pipeline::Event& event);
   void rewind();
   void fail(const Error& error);
 
   const SourceRecipe recipe_;
   std::unique_ptr<Pipeline> pipeline_;
+  CameraUse use_ = CameraUse::Film; ///< that the pipeline was made for
+  std::string elements_;            ///< that it was made of
   double patience_ = 0; ///< seconds that the open pipeline has for its first picture
   std::mutex mutex_;    // guards what follows against the pipeline's thread
   std::vector<std::shared_ptr<CameraViewer>> viewers_;

@@ -31,6 +31,10 @@ public:
   virtual void discard() = 0;
 };
 
+/// What a session takes with its camera: film, which wants many pictures, or stills alone, which
+/// want large ones.
+enum class CameraUse { Film, Stills };
+
 /// A camera as one session uses it: the driver behind sessions and outputs. No call waits for the
 /// camera. Answers come once, on any thread, and never within the call that asks for them.
 class CameraStream {
@@ -49,7 +53,7 @@ public:
   /// Hears of later runs. On any thread; of a failure before a film hears of it.
   virtual void setListener(std::function<void(Event)> listener) = 0;
 
-  virtual void start() = 0;
+  virtual void start(CameraUse use) = 0;
   /// Waiting stills are answered without a picture, films are completed.
   virtual void stop() = 0;
   /// From `start` to `stop` or a failure of the camera.

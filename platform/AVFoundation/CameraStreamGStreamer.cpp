@@ -15,9 +15,9 @@ void CameraStreamGStreamer::setListener(std::function<void(Event)> listener) {
   listener_ = std::move(listener);
 }
 
-void CameraStreamGStreamer::start() {
+void CameraStreamGStreamer::start(CameraUse use) {
   if (isRunning()) return;
-  run_ = make<CameraRun>(previews_, listener_);
+  run_ = make<CameraRun>(previews_, use, listener_);
   run_->begin(opening_);
 }
 

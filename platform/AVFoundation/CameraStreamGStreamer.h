@@ -11,7 +11,7 @@ public:
   ~CameraStreamGStreamer() override;
 
   void setListener(std::function<void(Event)> listener) override;
-  void start() override;
+  void start(CameraUse use) override;
   void stop() override;
   bool isRunning() const override { return run_ && run_->isRunning(); }
   void addPreview(std::weak_ptr<CameraPreview> preview) override;

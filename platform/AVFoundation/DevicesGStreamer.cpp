@@ -1,6 +1,7 @@
 #include "platform/AVFoundation/DevicesGStreamer.h"
 
 #include "platform/AVFoundation/DevicePlace.h"
+#include "platform/AVFoundation/SensorRotation.h"
 
 #include <algorithm>
 #include <cctype>
@@ -96,6 +97,14 @@ FoundCamera describeDevice(const std::shared_ptr<GstDevice>& device) {
   camera.element.configure = [device](GstElement* element) {
     gst_device_reconfigure_element(device.get(), element);
   };
+  camera.element.rotation =
+      [path = camera.path,
+       told = sensorRotationFrom(
+           property(properties.get(), {"api.libcamera.rotation"}))]() -> std::optional<int> {
+    if (told || path.empty()) return told;
+    const int degrees = sensorRotation(path);
+    return degrees > 0 ? std::optional(degrees) : std::nullopt;
+  };
   camera.element.formats = [device] { return shareCaps(gst_device_get_caps(device.get())); };
   GstRef<GstElement> sample(gst_device_create_element(device.get(), nullptr));
   if (!sample) return camera;
@@ -113,6 +122,7 @@ CameraElement cameraElementAt(const std::string& path) {
     g_object_set(source, "device", path.c_str(), nullptr);
   };
   element.formats = [path] { return askFormats(path); };
+  element.rotation = [path] { return sensorRotation(path); };
   return element;
 }
 

@@ -4,6 +4,11 @@
 
 #include <gst/video/video.h>
 
+#include <algorithm>
+#include <cmath>
+#include <mutex>
+#include <string_view>
+
 namespace zuvi {
 
 namespace {
@@ -39,15 +44,37 @@ bool works(const char* name) {
 
 } // namespace
 
-const std::vector<FilmEncoder>& filmEncoders() {
-  static const std::vector<FilmEncoder> usable = [] {
-    std::vector<FilmEncoder> found;
+namespace {
+
+struct Encoders {
+  std::mutex mutex;
+  std::vector<FilmEncoder> usable;
+};
+
+Encoders& encoders() {
+  static Encoders& known = *[] {
+    auto* found = new Encoders;
     const bool parses = hasElement("h264parse");
     for (const auto& one : candidates)
-      if ((one.fullRange || parses) && works(one.element)) found.push_back(one);
+      if ((one.fullRange || parses) && works(one.element)) found->usable.push_back(one);
     return found;
   }();
-  return usable;
+  return known;
+}
+
+} // namespace
+
+std::vector<FilmEncoder> filmEncoders() {
+  std::lock_guard lock(encoders().mutex);
+  return encoders().usable;
+}
+
+void dropFilmEncoder(const char* element) {
+  std::lock_guard lock(encoders().mutex);
+  auto& usable = encoders().usable;
+  if (usable.size() > 1)
+    std::erase_if(usable,
+                  [element](const auto& one) { return std::string_view(one.element) == element; });
 }
 
 GstMini<GstCaps> encoderInput(const FilmEncoder& encoder, const GstCaps* pictures) {
@@ -59,10 +86,14 @@ GstMini<GstCaps> encoderInput(const FilmEncoder& encoder, const GstCaps* picture
     gst_caps_set_simple(caps.get(), "colorimetry", G_TYPE_STRING, "1:4:0:0", nullptr);
   else if (info.colorimetry.range != GST_VIDEO_COLOR_RANGE_16_235)
     gst_caps_set_simple(caps.get(), "colorimetry", G_TYPE_STRING, "bt709", nullptr);
+  // The file is sent over a network; four by three may stay a little larger.
+  constexpr double most = 1280.0 * 960, wanted = 1280.0 * 720;
+  const double pixels = double(info.width) * info.height;
+  const double scale = pixels > most ? std::sqrt(wanted / pixels) : 1;
   // Colours are stored for two by two pixels.
-  if (info.width % 2 || info.height % 2)
-    gst_caps_set_simple(caps.get(), "width", G_TYPE_INT, std::max(2, info.width & ~1), "height",
-                        G_TYPE_INT, std::max(2, info.height & ~1), nullptr);
+  const auto even = [scale](int side) { return std::max(2, int(std::lround(side * scale)) & ~1); };
+  gst_caps_set_simple(caps.get(), "width", G_TYPE_INT, even(info.width), "height", G_TYPE_INT,
+                      even(info.height), nullptr);
   return caps;
 }
 

@@ -4,20 +4,23 @@
 #include "platform/AVFoundation/FilmEncoderGStreamer.h"
 #include "platform/AVFoundation/PipelineGStreamer.h"
 
+#include <deque>
 #include <mutex>
+#include <vector>
 
 namespace zuvi {
 
 /// A QuickTime file in the making. It has a pipeline of its own, so a full disk ends the film and
-/// nothing else. Any thread.
+/// nothing else. An encoder that fails is followed by the next one, which gets the pictures that
+/// the first one still had; the earliest of them stands for those that are lost. Any thread.
 class FilmGStreamer final : public CameraFilm, public std::enable_shared_from_this<FilmGStreamer> {
 public:
-  /// `encoder` null: the best one of this machine.
+  /// `encoders` in the order in which they are tried; none: those of this machine.
   FilmGStreamer(std::string path, std::optional<double> maxDuration,
-                CameraStream::FilmHandler ended, const FilmEncoder* encoder = nullptr);
+                CameraStream::FilmHandler ended, std::vector<FilmEncoder> encoders = {});
 
   void begin();
-  /// Adds a picture; never waits. False when the film takes no more.
+  /// Adds a picture, whose pixels must be its own; never waits. False when the film takes no more.
   bool frame(const CameraFrame& frame);
   void stop() override { finishInput(std::nullopt); }
   void discard() override;
@@ -27,11 +30,17 @@ public:
 private:
   static void discardAll();
   void build();
+  void launch();
+  void heard(int attempt, const Pipeline::Event& event);
+  void useNextEncoder(const Error& error);
   void finishInput(std::optional<Error> because);
   void close();
+  void waitForEnd(std::uint64_t seen);
   void end(std::optional<Error> error, bool keepFile);
-  void setFormat(GstCaps* caps);
   void push(GstClockTime duration);
+  void feed(const GstMini<GstSample>& picture);
+  void watchCoded();
+  void coded(GstClockTime place);
 
   const std::string path_;
   const std::optional<double> maxDuration_;
@@ -40,18 +49,22 @@ private:
   // Film queue only
   CameraStream::FilmHandler ended_; // empty once the film has ended
   bool fileMade_ = false;
+  std::vector<FilmEncoder> encoders_; // the first one is at work
+  int attempt_ = 0;
 
   std::mutex mutex_; // guards what follows
-  const FilmEncoder* encoder_;
   std::unique_ptr<Pipeline> pipeline_;
+  GstMini<GstCaps> input_; // what the encoder is given; null before the pipeline's first picture
   bool stopped_ = false;
+  bool inputEnded_ = false;
   std::optional<Error> because_;
-  std::optional<GstClockTime> firstSeen_; // when the first picture came, taken or not
-  std::optional<GstClockTime> origin_;    // the film's zero
+  std::optional<GstClockTime> origin_; // the film's zero
   std::optional<GstClockTime> stopTime_;
   // A picture waits here until the next one, or the end, tells how long it shows.
   std::optional<CameraFrame> held_;
   GstClockTime heldPlace_ = 0;
+  std::deque<GstMini<GstSample>> uncoded_; // given to the encoder and not seen behind it
+  std::uint64_t coded_ = 0;
 };
 
 } // namespace zuvi

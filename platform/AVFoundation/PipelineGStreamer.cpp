@@ -16,6 +16,7 @@ Error cameraError(int code, const std::string& description) {
 std::string packageOf(const std::string& element) {
   static const std::map<std::string, std::string> packages{
       {"appsink", "gstreamer1.0-plugins-base"},    {"appsrc", "gstreamer1.0-plugins-base"},
+      {"bayer2rgb", "gstreamer1.0-plugins-bad"},   {"jpegparse", "gstreamer1.0-plugins-bad"},
       {"decodebin", "gstreamer1.0-plugins-base"},  {"videoconvert", "gstreamer1.0-plugins-base"},
       {"videoscale", "gstreamer1.0-plugins-base"}, {"h264parse", "gstreamer1.0-plugins-bad"},
       {"openh264enc", "gstreamer1.0-plugins-bad"}, {"imagefreeze", "gstreamer1.0-plugins-good"},
@@ -50,9 +51,9 @@ Error messageError(GstMessage* message) {
 GstBusSyncReply heard(GstBus*, GstMessage* message, gpointer data) {
   const auto& listener = *static_cast<Pipeline::Listener*>(data);
   if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR)
-    listener({Pipeline::Event::Kind::Failed, messageError(message)});
+    listener({Pipeline::Event::Kind::Failed, messageError(message), GST_MESSAGE_SRC_NAME(message)});
   else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS)
-    listener({Pipeline::Event::Kind::Ended, {}});
+    listener({Pipeline::Event::Kind::Ended, {}, {}});
   gst_message_unref(message);
   return GST_BUS_DROP;
 }

@@ -21,7 +21,8 @@ public:
   /// What happened; on one of the pipeline's threads, which must not be held up.
   struct Event {
     enum class Kind { Ended, Failed } kind;
-    Error error; ///< of a failure
+    Error error;         ///< of a failure
+    std::string element; ///< the name of the one that failed
   };
   using Listener = std::function<void(const Event&)>;
 

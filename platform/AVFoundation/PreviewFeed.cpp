@@ -47,7 +47,7 @@ void PreviewFeed::deliver() {
     std::lock_guard lock(mutex_);
     image.swap(newest_);
   }
-  if (shown_ && image) layer->setContents(std::move(image));
+  if (shown_ && image) layer->show(std::move(image));
 }
 
 } // namespace zuvi

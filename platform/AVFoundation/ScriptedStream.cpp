@@ -20,7 +20,7 @@ ScriptedStream::~ScriptedStream() {
     if (auto live = film.lock()) live->discard();
 }
 
-void ScriptedStream::start() {
+void ScriptedStream::start(CameraUse) {
   camera_->starts++;
   running_ = true;
   queue_.async([weak = weak_from_this(), fails = camera_->fails] {

@@ -19,7 +19,7 @@ public:
   void setListener(std::function<void(Event)> listener) override {
     listener_ = std::move(listener);
   }
-  void start() override;
+  void start(CameraUse use) override;
   void stop() override;
   bool isRunning() const override { return running_; }
   void addPreview(std::weak_ptr<CameraPreview> preview) override;

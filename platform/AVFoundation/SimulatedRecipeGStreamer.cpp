@@ -116,7 +116,7 @@ void paintNext(GstAppSrc* source, guint, gpointer data) {
 SourceRecipe simulatedRecipe(AVCaptureDevicePosition position) {
   SourceRecipe recipe;
   recipe.key = position == AVCaptureDevicePosition::Back ? "simulated:back" : "simulated:front";
-  recipe.launch = [] {
+  recipe.launch = [](CameraUse) {
     return "appsrc name=scene format=time is-live=true max-buffers=1 max-bytes=0";
   };
   recipe.paced = true;

@@ -2,6 +2,8 @@
 
 #include "platform/AVFoundation/CameraSourceGStreamer.h"
 
+#include <optional>
+
 namespace zuvi {
 
 SourceRecipe pictureRecipe(const std::string& path);
@@ -17,10 +19,14 @@ struct CameraElement {
   std::function<void(GstElement*)> configure;
   /// All forms in which the camera gives pictures; null when they cannot be had.
   std::function<std::shared_ptr<GstCaps>()> formats;
+  /// By how many degrees its pictures have to be turned, against the clock; absent when the stream
+  /// itself may tell.
+  std::function<std::optional<int>()> rotation = [] { return std::nullopt; };
 };
 SourceRecipe deviceRecipe(const CameraElement& camera);
 
-/// The form that comes nearest to 1280 x 720 pictures at 30 a second; empty when none can be used.
-std::string chooseFormat(const GstCaps* formats);
+/// The elements that turn raw pictures upright, to be put behind others. By that many degrees
+/// against the clock, or as the stream's tags say.
+std::string upright(std::optional<int> rotation);
 
 } // namespace zuvi

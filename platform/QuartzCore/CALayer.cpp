@@ -216,4 +216,8 @@ void CALayer::setContentsGravity(ContentsGravity gravity) {
   if (replace(contentsGravity_, gravity)) setNeedsDisplay();
 }
 
+void CALayer::setContentsMirrored(bool mirrored) {
+  if (replace(contentsMirrored_, mirrored)) setNeedsDisplay();
+}
+
 } // namespace zuvi

@@ -165,6 +165,11 @@ public:
   ContentsGravity contentsGravity() const { return contentsGravity_; }
   void setContentsGravity(ContentsGravity gravity);
   /// @}
+  /// Whether `contents` is drawn as a mirror shows it, left for right; false at start.
+  /// @{
+  bool contentsMirrored() const { return contentsMirrored_; }
+  void setContentsMirrored(bool mirrored);
+  /// @}
   /// What `draw` draws has changed.
   void setNeedsDisplay();
   /// Draws this layer's own contents over background and `contents`, below its border and
@@ -229,6 +234,7 @@ private:
   std::optional<RoundedRect> shadowPath_;
   std::shared_ptr<const CGImage> contents_;
   ContentsGravity contentsGravity_ = ContentsGravity::Resize;
+  bool contentsMirrored_ = false;
 
   struct Running {
     CABasicAnimation animation;

@@ -162,6 +162,11 @@ private:
     const CGImage& image = *layer.contents();
     const GskRoundedRect clip = toRounded(bounds, radius);
     gtk_snapshot_push_rounded_clip(snapshot, &clip);
+    if (layer.contentsMirrored()) { // about the middle
+      const graphene_point_t edges{float(2 * bounds.midX()), 0};
+      gtk_snapshot_translate(snapshot, &edges);
+      gtk_snapshot_scale(snapshot, -1, 1);
+    }
     context.drawImage(image, placeContents(image, bounds, layer.contentsGravity(), scale_));
     gtk_snapshot_pop(snapshot);
   }

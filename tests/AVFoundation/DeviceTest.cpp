@@ -114,31 +114,6 @@ TEST_F(HostCameraTest, FileThatIsNoFilmEndsTheRun) {
   EXPECT_FALSE(AVCaptureDeviceInput::withDevice(gone));
 }
 
-using ::testing::AllOf;
-using ::testing::HasSubstr;
-
-std::string chosen(const char* offers) {
-  startGStreamer();
-  GstMini<GstCaps> caps(gst_caps_from_string(offers));
-  return chooseFormat(caps.get());
-}
-
-TEST(DeviceTest, ChoosesTheFormNearestToHigh) {
-  // A usual camera: raw is slow where it is large.
-  EXPECT_THAT(chosen("video/x-raw,format=YUY2,width=640,height=480,framerate={30/1,15/1};"
-                     "video/x-raw,format=YUY2,width=1280,height=720,framerate=10/1;"
-                     "image/jpeg,width=1920,height=1080,framerate=30/1;"
-                     "image/jpeg,width=1280,height=720,framerate={60/1,30/1}"),
-              AllOf(HasSubstr("image/jpeg,width=1280"), HasSubstr("framerate=30/1")));
-  EXPECT_THAT(chosen("image/jpeg,width=1280,height=720,framerate=30/1;"
-                     "video/x-raw,format=NV12,width=1280,height=720,framerate=30/1"),
-              HasSubstr("video/x-raw"));
-  EXPECT_THAT(chosen("video/x-raw,width=[16,4096],height=[16,4096],framerate=[1/1,120/1]"),
-              HasSubstr("width=1280,height=720,framerate=30/1"));
-  EXPECT_EQ(chosen("video/x-h264,width=1280,height=720,framerate=30/1"), "");
-  EXPECT_EQ(chooseFormat(nullptr), "");
-}
-
 TEST(DeviceTest, PositionIsTheDriversWord) {
   startGStreamer();
   using Position = AVCaptureDevicePosition;

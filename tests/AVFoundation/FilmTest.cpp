@@ -160,13 +160,12 @@ TEST_F(FilmTest, ProgramMayEndWhileFilming) {
       ::testing::ExitedWithCode(0), "");
 }
 
-/// Every encoder of this machine, on a picture of odd size.
-TEST_F(FilmTest, EncodersKeepLengthAndColours) {
-  const auto& encoders = filmEncoders();
-  ASSERT_FALSE(encoders.empty());
-  EXPECT_STREQ(encoders.back().element, "jpegenc"); // the one that is always there
-  for (const auto& encoder : encoders) {
-    SCOPED_TRACE(encoder.element);
+/// Films that are fed by hand.
+class EncoderTest : public FilmTest {
+protected:
+  /// A film through these encoders: fifteen pictures, and one a second after the first. `length`
+  /// is how long it was under way.
+  std::optional<Error> encode(std::vector<FilmEncoder> encoders, int width, int height) {
     std::atomic<bool> done = false;
     std::optional<Error> error;
     auto written = make<FilmGStreamer>(
@@ -175,27 +174,61 @@ TEST_F(FilmTest, EncodersKeepLengthAndColours) {
           error = std::move(told);
           done = true;
         },
-        &encoder);
-    const auto start = monotonicTime();
-    testing::internal::CaptureStderr();
+        std::move(encoders));
+    auto picture = solidFrame(width, height, colour, 0);
     written->begin();
-    const Rgb colour{200, 60, 40};
-    film(0.3); // the pipeline is up
-    for (int i = 0; i < 15; i++)
-      EXPECT_TRUE(written->frame(solidFrame(321, 241, colour, start + i * GST_SECOND / 30)));
-    EXPECT_TRUE(written->frame(solidFrame(321, 241, colour, start + GST_SECOND)));
+    const auto start = monotonicTime();
+    for (int i = 0; i <= 15; i++) {
+      picture.time = start + (i < 15 ? i * GST_SECOND / 30 : GST_SECOND);
+      written->frame(picture);
+      film(1.0 / 50); // an encoder works meanwhile
+    }
+    length = std::max(1.0, double(monotonicTime() - start) / GST_SECOND);
     written->stop();
-    EXPECT_FALSE(written->frame(solidFrame(321, 241, colour, start + 2 * GST_SECOND)));
-    const bool ended = time.waitUntil([&] { return done.load(); });
+    EXPECT_FALSE(written->frame(picture));
+    EXPECT_TRUE(time.waitUntil([&] { return done.load(); }));
+    return error;
+  }
+  const Rgb colour{200, 60, 40};
+  double length = 0;
+};
+
+/// Every encoder of this machine, on a picture of odd size.
+TEST_F(EncoderTest, KeepLengthAndColours) {
+  const auto encoders = filmEncoders();
+  ASSERT_FALSE(encoders.empty());
+  EXPECT_STREQ(encoders.back().element, "jpegenc"); // the one that is always there
+  for (const auto& encoder : encoders) {
+    SCOPED_TRACE(encoder.element);
+    testing::internal::CaptureStderr();
+    const auto error = encode({encoder}, 321, 241);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "libraries say their own word";
-    ASSERT_TRUE(ended);
     EXPECT_FALSE(error) << error->description;
     const auto facts = readFilm(path);
     EXPECT_EQ(facts.frames, 16);
     EXPECT_EQ(std::pair(facts.width, facts.height), std::pair(320, 240));
-    EXPECT_NEAR(facts.seconds, 1, oneFrame);
+    EXPECT_NEAR(facts.seconds, length, 2 * oneFrame);
     for (int part = 0; part < 3; part++)
       EXPECT_NEAR(facts.center[part], colour[part], 8) << part;
+  }
+}
+
+TEST_F(EncoderTest, OneThatFailsIsFollowedByTheNext) {
+  const FilmEncoder works{"jpegenc", "jpegenc", true};
+  // At its first picture, in the middle, when it is told to finish, and twice.
+  for (const char* failing :
+       {"identity error-after=1 ! jpegenc", "identity error-after=9 ! jpegenc",
+        "jpegenc ! identity error-after=16"}) {
+    SCOPED_TRACE(failing);
+    const FilmEncoder fails{"failing", failing, true};
+    EXPECT_FALSE(encode({fails, fails, works}, 1920, 1080));
+    const auto facts = readFilm(path);
+    EXPECT_EQ(std::pair(facts.width, facts.height), std::pair(1280, 720)) << "enough for a film";
+    EXPECT_GE(facts.frames, 1);
+    EXPECT_NEAR(facts.seconds, length, 2 * oneFrame);
+
+    EXPECT_EQ(encode({fails}, 64, 64).value().code, AVErrorUnknown);
+    EXPECT_FALSE(exists(path));
   }
 }
 

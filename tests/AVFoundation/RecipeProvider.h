@@ -13,7 +13,7 @@ class RecipeProvider final : public CameraProvider {
 public:
   explicit RecipeProvider(const std::string& elements) {
     recipe_.key = "test:" + std::to_string(++made_);
-    recipe_.launch = [elements] { return elements; };
+    recipe_.launch = [elements](CameraUse) { return elements; };
     // The camera may be closed after this object has gone.
     recipe_.configure = [counts = counts_](const Pipeline& pipeline) {
       counts->opened++;

@@ -59,6 +59,24 @@ TEST_F(RenderingTest, GradientRunsDownAndShadowFallsWhereItIsSent) {
   EXPECT_PIXEL(80, 30, white);
 }
 
+TEST_F(RenderingTest, MirrorTurnsThePictureAndNothingElse) {
+  const auto layer = addLayer({10, 10, 40, 40}, greenColor);
+  const Data pixels(std::string("\x00\x00\xff\xff\xff\x00\x00\xff", 8)); // red, blue
+  layer->setContents(CGImage::fromPixels(pixels, 2, 1, 8, CGImage::Format::BGRA));
+  layer->setContentsGravity(ContentsGravity::ResizeAspect); // green above and below
+  const auto inner = std::make_shared<CALayer>();
+  inner->setFrame({0, 0, 5, 5});
+  inner->setBackgroundColor(redColor);
+  layer->addSublayer(inner);
+  for (const bool mirrored : {false, true, false}) {
+    layer->setContentsMirrored(mirrored);
+    EXPECT_PIXEL(12, 30, mirrored ? blue : red);
+    EXPECT_PIXEL(48, 30, mirrored ? red : blue);
+    EXPECT_PIXEL(12, 12, red);
+    EXPECT_PIXEL(48, 48, green);
+  }
+}
+
 TEST_F(RenderingTest, OpacityCoversTheWholeSubtreeAsOne) {
   const auto layer = addLayer({10, 10, 40, 40}, redColor);
   const auto inner = std::make_shared<CALayer>();

@@ -1,0 +1,251 @@
+#include "platform/AVFoundation/CameraFormatGStreamer.h"
+#include "platform/AVFoundation/PipelineGStreamer.h"
+#include "platform/ImageIO/ImageFile.h"
+#include "tests/AVFoundation/CameraFixture.h"
+#include "tests/AVFoundation/MediaReaderGStreamer.h"
+#include "tests/AVFoundation/StandInCameraGStreamer.h"
+
+#include <gmock/gmock.h>
+
+namespace zuvi {
+namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using Size = std::pair<int, int>;
+
+/// What the drivers of such cameras list.
+constexpr const char* packedAndRaw = // raw is slow where it is large
+    "video/x-raw,format=YUY2,width=640,height=480,framerate={(fraction)30/1,(fraction)15/1};"
+    "video/x-raw,format=YUY2,width=1280,height=720,framerate=10/1;"
+    "video/x-raw,format=YUY2,width=1920,height=1080,framerate=5/1;"
+    "image/jpeg,width=1920,height=1080,framerate=30/1;"
+    "image/jpeg,width=1280,height=720,framerate={(fraction)60/1,(fraction)30/1};"
+    "image/jpeg,width=640,height=480,framerate=30/1";
+constexpr const char* rawOnly = "video/x-raw,format=YUY2,width=640,height=480,framerate=30/1;"
+                                "video/x-raw,format=YUY2,width=1280,height=720,framerate=10/1;"
+                                "video/x-raw,format=YUY2,width=1920,height=1080,framerate=5/1";
+constexpr const char* infrared = "video/x-raw,format=GRAY8,width=1280,height=720,framerate=30/1;"
+                                 "video/x-raw,format=GRAY16_LE,width=640,height=480,framerate=30/1";
+constexpr const char* greyFirst = "video/x-raw,format=GRAY8,width=1280,height=720,framerate=30/1;"
+                                  "video/x-raw,format=YUY2,width=640,height=480,framerate=30/1";
+constexpr const char* interlaced =
+    "video/x-raw,format=UYVY,width=720,height=576,framerate=25/1,interlace-mode=interleaved;"
+    "video/x-raw(format:Interlaced),format=UYVY,width=720,height=576,framerate=25/1,"
+    "interlace-mode=alternate";
+constexpr const char* bayer = "video/x-bayer,format=bggr16le,width=1280,height=720,framerate=30/1;"
+                              "video/x-bayer,format=bggr,width=1280,height=720,framerate=30/1";
+constexpr const char* driverMemory =
+    "video/x-raw(memory:DMABuf),format=NV12,width=1280,height=720,framerate=30/1";
+constexpr const char* driverMemoryFirst =
+    "video/x-raw(memory:DMABuf),format=NV12,width=1280,height=720,framerate=30/1;"
+    "video/x-raw,format=NV12,width=641,height=479,framerate=30/1";
+
+class CameraFormatTest : public CameraTest {
+protected:
+  std::shared_ptr<StandInProvider> use(StandInCamera camera) {
+    auto provider = make<StandInProvider>(std::move(camera));
+    AVCaptureDevice::setProvider(provider);
+    return provider;
+  }
+  /// A still of the running rig; null when none comes.
+  std::shared_ptr<const CGImage> photograph(const Rig& rig) {
+    const auto still = take(rig);
+    return still->jpeg ? decodeImage(*still->jpeg) : nullptr;
+  }
+  /// The pixel there, in parts of the whole.
+  static Rgb at(const CGImage& image, double x, double y) {
+    const auto pixels = image.pixels();
+    const auto* bgra =
+        pixels.bytes() +
+        (std::size_t(y * image.height()) * image.width() + std::size_t(x * image.width())) * 4;
+    return {bgra[2], bgra[1], bgra[0]};
+  }
+};
+
+std::string chosen(const char* offers, CameraUse use = CameraUse::Film) {
+  startGStreamer();
+  GstMini<GstCaps> caps(gst_caps_from_string(offers));
+  return chooseFormat(caps.get(), use);
+}
+
+TEST_F(CameraFormatTest, FilmIsNear720pAndStillsAreLarge) {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
+      {packedAndRaw, "image/jpeg,width=1280,height=720,framerate=30/1 ! jpegdec",
+       "image/jpeg,width=1920,height=1080,framerate=30/1 ! jpegdec"},
+      {rawOnly, "format=(string)YUY2,width=640,height=480,framerate=30/1",
+       "width=1280,height=720,framerate=10/1"},
+      // A capture card scales to any size; a size of its step is asked for.
+      {"video/x-raw,format={UYVY,NV12},width=[16,4096,16],height=[16,4096,8],framerate=[1/1,120/1]",
+       "width=1280,height=720,framerate=30/1", "width=1920,height=1080,framerate=30/1"},
+      // What is larger than the eye needs comes at half the rate; too large is too much.
+      {"image/jpeg,width=3840,height=2160,framerate={(fraction)30/1,(fraction)15/1};"
+       "image/jpeg,width=8000,height=6000,framerate=10/1",
+       "width=3840", "width=3840,height=2160,framerate=15/1"},
+      {"video/x-raw,format=NV12,width=1280,height=720,interlace-mode={interleaved,progressive}",
+       "interlace-mode=(string)progressive", "interlace-mode=(string)progressive"},
+  };
+  for (const auto& [offers, film, still] : rows) {
+    EXPECT_THAT(chosen(offers), HasSubstr(film));
+    EXPECT_THAT(chosen(offers, CameraUse::Stills), HasSubstr(still));
+  }
+  for (const char* unusable : {driverMemory, "video/x-h264,width=1280,height=720,framerate=30/1"})
+    EXPECT_EQ(chosen(unusable), "");
+}
+
+TEST_F(CameraFormatTest, EveryFormGivesTruePictures) {
+  const std::tuple<const char*, Size, bool> rows[] = {
+      {packedAndRaw, {1280, 720}, true},     {rawOnly, {640, 480}, true},
+      {greyFirst, {640, 480}, true},         {infrared, {1280, 720}, false},
+      {interlaced, {720, 576}, true},        {bayer, {1280, 720}, true},
+      {driverMemoryFirst, {641, 479}, true},
+  };
+  for (const auto& [offers, size, coloured] : rows) {
+    SCOPED_TRACE(offers);
+    use({offers});
+    const auto rig = running();
+    auto layer = make<AVCaptureVideoPreviewLayer>(rig->session);
+    Surface surface(layer);
+    ASSERT_TRUE(time.waitUntil([&] { return layer->contents() != nullptr; }));
+    const auto still = photograph(*rig);
+    ASSERT_TRUE(still);
+    EXPECT_EQ(Size(still->width(), still->height()), size);
+    for (const auto& image : {std::shared_ptr<const CGImage>(still), layer->contents()})
+      for (const bool left : {true, false}) {
+        const auto pixel = at(*image, left ? 0.25 : 0.75, 0.5);
+        const int strong = pixel[left ? 0 : 2], weak = pixel[left ? 2 : 0];
+        EXPECT_EQ(strong - weak > 100, coloured) << left << strong << weak;
+      }
+    auto listener = std::make_shared<FilmListener>();
+    ASSERT_TRUE(shoot(*rig, folder.path("film.mov"), 0.4, listener));
+    const auto facts = readFilm(folder.path("film.mov"));
+    EXPECT_GT(facts.frames, 3);
+    EXPECT_EQ(Size(facts.width, facts.height), Size(size.first & ~1, size.second & ~1));
+  }
+}
+
+TEST_F(CameraFormatTest, WhatCannotBeReadEndsTheRun) {
+  use({driverMemory});
+  Rig rig(back());
+  rig.session->startRunning();
+  EXPECT_TRUE(time.waitUntil([&] { return !rig.session->isRunning(); }));
+}
+
+/// What is said of a picture by its camera or stream: the sensor's mounting, a tag, a file's own.
+class UprightTest : public CameraFormatTest {
+protected:
+  /// Red above blue: a sensor's left side is up. On all three roads.
+  void expectTurned(Size size, bool redAbove) {
+    const auto rig = running();
+    auto layer = make<AVCaptureVideoPreviewLayer>(rig->session);
+    Surface surface(layer);
+    ASSERT_TRUE(time.waitUntil([&] { return layer->contents() != nullptr; }));
+    const auto still = photograph(*rig);
+    ASSERT_TRUE(still);
+    for (const auto& image : {std::shared_ptr<const CGImage>(still), layer->contents()}) {
+      EXPECT_EQ(Size(image->width(), image->height()), size);
+      for (const double side : {0.2, 0.8}) {
+        const auto above = at(*image, side, 0.25), below = at(*image, side, 0.75);
+        EXPECT_GT((above[0] - below[0]) * (redAbove ? 1 : -1), 100);
+      }
+    }
+    auto listener = std::make_shared<FilmListener>();
+    ASSERT_TRUE(shoot(*rig, folder.path("film.mov"), 0.3, listener));
+    const auto facts = readFilm(folder.path("film.mov"));
+    EXPECT_EQ(Size(facts.width, facts.height), size);
+  }
+};
+
+TEST_F(UprightTest, SensorAndStreamSayWhichWayIsUp) {
+  // Packed pictures unfold to a form that cannot be turned as it is.
+  for (const char* form : {"image/jpeg", "video/x-raw,format=NV12"}) {
+    SCOPED_TRACE(form);
+    const std::string offers = std::string(form) + ",width=640,height=480,framerate=30/1";
+    use({offers, 90});
+    expectTurned({480, 640}, false);
+    use({offers, 270});
+    expectTurned({480, 640}, true);
+    use({offers, 0, "rotate-90"});
+    expectTurned({480, 640}, true);
+  }
+}
+
+TEST_F(UprightTest, PictureFileSaysHowItsCameraWasHeld) {
+  use({"video/x-raw,format=I420,width=640,height=480"});
+  auto jpeg = take(*running())->jpeg->string();
+  // Exif with one entry, the orientation: the picture's left side is up.
+  const std::string exif("\xff\xe1\0\x22"
+                         "Exif\0\0MM\0\x2a\0\0\0\x08\0\x01\x01\x12\0\x03\0\0\0\x01\0\x06\0\0"
+                         "\0\0\0\0",
+                         36);
+  jpeg.insert(2, exif);
+  useHost(backFrom(folder.write("held.jpg", jpeg)));
+  expectTurned({480, 640}, true);
+}
+
+TEST_F(UprightTest, PreviewOfTheFrontIsAMirrorAndPicturesAreNot) {
+  for (const auto side : {AVCaptureDevicePosition::Front, AVCaptureDevicePosition::Back}) {
+    AVCaptureDevice::setProvider(
+        make<StandInProvider>(StandInCamera{"video/x-raw,format=I420,width=320,height=240"}, side));
+    Rig rig(device(side));
+    auto layer = make<AVCaptureVideoPreviewLayer>(rig.session);
+    Surface surface(layer);
+    rig.session->startRunning();
+    ASSERT_TRUE(time.waitUntil([&] { return layer->contents() != nullptr; }));
+    EXPECT_EQ(layer->contentsMirrored(), side == AVCaptureDevicePosition::Front);
+    const auto still = photograph(rig);
+    EXPECT_GT(at(*still, 0.2, 0.5)[0], at(*still, 0.8, 0.5)[0]);
+
+    layer->connection()->automaticallyAdjustsVideoMirroring = false;
+    layer->connection()->videoMirrored = side == AVCaptureDevicePosition::Back;
+    EXPECT_TRUE(time.waitUntil(
+        [&] { return layer->contentsMirrored() == (side == AVCaptureDevicePosition::Back); }));
+  }
+}
+
+/// A session for stills alone, as that of a document.
+struct StillRig : Rig {
+  explicit StillRig(const std::shared_ptr<AVCaptureDevice>& device) : Rig(nullptr) {
+    session = make<AVCaptureSession>();
+    stills = make<AVCaptureStillImageOutput>();
+    input = AVCaptureDeviceInput::withDevice(device);
+    session->addInput(input);
+    session->addOutput(stills);
+  }
+};
+
+TEST_F(CameraFormatTest, StillsAreLargeWhileThePreviewIsSmall) {
+  const auto camera = use({packedAndRaw});
+  const auto recorder = running();
+  EXPECT_THAT(camera->given(), HasSubstr("1280"));
+  auto listener = std::make_shared<FilmListener>();
+  recorder->film->startRecording(folder.path("film.mov"), listener);
+  StillRig document(back());
+  document.session->startRunning();
+  EXPECT_EQ(photograph(document)->width(), 1280) << "the camera is another's while that one films";
+  recorder->film->stopRecording();
+  ASSERT_TRUE(time.waitUntil([&] { return !listener->ends().empty(); }));
+  EXPECT_FALSE(listener->ends()[0].error);
+
+  // The recorder's session stays, as its screen does, below the document's.
+  StillRig next(back());
+  auto layer = make<AVCaptureVideoPreviewLayer>(next.session);
+  Surface surface(layer);
+  next.session->startRunning();
+  document.session->stopRunning();
+  const auto large = [&] {
+    const auto still = photograph(next);
+    return still && Size(still->width(), still->height()) == Size(1920, 1080);
+  };
+  EXPECT_TRUE(time.waitUntil(large));
+  ASSERT_TRUE(time.waitUntil([&] { return layer->contents() != nullptr; }));
+  EXPECT_EQ(Size(layer->contents()->width(), layer->contents()->height()), Size(1280, 720));
+  EXPECT_THAT(camera->given(), HasSubstr("1920"));
+  next.session->stopRunning();
+  EXPECT_TRUE(time.waitUntil([&] { return photograph(*recorder)->width() == 1280; }))
+      << "it is the recorder's again";
+}
+
+} // namespace
+} // namespace zuvi
