@@ -18,8 +18,9 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 # What is looked up by name while the program runs: camera, pictures and films; authorities.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS
     "gstreamer1.0-plugins-base, gstreamer1.0-plugins-good, ca-certificates")
-# H.264, the camera's dialogue, the carrier.
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "gstreamer1.0-plugins-bad")
+# H.264, cameras of the desktop's media server and behind the portal, the camera's dialogue, the
+# carrier.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "gstreamer1.0-plugins-bad, gstreamer1.0-pipewire")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "xdg-desktop-portal, modemmanager")
 # Of programs that link the library, packages get the range in which it keeps its shape.
 math(EXPR next ${PROJECT_VERSION_MINOR}+1)

@@ -1,9 +1,9 @@
 #include "demo/core/Demo.h"
 
+#include "demo/core/DemoCameras.h"
 #include "kit/Helper/LiveChat/LiveChat.h"
 #include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Main/Private/ZVEndpoints.h"
-#include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "platform/UIKit/ScreenPicture.h"
@@ -50,7 +50,7 @@ std::string Demo::start(std::function<void(int)> finished) {
   if (options_.tracking) ZVEndpoints::trackingURL() = *options_.tracking;
   if (options_.chatTemplate) ZVEndpoints::chatTemplateURL() = *options_.chatTemplate;
   if (options_.authorities) ZVEndpoints::setAdditionalAuthorities(*options_.authorities);
-  installCameras();
+  installCameras(options_);
 
   host_ = make<HostViewController>();
   host_->onOutcome = [this](const std::string& call, const std::optional<std::string>& id) {
@@ -96,15 +96,6 @@ void Demo::configureChat() const {
   if (options_.chatName) LiveChat::name = options_.chatName;
   if (options_.chatEmail) LiveChat::email = options_.chatEmail;
   if (options_.chatLicense) LiveChat::licenseId = options_.chatLicense;
-}
-
-void Demo::installCameras() const {
-  if (!options_.frontCamera && !options_.backCamera && !options_.permission) return;
-  HostCameras cameras;
-  cameras.front = options_.frontCamera.value_or(CameraSourceDescription{});
-  cameras.back = options_.backCamera.value_or(CameraSourceDescription{});
-  cameras.permission = options_.permission.value_or(CameraPermission::Authorized);
-  AVCaptureDevice::setProvider(std::make_shared<HostCameraProvider>(cameras));
 }
 
 std::string Demo::startDriver() {

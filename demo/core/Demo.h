@@ -29,7 +29,6 @@ public:
 private:
   std::string startDriver();
   bool showCardReview();
-  void installCameras() const;
   void configureChat() const;
   bool writePicture(const std::string& name) const;
 

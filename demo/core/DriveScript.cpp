@@ -1,5 +1,7 @@
 #include "demo/core/DriveScript.h"
 
+#include "platform/Foundation/Decimal.h"
+
 #include <map>
 #include <sstream>
 #include <utility>
@@ -44,9 +46,7 @@ bool split(const std::string& line, std::vector<DriveCommand::Word>& words) {
 }
 
 bool isNumber(const std::string& text) {
-  std::istringstream stream(text);
-  double value = -1;
-  return stream >> value && stream.eof() && value >= 0;
+  return decimalNumber(text).value_or(-1) >= 0;
 }
 
 bool isKeyboard(const DriveCommand& command) {

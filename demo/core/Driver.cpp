@@ -3,6 +3,7 @@
 #include "demo/core/ScreenWatcher.h"
 #include "demo/core/ViewTree.h"
 #include "kit/Helper/LiveChat/Manager.h"
+#include "platform/Foundation/Decimal.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/UIKit/UIApplication.h"
@@ -10,8 +11,6 @@
 #include "platform/WebKit/WKWebView.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <utility>
 
 namespace zuvi::demo {
@@ -26,7 +25,7 @@ constexpr double waitForTransition = 5;
 constexpr double waitForScript = 10;
 
 double seconds(const std::string& text, double otherwise) {
-  return text.empty() ? otherwise : std::strtod(text.c_str(), nullptr);
+  return decimalNumber(text).value_or(otherwise);
 }
 
 /// Numbers without needless digits, texts as they are.
@@ -37,11 +36,7 @@ std::string readable(const Value& value) {
       text += (text.empty() ? "" : " ") + readable(element);
     return text;
   }
-  if (const auto number = value.number()) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.6g", *number);
-    return text;
-  }
+  if (const auto number = value.number()) return decimalText(*number, 6);
   return value.description();
 }
 

@@ -4,6 +4,7 @@
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/Print.h"
 
+#include <cmath>
 #include <mutex>
 
 namespace zuvi::demo {
@@ -41,7 +42,8 @@ void EventLog::write(Value::Dictionary event) {
 
 void EventLog::say(const std::string& line) const {
   const std::lock_guard guard(lock);
-  std::printf("[%6.2f s] %s\n", elapsed(), line.c_str());
+  const long hundredths = std::lround(elapsed() * 100); // with a point in every locale
+  std::printf("[%3ld.%02ld s] %s\n", hundredths / 100, hundredths % 100, line.c_str());
   std::fflush(stdout);
 }
 

@@ -1,11 +1,10 @@
 #include "demo/core/Options.h"
 
+#include "platform/Foundation/Decimal.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/URL.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <functional>
 
 namespace zuvi::demo {
@@ -65,6 +64,11 @@ std::string readMetadata(Options& options, const std::string& value) {
   return {};
 }
 
+std::string readCameras(Options& options, const std::string& value) {
+  options.cameras = value == "drawn" ? Cameras::Drawn : Cameras::Real;
+  return value == "drawn" || value == "real" ? "" : "is neither real nor drawn";
+}
+
 std::string readPermission(Options& options, const std::string& value) {
   auto parsed = parseCameraPermission(value);
   if (const auto* error = std::get_if<Error>(&parsed)) return error->description;
@@ -75,10 +79,7 @@ std::string readPermission(Options& options, const std::string& value) {
 /// WxH or WxH@SCALE.
 std::string readScreen(Options& options, const std::string& value) {
   const auto number = [&](std::size_t from, std::size_t to) {
-    const std::string digits = value.substr(from, to - from);
-    char* end = nullptr;
-    const double parsed = std::strtod(digits.c_str(), &end);
-    return digits.empty() || *end || !std::isfinite(parsed) ? 0.0 : parsed;
+    return decimalNumber(std::string_view(value).substr(from, to - from)).value_or(0);
   };
   const auto times = value.find('x');
   const auto at = std::min(value.find('@'), value.size());
@@ -97,11 +98,9 @@ std::string readScreenName(Options& options, const std::string& value) {
 }
 
 std::string readTextScale(Options& options, const std::string& value) {
-  char* end = nullptr;
-  const double scale = std::strtod(value.c_str(), &end);
-  options.textScale = scale;
-  const bool sensible = !value.empty() && !*end && scale >= 0.5 && scale <= 4;
-  return sensible ? "" : "is no number from 0.5 to 4";
+  options.textScale = decimalNumber(value);
+  const double scale = options.textScale.value_or(0);
+  return scale >= 0.5 && scale <= 4 ? "" : "is no number from 0.5 to 4";
 }
 
 struct Known {
@@ -123,6 +122,8 @@ const std::vector<Known>& known() {
       {"--chat-group", "ID", text(&Options::chatGroup), "whom the visitor reaches"},
       {"--chat-name", "NAME", text(&Options::chatName), "of the visitor"},
       {"--chat-email", "ADDRESS", text(&Options::chatEmail), "of the visitor"},
+      {"--cameras", "real|drawn", readCameras,
+       "this machine's (drawn ones where it has none), or drawn ones"},
       {"--front-camera", "SOURCE", camera(&Options::frontCamera),
        "none, simulated, or a device, picture or film"},
       {"--back-camera", "SOURCE", camera(&Options::backCamera), "the same"},

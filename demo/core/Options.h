@@ -11,6 +11,12 @@
 
 namespace zuvi::demo {
 
+/// Which cameras are used where none is named.
+enum class Cameras {
+  Real,  ///< the machine's own, and drawn ones where it has none
+  Drawn, ///< moving scenes
+};
+
 /// What the command line asks for.
 struct Options {
   std::optional<std::string> clientId; ///< absent: the host never registers
@@ -18,7 +24,8 @@ struct Options {
   std::optional<std::string> identity;
   std::optional<std::string> server, tracking, chatTemplate, authorities;
   std::optional<std::string> chatLicense, chatGroup, chatName, chatEmail;
-  std::optional<CameraSourceDescription> frontCamera, backCamera; ///< absent: the machine's own
+  Cameras cameras = Cameras::Real;
+  std::optional<CameraSourceDescription> frontCamera, backCamera; ///< one alone: the other is none
   std::optional<CameraPermission> permission;
   CGSize screen{375, 812};
   std::optional<double> textScale;

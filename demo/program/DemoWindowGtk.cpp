@@ -18,8 +18,6 @@ void onFirstFrame(GdkFrameClock* clock, gpointer) {
 } // namespace
 
 bool openWindow(CGSize size, std::optional<double> textScale) {
-  // Without a GPU the plain renderer is the faster one; a choice of the person's own stands.
-  g_setenv("GSK_RENDERER", "cairo", FALSE);
   g_set_prgname("zuvi-demo"); // screen readers name the program so
   if (!gtk_init_check()) return false;
   if (textScale)

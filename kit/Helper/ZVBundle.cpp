@@ -40,8 +40,9 @@ std::shared_ptr<const Bundle> zvKitBundle() {
     UINib::registerClass<ZVKYCButton>("ZVKYCButton");
     UINib::registerClass<ZVColumnView>("ZVColumnView");
     UINib::registerClass<ZVPointView>("ZVPointView");
-    UINib::setLanguage([] { return rawValue(ZVKYCHelper::instance().merchant->currentLanguage); });
-    return std::make_shared<Bundle>(bundleFolder());
+    auto made = std::make_shared<Bundle>(bundleFolder());
+    made->setLanguage([] { return rawValue(ZVKYCHelper::instance().merchant->currentLanguage); });
+    return made;
   }();
   return bundle;
 }

@@ -2,6 +2,7 @@
 
 #include "kit/Helper/ZVBundle.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "platform/Foundation/Locale.h"
 #include "platform/Foundation/PropertyList.h"
 
 #include <algorithm>
@@ -35,6 +36,10 @@ std::string spoken(const std::string& key) {
   static const auto* texts =
       new ZVLocalizationManager(zvKitBundle()->path("Accessibility", "plist"));
   return texts->translation(key);
+}
+
+std::string uppercased(const std::string& text) {
+  return Locale(rawValue(ZVKYCHelper::instance().merchant->currentLanguage)).uppercased(text);
 }
 
 std::string localized(const std::string& key) {

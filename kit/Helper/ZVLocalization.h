@@ -26,6 +26,9 @@ private:
 /// A text that is only spoken, in the merchant's language, from a table of their own.
 std::string spoken(const std::string& key);
 
+/// A text in upper case, by the rules of the merchant's language.
+std::string uppercased(const std::string& text);
+
 /// `ZVLocalizationManager::shared().translation(key)`.
 std::string localized(const std::string& key);
 

@@ -10,9 +10,6 @@ public:
   /// Whether this program runs in a sandbox, where the portal is the only way to a camera.
   static bool isSandboxed();
 
-  /// Whether there is a camera at all; false also without a portal. Waits for the portal.
-  static bool isCameraPresent();
-
   /// Asks the user; the answer comes once, on a thread of its own, however long it takes. No when
   /// there is no portal or it goes away.
   static void requestAccess(std::function<void(bool granted)> answer);

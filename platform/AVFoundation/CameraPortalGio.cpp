@@ -112,18 +112,6 @@ bool CameraPortal::isSandboxed() {
   return ::access("/.flatpak-info", F_OK) == 0 || std::getenv("SNAP");
 }
 
-bool CameraPortal::isCameraPresent() {
-  auto bus = connect();
-  if (!bus) return false;
-  auto reply = call(bus.get(), "org.freedesktop.DBus.Properties", "Get",
-                    g_variant_new("(ss)", cameraInterface, "IsCameraPresent"), "(v)");
-  if (!reply) return false;
-  GVariant* inner = nullptr;
-  g_variant_get(reply.get(), "(v)", &inner);
-  Variant value(inner);
-  return g_variant_is_of_type(inner, G_VARIANT_TYPE_BOOLEAN) && g_variant_get_boolean(inner);
-}
-
 void CameraPortal::requestAccess(std::function<void(bool)> answer) {
   // The dialogue may stay open for as long as the user likes.
   std::thread([answer = std::move(answer)] { answer(askOnOwnContext()); }).detach();

@@ -13,7 +13,8 @@ namespace zuvi {
 struct DeviceWatch::Source {
   GstRef<GstObject> owner;
   GstRef<GstBus> bus;
-  GList* devices = nullptr; ///< at the beginning; whoever takes them frees the list
+  GList* devices = nullptr;  ///< at the beginning; whoever takes them frees the list
+  GstClockTime patience = 0; ///< how long the first of them may take
 
   static Source machine() {
     GstRef<GstDeviceMonitor> monitor(gst_device_monitor_new());
@@ -34,6 +35,7 @@ struct DeviceWatch::Source {
     if (gst_device_provider_start(provider.get()))
       source.devices = gst_device_provider_get_devices(provider.get());
     source.owner.reset(GST_OBJECT(provider.release()));
+    source.patience = 2 * GST_SECOND;
     return source;
   }
 };
@@ -78,27 +80,30 @@ void DeviceWatch::run(const Source& source) {
   for (auto* item = source.devices; item; item = item->next)
     add({GST_DEVICE(item->data), GstUnref()});
   g_list_free(source.devices);
+  // A server may show what was granted a moment later.
+  if (source.bus && cameras().empty()) hear(source, source.patience);
   {
     const std::lock_guard lock(mutex_);
     complete_ = true;
   }
   announce();
-  if (!source.bus) return;
-  constexpr auto wanted = GstMessageType(GST_MESSAGE_DEVICE_ADDED | GST_MESSAGE_DEVICE_REMOVED);
-  while (const GstMini<GstMessage> message{
-      gst_bus_timed_pop_filtered(source.bus.get(), GST_CLOCK_TIME_NONE, wanted)}) {
-    GstDevice* device = nullptr;
-    if (GST_MESSAGE_TYPE(message.get()) == GST_MESSAGE_DEVICE_ADDED)
-      gst_message_parse_device_added(message.get(), &device);
-    else
-      gst_message_parse_device_removed(message.get(), &device);
-    const std::shared_ptr<GstDevice> owned(device, GstUnref());
-    if (GST_MESSAGE_TYPE(message.get()) == GST_MESSAGE_DEVICE_ADDED)
-      add(owned);
-    else
-      remove(device);
+  while (source.bus && hear(source, GST_CLOCK_TIME_NONE))
     announce();
-  }
+}
+
+bool DeviceWatch::hear(const Source& source, GstClockTime patience) {
+  constexpr auto wanted = GstMessageType(GST_MESSAGE_DEVICE_ADDED | GST_MESSAGE_DEVICE_REMOVED);
+  const GstMini<GstMessage> message(gst_bus_timed_pop_filtered(source.bus.get(), patience, wanted));
+  if (!message) return false;
+  const bool added = GST_MESSAGE_TYPE(message.get()) == GST_MESSAGE_DEVICE_ADDED;
+  GstDevice* device = nullptr;
+  if (added)
+    gst_message_parse_device_added(message.get(), &device);
+  else
+    gst_message_parse_device_removed(message.get(), &device);
+  const std::shared_ptr<GstDevice> owned(device, GstUnref());
+  added ? add(owned) : remove(device);
+  return true;
 }
 
 void DeviceWatch::add(const std::shared_ptr<GstDevice>& device) {

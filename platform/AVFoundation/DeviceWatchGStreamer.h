@@ -28,6 +28,7 @@ private:
   struct Source;
   DeviceWatch() = default;
   void run(const Source& source);
+  bool hear(const Source& source, GstClockTime patience);
   void add(const std::shared_ptr<GstDevice>& device);
   void remove(GstDevice* device);
   static void announce();

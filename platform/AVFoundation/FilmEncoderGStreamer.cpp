@@ -20,7 +20,8 @@ constexpr FilmEncoder candidates[] = {
     {"qsvh264enc", "qsvh264enc bitrate=4500 ! h264parse", false},
     {"v4l2h264enc", "v4l2h264enc ! video/x-h264,level=(string)4 ! h264parse", false},
     {"openh264enc",
-     "openh264enc usage-type=camera rate-control=bitrate bitrate=4500000 max-bitrate=6000000 "
+     "openh264enc name=openh264 usage-type=camera rate-control=bitrate bitrate=4500000 "
+     "max-bitrate=6000000 "
      "gop-size=30 ! h264parse",
      false},
     {"x264enc",
@@ -94,6 +95,18 @@ GstMini<GstCaps> encoderInput(const FilmEncoder& encoder, const GstCaps* picture
   gst_caps_set_simple(caps.get(), "width", G_TYPE_INT, even(info.width), "height", G_TYPE_INT,
                       even(info.height), nullptr);
   return caps;
+}
+
+void endWithoutFlush(GstElement* encoder) {
+  GstRef<GstPad> sink(gst_element_get_static_pad(encoder, "sink"));
+  const auto pass = [](GstPad* pad, GstPadProbeInfo* info, gpointer) -> GstPadProbeReturn {
+    if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) != GST_EVENT_EOS) return GST_PAD_PROBE_OK;
+    GstRef<GstElement> element(gst_pad_get_parent_element(pad));
+    GstRef<GstPad> source(gst_element_get_static_pad(element.get(), "src"));
+    gst_pad_push_event(source.get(), gst_event_ref(GST_PAD_PROBE_INFO_EVENT(info)));
+    return GST_PAD_PROBE_DROP;
+  };
+  gst_pad_add_probe(sink.get(), GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, pass, nullptr, nullptr);
 }
 
 } // namespace zuvi

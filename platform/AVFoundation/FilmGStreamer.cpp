@@ -85,6 +85,7 @@ void FilmGStreamer::launch() {
   if (auto* error = std::get_if<Error>(&made)) return useNextEncoder(*error);
   auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
   g_object_set(pipeline->element("file"), "location", path_.c_str(), nullptr);
+  if (GstElement* encoder = pipeline->element("openh264")) endWithoutFlush(encoder);
   if (!pipeline->play())
     return useNextEncoder(filmError(AVErrorUnknown, "The film does not start."));
   std::lock_guard lock(mutex_);

@@ -18,6 +18,10 @@ void MovieRecording::start(CameraStream& stream, std::optional<double> maxDurati
 }
 
 void MovieRecording::refuse(Error error) {
+  {
+    std::lock_guard lock(mutex_);
+    refused_ = true;
+  }
   ended(std::move(error));
 }
 
@@ -66,10 +70,11 @@ void MovieRecording::ended(std::optional<Error> error) {
 }
 
 void MovieRecording::tell(const std::optional<Error>& error) {
-  bool silent = false;
+  bool silent = false, refused = false;
   {
     std::lock_guard lock(mutex_);
     silent = silent_;
+    refused = refused_;
   }
   auto delegate = silent ? nullptr : delegate_.lock();
   if (!delegate) {
@@ -77,7 +82,7 @@ void MovieRecording::tell(const std::optional<Error>& error) {
     const bool hadDelegate =
         delegate_.owner_before(std::weak_ptr<AVCaptureFileOutputRecordingDelegate>{}) ||
         std::weak_ptr<AVCaptureFileOutputRecordingDelegate>{}.owner_before(delegate_);
-    if (!error && (silent || hadDelegate)) FileManager::removeItem(path_);
+    if (!refused && (silent || hadDelegate)) FileManager::removeItem(path_);
     return;
   }
   delegate->fileOutputDidFinishRecording(path_, error);

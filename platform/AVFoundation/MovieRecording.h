@@ -36,6 +36,7 @@ private:
   mutable std::mutex mutex_;
   State state_ = State::Recording;
   bool silent_ = false;
+  bool refused_ = false;
   std::shared_ptr<CameraFilm> film_;
 };
 

@@ -34,7 +34,7 @@ public:
   Pipeline(const Pipeline&) = delete;
   Pipeline& operator=(const Pipeline&) = delete;
 
-  /// The element of that name; never null for a name of the description.
+  /// The element of that name; null for a name that is not in the description.
   GstElement* element(const char* name) const;
   GstElement* native() const { return pipeline_.get(); }
   /// False when an element refuses; the listener may hear why.

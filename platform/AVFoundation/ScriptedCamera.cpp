@@ -53,13 +53,19 @@ void ScriptedCameraProvider::answerRequests() {
 
 std::vector<CameraDescription> ScriptedCameraProvider::devices() {
   std::vector<CameraDescription> devices;
-  if (front) devices.push_back({"front", "Front", AVCaptureDevicePosition::Front, true});
-  if (back) devices.push_back({"back", "Back", AVCaptureDevicePosition::Back, true});
+  const auto add = [&](const auto& camera, const std::string& side, auto position) {
+    if (camera) devices.push_back({camera->id.empty() ? side : camera->id, side, position, true});
+  };
+  add(front, "front", AVCaptureDevicePosition::Front);
+  add(back, "back", AVCaptureDevicePosition::Back);
   return devices;
 }
 
 std::shared_ptr<CameraStream> ScriptedCameraProvider::open(const std::string& uniqueID) {
-  auto camera = uniqueID == "front" ? front : back;
+  std::shared_ptr<ScriptedCamera> camera;
+  for (const auto& listed : devices())
+    if (listed.uniqueID == uniqueID)
+      camera = listed.position == AVCaptureDevicePosition::Front ? front : back;
   if (!camera || !camera->opens) return nullptr;
   auto stream = make<ScriptedStream>(camera, queue_);
   camera->streams_.push_back(stream);

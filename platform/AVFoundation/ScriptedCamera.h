@@ -15,6 +15,7 @@ class ScriptedStream;
 class ScriptedCamera {
 public:
   // What it does
+  std::string id;            ///< its unique id; empty: the name of its side
   bool opens = true;         ///< whether an input can be made
   bool fails = false;        ///< a run ends as soon as it was started
   bool answersStills = true; ///< false: stills wait for `answerStills` or the session's stop
@@ -61,7 +62,6 @@ public:
   AVAuthorizationStatus authorizationStatus() override { return status; }
   void requestAccess(std::function<void(bool granted)> answer) override;
   std::vector<CameraDescription> devices() override;
-  /// "front" or "back".
   std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
   DispatchQueue& callbackQueue() override { return queue_; }
 

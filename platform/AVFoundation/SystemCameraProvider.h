@@ -36,15 +36,12 @@ public:
 private:
   DeviceWatch* watch();
   std::vector<CameraDescription> listed(const DeviceWatch& watch) const;
-  void askForPresence();
   void granted();
 
   const std::map<std::string, AVCaptureDevicePosition> positions_;
   const Access access_;
   std::mutex mutex_;                    // guards what follows
   DeviceWatch* behindPortal_ = nullptr; ///< once the user has granted the cameras
-  std::optional<bool> anyBehindPortal_; ///< absent: not known yet
-  bool presenceAsked_ = false;
 };
 
 } // namespace zuvi

@@ -5,10 +5,8 @@
 #include "platform/AVFoundation/DeviceAccess.h"
 #include "platform/AVFoundation/DeviceWatchGStreamer.h"
 #include "platform/Foundation/Make.h"
-#include "platform/Foundation/NotificationCenter.h"
 
 #include <algorithm>
-#include <thread>
 
 namespace zuvi {
 
@@ -16,8 +14,8 @@ namespace {
 
 using Position = AVCaptureDevicePosition;
 
-// Behind the portal nothing is known of the cameras before they were granted, not even how many
-// there are; until then these two stand for them.
+// Behind the portal nothing is known of the cameras before they were granted, and it does not always
+// know itself whether there are any. Until then these two stand for them.
 const CameraDescription portalFront{"portal:front", "Camera", Position::Front, false};
 const CameraDescription portalBack{"portal:back", "Camera", Position::Back, false};
 
@@ -87,29 +85,7 @@ std::vector<CameraDescription> SystemCameraProvider::listed(const DeviceWatch& w
 std::vector<CameraDescription> SystemCameraProvider::devices() {
   const auto* known = watch();
   if (access_ == Access::Devices || (known && known->isComplete())) return listed(*known);
-  askForPresence();
-  const std::lock_guard lock(mutex_);
-  if (anyBehindPortal_ == false) return {};
   return {portalFront, portalBack};
-}
-
-void SystemCameraProvider::askForPresence() {
-  {
-    const std::lock_guard lock(mutex_);
-    if (std::exchange(presenceAsked_, true)) return;
-  }
-  // A bus may hang for ever, so no thread that others need.
-  std::thread([weak = weak_from_this()] {
-    const bool any = CameraPortal::isCameraPresent();
-    const auto self = weak.lock();
-    if (!self) return;
-    {
-      const std::lock_guard lock(self->mutex_);
-      self->anyBehindPortal_ = any;
-    }
-    DispatchQueue::main().async(
-        [] { NotificationCenter::defaultCenter().post(AVCaptureDevicesDidChange); });
-  }).detach();
 }
 
 std::shared_ptr<CameraStream> SystemCameraProvider::open(const std::string& uniqueID) {

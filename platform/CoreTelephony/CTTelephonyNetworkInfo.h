@@ -12,7 +12,8 @@ class CarrierProvider;
 /// What is known of the device's mobile line. Main thread.
 class CTTelephonyNetworkInfo {
 public:
-  /// Asked anew at every call; absent on a device without a modem.
+  /// As it was known at the call before, which does not wait for an answer; absent on a device
+  /// without a modem, and at the first call.
   std::optional<CTCarrier> subscriberCellularProvider() const;
 
   /// Installs the source of the answer; null: the system's modem service, as at start.

@@ -11,11 +11,11 @@ namespace zuvi {
 class CarrierProvider {
 public:
   virtual ~CarrierProvider() = default;
-  /// Absent without a modem. Answers within a fraction of a second.
+  /// Absent without a modem, or as long as nothing is known. Does not wait.
   virtual std::optional<CTCarrier> subscriberCellularProvider() = 0;
 };
 
-/// Asks the system's modem service.
+/// Tells what the system's modem service said last, which each call has asked again meanwhile.
 std::shared_ptr<CarrierProvider> makeModemManagerCarrierProvider();
 
 } // namespace zuvi

@@ -1,5 +1,9 @@
 #include "platform/CoreTelephony/CarrierProvider.h"
 
+#include <mutex>
+#include <thread>
+#include <utility>
+
 #include <gio/gio.h>
 
 namespace zuvi {
@@ -16,11 +20,16 @@ struct Release {
 using Variant = std::unique_ptr<GVariant, Release>;
 using Bus = std::unique_ptr<GDBusConnection, Release>;
 
+/// Not the connection that the host shares: its settings are the host's.
 Bus systemBus() {
-  Bus bus(g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr));
-  // The host must survive the end of the bus.
-  if (bus) g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-  return bus;
+  const std::unique_ptr<char, decltype(&g_free)> address(
+      g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr), g_free);
+  if (!address) return nullptr;
+  return Bus(g_dbus_connection_new_for_address_sync(
+      address.get(),
+      GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+      nullptr, nullptr, nullptr));
 }
 
 // Null on any failure. The service is not started for this.
@@ -56,26 +65,48 @@ std::optional<std::string> nameOnSim(GDBusConnection* bus, GVariant* interfaces)
   return g_variant_get_string(inner, nullptr);
 }
 
+std::optional<CTCarrier> askService() {
+  const Bus bus = systemBus();
+  if (!bus) return std::nullopt;
+  const Variant reply =
+      call(bus.get(), "/org/freedesktop/ModemManager1", "org.freedesktop.DBus.ObjectManager",
+           "GetManagedObjects", nullptr, "(a{oa{sa{sv}}})");
+  if (!reply) return std::nullopt;
+  const Variant objects(g_variant_get_child_value(reply.get(), 0));
+  if (g_variant_n_children(objects.get()) == 0) return std::nullopt;
+  const Variant modem(g_variant_get_child_value(objects.get(), 0));
+  const Variant interfaces(g_variant_get_child_value(modem.get(), 1));
+  auto name = nameOnSim(bus.get(), interfaces.get());
+  if (!name || name->empty()) // a card need not carry it; the network in use is the next best
+    name = property(interfaces.get(), "org.freedesktop.ModemManager1.Modem.Modem3gpp",
+                    "OperatorName", "s");
+  if (name && name->empty()) name.reset();
+  return CTCarrier{name};
+}
+
+/// Gives what the service said last, and has it asked again on a thread of its own: a bus that hangs
+/// holds up that thread alone.
 class ModemManager final : public CarrierProvider {
 public:
   std::optional<CTCarrier> subscriberCellularProvider() override {
-    const Bus bus = systemBus();
-    if (!bus) return std::nullopt;
-    const Variant reply =
-        call(bus.get(), "/org/freedesktop/ModemManager1", "org.freedesktop.DBus.ObjectManager",
-             "GetManagedObjects", nullptr, "(a{oa{sa{sv}}})");
-    if (!reply) return std::nullopt;
-    const Variant objects(g_variant_get_child_value(reply.get(), 0));
-    if (g_variant_n_children(objects.get()) == 0) return std::nullopt;
-    const Variant modem(g_variant_get_child_value(objects.get(), 0));
-    const Variant interfaces(g_variant_get_child_value(modem.get(), 1));
-    auto name = nameOnSim(bus.get(), interfaces.get());
-    if (!name || name->empty()) // a card need not carry it; the network in use is the next best
-      name = property(interfaces.get(), "org.freedesktop.ModemManager1.Modem.Modem3gpp",
-                      "OperatorName", "s");
-    if (name && name->empty()) name.reset();
-    return CTCarrier{name};
+    const std::lock_guard lock(answer_->mutex);
+    if (!std::exchange(answer_->asking, true))
+      std::thread([answer = answer_] {
+        auto carrier = askService();
+        const std::lock_guard answered(answer->mutex);
+        answer->carrier = std::move(carrier);
+        answer->asking = false;
+      }).detach();
+    return answer_->carrier;
   }
+
+private:
+  struct Answer {
+    std::mutex mutex;
+    bool asking = false;
+    std::optional<CTCarrier> carrier;
+  };
+  const std::shared_ptr<Answer> answer_ = std::make_shared<Answer>();
 };
 
 } // namespace

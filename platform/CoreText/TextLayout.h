@@ -31,8 +31,6 @@ struct AttributedString {
 
 /// The number of characters (not bytes) of a UTF-8 text.
 ZUVI_API std::size_t characterCount(const std::string& text);
-/// The text in upper case, by the rules of its script.
-ZUVI_API std::string uppercased(const std::string& text);
 
 /// @cond
 /// How much larger than its fonts say all text is, 1 at start. What was laid out before keeps its

@@ -46,15 +46,6 @@ std::size_t characterCount(const std::string& text) {
   }));
 }
 
-std::string uppercased(const std::string& text) {
-  char* valid = g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()));
-  char* upper = g_utf8_strup(valid, -1);
-  std::string result = upper;
-  g_free(upper);
-  g_free(valid);
-  return result;
-}
-
 TextLayout::TextLayout(const AttributedString& text, const Style& style, double width)
     : color_(style.color) {
   PangoLayout* layout = pango_layout_new(textContext());

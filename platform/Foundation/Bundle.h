@@ -3,13 +3,15 @@
 #include "platform/Export.h"
 #include "platform/Foundation/Value.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace zuvi {
 
-/// A folder of resources. Any thread, but for the info dictionary, which is the main one's.
+/// A folder of resources. Any thread, but for the info dictionary and the language, which are the
+/// main one's.
 class ZUVI_API Bundle {
 public:
   /// The folder need not exist: then nothing is found in it.
@@ -29,9 +31,15 @@ public:
   /// What the host says about itself, such as "CFBundleVersion".
   void setInfoDictionary(Value::Dictionary info) { info_ = std::move(info); }
 
+  /// Which language its nibs are made in; empty unless somebody says.
+  std::string language() const { return language_ ? language_() : std::string(); }
+  /// Asked at each nib.
+  void setLanguage(std::function<std::string()> language) { language_ = std::move(language); }
+
 private:
   std::string folder_;
   Value::Dictionary info_;
+  std::function<std::string()> language_;
 };
 
 } // namespace zuvi

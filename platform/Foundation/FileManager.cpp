@@ -49,6 +49,14 @@ bool makePrivateDirectory(const std::string& path) {
   return isDirectory(path);
 }
 
+std::optional<std::string> documentsBelow(const std::optional<std::string>& data) {
+  if (!data) return std::nullopt;
+  std::string folder = *data + '/' + ProcessInfo::processName() + "/Documents";
+  // On a disk that can't be written the mode can't be set either.
+  if (!makePrivateDirectory(folder) || ::chmod(folder.c_str(), 0700) != 0) return std::nullopt;
+  return folder;
+}
+
 bool writeAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
@@ -67,10 +75,18 @@ std::optional<std::string> FileManager::documentsDirectory() {
     const auto& folder = *replacedDocuments;
     return folder && makePrivateDirectory(*folder) ? folder : std::nullopt;
   }
-  const auto data = ProcessInfo::userDataFolder();
-  if (!data) return std::nullopt;
-  std::string folder = *data + '/' + ProcessInfo::processName() + "/Documents";
-  if (!makePrivateDirectory(folder) || ::chmod(folder.c_str(), 0700) != 0) return std::nullopt;
+  if (auto folder = documentsBelow(ProcessInfo::userDataFolder())) return folder;
+  auto folder = documentsBelow(ProcessInfo::userRuntimeFolder());
+  if (!folder) {
+    const auto home = ProcessInfo::registeredHome();
+    if (home) folder = documentsBelow(*home + "/.local/share");
+  }
+  static std::optional<std::optional<std::string>> told;
+  if (told != folder) {
+    told = folder;
+    std::fprintf(stderr, "The user's data folder can't be written. Films are recorded %s.\n",
+                 folder ? ("in " + *folder).c_str() : "nowhere: there is no other folder either");
+  }
   return folder;
 }
 

@@ -12,7 +12,9 @@ namespace zuvi {
 class FileManager {
 public:
   /// The folder for the program's documents, made when missing: the user's data folder and the
-  /// program's name below it, readable by the user alone. Absent when there is none.
+  /// program's name below it, readable by the user alone. Where that can't be written, a line on
+  /// standard error says so, and the same below the session's folder or the registered home serves.
+  /// Absent when none of them can be.
   static std::optional<std::string> documentsDirectory();
   /// Replaces the documents folder; an absent folder counts as none.
   static void setDocumentsDirectory(std::optional<std::string> folder);

@@ -5,7 +5,7 @@
 
 namespace zuvi {
 
-/// The user's language and region, as the environment gives them.
+/// A language and region, such as the user's as the environment gives them.
 class Locale {
 public:
   explicit Locale(std::string identifier) : identifier_(std::move(identifier)) {}
@@ -18,6 +18,8 @@ public:
   /// The name of a region in this locale's language; absent for an empty code. A code that nobody
   /// knows is its own name.
   std::optional<std::string> localizedStringForRegionCode(const std::string& code) const;
+  /// A text in upper case by the rules of the language; UTF-8.
+  std::string uppercased(const std::string& text) const;
 
 private:
   std::string identifier_;

@@ -41,4 +41,10 @@ std::optional<std::string> Locale::localizedStringForRegionCode(const std::strin
   return text.empty() ? code : text;
 }
 
+std::string Locale::uppercased(const std::string& text) const {
+  std::string upper;
+  icu::UnicodeString::fromUTF8(text).toUpper(icu::Locale(identifier_.c_str())).toUTF8String(upper);
+  return upper;
+}
+
 } // namespace zuvi

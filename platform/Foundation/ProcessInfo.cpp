@@ -2,7 +2,10 @@
 
 #include <dlfcn.h>
 #include <link.h>
+#include <pwd.h>
+#include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <system_error>
@@ -52,6 +55,20 @@ std::optional<std::string> ProcessInfo::userConfigurationFolder() {
 
 std::optional<std::string> ProcessInfo::userDataFolder() {
   return userFolder("XDG_DATA_HOME", "/.local/share");
+}
+
+std::optional<std::string> ProcessInfo::userRuntimeFolder() {
+  return absolutePath("XDG_RUNTIME_DIR");
+}
+
+std::optional<std::string> ProcessInfo::registeredHome() {
+  std::array<char, 16384> room{};
+  passwd entry{};
+  passwd* found = nullptr;
+  if (getpwuid_r(geteuid(), &entry, room.data(), room.size(), &found) != 0 || !found)
+    return std::nullopt;
+  const std::string home = found->pw_dir;
+  return home.size() > 1 && home[0] == '/' ? std::optional(home) : std::nullopt;
 }
 
 } // namespace zuvi

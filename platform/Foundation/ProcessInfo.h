@@ -19,6 +19,11 @@ public:
   /// nor a home.
   static std::optional<std::string> userConfigurationFolder();
   static std::optional<std::string> userDataFolder();
+  /// The user's folder for what lasts no longer than the session; absent when the environment does
+  /// not name it.
+  static std::optional<std::string> userRuntimeFolder();
+  /// The user's home in the system's list of users, whatever the environment says.
+  static std::optional<std::string> registeredHome();
 };
 
 } // namespace zuvi

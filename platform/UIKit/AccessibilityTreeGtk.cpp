@@ -122,7 +122,7 @@ void insert(GtkWidget* widget, GtkWidget* parent, GtkWidget* after) {
   const gboolean focusable = gtk_widget_get_focusable(widget);
   gtk_widget_set_focusable(widget, !focusable);
   gtk_widget_set_focusable(widget, focusable);
-  gtk_widget_show(widget);
+  gtk_widget_set_visible(widget, TRUE);
 }
 
 void place(GtkWidget* widget, const CGRect& frame) {
@@ -316,7 +316,7 @@ void AccessibilityTree::speak(const std::string& text) {
 void AccessibilityTree::silence() {
   if (silence_) g_source_remove(std::exchange(silence_, 0));
   if (alert_ && gtk_widget_get_parent(alert_)) {
-    gtk_widget_hide(alert_); // which is told, as that it is gone is not
+    gtk_widget_set_visible(alert_, FALSE); // which is told, as that it is gone is not
     gtk_widget_unparent(alert_);
   }
   if (!spoken_) return;

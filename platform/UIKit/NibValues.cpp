@@ -1,17 +1,13 @@
 #include "platform/UIKit/NibValues.h"
 
-#include <charconv>
-#include <cmath>
+#include "platform/Foundation/Decimal.h"
+
 #include <sstream>
 
 namespace zuvi::nib {
 
 std::optional<double> number(const std::string& text) {
-  double value = 0;
-  const auto [stop, failed] = std::from_chars(text.data(), text.data() + text.size(), value);
-  if (failed != std::errc() || stop != text.data() + text.size()) return std::nullopt;
-  if (!std::isfinite(value)) return std::nullopt;
-  return value;
+  return decimalNumber(text);
 }
 
 std::vector<std::string> words(const std::string& text) {

@@ -57,6 +57,29 @@ private:
   GtkWidget* widget_;
 };
 
+/// Pixels a point.
+double scaleOf(GtkWidget* widget) {
+#if GTK_CHECK_VERSION(4, 12, 0)
+  GtkNative* native = gtk_widget_get_native(widget);
+  GdkSurface* surface = native ? gtk_native_get_surface(native) : nullptr;
+  if (surface) return gdk_surface_get_scale(surface);
+#endif
+  return gtk_widget_get_scale_factor(widget); // of a scale between two, the larger
+}
+
+void configure(GtkWidget* widget) {
+  UIScreen::main().configure(
+      {double(gtk_widget_get_width(widget)), double(gtk_widget_get_height(widget))},
+      scaleOf(widget), self(widget)->safeArea);
+}
+
+/// The window has come to a display of another scale; its size may stay.
+void onScale(GdkSurface*, GParamSpec*, gpointer widget) {
+  if (widget != current) return;
+  configure(GTK_WIDGET(widget));
+  requestFrame(GTK_WIDGET(widget));
+}
+
 // Drawing
 
 gboolean onTick(GtkWidget* widget, GdkFrameClock*, gpointer) {
@@ -69,8 +92,7 @@ void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
   phase = Phase::Drawing;
   screen.layoutIfNeeded();
   ForeignWidget::drawAll();
-  const LayerRenderer::Frame frame =
-      LayerRenderer::render(screen.rootLayer(), gtk_widget_get_scale_factor(widget));
+  const LayerRenderer::Frame frame = LayerRenderer::render(screen.rootLayer(), scaleOf(widget));
   screen.takeDamage(); // the toolkit finds out by itself what differs
   if (frame.node) gtk_snapshot_append_node(snapshot, frame.node);
   // The frame clock runs just as long as something moves by itself.
@@ -84,10 +106,9 @@ void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
   phase = Phase::Idle;
 }
 
-void sizeAllocate(GtkWidget* widget, int width, int height, int) {
+void sizeAllocate(GtkWidget* widget, int, int, int) {
   phase = Phase::Layout;
-  UIScreen::main().configure({double(width), double(height)}, gtk_widget_get_scale_factor(widget),
-                             self(widget)->safeArea);
+  configure(widget);
   if (ForeignWidget::exist()) {
     UIScreen::main().layoutIfNeeded();
     ForeignWidget::placeAll();
@@ -104,8 +125,12 @@ void onPressed(GtkGestureClick* gesture, int, double x, double y, gpointer widge
     return;
   }
   if (!self(widget)->tree->hasFocus()) gtk_widget_grab_focus(GTK_WIDGET(widget));
-  gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
-  UIApplication::shared().touchBegan({x, y});
+  // Until it is lifted, a finger that can move nothing of ours may become the host's drag.
+  UIApplication& application = UIApplication::shared();
+  const bool finger = gtk_gesture_single_get_current_sequence(GTK_GESTURE_SINGLE(gesture));
+  if (!finger || application.canScrollAt({x, y}))
+    gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
+  application.touchBegan({x, y});
 }
 
 void onUpdate(GtkGesture* gesture, GdkEventSequence* sequence, gpointer) {
@@ -113,7 +138,8 @@ void onUpdate(GtkGesture* gesture, GdkEventSequence* sequence, gpointer) {
   if (gtk_gesture_get_point(gesture, sequence, &x, &y)) UIApplication::shared().touchMoved({x, y});
 }
 
-void onReleased(GtkGestureClick*, int, double x, double y, gpointer) {
+void onReleased(GtkGestureClick* gesture, int, double x, double y, gpointer) {
+  gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
   UIApplication::shared().touchEnded({x, y});
 }
 
@@ -121,13 +147,37 @@ void onCancel(GtkGesture*, GdkEventSequence*, gpointer) {
   UIApplication::shared().touchCancelled();
 }
 
-gboolean onScroll(GtkEventControllerScroll* controller, double dx, double dy, gpointer) {
-  constexpr double step = 40; // points a notch of the wheel
-  GdkEvent* event = gtk_event_controller_get_current_event(GTK_EVENT_CONTROLLER(controller));
-  double x = 0, y = 0;
-  if (event) gdk_event_get_position(event, &x, &y);
-  UIApplication::shared().scrollWheel({x, y}, {dx * step, dy * step});
-  return TRUE;
+/// Where the pointer is; scroll events do not say. False when it is in a window above ours.
+bool pointerPosition(GtkEventController* controller, GtkWidget* widget, CGPoint& point) {
+  GdkEvent* event = gtk_event_controller_get_current_event(controller);
+  GtkNative* native = gtk_widget_get_native(widget);
+  GdkSurface* surface = native ? gtk_native_get_surface(native) : nullptr;
+  if (!event || !surface || gdk_event_get_surface(event) != surface) return false;
+  // The wheel may be a device of its own, which has no place.
+  GdkSeat* seat = gdk_event_get_seat(event);
+  GdkDevice* pointer = seat ? gdk_seat_get_pointer(seat) : nullptr;
+  double x = 0, y = 0, left = 0, top = 0;
+  if (!pointer || !gdk_surface_get_device_position(surface, pointer, &x, &y, nullptr)) return false;
+  gtk_native_get_surface_transform(native, &left, &top); // the room of shadows
+  const graphene_point_t within = {float(x - left), float(y - top)};
+  graphene_point_t found;
+  if (!gtk_widget_compute_point(GTK_WIDGET(native), widget, &within, &found)) return false;
+  point = {found.x, found.y};
+  return true;
+}
+
+/// What scrolls nothing of ours is the host's.
+gboolean onScroll(GtkEventControllerScroll* scroll, double dx, double dy, gpointer widget) {
+  constexpr double notch = 40; // points
+  GtkEventController* controller = GTK_EVENT_CONTROLLER(scroll);
+  const GdkModifierType state = gtk_event_controller_get_current_event_state(controller);
+  CGPoint point;
+  if (state & GDK_CONTROL_MASK || !pointerPosition(controller, GTK_WIDGET(widget), point))
+    return FALSE;
+  const bool wheel = gtk_event_controller_scroll_get_unit(scroll) == GDK_SCROLL_UNIT_WHEEL;
+  const double step = wheel ? notch : 1; // a touchpad tells points
+  if (wheel && state & GDK_SHIFT_MASK) std::swap(dx, dy);
+  return UIApplication::shared().scrollWheel(point, {dx * step, dy * step});
 }
 
 gboolean onKey(GtkEventControllerKey*, guint value, guint code, GdkModifierType state,
@@ -204,6 +254,15 @@ void root(GtkWidget* widget) {
                             GConnectFlags(0));
 }
 
+void realize(GtkWidget* widget) {
+  GTK_WIDGET_CLASS(screen_widget_parent_class)->realize(widget);
+  const char* changes = GTK_CHECK_VERSION(4, 12, 0) ? "notify::scale" : "notify::scale-factor";
+  GdkSurface* surface = gtk_native_get_surface(gtk_widget_get_native(widget));
+  g_signal_handlers_disconnect_by_func(surface, gpointer(onScale), widget);
+  g_signal_connect_object(surface, changes, G_CALLBACK(onScale), widget, GConnectFlags(0));
+  if (widget == current) configure(widget); // another window may be on another display
+}
+
 void dispose(GObject* object) {
   ScreenWidget* me = self(object);
   if (me->surface) {
@@ -225,6 +284,7 @@ void screen_widget_class_init(ScreenWidgetClass* type) { // NOLINT: named by the
   widget->snapshot = snapshot;
   widget->size_allocate = sizeAllocate;
   widget->root = root;
+  widget->realize = realize;
   widget->focus = focus;
   G_OBJECT_CLASS(type)->dispose = dispose;
 }

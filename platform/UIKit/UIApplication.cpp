@@ -2,6 +2,7 @@
 
 #include "platform/Foundation/NotificationCenter.h"
 #include "platform/UIKit/UIScreen.h"
+#include "platform/UIKit/UIScrollView.h"
 #include "platform/UIKit/UIWindow.h"
 #include "platform/UIKit/URLOpener.h"
 
@@ -79,9 +80,18 @@ void UIApplication::takeOverTouch(UIView& scroller) {
   view->touchCancelled();
 }
 
-void UIApplication::scrollWheel(CGPoint point, CGPoint delta) {
-  if (isIgnoringInteractionEvents()) return;
-  if (UIView* hit = hitTest(point)) hit->scrollWheel(delta);
+bool UIApplication::scrollWheel(CGPoint point, CGPoint delta) {
+  if (isIgnoringInteractionEvents()) return true;
+  UIView* hit = hitTest(point);
+  return hit && hit->scrollWheel(delta);
+}
+
+bool UIApplication::canScrollAt(CGPoint point) const {
+  for (const UIView* view = hitTest(point); view; view = view->superview())
+    if (const auto* scroller = dynamic_cast<const UIScrollView*>(view);
+        scroller && scroller->canScroll())
+      return true;
+  return false;
 }
 
 void UIApplication::viewWillGo(UIView& view) {

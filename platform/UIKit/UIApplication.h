@@ -91,8 +91,10 @@ public:
   void touchEnded(CGPoint point);
   void touchCancelled();
   /// @}
-  /// `delta` in points; it goes to the view at that place.
-  void scrollWheel(CGPoint point, CGPoint delta);
+  /// `delta` in points; it goes to the view at that place. False when nothing moved there.
+  bool scrollWheel(CGPoint point, CGPoint delta);
+  /// Whether a finger there could move contents.
+  bool canScrollAt(CGPoint point) const;
   /// To the view with the focus and those above it, or to what scrolls in the middle of the screen;
   /// then Tab moves the focus, and Escape goes to the screen on top. False when nobody had a use
   /// for it.

@@ -25,7 +25,7 @@ namespace zuvi {
 /// Elements are classes; attributes are theirs, but for `outlet` and `id` (its name), `action` (of
 /// a control) and `layout` (constraints, held by the superview; "super", "safe" or a sibling's name
 /// stand before the edge: left, right, top, bottom, centerX, centerY, width, height). An attribute
-/// such as `text.fr` takes the place of `text` where French is the language of nibs. Main queue
+/// such as `text.fr` takes the place of `text` where French is the bundle's language. Main queue
 /// only.
 class ZUVI_API UINib {
 public:
@@ -43,9 +43,6 @@ public:
   Result instantiate(NibDeclaration owner) const;
   /// Makes the tree anew; its topmost view is the owner, such as a table's row.
   Result instantiate() const;
-
-  /// Which language nibs are made in, asked at each instantiation; none at start.
-  static void setLanguage(std::function<std::string()> language);
 
   /// Makes a class known by name, for all nibs.
   static void registerClass(const std::string& name,

@@ -22,17 +22,13 @@ std::map<std::string, std::function<std::shared_ptr<UIView>()>>& classes() {
   return known;
 }
 
-std::function<std::string()>& language() {
-  static std::function<std::string()> asked = [] { return std::string(); };
-  return asked;
-}
-
 } // namespace
 
 /// Reads one file; the first fault ends it.
 class NibLoader {
 public:
-  NibLoader(std::string file, std::string text) : file_(std::move(file)), text_(std::move(text)) {}
+  NibLoader(std::string file, std::string text, std::string language)
+      : file_(std::move(file)), text_(std::move(text)), language_(std::move(language)) {}
 
   /// `outside`: what an owner that is not in the tree declares; null: the topmost view owns it.
   UINib::Result load(NibDeclaration* outside) {
@@ -231,8 +227,7 @@ private:
     view.awakeFromNib();
   }
 
-  std::string file_, text_, error_;
-  std::string language_ = language()();
+  std::string file_, text_, language_, error_;
   pugi::xml_document document_;
   std::shared_ptr<UIView> view_;
   std::vector<Named> views_;
@@ -248,7 +243,7 @@ UINib::Result load(const std::string& name, const Bundle* bundle, NibDeclaration
   const auto bytes = path ? FileManager::contents(*path) : std::nullopt;
   if (!bytes) return {nullptr, name + ".xml: there is no such nib"};
   const ImageBundleScope images(*bundle);
-  return NibLoader(name + ".xml", bytes->string()).load(owner);
+  return NibLoader(name + ".xml", bytes->string(), bundle->language()).load(owner);
 }
 
 } // namespace
@@ -259,10 +254,6 @@ UINib::Result UINib::instantiate(NibDeclaration owner) const {
 
 UINib::Result UINib::instantiate() const {
   return load(name_, bundle_.get(), nullptr);
-}
-
-void UINib::setLanguage(std::function<std::string()> asked) {
-  language() = std::move(asked);
 }
 
 void UINib::registerClass(const std::string& name,

@@ -110,6 +110,11 @@ bool UIScrollView::keyPressed(const KeyPress& key) {
   return contentOffset() != before;
 }
 
+void UIScrollView::describe(Value::Dictionary& description) const {
+  UIView::describe(description);
+  description["offset"] = contentOffset().y;
+}
+
 void UIScrollView::layoutSubviews() {
   UIView::layoutSubviews();
   setContentOffset(contentOffset()); // a larger view may show past the end

@@ -50,6 +50,7 @@ public:
   bool scrollWheel(CGPoint delta) override;
   bool keyPressed(const KeyPress& key) override;
   void layoutSubviews() override;
+  void describe(Value::Dictionary& description) const override;
 
 private:
   void placeBar();

@@ -55,13 +55,16 @@ class MachineEngine final : public WebEngine, public std::enable_shared_from_thi
 public:
   explicit MachineEngine(std::string module) : path_(std::move(module)) {}
 
-  bool isAvailable() const override {
-    return !path_.empty() && !failed_ && ForeignWidget::canBeShown();
+  std::string problem() const override {
+    if (path_.empty()) return "there is no browser engine; install the package zuvisdk-chat";
+    if (failed_) return "the browser engine does not load";
+    if (!ForeignWidget::canBeShown()) return "pages want a window; open one on a display";
+    return {};
   }
 
   // Loading takes a third of a second and more, in which frames go on.
   void whenReady(std::function<void()> ready) override {
-    if (engine_ || !isAvailable()) return ready();
+    if (engine_ || !problem().empty()) return ready();
     waiting_.push_back(std::move(ready));
     if (waiting_.size() > 1) return;
     DispatchQueue::global().async([self = shared_from_this()] {
@@ -91,11 +94,15 @@ public:
   }
 
 private:
-  bool usable() const { return engine_ && isAvailable(); }
+  bool usable() const { return engine_ && problem().empty(); }
 
   void start(const Module& module) {
     if (module.entry) {
-      if (!module.sandbox) forgoSandbox();
+      std::optional<WithoutSandbox> without;
+      if (!module.sandbox) {
+        g_message("Web pages run without a sandbox: this machine does not allow one.");
+        without.emplace();
+      }
       static Host host;
       engine_ = module.entry(host);
     } else {

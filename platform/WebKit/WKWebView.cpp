@@ -39,7 +39,11 @@ WKWebView::~WKWebView() {
 }
 
 bool WKWebView::isAvailable() {
-  return WebEngine::installed().isAvailable();
+  return problem().empty();
+}
+
+std::string WKWebView::problem() {
+  return WebEngine::installed().problem();
 }
 
 void WKWebView::prepare() {

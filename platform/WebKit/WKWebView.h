@@ -32,6 +32,8 @@ public:
 
   /// Whether pages can be shown at all: there is a display and an engine. Starts nothing.
   static bool isAvailable();
+  /// Why they can't, in one line with what mends it; empty when they can.
+  static std::string problem();
   /// Begins to load the engine, aside, so that the first page finds it there.
   static void prepare();
 

@@ -72,8 +72,9 @@ public:
 class ZUVI_API WebEngine {
 public:
   virtual ~WebEngine() = default;
-  /// Whether pages can be made at all; asked often, so it starts nothing.
-  virtual bool isAvailable() const = 0;
+  /// Why no page can be made, with what mends it; empty when pages can be made. Asked often, so it
+  /// starts nothing.
+  virtual std::string problem() const { return {}; }
   /// Calls `ready` once: at once where pages can be made now or never, else when what it takes has
   /// been loaded.
   virtual void whenReady(std::function<void()> ready) { ready(); }

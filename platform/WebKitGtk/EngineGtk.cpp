@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include <unistd.h>
+
 namespace zuvi {
 
 namespace {
@@ -48,14 +50,20 @@ Engine::Engine(WebModuleHost& host) : host_(host), context_(webkit_web_context_n
   const TextPointer folder(g_build_filename(g_get_user_data_dir(), "zuvisdk", "chat", nullptr));
   const TextPointer caches(g_build_filename(g_get_user_cache_dir(), "zuvisdk", "chat", nullptr));
   const TextPointer cookies(g_build_filename(folder.get(), "cookies.sqlite", nullptr));
-  g_mkdir_with_parents(folder.get(), 0700);
-  session_.reset(webkit_network_session_new(folder.get(), caches.get()));
+  // Where nothing can be kept the chat forgets, but runs.
+  const bool keeps =
+      g_mkdir_with_parents(folder.get(), 0700) == 0 && access(folder.get(), W_OK) == 0;
+  session_.reset(keeps ? webkit_network_session_new(folder.get(), caches.get())
+                       : webkit_network_session_new_ephemeral());
   g_signal_connect(session_.get(), "download-started", G_CALLBACK(cancelDownload), nullptr);
   WebKitCookieManager* jar = webkit_network_session_get_cookie_manager(session_.get());
-  webkit_cookie_manager_set_persistent_storage(jar, cookies.get(),
-                                               WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
+  if (keeps)
+    webkit_cookie_manager_set_persistent_storage(jar, cookies.get(),
+                                                 WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
   // One page, visited once: what stays in memory for going back is of no use.
   webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
+  // The engine's start takes the toolkit's drawing context off this thread and does not tell.
+  gdk_gl_context_clear_current();
 }
 
 WebKitWebsiteDataManager* Engine::data() {

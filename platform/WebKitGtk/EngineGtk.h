@@ -12,7 +12,6 @@ class Engine final : public WebEngine {
 public:
   explicit Engine(WebModuleHost& host);
 
-  bool isAvailable() const override { return true; }
   std::unique_ptr<WebPage> makePage(UIView& view, WebPageClient& client,
                                     const WKWebViewConfiguration& configuration,
                                     WebPage* opener) override;

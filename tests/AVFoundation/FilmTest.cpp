@@ -177,6 +177,7 @@ protected:
         std::move(encoders));
     auto picture = solidFrame(width, height, colour, 0);
     written->begin();
+    film(0.3); // the pipeline is up
     const auto start = monotonicTime();
     for (int i = 0; i <= 15; i++) {
       picture.time = start + (i < 15 ? i * GST_SECOND / 30 : GST_SECOND);
@@ -200,9 +201,12 @@ TEST_F(EncoderTest, KeepLengthAndColours) {
   EXPECT_STREQ(encoders.back().element, "jpegenc"); // the one that is always there
   for (const auto& encoder : encoders) {
     SCOPED_TRACE(encoder.element);
+    testing::internal::CaptureStderr();
     const auto error = encode({encoder}, 321, 241);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "libraries say their own word";
     EXPECT_FALSE(error) << error->description;
     const auto facts = readFilm(path);
+    EXPECT_EQ(facts.frames, 16);
     EXPECT_EQ(std::pair(facts.width, facts.height), std::pair(320, 240));
     EXPECT_NEAR(facts.seconds, length, 2 * oneFrame);
     for (int part = 0; part < 3; part++)

@@ -78,6 +78,24 @@ TEST(FileManagerTest, DocumentsFolderIsMadeForTheUserAlone) {
   EXPECT_EQ(mode(*documents), 0700U);
 }
 
+TEST(FileManagerTest, DocumentsGoElsewhereWhereTheHomeCannotBeWritten) {
+  const TemporaryFolder folder;
+  const test::ScopedEnvironment none("XDG_DATA_HOME", std::nullopt),
+      run("XDG_RUNTIME_DIR", folder.path("run"));
+  folder.write("file", "nobody makes a folder below this");
+  for (const auto& home : {std::optional<std::string>(), std::optional(folder.path("file"))}) {
+    const test::ScopedEnvironment set("HOME", home);
+    testing::internal::CaptureStderr();
+    const auto documents = FileManager::documentsDirectory();
+    EXPECT_EQ(FileManager::documentsDirectory(), documents);
+    const std::string told = testing::internal::GetCapturedStderr();
+    ASSERT_TRUE(documents);
+    EXPECT_TRUE(documents->starts_with(folder.path("run/"))) << *documents;
+    EXPECT_EQ(mode(*documents), 0700U);
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), home ? 0 : 1) << "told once: " << told;
+  }
+}
+
 TEST(BundleTest, FindsOnlyFilesOfItsOwn) {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder.path("in"));

@@ -1,4 +1,5 @@
 #include "platform/Foundation/JSONSerialization.h"
+#include "platform/Foundation/Locale.h"
 #include "platform/Foundation/PercentEncoding.h"
 
 #include <limits>
@@ -12,6 +13,11 @@ TEST(PercentEncodingTest, TheReverseRefusesWhatIsMalformed) {
   EXPECT_EQ(removingPercentEncoding("a%20b%c3%A9+"), "a bé+");
   for (const char* text : {"%", "%2", "%2g", "%g2", "%%20", "%FF", "\xff"})
     EXPECT_EQ(removingPercentEncoding(text), std::nullopt) << text;
+}
+
+TEST(LocaleTest, UpperCaseFollowsTheLanguage) {
+  EXPECT_EQ(Locale("en").uppercased("größe fix\xff"), "GRÖSSE FIX\xef\xbf\xbd");
+  EXPECT_EQ(Locale("tr").uppercased("fix"), "FİX");
 }
 
 TEST(URLTest, RefusesWhatIsNoAddress) {

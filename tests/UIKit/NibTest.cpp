@@ -79,6 +79,18 @@ TEST_F(NibTest, EveryFaultIsRefusedWithFileLineAndName) {
   EXPECT_FALSE(UINib("../Screen", bundle).instantiate(owner()).view);
 }
 
+TEST_F(NibTest, EachBundleHasALanguageOfItsOwn) {
+  const std::string text = R"(<nib><UILabel text="Go" text.fr="Allez"/></nib>)";
+  const auto made = [&](const std::shared_ptr<const Bundle>& from) {
+    return std::dynamic_pointer_cast<UILabel>(UINib("Label", from).instantiate().view)->text();
+  };
+  folder.write("Label.xml", text);
+  const auto french = std::make_shared<Bundle>(folder.path());
+  french->setLanguage([] { return "fr"; });
+  EXPECT_EQ(made(french), "Allez");
+  EXPECT_EQ(made(bundle), "Go");
+}
+
 class ConstraintTest : public NibTest {
 protected:
   using Views = std::vector<std::shared_ptr<UIView>>;

@@ -23,8 +23,15 @@ TEST_F(WidgetsTest, ScrollerStaysWithinItsContents) {
   app.touchMoved({50, -900});
   EXPECT_EQ(scroller->contentOffset(), (CGPoint{0, 200}));
   app.touchEnded({50, -900});
-  app.scrollWheel({50, 50}, {0, -30});
+  EXPECT_TRUE(app.scrollWheel({50, 50}, {0, -30}));
   EXPECT_EQ(scroller->contentOffset(), (CGPoint{0, 170}));
+  // What moves nothing here belongs to whoever shows the screen.
+  EXPECT_TRUE(app.scrollWheel({50, 50}, {0, 90}));
+  EXPECT_FALSE(app.scrollWheel({50, 50}, {0, 90})) << "at the end";
+  EXPECT_FALSE(app.scrollWheel({50, 50}, {9, 0})) << "as wide as its contents";
+  EXPECT_FALSE(app.scrollWheel({50, 150}, {0, -30})) << "beside it";
+  EXPECT_TRUE(app.canScrollAt({50, 50}));
+  EXPECT_FALSE(app.canScrollAt({50, 150}));
   EXPECT_EQ(scroller->frame(), (CGRect{0, 0, 100, 100})); // it stands where it stood
   scroller->setContentSize({100, 150});
   EXPECT_EQ(scroller->contentOffset(), (CGPoint{0, 50}));
@@ -32,6 +39,7 @@ TEST_F(WidgetsTest, ScrollerStaysWithinItsContents) {
   EXPECT_EQ(bar->frame().maxY(), 149); // at the end, in the contents' coordinates
   scroller->setContentSize({100, 100});
   EXPECT_FALSE(bar->superlayer());
+  EXPECT_FALSE(app.canScrollAt({50, 50}));
 }
 
 /// Rows that say which one they are.

@@ -43,21 +43,21 @@ std::string times(int count, const std::string& text) {
   return all;
 }
 
-/// The processes that run web pages: those of that name below a process.
-inline std::vector<int> pageProcesses(int below) {
-  std::map<int, std::pair<int, std::string>> processes; // parent and name by id
+/// The processes below one whose names begin so.
+std::vector<int> processes(const char* name, int below) {
+  std::map<int, std::pair<int, std::string>> all; // parent and name by id
   for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
     std::ifstream file(entry.path() / "stat");
     std::string line;
     if (!std::getline(file, line)) continue;
     const auto open = line.find('('), close = line.rfind(')');
-    processes[std::stoi(line)] = {std::stoi(line.substr(close + 4)),
-                                  line.substr(open + 1, close - open - 1)};
+    all[std::stoi(line)] = {std::stoi(line.substr(close + 4)),
+                            line.substr(open + 1, close - open - 1)};
   }
   std::vector<int> found;
-  for (const auto& [id, process] : processes) {
-    if (process.second.rfind("WebKitWebProces", 0) != 0) continue;
-    for (int above = id; above > 1; above = processes[above].first)
+  for (const auto& [id, process] : all) {
+    if (process.second.rfind(name, 0) != 0) continue;
+    for (int above = id; above > 1; above = all[above].first)
       if (above == below) found.push_back(id);
   }
   return found;
@@ -137,6 +137,18 @@ script "window.old + document.querySelector('#lines .line:last-child p').textCon
       << "neither what the run before knew, nor twice";
 }
 
+TEST_F(ChatRun, GoesOnWhereNoSandboxIsAllowed) {
+  folder_.write("bwrap", "#!/bin/sh\nexit 1\n"); // as in many containers
+  std::filesystem::permissions(folder_.path("bwrap"), std::filesystem::perms::owner_all);
+  const zuvi::test::ScopedEnvironment path("PATH", folder_.path() + ":" + std::getenv("PATH"));
+  startWith();
+  launch(intoTheFlow + intoTheChat + "dump MARK/chat\nsleep 1\n");
+  dumped("chat");
+  EXPECT_EQ(processes("WebKitWebProces", program_).size(), 1U);
+  EXPECT_TRUE(processes("bwrap", program_).empty()) << "it would end the program on such a machine";
+  ASSERT_TRUE(endsWell());
+}
+
 TEST_F(ChatRun, EveryFailureLeavesAWayOn) {
   startWith({"chat-template:*:drop"});
   launch(intoTheFlow + R"drive(
@@ -178,7 +190,7 @@ wait ZVMainViewController
   server_->setFailRules(*FailPlan::parse({"chat-page:1:drop"}));
   EXPECT_TRUE(has(dumped("no-page"), "Connection terminated"));
   dumped("page");
-  const auto pages = pageProcesses(program_);
+  const auto pages = processes("WebKitWebProces", program_);
   EXPECT_FALSE(pages.empty());
   for (const int page : pages)
     kill(page, SIGKILL);

@@ -99,9 +99,9 @@ TEST(DemoOptions, RefusesWhatItCannotUse) {
   for (const std::string line :
        {"--colour red", "--client-id", "--client-id ", "--metadata novalue", "--metadata =x",
         "--server https://host/api", "--server ftp://host/", "--server host/", "--tracking nowhere",
-        "--front-camera /no/such/film.mov", "--camera-permission perhaps", "--screen 375",
-        "--screen 375xfar", "--screen 0x812", "--screen 375x812@0", "--screen nanx812",
-        "--ca /no/such/file.pem", "--drive /no/such/file.drive"}) {
+        "--front-camera /no/such/film.mov", "--camera-permission perhaps", "--cameras some",
+        "--screen 375", "--screen 375xfar", "--screen 0x812", "--screen 375x812@0",
+        "--screen nanx812", "--ca /no/such/file.pem", "--drive /no/such/file.drive"}) {
     const auto space = line.find(' ');
     std::vector<std::string> arguments{line.substr(0, space)};
     if (space != std::string::npos) arguments.push_back(line.substr(space + 1));

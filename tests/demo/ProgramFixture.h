@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/CoreGraphics/CGGeometry.h"
 #include "tests/sandbox/ServerFixture.h"
 
 #include <sys/wait.h>
@@ -17,7 +18,8 @@ protected:
                  Merchants merchants = *Merchants::fromText(R"({"demo": {
             "name": "Casa & Mar = 100 %", "photo": "", "configurations": [{"color": "blue",
             "language": "es", "documents": {"required": ["passport"], "optional": []}}]}})")) {
-    ASSERT_NE(std::getenv("DISPLAY"), nullptr) << "this test wants a display, such as Xvfb's";
+    ASSERT_TRUE(std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY"))
+        << "this test wants a display, such as Xvfb's";
     ServerOptions options;
     options.tlsFolder = folder_.path("tls");
     options.failRules = *FailPlan::parse(failRules);
@@ -71,6 +73,19 @@ protected:
     return dump;
   }
 
+  /// The middle of a view, by outlet or action, on a screen that the script dumps: in points from
+  /// the left and from the bottom, as a title bar may lie above.
+  std::optional<CGPoint> middleOf(const std::string& dump, const std::string& view) {
+    const Json tree = parseJson(dumped(dump)).value_or(Json());
+    if (!tree.contains("windows")) return std::nullopt;
+    const Json& root = tree["windows"][0];
+    const auto frame = frameOf(root, view);
+    EXPECT_TRUE(frame) << view;
+    if (!frame) return std::nullopt;
+    const auto& [x, y, width, height] = *frame;
+    return CGPoint{x + width / 2, double(root["frame"][3]) - y - height / 2};
+  }
+
   bool isRunning() {
     siginfo_t info{};
     return waitid(P_PID, id_t(program_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
@@ -86,6 +101,15 @@ protected:
     program_ = -1;
     EXPECT_EQ(status, 0) << "as waitpid gives it";
     return status == 0;
+  }
+
+  /// The frame of the view of that outlet or action, below a view.
+  static std::optional<std::array<double, 4>> frameOf(const Json& view, const std::string& name) {
+    if (stringMember(view, "outlet") == name || stringMember(view, "action") == name)
+      return view["frame"];
+    for (const Json& child : view["children"])
+      if (const auto frame = frameOf(child, name)) return frame;
+    return std::nullopt;
   }
 
   /// One entry of each event of that kind, of the latest run.

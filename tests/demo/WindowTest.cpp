@@ -5,30 +5,16 @@
 namespace zuvi::sandbox::test {
 namespace {
 
-/// The frame of the view of that outlet or action, below a view.
-std::optional<std::array<double, 4>> frameOf(const Json& view, const std::string& name) {
-  if (stringMember(view, "outlet") == name || stringMember(view, "action") == name)
-    return view["frame"];
-  for (const Json& child : view["children"])
-    if (const auto frame = frameOf(child, name)) return frame;
-  return std::nullopt;
-}
-
 class WindowTest : public ProgramFixture {
 protected:
   /// Waits for a dump of that name, then clicks the middle of a view that it shows.
   void clickWhenDumped(const std::string& dump, const std::string& view) {
-    const Json tree = parseJson(dumped(dump)).value_or(Json());
-    ASSERT_TRUE(tree.contains("windows"));
-    const Json& root = tree["windows"][0];
-    const auto frame = frameOf(root, view);
-    ASSERT_TRUE(frame) << view;
-    const auto& [x, y, width, height] = *frame;
-    // The screen lies below the window's title bar, at its lower end.
+    const auto middle = middleOf(dump, view);
+    ASSERT_TRUE(middle);
     std::ostringstream command;
     command << "eval $(xdotool search --name 'Harbour Rentals' getwindowgeometry --shell); "
-            << "xdotool mousemove --window $WINDOW " << int(x + width / 2) << " $((HEIGHT - "
-            << int(double(root["frame"][3]) - y - height / 2) << ")) click 1";
+            << "xdotool mousemove --window $WINDOW " << int(middle->x) << " $((HEIGHT - "
+            << int(middle->y) << ")) click 1";
     ASSERT_EQ(std::system(command.str().c_str()), 0);
   }
 };

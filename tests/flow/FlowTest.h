@@ -1,6 +1,7 @@
 #pragma once
 
 #include "demo/core/ViewTree.h"
+#include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Public/ZVKYCButton.h"
 #include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
 #include "kit/UI/ViewControllers/ZVDocumentListViewController.h"
@@ -110,6 +111,12 @@ protected:
     tap("recordButton");
     time.advance(12);
     ASSERT_EQ(top(), "ZVLivenessVerifyViewController");
+  }
+  /// How many films are on the disk.
+  std::size_t filesLeft() const {
+    std::error_code none;
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(documents, none), {}));
   }
   /// Takes a picture with these bytes.
   void shoot(const std::string& bytes) {

@@ -50,7 +50,7 @@ private:
 /// An engine without a browser. The pages that live are listed in the order of their making.
 class ScriptedWebEngine final : public WebEngine {
 public:
-  bool isAvailable() const override { return available; }
+  std::string problem() const override { return available ? "" : "no engine in this test"; }
   std::unique_ptr<WebPage> makePage(UIView&, WebPageClient& client,
                                     const WKWebViewConfiguration& configuration,
                                     WebPage*) override {

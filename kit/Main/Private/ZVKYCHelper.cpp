@@ -4,6 +4,7 @@
 #include "kit/Main/Public/ZVKYC.h"
 #include "kit/Manager/ZVKYCManager.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
 #include "platform/Foundation/NotificationCenter.h"
 
 namespace zuvi {
@@ -28,6 +29,7 @@ const std::optional<std::string>& ZVKYCHelper::identity() const {
 void ZVKYCHelper::clientIdChanged() {
   if (!*clinetId) return;
   registerZVFonts();
+  CTTelephonyNetworkInfo().subscriberCellularProvider(); // known by the first event
   ZVKYCManager::shared().authorization = "Bearer " + **clinetId;
   ZVKYCManager::shared().getMerchant([this](const std::shared_ptr<const ZVKYCMerchant>& answer) {
     if (answer) merchant = answer;

@@ -7,7 +7,6 @@
 #include "platform/Dispatch/DispatchQueue.h"
 #include "platform/Foundation/Make.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace zuvi {
@@ -26,15 +25,16 @@ void askForCamera(std::function<void(bool granted)> answer) {
   }
 }
 
+std::shared_ptr<AVCaptureDevice> cameraAt(AVCaptureDevicePosition position) {
+  for (auto& device : AVCaptureDevice::devices())
+    if (device->position() == position) return std::move(device);
+  return nullptr;
+}
+
 std::shared_ptr<AVCaptureVideoPreviewLayer>
 addCamera(const std::shared_ptr<AVCaptureSession>& session, AVCaptureDevicePosition position) {
   session->sessionPreset = AVCaptureSessionPresetHigh;
-  const auto devices = AVCaptureDevice::devices();
-  const auto device = std::find_if(devices.begin(), devices.end(), [&](const auto& candidate) {
-    return candidate->position() == position;
-  });
-  if (device == devices.end()) return nullptr;
-  const auto input = AVCaptureDeviceInput::withDevice(*device);
+  const auto input = AVCaptureDeviceInput::withDevice(cameraAt(position));
   if (!input) return nullptr;
   session->addInput(input);
   auto preview = make<AVCaptureVideoPreviewLayer>(session);

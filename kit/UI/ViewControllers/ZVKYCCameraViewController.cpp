@@ -3,6 +3,7 @@
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/CameraKeeper.h"
 #include "kit/UI/ViewControllers/CameraSetup.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
@@ -64,12 +65,17 @@ void ZVKYCCameraViewController::declareNib(NibDeclaration& nib) {
   nib.outlet("errorMessageLabel", errorMessageLabel);
   nib.outlet("snapshotEffectView", snapshotEffectView);
   nib.outlet("indicator", indicator);
+  nib.outlet("cameraNotice", cameraNotice);
+  nib.outlet("cameraNoticeLabel", cameraNoticeLabel);
 }
 
 // Lifecycle
 
 void ZVKYCCameraViewController::viewDidLoad() {
   ZVScreen::viewDidLoad();
+  cameraKeeper_ = std::make_unique<CameraKeeper>(
+      captureSession_, AVCaptureDevicePosition::Back, cameraNotice, cameraNoticeLabel,
+      CameraKeeper::Screen{[this] { makeCamera(); }, [] {}});
   DispatchQueue::main().async([self = weakSelf()] {
     if (const auto screen = self.lock()) screen->makeCamera();
   });
@@ -91,10 +97,12 @@ void ZVKYCCameraViewController::viewWillAppear(bool animated) {
   }
   setBottomButtonAction([this] { bottomButtonAction(); });
   captureSession_->startRunning();
+  cameraKeeper_->resume();
 }
 
 void ZVKYCCameraViewController::viewWillDisappear(bool animated) {
   ZVScreen::viewWillDisappear(animated);
+  cameraKeeper_->pause();
   captureSession_->stopRunning();
 }
 
@@ -167,8 +175,10 @@ void ZVKYCCameraViewController::makeCamera() {
 void ZVKYCCameraViewController::bottomButtonAction() {
   if (isErrorShown) return showError(false);
   if (!cameraPermissionAccess_) {
-    if (const auto settings = URL::fromString(UIApplicationOpenSettingsURLString))
-      UIApplication::shared().openURL(*settings);
+    const auto settings = URL::fromString(UIApplicationOpenSettingsURLString);
+    // A sandbox or a bare desktop has no settings to open.
+    if (settings && !UIApplication::shared().openURL(*settings))
+      cameraKeeper_->say("cameraForbidden");
     return;
   }
   if (const auto flash = snapshotEffectView.lock()) {

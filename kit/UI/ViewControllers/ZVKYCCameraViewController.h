@@ -15,6 +15,7 @@ namespace zuvi {
 class AVCaptureSession;
 class AVCaptureStillImageOutput;
 class AVCaptureVideoPreviewLayer;
+class CameraKeeper;
 class ZVKYCMerchant;
 enum class ZVDocument;
 
@@ -38,6 +39,8 @@ public:
   std::weak_ptr<UILabel> errorTitleLabel, errorMessageLabel;
   std::weak_ptr<UIView> snapshotEffectView;
   std::weak_ptr<UIActivityIndicatorView> indicator;
+  std::weak_ptr<UIView> cameraNotice; ///< shows `cameraNoticeLabel` while there is no camera
+  std::weak_ptr<UILabel> cameraNoticeLabel;
 
   bool isRequired = true; ///< whether the index counts in the required documents
   int index = 0;
@@ -73,6 +76,7 @@ private:
   std::shared_ptr<AVCaptureSession> captureSession_;
   std::shared_ptr<AVCaptureStillImageOutput> imageOutput_;
   std::shared_ptr<AVCaptureVideoPreviewLayer> previewLayer_;
+  std::unique_ptr<CameraKeeper> cameraKeeper_;
   bool cameraPermissionAccess_ = false;
 };
 

@@ -4,6 +4,7 @@
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
+#include "kit/UI/ViewControllers/CameraKeeper.h"
 #include "kit/UI/ViewControllers/CameraSetup.h"
 #include "kit/UI/ViewControllers/ZVLivenessVerifyViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
@@ -75,6 +76,8 @@ void ZVLiveCameraViewController::declareNib(NibDeclaration& nib) {
   nib.outlet("recordLabel", recordLabel);
   nib.outlet("recordButton", recordButton);
   nib.outlet("gifImageView", gifImageView);
+  nib.outlet("cameraNotice", cameraNotice);
+  nib.outlet("cameraNoticeLabel", cameraNoticeLabel);
   nib.action("recordButtonTap", [this] { recordButtonTap(); });
 }
 
@@ -91,6 +94,9 @@ void ZVLiveCameraViewController::viewDidLoad() {
     loadGif(instruction, "liveness");
     instruction->accessibilityLabel = spoken("instruction");
   }
+  cameraKeeper_ = std::make_unique<CameraKeeper>(
+      captureSession_, AVCaptureDevicePosition::Front, cameraNotice, cameraNoticeLabel,
+      CameraKeeper::Screen{[this] { makeCamera(); }, [this] { giveUpTake(); }});
   DispatchQueue::main().async([self = weakSelf()] {
     if (const auto screen = self.lock()) screen->makeCamera();
   });
@@ -100,6 +106,7 @@ void ZVLiveCameraViewController::viewWillAppear(bool animated) {
   ZVScreen::viewWillAppear(animated);
   showIdle();
   takeUnderWay_ = false;
+  cameraKeeper_->resume();
 
   ZVRootViewController& shell = ZVScreen::shell();
   shell.showBackButton = true;
@@ -110,11 +117,8 @@ void ZVLiveCameraViewController::viewWillAppear(bool animated) {
 
 void ZVLiveCameraViewController::viewWillDisappear(bool animated) {
   ZVScreen::viewWillDisappear(animated);
-  if (timer_) timer_->invalidate();
-  timer_ = nullptr;
-  // Nothing would stop a film under way any more, and nobody would take it.
-  if (takeUnderWay_ && videoOutput_) videoOutput_->cancelRecording();
-  takeUnderWay_ = false;
+  cameraKeeper_->pause();
+  endTake();
 }
 
 void ZVLiveCameraViewController::viewDidLayoutSubviews() {
@@ -141,6 +145,21 @@ void ZVLiveCameraViewController::makeCamera() {
 }
 
 // The take
+
+/// Nothing would stop a film under way any more, and nobody would take it.
+void ZVLiveCameraViewController::endTake() {
+  if (timer_) timer_->invalidate();
+  timer_ = nullptr;
+  if (takeUnderWay_ && videoOutput_) videoOutput_->cancelRecording();
+  takeUnderWay_ = false;
+}
+
+/// Half a film is of no use; the person begins anew once the camera is back.
+void ZVLiveCameraViewController::giveUpTake() {
+  if (!takeUnderWay_) return;
+  endTake();
+  showIdle();
+}
 
 /// As before the first tap.
 void ZVLiveCameraViewController::showIdle() {
@@ -206,8 +225,10 @@ void ZVLiveCameraViewController::beginRecording() {
   announce(spoken("recordingBegins"));
   DateFormatter formatter;
   formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ssZ";
+  const auto folder = FileManager::documentsDirectory();
+  // Without a folder the film fails at once, as on a full disk.
   const std::string path =
-      FileManager::documentsDirectory().value_or("") + "/" + formatter.string(Date::now()) + ".mov";
+      folder ? *folder + "/" + formatter.string(Date::now()) + ".mov" : std::string();
   if (videoOutput_) {
     if (!recordingDelegate_) recordingDelegate_ = std::make_shared<RecordingDelegate>(weakSelf());
     videoOutput_->startRecording(path, recordingDelegate_);

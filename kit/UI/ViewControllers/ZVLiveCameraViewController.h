@@ -13,6 +13,7 @@ namespace zuvi {
 class AVCaptureMovieFileOutput;
 class AVCaptureSession;
 class AVCaptureVideoPreviewLayer;
+class CameraKeeper;
 class Timer;
 
 /// Records the selfie film: five seconds of count-down, then seven of film. The figure on the
@@ -27,6 +28,8 @@ public:
   std::weak_ptr<UILabel> recordLabel;
   std::weak_ptr<UIButton> recordButton;
   std::weak_ptr<UIImageView> gifImageView;
+  std::weak_ptr<UIView> cameraNotice; ///< shows `cameraNoticeLabel` while there is no camera
+  std::weak_ptr<UILabel> cameraNoticeLabel;
 
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
@@ -46,6 +49,8 @@ private:
   void makeCamera();
   void recordButtonTap();
   void showIdle();
+  void endTake();
+  void giveUpTake();
   /// The film at `path` is complete; on the main queue.
   void fileOutputDidFinishRecording(const std::string& path);
   std::weak_ptr<ZVLiveCameraViewController> weakSelf();
@@ -53,6 +58,7 @@ private:
   std::shared_ptr<AVCaptureSession> captureSession_;
   std::shared_ptr<AVCaptureMovieFileOutput> videoOutput_;
   std::shared_ptr<AVCaptureVideoPreviewLayer> previewLayer_;
+  std::unique_ptr<CameraKeeper> cameraKeeper_;
   std::shared_ptr<RecordingDelegate> recordingDelegate_;
   std::shared_ptr<Timer> timer_;
   bool takeUnderWay_ = false; ///< from the first second counted to the film's end

@@ -10,6 +10,7 @@
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVMainViewController.h"
 #include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
+#include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/UIKit/UIAlertController.h"
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
@@ -125,6 +126,7 @@ void ZVRootViewController::currentPageChanged() {
 
 void ZVRootViewController::viewDidLoad() {
   ZVScreen::viewDidLoad();
+  AVCaptureDevice::discover(); // known before a camera screen wants one
   if (const auto dots = pageControl.lock()) dots->setNumberOfPages(pages);
   mainNC_ = make<UINavigationController>(make<ZVMainViewController>());
   mainNC_->setNavigationBarHidden(true, false);

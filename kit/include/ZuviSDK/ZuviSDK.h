@@ -24,6 +24,7 @@
 // Cameras of the host's choice.
 #include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/AVFoundation/HostCameraProvider.h"
+#include "platform/AVFoundation/SystemCameraProvider.h"
 
 // Where the flow shows, and what drives it.
 #include "platform/Dispatch/MainLoop.h"

@@ -1,0 +1,146 @@
+#include "kit/Helper/ZVLocalization.h"
+#include "tests/flow/FlowTest.h"
+
+namespace zuvi {
+namespace {
+
+/// Cameras that are missing, go, and come.
+class CameraLossTest : public FlowTest {
+protected:
+  void open() {
+    registerMerchant(R"({"required":["passport"],"optional":[]})", "fr");
+    launch();
+    tapBottom();
+    ASSERT_EQ(top(), "ZVLiveCameraViewController");
+  }
+  void openDocument() {
+    open();
+    record();
+    tapBottom();
+    arrive("ZVKYCCameraViewController");
+  }
+  /// What is said over the preview; empty when nothing is in sight.
+  static std::string notice() {
+    const auto label =
+        std::dynamic_pointer_cast<UILabel>(demo::findView("cameraNoticeLabel", false));
+    return label && demo::isShown(*label) ? label->text().value_or("") : "";
+  }
+  static void changeDevices() {
+    NotificationCenter::defaultCenter().post(AVCaptureDevicesDidChange);
+  }
+};
+
+TEST_F(CameraLossTest, RecorderWaitsForTheCameraThatWasPulledOut) {
+  open();
+  for (const double second : {2.0, 7.0, 11.5}) { // counting, filming, just before its end
+    SCOPED_TRACE(second);
+    const auto films = front->films.size();
+    EXPECT_EQ(notice(), "");
+    tap("recordButton");
+    time.advance(second - 0.5);
+    cameras->front = nullptr;
+    front->unplug();
+    settle();
+    EXPECT_EQ(notice(), localized("cameraGone"));
+    EXPECT_EQ(demo::findView("recordLabel", false)->alpha(), 1);
+    EXPECT_EQ(filesLeft(), 0U);
+    time.advance(30);
+    ASSERT_EQ(top(), "ZVLiveCameraViewController");
+    EXPECT_EQ(front->films.size(), films + (second > 5 ? 1 : 0));
+    EXPECT_FALSE(front->isRunning());
+    cameras->front = front;
+    if (second == 2) changeDevices();
+    time.advance(second == 2 ? 0.1 : 2.5); // one that is not announced is found as well
+    EXPECT_TRUE(front->isRunning());
+    EXPECT_EQ(notice(), "");
+  }
+  record();
+  EXPECT_EQ(step<ZVLivenessVerifyViewController>()->video.value().string(), film);
+
+  // It goes while the review lies over the recorder.
+  front->unplug();
+  time.advance(30);
+  EXPECT_FALSE(front->isRunning()) << "nobody looks";
+  tap("retakeButton");
+  time.advance(2.5);
+  EXPECT_TRUE(front->isRunning());
+  record();
+}
+
+TEST_F(CameraLossTest, DocumentScreenWaitsForTheCameraThatWasPulledOut) {
+  openDocument();
+  EXPECT_TRUE(back->isRunning());
+  back->answersStills = false;
+  tapBottom();
+  back->unplug();
+  cameras->back = nullptr;
+  changeDevices();
+  settle();
+  EXPECT_EQ(notice(), localized("cameraGone"));
+  tapBottom(); // takes nothing
+  // Another one takes its place.
+  const auto other = cameras->back = make<ScriptedCamera>();
+  other->id = "another";
+  other->still = Data(jpeg(0));
+  changeDevices();
+  settle();
+  EXPECT_EQ(notice(), "");
+  EXPECT_TRUE(other->isRunning());
+  ASSERT_EQ(top(), "ZVKYCCameraViewController");
+  tapBottom();
+  arrive("ZVVerifiedViewController");
+  EXPECT_FALSE(other->isRunning() || back->isRunning());
+}
+
+TEST_F(CameraLossTest, CameraThatComesLateIsTakenUp) {
+  cameras->front = cameras->back = nullptr;
+  open();
+  EXPECT_EQ(notice(), "") << "it may be on its way";
+  time.advance(2.5);
+  EXPECT_EQ(notice(), localized("cameraMissing"));
+  cameras->front = front;
+  changeDevices();
+  settle();
+  EXPECT_TRUE(front->isRunning());
+  EXPECT_EQ(notice(), "");
+  record();
+  tapBottom();
+  arrive("ZVKYCCameraViewController");
+  time.advance(2.5);
+  EXPECT_EQ(notice(), localized("cameraMissing"));
+  back->fails = true; // it is there and does not work yet
+  cameras->back = back;
+  changeDevices();
+  time.advance(5);
+  EXPECT_EQ(notice(), localized("cameraGone"));
+  back->fails = false;
+  time.advance(2.5);
+  EXPECT_EQ(notice(), "");
+  shoot(jpeg(0));
+  arrive("ZVVerifiedViewController");
+}
+
+TEST_F(CameraLossTest, ForbiddenCameraSaysWhatToDoWhereNoSettingsOpen) {
+  cameras->status = AVAuthorizationStatus::Denied;
+  front->opens = back->opens = false;
+  open();
+  time.advance(5);
+  EXPECT_EQ(notice(), "") << "nobody has asked for it yet";
+  cameras->status = AVAuthorizationStatus::Authorized;
+  front->opens = true;
+  time.advance(2.5);
+  record();
+  cameras->status = AVAuthorizationStatus::Denied;
+  tapBottom();
+  arrive("ZVKYCCameraViewController");
+  tapBottom();
+  EXPECT_EQ(opened.back(), UIApplicationOpenSettingsURLString);
+  EXPECT_EQ(notice(), "");
+  UIApplication::shared().setURLOpener([](const URL&) { return false; });
+  tapBottom();
+  EXPECT_EQ(notice(), localized("cameraForbidden"));
+  EXPECT_EQ(top(), "ZVKYCCameraViewController");
+}
+
+} // namespace
+} // namespace zuvi

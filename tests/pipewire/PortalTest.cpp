@@ -1,0 +1,64 @@
+#include "tests/pipewire/AccessDialogueGio.h"
+#include "tests/pipewire/PipeWireFixture.h"
+#include "tests/support/ScopedEnvironment.h"
+
+namespace zuvi {
+namespace {
+
+using test::VirtualCamera;
+
+/// The desktop's own portal in front of the media server, with a dialogue that the test answers.
+class DesktopPortalTest : public PipeWireTest {
+protected:
+  DesktopPortalTest() : PipeWireTest(Access::Portal) {
+    std::filesystem::create_directory(folder.path("portals"));
+    folder.write("portals/zuvitest.portal", std::string("[portal]\nDBusName=") +
+                                                test::AccessDialogue::busName +
+                                                "\nInterfaces=org.freedesktop.impl.portal.Access\n"
+                                                "UseIn=zuvitest\n");
+    folder.write("portals/zuvitest-portals.conf", "[preferred]\ndefault=zuvitest\n");
+    store_.emplace(std::vector<std::string>{"/usr/libexec/xdg-permission-store"},
+                   test::MediaServer::instance().folder().path("store.log"));
+    // Of this desktop only the test's dialogue is there.
+    const test::ScopedEnvironment where("XDG_DESKTOP_PORTAL_DIR", folder.path("portals"));
+    const test::ScopedEnvironment desktop("XDG_CURRENT_DESKTOP", std::string("zuvitest"));
+    portal_.emplace(std::vector<std::string>{"/usr/libexec/xdg-desktop-portal"},
+                    test::MediaServer::instance().folder().path("portal.log"));
+  }
+  int ask() {
+    std::atomic<int> answer = -1;
+    AVCaptureDevice::requestAccess([&](bool granted) { answer = granted; });
+    EXPECT_TRUE(time.waitUntil([&] { return answer >= 0; }));
+    return answer;
+  }
+  bool servesEach(const std::string& front, const std::string& back) {
+    return serves(Position::Front, front) && serves(Position::Back, back);
+  }
+
+  test::AccessDialogue dialogue;
+
+private:
+  std::optional<test::ChildProcess> store_, portal_;
+};
+
+TEST_F(DesktopPortalTest, EachSideIsServedByTheCamerasThatTheUserHandsOver) {
+  const VirtualCamera front("Front", {"front", "red"}), back("Back", {"back", "blue"});
+  ASSERT_TRUE(servesEach("portal:front", "portal:back")) << "nothing is known of them yet";
+  const auto documents = start(Position::Back), recorder = start(Position::Front);
+  dialogue.agrees = false;
+  EXPECT_EQ(ask(), 0);
+  EXPECT_EQ(dialogue.shown, 1);
+  EXPECT_EQ(AVCaptureDevice::authorizationStatus(), AVAuthorizationStatus::NotDetermined);
+  EXPECT_TRUE(recorder->session->isRunning()) << "it waits for another answer";
+  EXPECT_EQ(firstPictures, 0);
+
+  test::AccessDialogue::allowInSettings();
+  EXPECT_EQ(ask(), 1) << "a refusal is no last word";
+  EXPECT_EQ(AVCaptureDevice::authorizationStatus(), AVAuthorizationStatus::Authorized);
+  EXPECT_EQ(colourOf(*documents), "blue");
+  EXPECT_EQ(colourOf(*recorder), "red");
+  EXPECT_TRUE(servesEach("Front", "Back"));
+}
+
+} // namespace
+} // namespace zuvi

@@ -1,0 +1,2 @@
+add_test(NAME scripts COMMAND ${CMAKE_CURRENT_LIST_DIR}/scripts)
+set_tests_properties(scripts PROPERTIES LABELS scripts SKIP_RETURN_CODE 77)
