@@ -1,5 +1,5 @@
-// The preview of the simulated camera, 1280 x 720 at 30 a second: its processor time against the
-// bare pipeline of the same elements, and the gaps between its pictures, alone and while filming.
+// Cameras at 30 pictures a second: processor time of preview and film against the bare pipeline of
+// the same elements, and the gaps between the drawn camera's pictures, alone and while filming.
 
 #include "bench/Measure.h"
 #include "platform/AVFoundation/AVCaptureDeviceInput.h"
@@ -10,6 +10,7 @@
 #include "platform/AVFoundation/HostCameraProvider.h"
 #include "platform/AVFoundation/SourceRecipesGStreamer.h"
 #include "platform/Foundation/Make.h"
+#include "tests/AVFoundation/RecipeProvider.h"
 
 #include <filesystem>
 #include <string>
@@ -41,11 +42,15 @@ struct Surface : LayerHost {
   std::vector<double> times;
 };
 
+std::shared_ptr<CameraProvider> drawnCamera() {
+  HostCameras cameras;
+  cameras.back.kind = CameraSourceDescription::Kind::Simulated;
+  return make<HostCameraProvider>(cameras);
+}
+
 struct Preview {
-  Preview() {
-    HostCameras cameras;
-    cameras.back.kind = CameraSourceDescription::Kind::Simulated;
-    AVCaptureDevice::setProvider(make<HostCameraProvider>(cameras));
+  explicit Preview(std::shared_ptr<CameraProvider> cameras = drawnCamera()) {
+    AVCaptureDevice::setProvider(std::move(cameras));
     session->addInput(AVCaptureDeviceInput::withDevice(AVCaptureDevice::devices().at(0)));
     session->addOutput(film);
     layer = make<AVCaptureVideoPreviewLayer>(session);
@@ -61,8 +66,9 @@ struct Preview {
 
 double bare() {
   const auto recipe = simulatedRecipe(AVCaptureDevicePosition::Back);
-  auto made = Pipeline::launch(recipe.launch(CameraUse::Film) + " ! videoconvert ! video/x-raw,format=BGRA ! "
-                                                 "fakesink sync=true",
+  auto made = Pipeline::launch(recipe.launch(CameraUse::Film) +
+                                   " ! videoconvert ! video/x-raw,format=BGRA ! "
+                                   "fakesink sync=true",
                                [](const Pipeline::Event&) {});
   auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
   recipe.configure(*pipeline);
@@ -76,6 +82,57 @@ double preview(bool shown) {
   if (shown) preview.layer->setHost(&preview.surface);
   run(0.5);
   return run(seconds);
+}
+
+/// A camera that gives one picture again and again, which costs it nothing.
+struct Mode {
+  const char* name;
+  const char* size;
+};
+constexpr Mode modes[] = {{"1280 x 720", "width=1280,height=720"},
+                          {"1920 x 1080", "width=1920,height=1080"},
+                          {"3840 x 2160", "width=3840,height=2160"}};
+
+std::string still(const Mode& mode) {
+  return std::string("videotestsrc num-buffers=1 ! video/x-raw,format=YUY2,") + mode.size +
+         " ! imagefreeze is-live=true ! video/x-raw,framerate=30/1";
+}
+
+/// What is shown and filmed of larger pictures as well.
+constexpr const char* smaller = " ! videoscale ! videoconvert ! video/x-raw,width=1280,height=720,";
+
+double bare(const Mode& mode, const std::string& film) {
+  auto text = still(mode) + " ! tee name=all ! queue max-size-buffers=2" + smaller +
+              "format=BGRA ! fakesink sync=true";
+  if (!film.empty())
+    text += std::string(" all. ! queue max-size-buffers=8") + smaller + "format=I420 ! " +
+            filmEncoders().front().launch + " ! qtmux ! filesink name=file async=false";
+  auto made = Pipeline::launch(text, [](const Pipeline::Event&) {});
+  auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
+  if (!film.empty()) g_object_set(pipeline->element("file"), "location", film.c_str(), nullptr);
+  pipeline->play();
+  run(0.5);
+  return run(seconds);
+}
+
+double ours(const Mode& mode, const std::string& film) {
+  Preview preview(make<RecipeProvider>(still(mode)));
+  preview.layer->setHost(&preview.surface);
+  if (!film.empty()) preview.film->startRecording(film, {});
+  run(0.5);
+  return run(seconds);
+}
+
+void compare(const Mode& mode, const std::string& film) {
+  std::vector<double> baseline, measured;
+  for (int i = 0; i < rounds; i++) {
+    baseline.push_back(bare(mode, film));
+    measured.push_back(ours(mode, film));
+  }
+  const auto figures = figuresOf(baseline);
+  const std::string what = film.empty() ? ": preview" : ": preview and film";
+  report((std::string(mode.name) + what + ", bare").c_str(), figures);
+  report((std::string(mode.name) + what).c_str(), figuresOf(measured), &figures);
 }
 
 void gaps(const char* name, const std::vector<double>& times) {
@@ -128,5 +185,9 @@ int main() {
               filmEncoders().empty() ? "no encoder" : filmEncoders().front().element,
               double(std::filesystem::file_size(film)) / 1e6);
   report("preview and film, one second", figuresOf(filming), &figures);
+  for (const auto& mode : modes) {
+    compare(mode, "");
+    compare(mode, film);
+  }
   std::filesystem::remove_all(folder);
 }

@@ -67,11 +67,12 @@ bool PreviewConverter::prepare(GstCaps* caps) {
   if (!gst_video_info_from_caps(&from_, caps)) return false;
   small_ = smallerOf(from_);
   if (small_.width != from_.width) {
+    // Two taps look well enough on the way to a screen.
     scaler_.reset(gst_video_converter_new(
         &from_, &small_,
         gst_structure_new("options", GST_VIDEO_CONVERTER_OPT_RESAMPLER_METHOD,
                           GST_TYPE_VIDEO_RESAMPLER_METHOD, GST_VIDEO_RESAMPLER_METHOD_LINEAR,
-                          nullptr)));
+                          GST_VIDEO_RESAMPLER_OPT_MAX_TAPS, G_TYPE_INT, 2, nullptr)));
     scaled_.reset(gst_buffer_new_allocate(nullptr, small_.size, nullptr));
     if (!scaler_ || !scaled_) return false;
   }

@@ -177,6 +177,7 @@ protected:
         std::move(encoders));
     auto picture = solidFrame(width, height, colour, 0);
     written->begin();
+    film(0.3); // the pipeline is up
     const auto start = monotonicTime();
     for (int i = 0; i <= 15; i++) {
       picture.time = start + (i < 15 ? i * GST_SECOND / 30 : GST_SECOND);
