@@ -1,5 +1,6 @@
 #include "kit/Helper/ZVBundle.h"
 
+#include "kit/Helper/ZVCardGuideView.h"
 #include "kit/Helper/ZVColumnView.h"
 #include "kit/Helper/ZVField.h"
 #include "kit/Helper/ZVGradientView.h"
@@ -38,6 +39,7 @@ std::shared_ptr<const Bundle> zvKitBundle() {
     UINib::registerClass<ZVField>("ZVField");
     UINib::registerClass<ZVGradientView>("ZVGradientView");
     UINib::registerClass<ZVKYCButton>("ZVKYCButton");
+    UINib::registerClass<ZVCardGuideView>("ZVCardGuideView");
     UINib::registerClass<ZVColumnView>("ZVColumnView");
     UINib::registerClass<ZVPointView>("ZVPointView");
     auto made = std::make_shared<Bundle>(bundleFolder());

@@ -56,6 +56,9 @@ protected:
       inspect("cancel alert");
       tap("continueButton");
     } else if (const auto camera = this->step<ZVKYCCameraViewController>()) {
+      const CGRect guide = camera->cardImageView.lock()->bounds();
+      const double card = std::min(guide.width, guide.height * 1.586);
+      EXPECT_TRUE(card >= leastCard || textScale() > 1) << step << " " << place_ << " " << card;
       if (camera->type == ZVKYCCameraType::ineFront) {
         camera->showError(true);
         settle();
@@ -139,6 +142,7 @@ private:
     return part.isEmpty() ? CGRect{port.x, port.y, 0, 0} : part;
   }
 
+  static constexpr double leastCard = 96; // points; in a smaller one nobody can aim
   std::string place_;
   std::vector<Item> items_;
 };
@@ -147,9 +151,14 @@ void LayoutTest::walkEverywhere() {
   const struct {
     CGSize size;
     UIEdgeInsets safe;
-  } screens[] = {{{320, 568}, {20, 0, 0, 0}}, {{375, 812}, {44, 0, 34, 0}}, {{768, 1024}, {}}};
+  } screens[] = {{{320, 568}, {20, 0, 0, 0}},
+                 {{375, 812}, {44, 0, 34, 0}},
+                 {{768, 1024}, {}},
+                 {{700, 320}, {}},
+                 {{240, 480}, {}}}; // the low ones at texts' own size
   const std::string all = R"(["national-id","proof-of-residency","driving-license","passport"])";
   for (const auto& screen : screens) {
+    if (textScale() > 1 && screen.size.height < 500) continue;
     UIScreen::main().configure(screen.size, 2, screen.safe);
     for (const auto& language : RawValues<ZVLanguage>::all) {
       place_ = std::string(language.text) + " " + std::to_string(int(screen.size.width)) + " x " +

@@ -15,6 +15,8 @@
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
 
+#include <algorithm>
+
 namespace zuvi {
 
 namespace {
@@ -24,6 +26,9 @@ constexpr int pages = 4;
 constexpr double bottomBarHeight = 88;    // points above the safe area
 constexpr double keyboardOverlap = 50;    // points of the keyboard's height that may cover
 constexpr double spaceAfterKeyboard = 40; // points
+constexpr double lowScreen = 420;         // points
+constexpr double buttonSide = 44, rowMargin = 8, headerMargin = 24; // points
+constexpr double dotsWidth = 64, dotsGap = 4;                       // points
 constexpr UIColor fullStopColor = UIColor::bytes(71, 168, 232);
 constexpr UIColor laterPageColor = UIColor::bytes(235, 87, 87);
 
@@ -53,6 +58,10 @@ void ZVRootViewController::declareNib(NibDeclaration& nib) {
   nib.outlet("bottomView", bottomView);
   nib.outlet("containerBottomSpace", containerBottomSpace);
   nib.outlet("iconWidth", iconWidth);
+  nib.outlet("headerLeft", headerLeft_);
+  nib.outlet("headerRight", headerRight_);
+  nib.outlet("headerTop", headerTop_);
+  nib.outlet("dotsCenter", dotsCenter_);
   nib.action("closeButtonTap", [this] { closeButtonTap(); });
   nib.action("backButtonTap", [this] { backButtonTap(); });
   nib.action("bottomButtonTap", [this] { bottomButtonTap(); });
@@ -153,10 +162,30 @@ void ZVRootViewController::viewDidDisappear(bool animated) {
 
 void ZVRootViewController::viewDidLayoutSubviews() {
   ZVScreen::viewDidLayoutSubviews();
+  arrangeHeader();
   const auto container = containerView.lock();
   if (!container) return;
   mainNC_->view()->setFrame(container->bounds());
   if (cameraVC_) cameraVC_->view()->setFrame(container->bounds());
+}
+
+/// On a phone held sideways the words of a step stand in the row of the buttons, between them.
+void ZVRootViewController::arrangeHeader() {
+  const CGRect all = view()->bounds();
+  const UIEdgeInsets safe = view()->safeAreaInsets();
+  const bool low = all.height < lowScreen && all.width > all.height;
+  const double beforeButtons = -2 * buttonSide - rowMargin; // of the right edge
+  const double middle = (all.width - safe.left - safe.right) / 2;
+  const double last = middle + beforeButtons - dotsWidth / 2 - dotsGap;
+  const double dots = low ? last : std::min(0.0, last);
+  const auto set = [](const std::weak_ptr<NSLayoutConstraint>& outlet, double constant) {
+    const auto constraint = outlet.lock();
+    if (constraint && constraint->constant() != constant) constraint->setConstant(constant);
+  };
+  set(headerLeft_, low ? 2 * rowMargin + buttonSide : headerMargin);
+  set(headerRight_, low ? beforeButtons - dotsWidth - 3 * dotsGap : -headerMargin);
+  set(headerTop_, low ? 0 : buttonSide + rowMargin);
+  set(dotsCenter_, dots);
 }
 
 // Actions

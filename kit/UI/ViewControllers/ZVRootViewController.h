@@ -77,6 +77,7 @@ private:
   void bottomButtonTitleChanged();
   void showLiveViewChanged();
   void currentPageChanged();
+  void arrangeHeader();
   void closeButtonTap();
   void backButtonTap();
   void bottomButtonTap();
@@ -87,6 +88,7 @@ private:
   void keyboardWillHide(const Notification& notification);
   void adjustingHeight(bool show, const Notification& notification);
 
+  std::weak_ptr<NSLayoutConstraint> headerLeft_, headerRight_, headerTop_, dotsCenter_;
   std::shared_ptr<UINavigationController> mainNC_;
   std::shared_ptr<ZVKYCCameraViewController> cameraVC_; ///< over the container, when there is one
   std::vector<NotificationObserver> observers_;

@@ -7,7 +7,9 @@ namespace zuvi {
 
 namespace {
 constexpr double sideLabelWidth = 52; // points, before text is enlarged
-}
+constexpr double iconSide = 32;       // points
+constexpr double narrowRow = 240;     // points; the name needs the icon's place
+} // namespace
 
 ZVDocumentTableViewCell::ZVDocumentTableViewCell()
     : document(ZVDocument::nationalId, [this] { documentChanged(); }) {}
@@ -18,6 +20,7 @@ void ZVDocumentTableViewCell::declareNib(NibDeclaration& nib) {
   nib.outlet("nameLabel", nameLabel);
   nib.outlet("sideLabel", sideLabel);
   nib.outlet("sideWidth", sideWidth);
+  nib.outlet("iconWidth", iconWidth);
   nib.action("tap", [this] { tap(); });
 }
 
@@ -27,6 +30,9 @@ void ZVDocumentTableViewCell::awakeFromNib() {
 }
 
 void ZVDocumentTableViewCell::layoutSubviews() {
+  const double icon = bounds().width < narrowRow ? 0 : iconSide;
+  if (const auto width = iconWidth.lock(); width && width->constant() != icon)
+    width->setConstant(icon);
   UITableViewCell::layoutSubviews();
   if (const auto button = documentButton.lock()) button->layer()->setCornerRadius(4.0);
 }

@@ -26,7 +26,7 @@ public:
   std::weak_ptr<UIButton> documentButton;
   std::weak_ptr<UIImageView> iconImageView;
   std::weak_ptr<UILabel> nameLabel, sideLabel;
-  std::weak_ptr<NSLayoutConstraint> sideWidth;
+  std::weak_ptr<NSLayoutConstraint> sideWidth, iconWidth;
   Observed<ZVDocument> document;
 
   void declareNib(NibDeclaration& nib) override;

@@ -1,0 +1,59 @@
+#include "kit/Helper/ZVCardGuideView.h"
+
+#include "platform/UIKit/UIImageView.h"
+#include "platform/UIKit/UILabel.h"
+
+#include <algorithm>
+
+namespace zuvi {
+
+namespace {
+
+constexpr double cardShape = 1.586;    // width to height, of a card of plastic
+constexpr double widestColumn = 200;   // points
+constexpr double columnShare = 0.3;    // of the width
+constexpr double margin = 12, gap = 8; // points
+
+double cardHeight(const CGRect& room) {
+  return std::min(room.height, room.width / cardShape);
+}
+
+} // namespace
+
+void ZVCardGuideView::layoutSubviews() {
+  UIView::layoutSubviews(); // above and below
+  std::vector<UILabel*> texts;
+  std::vector<UIView*> cards, grounds;
+  for (const auto& view : subviews()) {
+    if (auto* label = dynamic_cast<UILabel*>(view.get()))
+      texts.push_back(label);
+    else
+      (dynamic_cast<UIImageView*>(view.get()) ? cards : grounds).push_back(view.get());
+  }
+  if (cards.empty() || grounds.empty()) return;
+
+  const CGRect all = bounds();
+  const double column = std::min(widestColumn, all.width * columnShare);
+  // In the middle all the same, as what the camera sees.
+  const CGRect beside{column + margin, margin, all.width - 2 * column - 2 * margin,
+                      all.height - 2 * margin};
+  const CGSize text{column - 2 * margin, -1};
+  double height = -gap;
+  for (const UILabel* label : texts)
+    height += label->sizeThatFits(text).height + gap;
+  if (height > beside.height || cardHeight(beside) <= cardHeight(cards.front()->frame())) return;
+
+  for (UIView* ground : grounds)
+    ground->setFrame({});
+  grounds.front()->setFrame({0, 0, column, all.height});
+  double y = all.midY() - height / 2;
+  for (UILabel* label : texts) {
+    const double own = label->sizeThatFits(text).height;
+    label->setFrame({margin, y, text.width, own});
+    y += own + gap;
+  }
+  for (UIView* card : cards)
+    card->setFrame(beside);
+}
+
+} // namespace zuvi
