@@ -26,7 +26,8 @@ bool appears(const std::string& file) {
 } // namespace
 
 Compositor::Compositor(CGSize output, int outputs) {
-  std::string settings = "xwayland disable\ndefault_border none\nfocus_follows_mouse no\n";
+  std::string settings = "xwayland disable\ndefault_border none\ndefault_floating_border "
+                         "none\nfocus_follows_mouse no\n";
   for (int i = 0; i < outputs; i++)
     settings += "output HEADLESS-" + std::to_string(i + 1) + " resolution " +
                 std::to_string(int(output.width)) + "x" + std::to_string(int(output.height)) +
@@ -75,9 +76,9 @@ void Compositor::run(const std::string& commands) const {
   EXPECT_EQ(system("swaymsg -q -s " + folder_.path("ipc") + " '" + commands + "'"), 0) << commands;
 }
 
-Pixels Compositor::picture(const std::string& output) const {
+Pixels Compositor::picture() const {
   const std::string file = folder_.path("picture.png");
-  EXPECT_EQ(system("grim -l 0 -o " + output + " " + file), 0);
+  EXPECT_EQ(system("grim -l 0 -o HEADLESS-1 " + file), 0);
   return Pixels(decodeImage(Data(TemporaryFolder::read(file))));
 }
 

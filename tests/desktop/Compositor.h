@@ -26,8 +26,8 @@ public:
   Pointer& pointer() { return *pointer_; }
   /// Runs commands in sway's own words.
   void run(const std::string& commands) const;
-  /// What an output shows, in its pixels.
-  Pixels picture(const std::string& output = "HEADLESS-1") const;
+  /// What the first output shows, in its pixels.
+  Pixels picture() const;
   /// Types into the window with the focus.
   void type(const std::string& arguments) const;
 
