@@ -4,6 +4,7 @@
 #include <gio/gunixfdlist.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <thread>
@@ -109,7 +110,10 @@ bool askOnOwnContext() {
 } // namespace
 
 bool CameraPortal::isSandboxed() {
-  return ::access("/.flatpak-info", F_OK) == 0 || std::getenv("SNAP");
+  // The browser engine's own sandbox leaves an empty one on the machine when root runs it.
+  std::error_code none;
+  const auto size = std::filesystem::file_size("/.flatpak-info", none);
+  return (!none && size > 0) || std::getenv("SNAP");
 }
 
 void CameraPortal::requestAccess(std::function<void(bool)> answer) {

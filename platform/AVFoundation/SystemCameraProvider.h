@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/AVFoundation/CameraProvider.h"
-#include "platform/AVFoundation/CameraSides.h"
 #include "platform/Export.h"
 
 #include <map>

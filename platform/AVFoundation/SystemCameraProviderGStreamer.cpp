@@ -1,6 +1,7 @@
 #include "platform/AVFoundation/SystemCameraProvider.h"
 
 #include "platform/AVFoundation/CameraPortal.h"
+#include "platform/AVFoundation/CameraSides.h"
 #include "platform/AVFoundation/CameraStreamGStreamer.h"
 #include "platform/AVFoundation/DeviceAccess.h"
 #include "platform/AVFoundation/DeviceWatchGStreamer.h"
@@ -14,8 +15,8 @@ namespace {
 
 using Position = AVCaptureDevicePosition;
 
-// Behind the portal nothing is known of the cameras before they were granted, and it does not always
-// know itself whether there are any. Until then these two stand for them.
+// Behind the portal nothing is known of the cameras before they were granted, and it does not
+// always know itself whether there are any. Until then these two stand for them.
 const CameraDescription portalFront{"portal:front", "Camera", Position::Front, false};
 const CameraDescription portalBack{"portal:back", "Camera", Position::Back, false};
 

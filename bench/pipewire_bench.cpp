@@ -1,0 +1,144 @@
+// A camera of the media server: processor time of preview and film against the bare pipeline, and
+// the longest time without a frame while a camera screen is pushed, the first time and again.
+
+#include "bench/Measure.h"
+#include "kit/Helper/ZVExtensions.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
+#include "kit/UI/ViewControllers/ZVLiveCameraViewController.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/AVFoundation/AVCaptureDeviceInput.h"
+#include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
+#include "platform/AVFoundation/AVCaptureSession.h"
+#include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
+#include "platform/AVFoundation/FilmEncoderGStreamer.h"
+#include "platform/AVFoundation/PipelineGStreamer.h"
+#include "platform/UIKit/OffscreenSurface.h"
+#include "platform/UIKit/UIWindow.h"
+#include "tests/pipewire/MediaServer.h"
+
+using namespace zuvi;
+using namespace zuvi::bench;
+
+namespace {
+
+constexpr int rounds = 5;
+constexpr double seconds = 3;
+constexpr double frame = 1.0 / 60;
+
+void turnMainQueue(double duration) {
+  const double end = wallSeconds() + duration;
+  for (double left = duration; left > 0; left = end - wallSeconds()) {
+    DispatchQueue::main().runDue();
+    DispatchQueue::main().waitForWork(left);
+  }
+}
+
+/// Processor seconds of one second.
+double cost() {
+  turnMainQueue(0.5);
+  const double before = processorSeconds();
+  turnMainQueue(seconds);
+  return (processorSeconds() - before) / seconds;
+}
+
+double bare(const std::string& film) {
+  auto text = std::string("pipewiresrc target-object=Webcam ! tee name=all ! queue "
+                          "max-size-buffers=2 ! videoconvert ! video/x-raw,format=BGRA ! "
+                          "fakesink sync=false");
+  if (!film.empty())
+    text += std::string(" all. ! queue max-size-buffers=8 ! videoconvert ! "
+                        "video/x-raw,format=I420 ! ") +
+            filmEncoders().front().launch + " ! qtmux ! filesink name=file async=false";
+  auto made = Pipeline::launch(text, [](const Pipeline::Event&) {});
+  auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
+  if (!film.empty()) g_object_set(pipeline->element("file"), "location", film.c_str(), nullptr);
+  pipeline->play();
+  return cost();
+}
+
+struct Surface : LayerHost {
+  void setNeedsFrame() override {}
+  void addDamage(const CGRect&) override {}
+};
+
+double ours(const std::string& path) {
+  const auto session = make<AVCaptureSession>();
+  const auto film = make<AVCaptureMovieFileOutput>();
+  session->addInput(AVCaptureDeviceInput::withDevice(AVCaptureDevice::devices().at(0)));
+  session->addOutput(film);
+  Surface surface;
+  const auto layer = make<AVCaptureVideoPreviewLayer>(session);
+  layer->setHost(&surface);
+  session->startRunning();
+  if (!path.empty()) film->startRecording(path, {});
+  const double used = cost();
+  layer->setHost(nullptr);
+  return used;
+}
+
+void compare(const char* what, const std::string& film) {
+  std::vector<double> baseline, measured;
+  for (int i = 0; i < rounds; i++) {
+    baseline.push_back(bare(film));
+    measured.push_back(ours(film));
+  }
+  const auto figures = figuresOf(baseline);
+  report((std::string(what) + ", bare").c_str(), figures);
+  report(what, figuresOf(measured), &figures);
+}
+
+/// Draws for that long as often as a display would; the longest time from one frame to the next.
+double longestGap(OffscreenSurface& surface, double duration) {
+  double longest = 0, last = wallSeconds();
+  for (const double end = last + duration; last < end;) {
+    turnMainQueue(std::max(0.0, last + frame - wallSeconds()));
+    surface.drawFrame();
+    const double now = wallSeconds();
+    longest = std::max(longest, now - last);
+    last = now;
+  }
+  return longest;
+}
+
+void push(const char* name, OffscreenSurface& surface, std::shared_ptr<UIViewController> screen) {
+  const auto& stack = ZVKYCHelper::instance().rootVC->mainNC();
+  const double rest = longestGap(surface, 1);
+  stack->pushViewController(std::move(screen), true);
+  const double gap = longestGap(surface, 2);
+  std::printf("%-44s longest %5.1f ms (%.2f frames); before %5.1f ms\n", name, gap * 1e3,
+              gap / frame, rest * 1e3);
+  stack->popViewController(true);
+  longestGap(surface, 1);
+}
+
+std::shared_ptr<UIViewController> documentScreen() {
+  auto screen = make<ZVKYCCameraViewController>();
+  screen->type = ZVKYCCameraType::ineFront;
+  screen->objectId = "1";
+  return screen;
+}
+
+} // namespace
+
+int main() {
+  test::MediaServer::instance();
+  const test::VirtualCamera camera("Webcam", {});
+  registerZVFonts();
+  {
+    OffscreenSurface surface({375, 812}, 2);
+    const auto shell = make<ZVRootViewController>();
+    ZVKYCHelper::instance().rootVC = shell;
+    const auto window = make<UIWindow>();
+    window->setRootViewController(shell);
+    window->makeKeyAndVisible();
+    push("push of the recorder, the first time", surface, make<ZVLiveCameraViewController>());
+    push("push of the recorder, again", surface, make<ZVLiveCameraViewController>());
+    push("push of the document camera, the first time", surface, documentScreen());
+    push("push of the document camera, again", surface, documentScreen());
+    window->setVisible(false);
+  }
+  const test::TemporaryFolder folder;
+  compare("preview", "");
+  compare("preview and film", folder.path("film.mov"));
+}
