@@ -94,8 +94,10 @@ FoundCamera describeDevice(const std::shared_ptr<GstDevice>& device) {
   candidate.colour = hasColour(formats.get());
 
   camera.element.key = camera.path.empty() ? "camera:" + candidate.uniqueID : keyOf(camera.path);
-  camera.element.configure = [device](GstElement* element) {
-    gst_device_reconfigure_element(device.get(), element);
+  camera.element.configure = [device, path = camera.path](GstElement* element) {
+    // That of the kernel's cameras can't, and would leave the element at the first camera.
+    if (!gst_device_reconfigure_element(device.get(), element) && !path.empty())
+      g_object_set(element, "device", path.c_str(), nullptr);
   };
   camera.element.rotation =
       [path = camera.path,
