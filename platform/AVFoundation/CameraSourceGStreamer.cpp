@@ -3,6 +3,7 @@
 #include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/SerialQueue.h"
 #include "platform/Foundation/Make.h"
+#include "platform/Foundation/ProcessInfo.h"
 
 #include <gst/app/gstappsink.h>
 
@@ -43,10 +44,23 @@ GstFlowReturn arrived(GstAppSink* sink, gpointer data) {
   return GST_FLOW_OK;
 }
 
+// Seconds until films and stills are done with the pictures of a camera that was closed, and a
+// screen that moves stands still again.
+constexpr double quietAfter = 1;
+
 /// The sources by their recipe's key. Never destroyed: cameras are closed while the program ends.
 std::map<std::string, std::weak_ptr<CameraSource>>& openSources() {
   static auto& sources = *new std::map<std::string, std::weak_ptr<CameraSource>>;
   return sources;
+}
+
+// Pictures are large, and each thread that had some keeps their memory.
+void returnMemoryOfPictures() {
+  SerialQueue::camera().asyncAfter(quietAfter, [] {
+    for (const auto& [key, source] : openSources())
+      if (!source.expired()) return; // in use again; its end comes here too
+    ProcessInfo::returnFreedMemory();
+  });
 }
 
 } // namespace
@@ -74,7 +88,10 @@ void CameraSource::closeAll() {
 
 CameraSource::CameraSource(SourceRecipe recipe) : recipe_(std::move(recipe)) {}
 
-CameraSource::~CameraSource() = default;
+CameraSource::~CameraSource() {
+  pipeline_.reset();
+  returnMemoryOfPictures();
+}
 
 void CameraSource::attach(const std::shared_ptr<CameraViewer>& viewer) {
   {

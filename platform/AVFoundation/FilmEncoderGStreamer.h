@@ -25,8 +25,8 @@ void dropFilmEncoder(const char* element);
 /// they are larger.
 GstMini<GstCaps> encoderInput(const FilmEncoder& encoder, const GstCaps* pictures);
 
-/// Leads the end of the stream past an encoder that keeps no pictures back. Asked to flush, OpenH264
-/// gives itself an empty picture and then complains of it on the console.
+/// Leads the end of the stream past an encoder that keeps no pictures back. Asked to flush,
+/// OpenH264 gives itself an empty picture and then complains of it on the console.
 void endWithoutFlush(GstElement* encoder);
 
 } // namespace zuvi

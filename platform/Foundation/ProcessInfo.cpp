@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <link.h>
+#include <malloc.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -27,6 +28,12 @@ std::optional<std::string> userFolder(const char* variable, const char* belowHom
 }
 
 } // namespace
+
+void ProcessInfo::returnFreedMemory() {
+#ifdef __GLIBC__
+  malloc_trim(0);
+#endif
+}
 
 std::string ProcessInfo::executablePath() {
   std::error_code error;

@@ -24,6 +24,9 @@ public:
   static std::optional<std::string> userRuntimeFolder();
   /// The user's home in the system's list of users, whatever the environment says.
   static std::optional<std::string> registeredHome();
+  /// Gives back to the system what the program has freed. The allocator keeps it otherwise, for
+  /// each thread that once had a large block; costs milliseconds, so not for the main thread.
+  static void returnFreedMemory();
 };
 
 } // namespace zuvi

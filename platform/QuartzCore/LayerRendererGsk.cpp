@@ -3,6 +3,7 @@
 #include "platform/CoreGraphics/CGImageGdk.h"
 #include "platform/QuartzCore/CALayerCache.h"
 #include "platform/QuartzCore/DrawingContextGsk.h"
+#include "platform/QuartzCore/ShadowGsk.h"
 
 #include <algorithm>
 #include <utility>
@@ -133,27 +134,17 @@ private:
     layer.cache().border = drawBorder(layer, bounds, radius);
   }
 
-  static void drawShadow(GtkSnapshot* snapshot, const CALayer& layer, const CGRect& bounds,
-                         double radius) {
+  void drawShadow(GtkSnapshot* snapshot, const CALayer& layer, const CGRect& bounds,
+                  double radius) const {
     if (layer.shadowOpacity() <= 0) return;
     const CALayer::RoundedRect shape =
         layer.shadowPath().value_or(CALayer::RoundedRect{bounds, radius});
     if (shape.rect.isEmpty()) return;
     CGColor color = layer.shadowColor();
     color.alpha *= layer.shadowOpacity();
-    const GdkRGBA rgba = toGdk(color);
-    // The toolkit leaves out what lies under the thing that throws the shadow, which shows when the
-    // shadow is of another shape. So the thing is put to the side, and the shadow moved back.
-    const double reach = 3 * layer.shadowRadius() + 1;
-    const double aside = shape.rect.width + 2 * reach;
-    const CGSize offset = layer.shadowOffset();
-    const GskRoundedRect outline = toRounded(shape.rect.offsetBy(-aside, 0), shape.radius);
-    const graphene_rect_t seen =
-        toGraphene(CGRectInset(shape.rect, -reach, -reach).offsetBy(offset.width, offset.height));
-    gtk_snapshot_push_clip(snapshot, &seen);
-    gtk_snapshot_append_outset_shadow(snapshot, &outline, &rgba, float(aside + offset.width),
-                                      float(offset.height), 0, float(2 * layer.shadowRadius()));
-    gtk_snapshot_pop(snapshot);
+    appendShadow(snapshot,
+                 {shape.rect, shape.radius, color, layer.shadowOffset(), layer.shadowRadius()},
+                 scale_);
   }
 
   void drawPicture(DrawingContext& context, GtkSnapshot* snapshot, const CALayer& layer,

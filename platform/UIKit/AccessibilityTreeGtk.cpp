@@ -13,8 +13,9 @@ namespace {
 
 using Role = UIAccessibilityRole;
 
-constexpr guint updateAfter = 50;     // milliseconds, in which changes gather
-constexpr guint silenceAfter = 10000; // milliseconds for which an announcement can be looked up
+constexpr guint updateAfter = 50; // milliseconds, in which changes gather
+[[maybe_unused]] constexpr guint silenceAfter =
+    10000; // milliseconds for which an announcement can be looked up
 
 // A widget with nothing of its own. The toolkit shows assistive technology an action for each that
 // the class has: hence a second class, for what can be clicked.
@@ -284,8 +285,8 @@ void AccessibilityTree::follow(bool hadFocus) {
   if (top && gtk_root_get_focus(top) != wanted) gtk_widget_grab_focus(wanted);
 }
 
-// Announcements. The toolkit has no call for them; screen readers speak when the description of
-// the focused widget changes, and some when an alert appears.
+// Announcements. Before 4.14 the toolkit had no call for them; screen readers spoke when the
+// description of the focused widget changed, and some when an alert appeared.
 
 void AccessibilityTree::announce(const std::string& text) {
   // Together with what else changes in this moment, and after the focus has moved.
@@ -294,6 +295,12 @@ void AccessibilityTree::announce(const std::string& text) {
 }
 
 void AccessibilityTree::speak(const std::string& text) {
+#if GTK_CHECK_VERSION(4, 14, 0)
+  GtkRoot* window = gtk_widget_get_root(screen_);
+  GtkWidget* teller = window && hasFocus() ? gtk_root_get_focus(window) : screen_;
+  gtk_accessible_announce(GTK_ACCESSIBLE(teller), text.c_str(),
+                          GTK_ACCESSIBLE_ANNOUNCEMENT_PRIORITY_MEDIUM);
+#else
   silence();
   if (!alert_) alert_ = makeWidget(GTK_ACCESSIBLE_ROLE_ALERT, element_widget_get_type());
   setText(alert_, GTK_ACCESSIBLE_PROPERTY_LABEL, text);
@@ -311,6 +318,7 @@ void AccessibilityTree::speak(const std::string& text) {
         return G_SOURCE_REMOVE;
       },
       this);
+#endif
 }
 
 void AccessibilityTree::silence() {

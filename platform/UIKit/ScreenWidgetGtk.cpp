@@ -21,6 +21,8 @@ struct ScreenWidget {
   guint tick;
   gboolean leaving; ///< Tab has come to the last of our views
   guint held;       ///< code of the key that is down; 0: none
+  guint32 pressed;  ///< when the latest key went down, of this widget or one within
+  guint32 moved;    ///< `pressed` of the Tab that has moved the focus
 };
 
 struct ScreenWidgetClass {
@@ -180,6 +182,24 @@ gboolean onScroll(GtkEventControllerScroll* scroll, double dx, double dy, gpoint
   return UIApplication::shared().scrollWheel(point, {dx * step, dy * step});
 }
 
+/// Before any widget has it.
+gboolean onKeyComing(GtkEventControllerKey* controller, guint, guint, GdkModifierType,
+                     gpointer widget) {
+  self(widget)->pressed =
+      gtk_event_controller_get_current_event_time(GTK_EVENT_CONTROLLER(controller));
+  return FALSE;
+}
+
+gboolean handKey(ScreenWidget* me, const KeyPress& key) {
+  UIApplication& application = UIApplication::shared();
+  if (key.isTab()) me->moved = me->pressed;
+  me->leaving = key.isTab() && application.isFocusAtEnd(key.isBackTab());
+  if (!me->leaving) return application.keyPressed(key);
+  // The window moves on to a widget of the host's, or comes back to `focus` where there is none.
+  application.setFirstResponder(nullptr);
+  return FALSE;
+}
+
 gboolean onKey(GtkEventControllerKey*, guint value, guint code, GdkModifierType state,
                gpointer widget) {
   ScreenWidget* me = self(widget);
@@ -193,12 +213,8 @@ gboolean onKey(GtkEventControllerKey*, guint value, guint code, GdkModifierType 
     text[g_unichar_to_utf8(character, text)] = '\0';
     key.text = text;
   }
-  UIApplication& application = UIApplication::shared();
-  me->leaving = key.isTab() && application.isFocusAtEnd(key.isBackTab());
-  if (!me->leaving) return application.keyPressed(key);
-  // The window moves on to a widget of the host's, or comes back to `focus` where there is none.
-  application.setFirstResponder(nullptr);
-  return FALSE;
+  if (key.isTab() && me->pressed != 0 && me->moved == me->pressed) return TRUE; // see `focus`
+  return handKey(me, key);
 }
 
 void onKeyUp(GtkEventControllerKey*, guint, guint code, GdkModifierType, gpointer widget) {
@@ -210,13 +226,19 @@ void onFocusGone(GtkEventControllerFocus*, gpointer widget) {
   self(widget)->held = 0;
 }
 
-/// Among our layers the focus goes its own way: a widget that has no more use for Tab says so here,
-/// and the key comes to `onKey`.
+/// Among our layers the focus goes its own way: a widget that has no more use for Tab says so here.
+/// WebKit 2.50 then sends the key on to `onKey` as well, 2.54 does not; each key moves once.
 gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
   ScreenWidget* me = self(widget);
   const bool within = gtk_widget_is_focus(widget) || gtk_widget_get_focus_child(widget);
   if (within && me->leaving) return FALSE;
-  if (within) return !gtk_widget_is_focus(widget);
+  if (within && (gtk_widget_is_focus(widget) || me->moved == me->pressed))
+    return !gtk_widget_is_focus(widget);
+  if (within) {
+    KeyPress key;
+    key.name = direction == GTK_DIR_TAB_BACKWARD ? "ISO_Left_Tab" : "Tab";
+    return handKey(me, key);
+  }
   me->leaving = FALSE;
   if (!gtk_widget_grab_focus(widget)) return FALSE;
   // A window that opens asks for the focus too, but nobody has pressed Tab.
@@ -312,6 +334,11 @@ void screen_widget_init(ScreenWidget* me) { // NOLINT: named by the macro
   g_signal_connect(key, "key-pressed", G_CALLBACK(onKey), widget);
   g_signal_connect(key, "key-released", G_CALLBACK(onKeyUp), widget);
   gtk_widget_add_controller(widget, key);
+
+  GtkEventController* coming = gtk_event_controller_key_new();
+  gtk_event_controller_set_propagation_phase(coming, GTK_PHASE_CAPTURE);
+  g_signal_connect(coming, "key-pressed", G_CALLBACK(onKeyComing), widget);
+  gtk_widget_add_controller(widget, coming);
 
   GtkEventController* within = gtk_event_controller_focus_new();
   g_signal_connect(within, "leave", G_CALLBACK(onFocusGone), widget);

@@ -149,8 +149,10 @@ TEST_P(RandomDamageTest, FrameAfterAnyChangeEqualsADrawingFromNothing) {
       surface.drawFrame();
       const Pixels incremental(surface.picture());
       const Pixels whole(pictureOfScreen());
-      // The toolkit's soft edges and shadows depend a little on the area that is drawn.
-      ASSERT_EQ(Pixels::difference(incremental, whole, 16), "")
+      // The toolkit's soft edges and shadows depend a little on the area that is drawn. So does a
+      // letter's faintest row with GTK 4.18 and cairo 1.18: five pixels in the worst of eight
+      // hundred steps, which are alike without texts. Missed damage takes a whole edge.
+      ASSERT_EQ(Pixels::difference(incremental, whole, 16, 24), "")
           << "damage missed, seed " << seed << ", step " << step;
       if (step % 4 != 0) continue;
       forgetNodes(UIScreen::main().rootLayer());

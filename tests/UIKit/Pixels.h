@@ -50,11 +50,12 @@ public:
         found += pixel(x, y).isNear(wanted, slack);
     return found;
   }
-  /// Where two pictures differ first by more than `slack`; empty when they are alike.
-  static std::string difference(const Pixels& a, const Pixels& b, int slack = 0) {
+  /// Where two pictures differ first by more than `slack`, after `spared` bytes that do; empty when
+  /// they are alike.
+  static std::string difference(const Pixels& a, const Pixels& b, int slack = 0, int spared = 0) {
     if (a.width_ != b.width_ || a.height_ != b.height_) return "the sizes";
     for (std::size_t i = 0; i < a.bytes_.size(); i++)
-      if (std::abs(a.bytes_.bytes()[i] - b.bytes_.bytes()[i]) > slack)
+      if (std::abs(a.bytes_.bytes()[i] - b.bytes_.bytes()[i]) > slack && spared-- <= 0)
         return "at byte " + std::to_string(i) + " of rows of " + std::to_string(4 * a.width_) +
                ": " + std::to_string(a.bytes_.bytes()[i]) + " against " +
                std::to_string(b.bytes_.bytes()[i]);

@@ -51,9 +51,12 @@ public:
           g_variant_get_string(description, nullptr));
       g_variant_unref(description);
     };
-    g_dbus_connection_signal_subscribe(connection_, nullptr, "org.a11y.atspi.Event.Object",
-                                       "PropertyChange", nullptr, "accessible-description",
-                                       G_DBUS_SIGNAL_FLAGS_NONE, heard, &descriptions, nullptr);
+    for (const auto& [signal, detail] :
+         {std::pair<const char*, const char*>{"PropertyChange", "accessible-description"},
+          {"Announcement", nullptr}}) // since GTK 4.14
+      g_dbus_connection_signal_subscribe(connection_, nullptr, "org.a11y.atspi.Event.Object",
+                                         signal, nullptr, detail, G_DBUS_SIGNAL_FLAGS_NONE, heard,
+                                         &announcements, nullptr);
   }
   ~AccessibilityBus() {
     g_clear_object(&connection_);
@@ -107,9 +110,9 @@ public:
   }
 
   std::string address; ///< empty when there is no such service
-  /// What objects were given as description, in this order; screen readers speak it. Filled by the
-  /// main context.
-  std::vector<std::string> descriptions;
+  /// What was announced, and what objects were given as description, in this order; screen readers
+  /// speak both. Filled by the main context.
+  std::vector<std::string> announcements;
 
 private:
   const TemporaryFolder services_;

@@ -63,11 +63,11 @@ protected:
   bool heard(const std::vector<std::string>& texts) {
     return reaches([&] {
       g_main_context_iteration(nullptr, FALSE);
-      auto at = bus->descriptions.begin();
+      auto at = bus->announcements.begin();
       for (const std::string& text : texts) // several that come at once are told in one
-        at = std::find_if(at, bus->descriptions.end(),
+        at = std::find_if(at, bus->announcements.end(),
                           [&](const std::string& told) { return told.ends_with(text); });
-      return at != bus->descriptions.end();
+      return at != bus->announcements.end();
     });
   }
 
