@@ -9,9 +9,7 @@ namespace zuvi::demo {
 
 namespace {
 
-// Seconds in which a machine that has cameras comes to list them; a person takes longer to the
-// first screen with one.
-constexpr double lookAgainAfter = 1;
+constexpr double lookInterval = 0.5; // seconds
 
 void install(const HostCameras& cameras) {
   AVCaptureDevice::setProvider(make<HostCameraProvider>(cameras));
@@ -23,13 +21,17 @@ HostCameras drawnCameras() {
   return cameras;
 }
 
-/// Aside, since drivers take their time. Cameras that may not be used are there all the same.
-void lookForCameras(std::function<void()> noneFound) {
-  DispatchQueue::global().async([noneFound = std::move(noneFound)] {
-    if (AVCaptureDevice::authorizationStatus() == AVAuthorizationStatus::Authorized &&
-        AVCaptureDevice::devices().empty())
-      DispatchQueue::main().async(noneFound);
-  });
+/// Looks twice a second until it is known what is there. Cameras that may not be used are there all
+/// the same.
+void drawWhereThereIsNone() {
+  AVCaptureDevice::discover();
+  if (!AVCaptureDevice::areDevicesKnown())
+    return void(DispatchQueue::main().asyncAfter(lookInterval, drawWhereThereIsNone));
+  if (AVCaptureDevice::authorizationStatus() != AVAuthorizationStatus::Authorized ||
+      !AVCaptureDevice::devices().empty())
+    return;
+  print("This machine has no camera: drawn ones stand in for it, as with --cameras drawn");
+  install(drawnCameras());
 }
 
 } // namespace
@@ -44,14 +46,7 @@ void installCameras(const Options& options) {
     return install(cameras);
   }
   if (options.cameras == Cameras::Drawn) return install(drawnCameras());
-  lookForCameras([] {
-    DispatchQueue::main().asyncAfter(lookAgainAfter, [] {
-      lookForCameras([] {
-        print("This machine has no camera: drawn ones stand in for it, as with --cameras drawn");
-        install(drawnCameras());
-      });
-    });
-  });
+  drawWhereThereIsNone();
 }
 
 } // namespace zuvi::demo

@@ -53,6 +53,10 @@ void AVCaptureDevice::discover() {
   provider()->devices();
 }
 
+bool AVCaptureDevice::areDevicesKnown() {
+  return provider()->areDevicesKnown();
+}
+
 std::vector<std::shared_ptr<AVCaptureDevice>> AVCaptureDevice::devices() {
   auto source = provider();
   std::vector<std::shared_ptr<AVCaptureDevice>> devices;

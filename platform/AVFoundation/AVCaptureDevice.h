@@ -44,6 +44,10 @@ public:
   /// that serves both sides is listed for each. `AVCaptureDevicesDidChange` tells of changes.
   static std::vector<std::shared_ptr<AVCaptureDevice>> devices();
 
+  /// Whether the cameras that were there at the beginning are known by now; finding out takes a
+  /// moment, or long on a machine whose drivers or services are slow.
+  static bool areDevicesKnown();
+
   /// Where cameras come from; null: the machine's own (`SystemCameraProvider`), which is also what
   /// holds at start. Devices, inputs and sessions made before keep the provider that they had.
   static void setProvider(std::shared_ptr<CameraProvider> provider);

@@ -20,14 +20,16 @@ bool AVCaptureSession::addInput(const std::shared_ptr<AVCaptureDeviceInput>& inp
   const auto& stream = input_->stream();
   for (const auto& preview : previews_)
     stream->addPreview(preview);
-  stream->setListener([weak = weak_from_this(), of = stream.get()](CameraStream::Event event) {
-    DispatchQueue::main().async([weak, of, event] {
-      const auto self = weak.lock();
-      if (!self || self->stream().get() != of || !self->observer) return;
-      self->observer(event == CameraStream::Event::Failed ? AVCaptureSessionEvent::Failed
-                                                          : AVCaptureSessionEvent::FirstPicture);
-    });
-  });
+  stream->setListener(
+      [weak = weak_from_this(), of = stream.get()](CameraStream::Event event, const auto& error) {
+        DispatchQueue::main().async([weak, of, event, error] {
+          const auto self = weak.lock();
+          if (!self || self->stream().get() != of || !self->observer) return;
+          self->observer(event == CameraStream::Event::Failed ? AVCaptureSessionEvent::Failed
+                                                              : AVCaptureSessionEvent::FirstPicture,
+                         error);
+        });
+      });
   return true;
 }
 

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/Foundation/Error.h"
+
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace zuvi {
@@ -43,8 +46,8 @@ public:
   void removeInput();
 
   /// Hears on the main queue what happens to a run by itself: the camera gives its first picture,
-  /// or has gone or failed, which ended the run.
-  std::function<void(AVCaptureSessionEvent)> observer;
+  /// or has gone or failed, which ended the run and is told with its error.
+  std::function<void(AVCaptureSessionEvent, const std::optional<Error>& error)> observer;
 
   /// Without an input, or while running, without effect. A camera that fails ends the run; the next
   /// start tries again. Sessions that share a camera get its pictures as the one that started last

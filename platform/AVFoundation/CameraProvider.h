@@ -21,6 +21,8 @@ public:
   /// The cameras that are known to be there now, the one to take of each side first; does not wait.
   /// A provider that finds out about them later posts `AVCaptureDevicesDidChange`.
   virtual std::vector<CameraDescription> devices() = 0;
+  /// Whether the cameras that were there at the beginning are known.
+  virtual bool areDevicesKnown() { return true; }
   /// A stream on that camera for one session; null when it is gone or may not be opened. Does not
   /// wait.
   virtual std::shared_ptr<CameraStream> open(const std::string& uniqueID) = 0;

@@ -47,7 +47,8 @@ void PreviewList::show(const std::shared_ptr<const CGImage>& image) {
     preview->frame(image);
 }
 
-CameraRun::CameraRun(std::shared_ptr<PreviewList> previews, CameraUse use, Listener listener)
+CameraRun::CameraRun(std::shared_ptr<PreviewList> previews, CameraUse use,
+                     CameraStream::Listener listener)
     : previews_(std::move(previews)), use_(use), listener_(std::move(listener)) {}
 
 void CameraRun::begin(const CameraOpening& opening) {
@@ -145,7 +146,7 @@ void CameraRun::frame(const CameraFrame& frame) {
       encodeStills(own);
     }
   }
-  if (!seen_.exchange(true)) listener_(CameraStream::Event::FirstPicture);
+  if (!seen_.exchange(true)) listener_(CameraStream::Event::FirstPicture, std::nullopt);
   if (!previews_->anyWantsFrames()) return;
   if (const auto picture = converter_.convert(frame)) previews_->show(picture);
 }
@@ -174,7 +175,7 @@ void CameraRun::cameraEnded(const Error& error) {
     films.swap(films_);
   }
   source_.reset();
-  if (ran) listener_(CameraStream::Event::Failed);
+  if (ran) listener_(CameraStream::Event::Failed, error);
   for (const auto& still : stills)
     answerWithout(still.handler, "The camera is gone.");
   for (const auto& film : films)

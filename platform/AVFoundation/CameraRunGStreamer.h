@@ -28,8 +28,7 @@ private:
 /// One run of a session on its camera, from start to stop or failure. Any thread.
 class CameraRun final : public CameraViewer, public std::enable_shared_from_this<CameraRun> {
 public:
-  using Listener = std::function<void(CameraStream::Event)>;
-  CameraRun(std::shared_ptr<PreviewList> previews, CameraUse use, Listener listener);
+  CameraRun(std::shared_ptr<PreviewList> previews, CameraUse use, CameraStream::Listener listener);
 
   void begin(const CameraOpening& opening);
   enum class Films { Complete, Discard };
@@ -60,7 +59,7 @@ private:
 
   const std::shared_ptr<PreviewList> previews_;
   const CameraUse use_;
-  const Listener listener_;
+  const CameraStream::Listener listener_;
   std::atomic<bool> seen_ = false; ///< a picture has come
   mutable std::mutex mutex_;
   bool running_ = true;

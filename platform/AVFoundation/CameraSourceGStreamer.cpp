@@ -145,23 +145,21 @@ void CameraSource::open() {
   if (elements_.empty())
     return fail({AVFoundationErrorDomain, AVErrorInvalidSetting,
                  "The camera gives no pictures that can be used."});
-  // What the pipeline reports is told apart by the pipeline: one that was replaced may report late.
-  auto self = std::make_shared<const Pipeline*>(nullptr);
+  const int attempt = ++attempt_;
   auto made = Pipeline::launch(elements_ +
                                    " ! appsink name=frames max-buffers=2 drop=true "
                                    "enable-last-sample=false processing-deadline=0 "
                                    "qos=false sync=" +
                                    (recipe_.paced ? "true" : "false"),
-                               [weak = weak_from_this(), self](const Pipeline::Event& event) {
-                                 SerialQueue::camera().async([weak, self, event] {
-                                   if (auto source = weak.lock()) source->heard(*self, event);
+                               [weak = weak_from_this(), attempt](const Pipeline::Event& event) {
+                                 SerialQueue::camera().async([weak, attempt, event] {
+                                   if (auto source = weak.lock()) source->heard(attempt, event);
                                  });
                                });
   if (auto* error = std::get_if<Error>(&made)) {
     return fail(*error);
   }
   pipeline_ = std::move(std::get<std::unique_ptr<Pipeline>>(made));
-  *self = pipeline_.get();
   recipe_.configure(*pipeline_);
 
   GstAppSinkCallbacks callbacks{};
@@ -176,8 +174,8 @@ void CameraSource::open() {
     seen_ = false;
   }
   if (pipeline_->play()) {
-    SerialQueue::camera().asyncAfter(patience_, [weak = weak_from_this(), asked = pipeline_.get()] {
-      if (const auto source = weak.lock()) source->openAgainUnlessSeen(asked);
+    SerialQueue::camera().asyncAfter(patience_, [weak = weak_from_this(), attempt] {
+      if (const auto source = weak.lock()) source->openAgainUnlessSeen(attempt);
     });
     return;
   }
@@ -185,8 +183,8 @@ void CameraSource::open() {
   fail({AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera does not start."});
 }
 
-void CameraSource::openAgainUnlessSeen(const Pipeline* asked) {
-  if (!pipeline_ || pipeline_.get() != asked) return;
+void CameraSource::openAgainUnlessSeen(int attempt) {
+  if (!pipeline_ || attempt != attempt_) return;
   {
     const std::lock_guard lock(mutex_);
     if (seen_) return;
@@ -196,8 +194,8 @@ void CameraSource::openAgainUnlessSeen(const Pipeline* asked) {
   open();
 }
 
-void CameraSource::heard(const Pipeline* from, const Pipeline::Event& event) {
-  if (!pipeline_ || from != pipeline_.get()) return;
+void CameraSource::heard(int attempt, const Pipeline::Event& event) {
+  if (!pipeline_ || attempt != attempt_) return;
   if (event.kind == Pipeline::Event::Kind::Failed)
     fail({AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, event.error.description});
   else if (recipe_.loops)

@@ -78,18 +78,19 @@ public:
 private:
   static void closeAll();
   void open();
-  void openAgainUnlessSeen(const Pipeline* asked);
+  void openAgainUnlessSeen(int attempt);
   void suitLastViewer();
-  void heard(const Pipeline* from, const Pipeline::Event& event);
+  void heard(int attempt, const Pipeline::Event& event);
   void rewind();
   void fail(const Error& error);
 
   const SourceRecipe recipe_;
   std::unique_ptr<Pipeline> pipeline_;
+  int attempt_ = 0;                 ///< counts the pipelines: one that was replaced may report late
   CameraUse use_ = CameraUse::Film; ///< that the pipeline was made for
   std::string elements_;            ///< that it was made of
-  double patience_ = 0; ///< seconds that the open pipeline has for its first picture
-  std::mutex mutex_;    // guards what follows against the pipeline's thread
+  double patience_ = 0;             ///< seconds that the open pipeline has for its first picture
+  std::mutex mutex_;                // guards what follows against the pipeline's thread
   std::vector<std::shared_ptr<CameraViewer>> viewers_;
   int framesSinceRewind_ = 0;
   bool seen_ = false; ///< the open pipeline has given a picture

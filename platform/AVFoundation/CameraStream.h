@@ -50,8 +50,10 @@ public:
     FirstPicture, ///< the camera gives pictures
     Failed,       ///< the camera has gone or failed, which ended the run
   };
+  /// `error` tells why a run failed.
+  using Listener = std::function<void(Event, const std::optional<Error>& error)>;
   /// Hears of later runs. On any thread; of a failure before a film hears of it.
-  virtual void setListener(std::function<void(Event)> listener) = 0;
+  virtual void setListener(Listener listener) = 0;
 
   virtual void start(CameraUse use) = 0;
   /// Waiting stills are answered without a picture, films are completed.

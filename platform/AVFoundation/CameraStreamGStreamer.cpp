@@ -11,7 +11,7 @@ CameraStreamGStreamer::~CameraStreamGStreamer() {
   if (run_) run_->end(CameraRun::Films::Discard);
 }
 
-void CameraStreamGStreamer::setListener(std::function<void(Event)> listener) {
+void CameraStreamGStreamer::setListener(Listener listener) {
   listener_ = std::move(listener);
 }
 

@@ -10,7 +10,7 @@ public:
   explicit CameraStreamGStreamer(CameraOpening opening);
   ~CameraStreamGStreamer() override;
 
-  void setListener(std::function<void(Event)> listener) override;
+  void setListener(Listener listener) override;
   void start(CameraUse use) override;
   void stop() override;
   bool isRunning() const override { return run_ && run_->isRunning(); }
@@ -21,7 +21,7 @@ public:
 
 private:
   const CameraOpening opening_;
-  std::function<void(Event)> listener_ = [](Event) {};
+  Listener listener_ = [](Event, const std::optional<Error>&) {};
   const std::shared_ptr<PreviewList> previews_ = std::make_shared<PreviewList>();
   std::shared_ptr<CameraRun> run_; // null before the first start
 };

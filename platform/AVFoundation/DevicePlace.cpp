@@ -51,14 +51,17 @@ DevicePlace placeOf(const std::string& device, const std::string& sysfs) {
     const bool onUsb = folder.string().find("/usb") != std::string::npos;
     const bool isVirtual = folder.string().starts_with((root / "virtual").string());
     if (!onUsb) place.builtIn = !isVirtual;
-    // The camera is an interface of a device on a port; each of them may know.
+    // The camera is an interface of a device. Further up come its socket and hubs, whose place is
+    // not the camera's.
+    std::string panel, removable;
     for (; folder != root && folder.has_relative_path(); folder = folder.parent_path()) {
-      if (place.position == Position::Unspecified)
-        place.position = positionNamed(firstWord(folder / "physical_location/panel"));
-      const auto removable = firstWord(folder / "removable");
-      if (onUsb && !place.builtIn && (removable == "fixed" || removable == "removable"))
-        place.builtIn = removable == "fixed";
+      if (panel.empty()) panel = firstWord(folder / "physical_location/panel");
+      removable = firstWord(folder / "removable");
+      if (!removable.empty()) break;
     }
+    if (onUsb && (removable == "fixed" || removable == "removable"))
+      place.builtIn = removable == "fixed";
+    if (place.builtIn == true) place.position = positionNamed(panel);
   }
   if (place.position == Position::Unspecified) place.position = askDriver(device);
   return place;

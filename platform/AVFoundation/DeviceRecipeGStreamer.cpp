@@ -23,6 +23,10 @@ std::string picturesOf(const GstCaps* offers, CameraUse use) {
 
 } // namespace
 
+bool givesPictures(const GstCaps* offers) {
+  return !picturesOf(offers, CameraUse::Film).empty();
+}
+
 std::string upright(std::optional<int> rotation) {
   const char* direction = "auto"; // as the stream's tags say
   switch (rotation.value_or(-1)) {

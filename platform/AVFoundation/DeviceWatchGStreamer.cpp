@@ -3,9 +3,11 @@
 #include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/SerialQueue.h"
 #include "platform/Foundation/NotificationCenter.h"
+#include "platform/Foundation/Print.h"
 
 #include <algorithm>
 #include <thread>
+#include <unistd.h>
 
 namespace zuvi {
 
@@ -29,7 +31,11 @@ struct DeviceWatch::Source {
   static Source remote(int descriptor) {
     GstRef<GstDeviceProvider> provider(
         gst_device_provider_factory_get_by_name("pipewiredeviceprovider"));
-    if (!provider) return {};
+    if (!provider) {
+      print("Cameras behind the portal need the package gstreamer1.0-pipewire.");
+      ::close(descriptor);
+      return {};
+    }
     g_object_set(provider.get(), "fd", descriptor, nullptr);
     Source source{nullptr, GstRef<GstBus>(gst_device_provider_get_bus(provider.get()))};
     if (gst_device_provider_start(provider.get()))
@@ -56,6 +62,11 @@ DeviceWatch& DeviceWatch::remote(std::function<int()> connect) {
     made->run(descriptor >= 0 && startGStreamer() ? Source::remote(descriptor) : Source{});
   }).detach();
   return *made;
+}
+
+bool DeviceWatch::hasFailed() const {
+  const std::lock_guard lock(mutex_);
+  return failed_;
 }
 
 bool DeviceWatch::isComplete() const {
@@ -85,6 +96,7 @@ void DeviceWatch::run(const Source& source) {
   {
     const std::lock_guard lock(mutex_);
     complete_ = true;
+    failed_ = !source.bus;
   }
   announce();
   while (source.bus && hear(source, GST_CLOCK_TIME_NONE))
@@ -128,6 +140,9 @@ void DeviceWatch::remove(GstDevice* device) {
     if (gone == found_.end()) return;
     key = gone->second.element.key;
     found_.erase(gone);
+    const bool stillThere = std::ranges::any_of(
+        found_, [&key](const auto& other) { return other.second.element.key == key; });
+    if (stillThere) return; // listed by another system as well
   }
   // Not every driver tells a pipeline that its camera was pulled out.
   SerialQueue::camera().async([key] {

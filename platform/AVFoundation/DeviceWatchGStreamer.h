@@ -19,6 +19,8 @@ public:
   /// Never destroyed.
   static DeviceWatch& remote(std::function<int()> connect);
 
+  /// Whether there is nothing to watch: the cameras can't be reached.
+  bool hasFailed() const;
   /// Whether the cameras that were there at the beginning are known.
   bool isComplete() const;
   /// The cameras that are there, as far as they are known.
@@ -34,7 +36,7 @@ private:
   static void announce();
 
   mutable std::mutex mutex_;
-  bool complete_ = false;
+  bool complete_ = false, failed_ = false;
   std::vector<std::pair<std::shared_ptr<GstDevice>, FoundCamera>> found_;
 };
 

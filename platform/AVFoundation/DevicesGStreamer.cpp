@@ -74,14 +74,15 @@ FoundCamera describeDevice(const std::shared_ptr<GstDevice>& device) {
   FoundCamera camera;
   std::unique_ptr<GstStructure, decltype(&gst_structure_free)> properties(
       gst_device_get_properties(device.get()), gst_structure_free);
-  std::unique_ptr<char, decltype(&g_free)> name(gst_device_get_display_name(device.get()), g_free);
+  std::unique_ptr<char, decltype(&g_free)> shown(gst_device_get_display_name(device.get()), g_free);
+  const std::string name = shown ? shown.get() : "Camera";
   auto& candidate = camera.candidate;
   camera.path = property(properties.get(), {"device.path", "api.v4l2.path"});
   candidate.uniqueID = camera.path;
   if (candidate.uniqueID.empty())
     candidate.uniqueID = property(properties.get(), {"node.name", "object.serial"});
-  if (candidate.uniqueID.empty()) candidate.uniqueID = name.get();
-  candidate.localizedName = name.get();
+  if (candidate.uniqueID.empty()) candidate.uniqueID = name;
+  candidate.localizedName = name;
   candidate.position = positionOf(properties.get());
   if (!camera.path.empty()) {
     const auto place = placeOf(camera.path);
@@ -108,6 +109,7 @@ FoundCamera describeDevice(const std::shared_ptr<GstDevice>& device) {
     return degrees > 0 ? std::optional(degrees) : std::nullopt;
   };
   camera.element.formats = [device] { return shareCaps(gst_device_get_caps(device.get())); };
+  if (!givesPictures(formats.get())) return camera;
   GstRef<GstElement> sample(gst_device_create_element(device.get(), nullptr));
   if (!sample) return camera;
   gst_object_ref_sink(sample.get());

@@ -99,8 +99,7 @@ void FilmGStreamer::launch() {
 void FilmGStreamer::heard(int attempt, const Pipeline::Event& event) {
   if (attempt != attempt_ || !ended_) return;
   if (event.kind == Pipeline::Event::Kind::Ended) return end(because_, true);
-  if (event.element == "file" || event.error.code == AVErrorDiskFull)
-    return end(event.error, false);
+  if (event.element == "file") return end(event.error, false); // no encoder mends a full disk
   useNextEncoder(event.error);
 }
 

@@ -68,15 +68,13 @@ AVAuthorizationStatus HostCameraProvider::authorizationStatus() {
 }
 
 void HostCameraProvider::requestAccess(std::function<void(bool)> answer) {
-  bool granted = false;
   {
     std::lock_guard lock(mutex_);
     if (status_ == AVAuthorizationStatus::NotDetermined)
       status_ = cameras_.permission == CameraPermission::Grant ? AVAuthorizationStatus::Authorized
                                                                : AVAuthorizationStatus::Denied;
-    granted = status_ == AVAuthorizationStatus::Authorized;
   }
-  answer(granted);
+  answer(authorizationStatus() == AVAuthorizationStatus::Authorized);
 }
 
 std::vector<CameraDescription> HostCameraProvider::devices() {

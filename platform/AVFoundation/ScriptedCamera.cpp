@@ -1,5 +1,6 @@
 #include "platform/AVFoundation/ScriptedCamera.h"
 
+#include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/ScriptedStream.h"
 #include "platform/Foundation/Make.h"
 
@@ -26,7 +27,12 @@ void ScriptedCamera::answerStills() {
 
 void ScriptedCamera::unplug() {
   for (const auto& stream : liveStreams())
-    stream->unplug();
+    stream->end({AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera is gone."});
+}
+
+void ScriptedCamera::refuse() {
+  for (const auto& stream : liveStreams())
+    stream->end({AVFoundationErrorDomain, AVErrorNotAuthorized, "The camera is refused."});
 }
 
 void ScriptedCamera::showFrame(const std::shared_ptr<const CGImage>& image) {

@@ -36,6 +36,8 @@ public:
   void answerStills();
   /// Ends every run, as pulling the plug does.
   void unplug();
+  /// Ends every run, as the user's refusal does.
+  void refuse();
   /// Hands a picture to the previews of running sessions that want one.
   void showFrame(const std::shared_ptr<const CGImage>& image);
 

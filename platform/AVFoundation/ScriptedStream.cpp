@@ -26,8 +26,10 @@ void ScriptedStream::start(CameraUse) {
   queue_.async([weak = weak_from_this(), fails = camera_->fails] {
     const auto self = weak.lock();
     if (!self || !self->running_) return;
-    if (fails) return self->unplug();
-    self->listener_(Event::FirstPicture);
+    if (fails)
+      return self->end(
+          {AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera is gone."});
+    self->listener_(Event::FirstPicture, std::nullopt);
   });
 }
 
@@ -40,15 +42,13 @@ void ScriptedStream::stop() {
     if (auto live = film.lock()) live->complete(std::nullopt);
 }
 
-void ScriptedStream::unplug() {
+void ScriptedStream::end(const Error& error) {
   if (!running_) return;
   running_ = false;
-  listener_(Event::Failed);
+  listener_(Event::Failed, error);
   answerStills(std::nullopt);
   for (const auto& film : std::exchange(films_, {}))
-    if (auto live = film.lock())
-      live->complete(
-          Error{AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera is gone."});
+    if (auto live = film.lock()) live->complete(error);
 }
 
 void ScriptedStream::addPreview(std::weak_ptr<CameraPreview> preview) {

@@ -16,9 +16,7 @@ public:
   ScriptedStream(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue);
   ~ScriptedStream() override;
 
-  void setListener(std::function<void(Event)> listener) override {
-    listener_ = std::move(listener);
-  }
+  void setListener(Listener listener) override { listener_ = std::move(listener); }
   void start(CameraUse use) override;
   void stop() override;
   bool isRunning() const override { return running_; }
@@ -30,12 +28,13 @@ public:
 
   void answerStills(const std::optional<Data>& still);
   void show(const std::shared_ptr<const CGImage>& image);
-  void unplug();
+  /// Ends the run as the camera does.
+  void end(const Error& error);
 
 private:
   std::shared_ptr<ScriptedCamera> camera_;
   DispatchQueue& queue_;
-  std::function<void(Event)> listener_ = [](Event) {};
+  Listener listener_ = [](Event, const std::optional<Error>&) {};
   bool running_ = false;
   std::vector<std::weak_ptr<CameraPreview>> previews_;
   std::vector<StillHandler> stills_;

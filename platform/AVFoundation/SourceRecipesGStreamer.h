@@ -23,6 +23,8 @@ struct CameraElement {
   /// itself may tell.
   std::function<std::optional<int>()> rotation = [] { return std::nullopt; };
 };
+/// Whether any of these forms of pictures can be used; also when none is known.
+bool givesPictures(const GstCaps* offers);
 SourceRecipe deviceRecipe(const CameraElement& camera);
 
 /// The elements that turn raw pictures upright, to be put behind others. By that many degrees

@@ -30,17 +30,19 @@ public:
   AVAuthorizationStatus authorizationStatus() override;
   void requestAccess(std::function<void(bool granted)> answer) override;
   std::vector<CameraDescription> devices() override;
+  bool areDevicesKnown() override;
   std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
 
 private:
   DeviceWatch* watch();
   std::vector<CameraDescription> listed(const DeviceWatch& watch) const;
-  void granted();
+  void answered(bool granted);
 
   const std::map<std::string, AVCaptureDevicePosition> positions_;
   const Access access_;
   std::mutex mutex_;                    // guards what follows
   DeviceWatch* behindPortal_ = nullptr; ///< once the user has granted the cameras
+  std::vector<std::function<void(bool)>> asking_;
 };
 
 } // namespace zuvi

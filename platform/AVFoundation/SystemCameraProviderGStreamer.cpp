@@ -38,7 +38,12 @@ SystemCameraProvider::SystemCameraProvider(std::map<std::string, Position> posit
 DeviceWatch* SystemCameraProvider::watch() {
   if (access_ == Access::Devices) return &DeviceWatch::machine();
   const std::lock_guard lock(mutex_);
-  return behindPortal_;
+  return behindPortal_ && !behindPortal_->hasFailed() ? behindPortal_ : nullptr;
+}
+
+bool SystemCameraProvider::areDevicesKnown() {
+  const auto* known = watch();
+  return !known || known->isComplete();
 }
 
 AVAuthorizationStatus SystemCameraProvider::authorizationStatus() {
@@ -56,16 +61,26 @@ void SystemCameraProvider::requestAccess(std::function<void(bool)> answer) {
   const auto status = authorizationStatus();
   if (status != AVAuthorizationStatus::NotDetermined)
     return answer(status == AVAuthorizationStatus::Authorized);
+  {
+    const std::lock_guard lock(mutex_);
+    asking_.push_back(std::move(answer));
+    if (asking_.size() > 1) return; // one dialogue answers all
+  }
   CameraPortal::requestAccess(
-      [self = shared_from_this(), answer = std::move(answer)](bool granted) {
-        if (granted) self->granted();
-        answer(granted);
-      });
+      [self = shared_from_this()](bool granted) { self->answered(granted); });
 }
 
-void SystemCameraProvider::granted() {
-  const std::lock_guard lock(mutex_);
-  if (!behindPortal_) behindPortal_ = &DeviceWatch::remote(CameraPortal::openCameras);
+void SystemCameraProvider::answered(bool granted) {
+  std::vector<std::function<void(bool)>> asking;
+  {
+    const std::lock_guard lock(mutex_);
+    asking.swap(asking_);
+    // One that failed is not taken up again: the user may have taken the cameras back.
+    if (granted && (!behindPortal_ || behindPortal_->hasFailed()))
+      behindPortal_ = &DeviceWatch::remote(CameraPortal::openCameras);
+  }
+  for (const auto& answer : asking)
+    answer(granted);
 }
 
 std::vector<CameraDescription> SystemCameraProvider::listed(const DeviceWatch& watch) const {

@@ -18,7 +18,8 @@ namespace {
 // A relative path would depend on where the program was started.
 std::optional<std::string> absolutePath(const char* variable) {
   const char* value = std::getenv(variable);
-  return value && value[0] == '/' ? std::optional<std::string>(value) : std::nullopt;
+  // Nothing of a person's belongs below the root itself.
+  return value && value[0] == '/' && value[1] ? std::optional<std::string>(value) : std::nullopt;
 }
 
 std::optional<std::string> userFolder(const char* variable, const char* belowHome) {

@@ -182,7 +182,7 @@ TEST(DeviceTest, PlaceIsWhatTheKernelKnows) {
   const auto lid = camera("video0", port + "/1-7:1.0");
   EXPECT_EQ(lid.position, AVCaptureDevicePosition::Front);
   EXPECT_EQ(lid.builtIn, true);
-  sys.write(port + "/physical_location/panel", "unknown\n");
+  sys.write(port + "/physical_location/panel", "back\n");
   sys.write(port + "/removable", "removable\n");
   const auto plugged = camera("video1", port + "/1-7:1.0");
   EXPECT_EQ(plugged.position, AVCaptureDevicePosition::Unspecified);
@@ -192,6 +192,46 @@ TEST(DeviceTest, PlaceIsWhatTheKernelKnows) {
   EXPECT_EQ(camera("video3", "devices/platform/isp").builtIn, true);
   EXPECT_EQ(camera("video4", "devices/virtual/loop").builtIn, false);
   EXPECT_EQ(placeOf("/dev/nothing", sys.path()).builtIn, std::nullopt);
+}
+
+/// A listed camera whose class only makes elements, as GStreamer's own of the kernel's cameras.
+struct ListedCamera {
+  GstDevice parent;
+};
+struct ListedCameraClass {
+  GstDeviceClass parent;
+};
+G_DEFINE_TYPE(ListedCamera, listed_camera, GST_TYPE_DEVICE) // NOLINT: the macro's own code
+void listed_camera_init(ListedCamera*) {}                   // NOLINT: named by the macro
+void listed_camera_class_init(ListedCameraClass* type) {    // NOLINT: named by the macro
+  type->parent.create_element = [](GstDevice*, const char* name) {
+    return gst_element_factory_make("v4l2src", name);
+  };
+}
+
+FoundCamera listed(const char* offers) {
+  startGStreamer();
+  const GstMini<GstCaps> caps(gst_caps_from_string(offers));
+  auto* properties = gst_structure_new("p", "device.path", G_TYPE_STRING, "/dev/video7", nullptr);
+  auto* device = GST_DEVICE(g_object_new(listed_camera_get_type(), "caps", caps.get(), "properties",
+                                         properties, "device-class", "Video/Source",
+                                         nullptr)); // without a name to show
+  gst_structure_free(properties);
+  return describeDevice({GST_DEVICE(gst_object_ref_sink(device)), GstUnref()});
+}
+
+TEST(DeviceTest, ListedCameraIsTheOneThatIsOpened) {
+  const auto camera = listed("image/jpeg,width=1280,height=720,framerate=30/1");
+  EXPECT_EQ(camera.element.factory, "v4l2src");
+  const GstRef<GstElement> source(
+      GST_ELEMENT(gst_object_ref_sink(gst_element_factory_make("v4l2src", nullptr))));
+  camera.element.configure(source.get());
+  char* path = nullptr;
+  g_object_get(source.get(), "device", &path, nullptr);
+  EXPECT_STREQ(path, "/dev/video7");
+  g_free(path);
+  EXPECT_EQ(listed("video/x-raw(memory:DMABuf),width=640,height=480").element.factory, "")
+      << "one without usable pictures is passed over";
 }
 
 TEST(DeviceTest, InfraredCamerasHaveNoColour) {
@@ -218,7 +258,9 @@ TEST_F(HostCameraTest, CannotGrantWhatTheSystemForbids) {
       {
         if (::setuid(65534) != 0 && ::geteuid() == 0) ::_exit(2); // root may open everything
         useHost(cameras);
-        const bool denied = AVCaptureDevice::authorizationStatus() == Status::Denied;
+        bool denied = AVCaptureDevice::authorizationStatus() == Status::Denied;
+        HostCameraProvider asked({{}, cameras.back, CameraPermission::Grant});
+        asked.requestAccess([&](bool granted) { denied &= !granted; });
         ::_exit(denied && !AVCaptureDeviceInput::withDevice(back()) ? 0 : 1);
       },
       ::testing::ExitedWithCode(0), "");

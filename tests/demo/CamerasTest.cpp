@@ -3,75 +3,52 @@
 #include "platform/Dispatch/VirtualTime.h"
 #include "platform/Foundation/Make.h"
 
-#include <atomic>
-
 #include <gtest/gtest.h>
 
 namespace zuvi::demo {
 namespace {
 
-/// Counts how often somebody looks what it has.
-struct CountingProvider final : CameraProvider {
-  AVAuthorizationStatus authorizationStatus() override {
-    looks++;
-    return status;
-  }
+/// A machine that finds out about its cameras when the test says so.
+struct SlowMachine final : CameraProvider {
+  AVAuthorizationStatus authorizationStatus() override { return status; }
   void requestAccess(std::function<void(bool)> answer) override { answer(false); }
   std::vector<CameraDescription> devices() override { return cameras; }
+  bool areDevicesKnown() override { return known; }
   std::shared_ptr<CameraStream> open(const std::string&) override { return nullptr; }
 
+  bool known = false;
   AVAuthorizationStatus status = AVAuthorizationStatus::Authorized;
   std::vector<CameraDescription> cameras;
-  std::atomic<int> looks = 0;
 };
 
-class DemoCamerasTest : public testing::Test {
-protected:
-  ~DemoCamerasTest() override { AVCaptureDevice::setProvider(nullptr); }
-
-  static bool drawn() {
+TEST(DemoCamerasTest, AreDrawnOnlyWhereTheMachineHasNone) {
+  VirtualTime time;
+  const auto install = [&](bool authorized, std::vector<CameraDescription> cameras) {
+    const auto machine = make<SlowMachine>();
+    machine->cameras = std::move(cameras);
+    if (!authorized) machine->status = AVAuthorizationStatus::Denied;
+    AVCaptureDevice::setProvider(machine);
+    installCameras({});
+    time.advance(30);
+    EXPECT_EQ(AVCaptureDevice::provider(), machine) << "it was given no time to list them";
+    machine->known = true;
+    time.advance(1);
+    return AVCaptureDevice::provider() == machine ? "real" : "drawn";
+  };
+  const auto allDrawn = [] {
     const auto devices = AVCaptureDevice::devices();
     return devices.size() == 2 && devices[0]->isSimulated() && devices[1]->isSimulated();
-  }
-  /// Looks on for a moment after the machine was asked that often.
-  bool replacedAfter(int looks) {
-    EXPECT_TRUE(time.waitUntil([&] {
-      time.advance(0.2);
-      return machine->looks == looks;
-    }));
-    return time.waitUntil(
-        [&] {
-          time.advance(0.2);
-          return AVCaptureDevice::provider() != machine;
-        },
-        0.3);
-  }
-  VirtualTime time;
-  std::shared_ptr<CountingProvider> machine = make<CountingProvider>();
-};
-
-TEST_F(DemoCamerasTest, AreDrawnOnlyWhereTheMachineHasNone) {
-  AVCaptureDevice::setProvider(machine);
-  installCameras({});
-  EXPECT_TRUE(time.waitUntil([&] { return machine->looks == 1; }));
-  EXPECT_EQ(AVCaptureDevice::provider(), machine) << "it was given no time to list them";
-  EXPECT_TRUE(replacedAfter(2));
-  EXPECT_TRUE(drawn());
-
-  AVCaptureDevice::setProvider(machine);
-  machine->cameras = {{"one", "One", AVCaptureDevicePosition::Unspecified, false}};
-  installCameras({});
-  EXPECT_FALSE(replacedAfter(3));
-
-  machine->cameras.clear();
-  machine->status = AVAuthorizationStatus::Denied;
-  installCameras({});
-  EXPECT_FALSE(replacedAfter(4)) << "a refusal is nothing to draw over";
-
+  };
+  EXPECT_STREQ(install(true, {}), "drawn");
+  EXPECT_TRUE(allDrawn());
+  EXPECT_STREQ(install(true, {{"one", "One", AVCaptureDevicePosition::Unspecified, false}}),
+               "real");
+  EXPECT_STREQ(install(false, {}), "real") << "a refusal is nothing to draw over";
   Options options;
   options.cameras = Cameras::Drawn;
   installCameras(options);
-  EXPECT_TRUE(drawn());
+  EXPECT_TRUE(allDrawn());
+  AVCaptureDevice::setProvider(nullptr);
 }
 
 } // namespace

@@ -62,9 +62,31 @@ TEST_F(CameraLossTest, RecorderWaitsForTheCameraThatWasPulledOut) {
   time.advance(30);
   EXPECT_FALSE(front->isRunning()) << "nobody looks";
   tap("retakeButton");
-  time.advance(2.5);
+  time.advance(0.5);
   EXPECT_TRUE(front->isRunning());
+
+  // Another one takes its place before the news of the first arrives.
+  tap("recordButton");
+  time.advance(7);
+  const auto other = cameras->front = make<ScriptedCamera>();
+  other->id = "another";
+  other->film = Data(film);
+  front->unplug();
+  changeDevices();
+  time.advance(20);
+  ASSERT_EQ(top(), "ZVLiveCameraViewController") << "half a film goes nowhere";
+  EXPECT_TRUE(other->isRunning());
   record();
+}
+
+TEST_F(CameraLossTest, RefusalSaysNothing) {
+  cameras->status = AVAuthorizationStatus::NotDetermined;
+  open();
+  cameras->status = AVAuthorizationStatus::Denied;
+  front->refuse();
+  time.advance(10);
+  EXPECT_EQ(notice(), "");
+  EXPECT_EQ(front->starts, 1) << "nobody tries again";
 }
 
 TEST_F(CameraLossTest, DocumentScreenWaitsForTheCameraThatWasPulledOut) {
@@ -112,7 +134,7 @@ TEST_F(CameraLossTest, CameraThatComesLateIsTakenUp) {
   cameras->back = back;
   changeDevices();
   time.advance(5);
-  EXPECT_EQ(notice(), localized("cameraGone"));
+  EXPECT_EQ(notice(), localized("cameraFails"));
   back->fails = false;
   time.advance(2.5);
   EXPECT_EQ(notice(), "");

@@ -42,7 +42,7 @@ protected:
   /// A running session on the camera of that side.
   std::unique_ptr<Rig> start(Position side) {
     auto rig = std::make_unique<Rig>(device(side));
-    rig->session->observer = [this](AVCaptureSessionEvent event) {
+    rig->session->observer = [this](AVCaptureSessionEvent event, const std::optional<Error>&) {
       (event == AVCaptureSessionEvent::Failed ? failures : firstPictures)++;
     };
     rig->session->startRunning();

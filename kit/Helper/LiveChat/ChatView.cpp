@@ -129,9 +129,9 @@ void ChatView::receivedTemplate(const std::optional<std::string>& templateURL,
   if (!configuration_) return displayLoadingError("Configuration not provided.");
   const auto url = buildUrl(*templateURL, *configuration_, *customVariables, maxLength);
   if (!url || !webView_) {
-    print("error: Invalid url: " +
-          (url ? "the support chat can't be shown, as " + WKWebView::problem()
-               : "the chat's template gives no address: " + *templateURL));
+    print("error: Invalid url");
+    print(url ? "The support chat can't be shown, as " + WKWebView::problem()
+              : "The chat's template gives no address: " + *templateURL);
     return displayLoadingError("Invalid url");
   }
   load(URLRequest(*url));

@@ -4,6 +4,7 @@
 #include "kit/UI/ViewControllers/CameraSetup.h"
 #include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
+#include "platform/AVFoundation/AVError.h"
 
 #include <utility>
 
@@ -14,6 +15,12 @@ namespace {
 // Seconds. Not every camera that is back is announced, so it is looked for as well.
 constexpr double lookInterval = 2;
 
+bool isListed(const AVCaptureDevice& device) {
+  for (const auto& one : AVCaptureDevice::devices())
+    if (one->uniqueID() == device.uniqueID()) return true;
+  return false;
+}
+
 } // namespace
 
 CameraKeeper::CameraKeeper(std::shared_ptr<AVCaptureSession> session,
@@ -21,7 +28,9 @@ CameraKeeper::CameraKeeper(std::shared_ptr<AVCaptureSession> session,
                            std::weak_ptr<UILabel> label, Screen screen)
     : session_(std::move(session)), position_(position), notice_(std::move(notice)),
       label_(std::move(label)), screen_(std::move(screen)) {
-  session_->observer = [this](AVCaptureSessionEvent event) { heard(event); };
+  session_->observer = [this](AVCaptureSessionEvent event, const auto& error) {
+    heard(event, error);
+  };
   devices_ = NotificationCenter::defaultCenter().observe(AVCaptureDevicesDidChange,
                                                          [this](const Notification&) { look(); });
 }
@@ -32,6 +41,8 @@ CameraKeeper::~CameraKeeper() {
 
 void CameraKeeper::resume() {
   onShow_ = true;
+  if (session_->input()) look();
+  if (loss_ && !session_->isRunning()) say(loss_);
   lookAgain();
 }
 
@@ -40,27 +51,35 @@ void CameraKeeper::pause() {
   calls_.cancelAll();
 }
 
-void CameraKeeper::heard(AVCaptureSessionEvent event) {
-  if (event == AVCaptureSessionEvent::FirstPicture) {
-    if (std::exchange(lost_, false))
-      UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("cameraBack"));
-    return hideNotice();
-  }
-  if (session_->isRunning()) return; // it was started again meanwhile
-  if (!std::exchange(lost_, true)) {
-    screen_.cameraLost();
-    say("cameraGone");
-  }
+void CameraKeeper::heard(AVCaptureSessionEvent event, const std::optional<Error>& error) {
+  if (event == AVCaptureSessionEvent::Failed) return lose(error.value_or(Error{}));
+  seen_ = true;
+  if (std::exchange(loss_, nullptr) && onShow_)
+    UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("cameraBack"));
+  hideNotice();
+}
+
+void CameraKeeper::lose(const Error& error) {
+  screen_.cameraLost();
+  const bool gave = std::exchange(seen_, false);
+  if (session_->isRunning()) return;
+  // Who may not use the camera is told so where it is asked for.
+  if (error.code == AVErrorNotAuthorized) return lookAgain();
+  const bool listed = session_->input() && isListed(*session_->input()->device());
+  const char* loss = gave || !listed ? "cameraGone" : "cameraFails";
+  if (std::exchange(loss_, loss) != loss && onShow_) say(loss);
   lookAgain();
 }
 
 /// Takes up a camera that is there and not in use.
 void CameraKeeper::look() {
-  if (!onShow_ || session_->isRunning()) return;
-  if (session_->input())
-    reconnect();
-  else
-    screen_.makeCamera();
+  const auto status = AVCaptureDevice::authorizationStatus();
+  if (!onShow_ || session_->isRunning() || status == AVAuthorizationStatus::Denied ||
+      status == AVAuthorizationStatus::Restricted)
+    return;
+  if (!session_->input()) return screen_.makeCamera();
+  screen_.cameraLost(); // the news of it may still be on its way
+  reconnect();
 }
 
 void CameraKeeper::lookAgain() {
@@ -68,9 +87,9 @@ void CameraKeeper::lookAgain() {
   if (!onShow_) return;
   calls_.perform("look", lookInterval, [this] {
     look();
-    // Who may not use the camera is told so where it is asked for.
-    const bool missing = !session_->input() && AVCaptureDevice::authorizationStatus() ==
-                                                   AVAuthorizationStatus::Authorized;
+    const bool missing =
+        !session_->input() && AVCaptureDevice::areDevicesKnown() &&
+        AVCaptureDevice::authorizationStatus() == AVAuthorizationStatus::Authorized;
     const auto notice = notice_.lock();
     if (missing && notice && notice->isHidden()) say("cameraMissing");
     if (!session_->isRunning()) lookAgain();

@@ -2,6 +2,7 @@
 
 #include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/Dispatch/DelayedCalls.h"
+#include "platform/Foundation/Error.h"
 #include "platform/Foundation/NotificationCenter.h"
 #include "platform/UIKit/UILabel.h"
 
@@ -39,7 +40,8 @@ public:
   void say(const char* key);
 
 private:
-  void heard(AVCaptureSessionEvent event);
+  void heard(AVCaptureSessionEvent event, const std::optional<Error>& error);
+  void lose(const Error& error);
   void look();
   void lookAgain();
   void reconnect();
@@ -51,7 +53,9 @@ private:
   const std::weak_ptr<UILabel> label_;
   const Screen screen_;
   bool onShow_ = false;
-  bool lost_ = false; ///< since the last picture
+  bool seen_ = false; ///< the camera has given a picture since it was started
+  /// What is to be said of a camera that was lost since the last picture; null for none.
+  const char* loss_ = nullptr;
   NotificationObserver devices_;
   DelayedCalls calls_;
 };

@@ -154,6 +154,7 @@ void ZVKYCCameraViewController::refreshSubviews(bool isVideoPermissionGranted) {
 // Camera
 
 void ZVKYCCameraViewController::makeCamera() {
+  if (captureSession_->input()) return; // the keeper was quicker
   previewLayer_ = addCamera(captureSession_, AVCaptureDevicePosition::Back);
   if (!previewLayer_) return;
   // The error panel may have opened before the camera was there.

@@ -135,6 +135,7 @@ std::string ZVLiveCameraViewController::announcement() const {
 // Camera
 
 void ZVLiveCameraViewController::makeCamera() {
+  if (captureSession_->input()) return; // the keeper was quicker
   previewLayer_ = addCamera(captureSession_, AVCaptureDevicePosition::Front);
   if (!previewLayer_) return;
   previewLayer_->setFrame(view()->bounds());
