@@ -24,8 +24,9 @@ protected:
     dumped("start");
     place();
   }
+  /// Small enough for the output at each of its scales, or the window would be made smaller.
   void place() {
-    compositor_->run(window + "resize set 375 560; " + window + "move position 10 10");
+    compositor_->run(window + "resize set 375 420; " + window + "move position 10 10");
   }
   void scale(const std::string& factor) {
     compositor_->run("output * scale " + factor);
