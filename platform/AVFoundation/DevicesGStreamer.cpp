@@ -4,7 +4,6 @@
 #include "platform/AVFoundation/SensorRotation.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 
 namespace zuvi {
@@ -50,7 +49,7 @@ std::shared_ptr<GstCaps> askFormats(const std::string& path) {
 std::string locationOf(const GstStructure* properties) {
   auto word = property(properties, {"api.libcamera.location", "api.libcamera.Location",
                                     "device.position", "device.location"});
-  std::ranges::transform(word, word.begin(), [](unsigned char c) { return std::tolower(c); });
+  std::ranges::transform(word, word.begin(), g_ascii_tolower);
   return word;
 }
 

@@ -185,7 +185,8 @@ void FilmGStreamer::watchCoded() {
         if (told) gst_event_parse_segment(told.get(), &segment);
         // An encoder that failed at once also tells its end, which the muxer does not expect yet.
         if (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM)
-          return GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_EOS && !segment
+          return GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_EOS &&
+                         !(segment && gst_pad_has_current_caps(probed))
                      ? GST_PAD_PROBE_DROP
                      : GST_PAD_PROBE_OK;
         const auto* buffer = GST_PAD_PROBE_INFO_BUFFER(info);

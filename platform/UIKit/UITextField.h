@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/Export.h"
-#include "platform/Foundation/Timer.h"
 #include "platform/UIKit/UIControl.h"
 #include "platform/UIKit/UILabel.h"
 
@@ -9,7 +8,9 @@
 
 namespace zuvi {
 
-/// One line of text that a person can edit.
+/// One line of text that a person can type. The caret stays at its end: keys add to it there, and
+/// BackSpace takes the last character away. No selection, no clipboard, no dead keys and no input
+/// methods: a host that asks for names in every script does so with a widget of its toolkit.
 class ZUVI_API UITextField : public UIControl {
 public:
   /// Empty, in the system's face at 17 points, without a frame around the text.
@@ -18,15 +19,14 @@ public:
   explicit UITextField(const CGRect& frame);
   /// @}
 
-  /// UTF-8, on one line; empty at start.
+  /// UTF-8; empty at start.
   const std::string& text() const { return text_; }
-  /// The caret goes to the end. Line ends become blanks. Targets hear only of what the person
-  /// changes (`EditingChanged`).
+  /// Targets hear only of what the person changes (`EditingChanged`).
   void setText(const std::string& text);
   /// Shown in grey while the text is empty, and spoken where there is no label.
   void setPlaceholder(const std::string& placeholder);
   /// Null takes the system's face at 17 points.
-  void setFont(std::shared_ptr<const UIFont> font);
+  void setFont(std::shared_ptr<const UIFont> font) { label_->setFont(std::move(font)); }
   /// Whether it has the focus.
   bool isEditing() const { return isFirstResponder(); }
 
@@ -49,14 +49,10 @@ public:
 
 private:
   void changed();
-  /// The byte where the character before or after the one at `at` begins.
-  std::size_t stepFrom(std::size_t at, bool forward) const;
 
   std::string text_, placeholder_;
-  std::size_t caret_ = 0; ///< in bytes
   std::shared_ptr<UILabel> label_;
-  std::shared_ptr<UIView> caretView_;
-  std::shared_ptr<Timer> blink_;
+  std::shared_ptr<UIView> caret_;
 };
 
 } // namespace zuvi
