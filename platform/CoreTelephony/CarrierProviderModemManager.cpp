@@ -84,8 +84,8 @@ std::optional<CTCarrier> askService() {
   return CTCarrier{name};
 }
 
-/// Gives what the service said last, and has it asked again on a thread of its own: a bus that hangs
-/// holds up that thread alone.
+/// Gives what the service said last, and has it asked again on a thread of its own: a bus that
+/// hangs holds up that thread alone.
 class ModemManager final : public CarrierProvider {
 public:
   std::optional<CTCarrier> subscriberCellularProvider() override {
