@@ -52,7 +52,6 @@ void runFor(double seconds) {
 }
 
 GtkWindow* openWindow() {
-  g_setenv("GSK_RENDERER", "cairo", FALSE);
   if (!gtk_init_check()) return nullptr;
   auto* window = GTK_WINDOW(gtk_window_new());
   gtk_window_set_default_size(window, 375, 812);
