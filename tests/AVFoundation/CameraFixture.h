@@ -86,6 +86,17 @@ struct Rig {
   std::shared_ptr<AVCaptureMovieFileOutput> film = make<AVCaptureMovieFileOutput>();
 };
 
+/// A session for stills alone, as that of a document.
+struct StillRig : Rig {
+  explicit StillRig(const std::shared_ptr<AVCaptureDevice>& device) : Rig(nullptr) {
+    session = make<AVCaptureSession>();
+    stills = make<AVCaptureStillImageOutput>();
+    input = AVCaptureDeviceInput::withDevice(device);
+    session->addInput(input);
+    session->addOutput(stills);
+  }
+};
+
 class CameraTest : public ::testing::Test {
 protected:
   ~CameraTest() override { AVCaptureDevice::setProvider(nullptr); }

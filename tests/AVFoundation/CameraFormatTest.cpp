@@ -204,17 +204,6 @@ TEST_F(UprightTest, PreviewOfTheFrontIsAMirrorAndPicturesAreNot) {
   }
 }
 
-/// A session for stills alone, as that of a document.
-struct StillRig : Rig {
-  explicit StillRig(const std::shared_ptr<AVCaptureDevice>& device) : Rig(nullptr) {
-    session = make<AVCaptureSession>();
-    stills = make<AVCaptureStillImageOutput>();
-    input = AVCaptureDeviceInput::withDevice(device);
-    session->addInput(input);
-    session->addOutput(stills);
-  }
-};
-
 TEST_F(CameraFormatTest, StillsAreLargeWhileThePreviewIsSmall) {
   const auto camera = use({packedAndRaw});
   const auto recorder = running();

@@ -1,3 +1,2 @@
 zuvi_test(AVFoundation REALTIME LINKS zuvi_avfoundation zuvi_test_support GTest::gtest_main
-          PACKAGES gstreamer-1.0 gstreamer-app-1.0 gstreamer-base-1.0 gstreamer-video-1.0 gio-2.0
-                   gio-unix-2.0)
+          PACKAGES gstreamer-1.0 gstreamer-app-1.0 gstreamer-base-1.0 gstreamer-video-1.0)

@@ -144,8 +144,8 @@ TEST_F(ChatRun, GoesOnWhereNoSandboxIsAllowed) {
   startWith();
   launch(intoTheFlow + intoTheChat + "dump MARK/chat\nsleep 1\n");
   dumped("chat");
-  EXPECT_EQ(processes("WebKitWebProces", program_).size(), 1U);
-  EXPECT_TRUE(processes("bwrap", program_).empty()) << "it would end the program on such a machine";
+  EXPECT_EQ(processes("WebKitWebProces", program_->id()).size(), 1U);
+  EXPECT_TRUE(processes("bwrap", program_->id()).empty()) << "it would end the program on such a machine";
   ASSERT_TRUE(endsWell());
 }
 
@@ -190,7 +190,7 @@ wait ZVMainViewController
   server_->setFailRules(*FailPlan::parse({"chat-page:1:drop"}));
   EXPECT_TRUE(has(dumped("no-page"), "Connection terminated"));
   dumped("page");
-  const auto pages = processes("WebKitWebProces", program_);
+  const auto pages = processes("WebKitWebProces", program_->id());
   EXPECT_FALSE(pages.empty());
   for (const int page : pages)
     kill(page, SIGKILL);

@@ -2,11 +2,7 @@
 
 #include "platform/CoreGraphics/CGGeometry.h"
 #include "tests/sandbox/ServerFixture.h"
-
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
+#include "tests/support/ChildProcess.h"
 
 namespace zuvi::sandbox::test {
 
@@ -18,8 +14,6 @@ protected:
                  Merchants merchants = *Merchants::fromText(R"({"demo": {
             "name": "Casa & Mar = 100 %", "photo": "", "configurations": [{"color": "blue",
             "language": "es", "documents": {"required": ["passport"], "optional": []}}]}})")) {
-    ASSERT_TRUE(std::getenv("DISPLAY") || std::getenv("WAYLAND_DISPLAY"))
-        << "this test wants a display, such as Xvfb's";
     ServerOptions options;
     options.tlsFolder = folder_.path("tls");
     options.failRules = *FailPlan::parse(failRules);
@@ -31,38 +25,50 @@ protected:
   }
 
   void TearDown() override {
-    if (program_ > 0) kill(program_, SIGKILL);
-    if (program_ > 0) waitpid(program_, nullptr, 0);
+    program_.reset();
     URLSession::setAdditionalAuthorities("");
   }
 
   /// Starts the program with a script, in which "MARK" stands for the folder of dumps.
-  void launch(std::string script) {
+  void launch(std::string script,
+              const std::vector<std::string>& cameras = {"--front-camera", "simulated",
+                                                         "--back-camera", "simulated"}) {
     for (auto i = script.find("MARK"); i != std::string::npos; i = script.find("MARK", i))
       script.replace(i, 4, folder_.path());
-    const std::string address = server_->address(), tracking = address + "/track/",
-                      root = address + "/", page = address + "/app/mobile/urls.json",
-                      ca = server_->certificateAuthority(), pictures = folder_.path("pictures"),
-                      drive = folder_.write("a.drive", script);
+    const std::string address = server_->address();
     events_ = folder_.path("events-") + std::to_string(++runs_);
-    program_ = fork();
-    if (program_ != 0) return;
-    execl(ZUVI_DEMO_PROGRAM, "zuvi-demo", "--client-id", "demo", "--server", root.c_str(),
-          "--tracking", tracking.c_str(), "--chat-template", page.c_str(), "--ca", ca.c_str(),
-          "--chat-name", "Ana Lú + 100 %", "--chat-email", "ana+1@example.org", "--chat-license",
-          "77", "--chat-group", "3", "--front-camera", "simulated", "--back-camera", "simulated",
-          "--pictures", pictures.c_str(), "--drive", drive.c_str(), "--events", events_.c_str(),
-          nullptr);
-    _exit(127);
+    std::vector<std::string> command{ZUVI_DEMO_PROGRAM,
+                                     "--client-id",
+                                     "demo",
+                                     "--server",
+                                     address + "/",
+                                     "--tracking",
+                                     address + "/track/",
+                                     "--chat-template",
+                                     address + "/app/mobile/urls.json",
+                                     "--ca",
+                                     server_->certificateAuthority(),
+                                     "--chat-name",
+                                     "Ana Lú + 100 %",
+                                     "--chat-email",
+                                     "ana+1@example.org",
+                                     "--chat-license",
+                                     "77",
+                                     "--chat-group",
+                                     "3",
+                                     "--pictures",
+                                     folder_.path("pictures"),
+                                     "--drive",
+                                     folder_.write("a.drive", script),
+                                     "--events",
+                                     events_};
+    command.insert(command.end(), cameras.begin(), cameras.end());
+    program_.emplace(std::move(command));
   }
 
   /// Waits for something while the program runs.
   bool reaches(const std::function<bool()>& holds) {
-    using Clock = std::chrono::steady_clock;
-    const auto deadline = Clock::now() + std::chrono::seconds(60);
-    while (!holds() && isRunning() && Clock::now() < deadline)
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    return holds();
+    return zuvi::test::comesToHold(holds, [this] { return program_->isRunning(); });
   }
 
   /// What the program's script dumped under that name, as soon as it is there; the program goes on.
@@ -86,20 +92,12 @@ protected:
     return CGPoint{x + width / 2, double(root["frame"][3]) - y - height / 2};
   }
 
-  bool isRunning() {
-    siginfo_t info{};
-    return waitid(P_PID, id_t(program_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-           info.si_pid == 0;
-  }
-
   /// Whether the script came to its end; the program says on its standard error where it stopped.
   bool endsWell() {
     reaches([] { return false; });
-    if (isRunning()) kill(program_, SIGKILL);
-    int status = -1;
-    waitpid(program_, &status, 0);
-    program_ = -1;
-    EXPECT_EQ(status, 0) << "as waitpid gives it";
+    if (program_->isRunning()) program_.reset();
+    const int status = program_ ? program_->wait() : -1;
+    EXPECT_EQ(status, 0) << "as it exits; -1 when a signal ended it";
     return status == 0;
   }
 
@@ -128,7 +126,7 @@ protected:
                                                       {"XDG_DATA_HOME", home_ + "/data"},
                                                       {"XDG_CACHE_HOME", home_ + "/cache"},
                                                       {"XDG_RUNTIME_DIR", home_}};
-  pid_t program_ = -1;
+  std::optional<zuvi::test::ChildProcess> program_;
   int runs_ = 0;
   std::string events_;
 };

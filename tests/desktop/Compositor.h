@@ -3,6 +3,7 @@
 #include "platform/ImageIO/ImageFile.h"
 #include "tests/UIKit/Pixels.h"
 #include "tests/desktop/PointerWayland.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -14,9 +15,6 @@ namespace zuvi::test {
 class Compositor {
 public:
   explicit Compositor(CGSize output, int outputs = 1);
-  ~Compositor();
-  Compositor(const Compositor&) = delete;
-  Compositor& operator=(const Compositor&) = delete;
 
   bool isThere() const { return ready_; }
   /// For programs' XDG_RUNTIME_DIR; the browser engine's sandbox leaves out displays of other
@@ -35,7 +33,7 @@ private:
   int system(const std::string& command) const;
 
   TemporaryFolder folder_;
-  pid_t process_ = -1;
+  std::optional<ChildProcess> process_;
   bool ready_ = false;
   std::optional<Pointer> pointer_;
 };

@@ -16,8 +16,7 @@ protected:
     place();
   }
   void again() {
-    kill(program_, SIGKILL);
-    waitpid(program_, nullptr, 0);
+    program_.reset();
     compositor_->run("focus output HEADLESS-1");
     std::filesystem::remove(folder_.path("start"));
     launch(intoStart);

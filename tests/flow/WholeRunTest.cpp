@@ -107,7 +107,9 @@ TEST_F(WholeRunTest, TakeEachMerchantsRoad) {
 TEST_F(WholeRunTest, CarriesMetadataAsItStands) {
   start();
   registerClient("none", Value::Dictionary{{"plan", "a \"b\"\r\nc é"},
+                                           {"flag", true},
                                            {"count", 3},
+                                           {"real", 2.5},
                                            {"tree", Value::Dictionary{{"k", Value::List{true}}}}});
   ZVKYC::instance().identityId = "host's own";
   launch();
@@ -117,7 +119,7 @@ TEST_F(WholeRunTest, CarriesMetadataAsItStands) {
   tapBottom();
   arrive("ZVVerifiedViewController");
   tapBottom();
-  EXPECT_EQ(stored(), "film count=3 plan=a \"b\"\r\nc é tree=[\"k\": [true]]");
+  EXPECT_EQ(stored(), "film count=3 flag=true plan=a \"b\"\r\nc é real=2.5 tree=[\"k\": [true]]");
   EXPECT_EQ(delegate->calls, std::vector<std::string>{"success host's own"});
   EXPECT_EQ(ZVKYCHelper::instance().tempIdentity, lastIdentity());
   EXPECT_FALSE(host->presentedViewController());

@@ -28,51 +28,24 @@ protected:
     EXPECT_EQ(outcome.calls, 1);
     EXPECT_TRUE(outcome.onMain);
   }
-  static std::string boundaryOf(const test::Request& request) {
-    static const std::regex form("multipart/form-data; boundary="
-                                 "(Boundary-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12})");
-    std::smatch match;
-    const std::string type = request.headers.at("content-type");
-    return std::regex_match(type, match, form) ? match[1].str() : "no boundary in " + type;
-  }
 };
 
-TEST_F(TransportTest, BuildsMultipartBodiesByteByByte) {
-  const std::string bytes("a\r\n--b\0\xff\xd8 end", 13);
-  const Value::Dictionary fields{{"flag", true},
-                                 {"metadata[a \"b\"]", "line\r\nend \"quoted\" é"},
-                                 {"number", 3},
-                                 {"real", 2.5},
-                                 {"tree", Value::Dictionary{{"k", Value::List{1, "v"}}}}};
+TEST_F(TransportTest, EachUploadHasABoundaryOfItsOwnAndNamesAsTheyStand) {
   std::set<std::string> boundaries;
-  // In a body, @ stands for the line of the boundary.
-  const auto expectSent = [&](std::string body) {
+  for (int upload = 0; upload < 2; upload++) {
+    Outcome outcome;
+    transport().postImage("p", Data(std::string("x")), "picture",
+                          Value::Dictionary{{"a \"b\"", "c"}}, into(outcome));
+    await(outcome);
+    static const std::regex form("multipart/form-data; boundary="
+                                 "Boundary-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}");
     const auto request = backend.requests().back();
-    EXPECT_EQ(request.method, "POST");
-    const std::string line = "--" + boundaryOf(request);
-    for (auto at = body.find('@'); at != std::string::npos; at = body.find('@'))
-      body.replace(at, 1, line);
-    EXPECT_EQ(request.body, body);
-    boundaries.insert(line);
-  };
-  const std::string disposition = "@\r\nContent-Disposition: form-data; name=\"";
-  const auto text = [&](const std::string& key, const std::string& value) {
-    return disposition + key + "\"\r\n\r\n" + value + "\r\n";
-  };
-  const auto file = [&](const std::string& name, const std::string& type) {
-    return disposition + "picture\"; filename=\"" + name + "\"\r\nContent-Type: " + type +
-           "\r\n\r\n" + bytes + "\r\n@--\r\n";
-  };
-  Outcome image, video;
-  transport().postImage("p", Data(bytes), "picture", fields, into(image));
-  await(image);
-  expectSent(text("flag", "true") + text("metadata[a \"b\"]", "line\r\nend \"quoted\" é") +
-             text("number", "3") + text("real", "2.5") + text("tree", R"(["k": [1, "v"]])") +
-             file("user-profile.jpg", "image/jpeg"));
-  transport().postVideo("p", Data(bytes), "picture", Value::Dictionary{}, into(video));
-  await(video);
-  expectSent(file("liveness.mov", "video/quicktime"));
-  EXPECT_EQ(boundaries.size(), 2U) << "each request has a boundary of its own";
+    const auto type = request.headers.at("content-type");
+    EXPECT_TRUE(std::regex_match(type, form)) << type;
+    boundaries.insert(type);
+    EXPECT_THAT(request.body, testing::HasSubstr("; name=\"a \"b\"\"\r\n\r\nc\r\n"));
+  }
+  EXPECT_EQ(boundaries.size(), 2U);
 }
 
 TEST_F(TransportTest, PatchesWithTextJsonOrNothing) {

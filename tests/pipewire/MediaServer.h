@@ -1,13 +1,11 @@
 #pragma once
 
-#include "tests/pipewire/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <optional>
 #include <stdexcept>
-#include <thread>
 
 #include <gio/gio.h>
 
@@ -43,25 +41,18 @@ private:
     ::unsetenv("PIPEWIRE_REMOTE");
     ::unsetenv("PIPEWIRE_RUNTIME_DIR");
     server_.emplace(std::vector<std::string>{"pipewire"}, folder_.path("pipewire.log"));
-    waitFor(folder_.path("run/pipewire-0"));
+    if (!comesToHold([this] { return std::filesystem::exists(folder_.path("run/pipewire-0")); }))
+      throw std::runtime_error("the media server does not start");
     manager_.emplace(std::vector<std::string>{"wireplumber"}, folder_.path("wireplumber.log"));
     // A camera that comes before the manager is ready is overlooked.
-    for (int i = 0; std::system("pw-dump 2>/dev/null | grep -q metadata.name") != 0; i++) {
-      if (i == 100) throw std::runtime_error("the session manager does not start");
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
+    if (!comesToHold([] { return !std::system("pw-dump 2>/dev/null | grep -q metadata.name"); }))
+      throw std::runtime_error("the session manager does not start");
   }
   ~MediaServer() {
     manager_.reset();
     server_.reset();
     g_test_dbus_stop(bus_);
     g_object_unref(bus_);
-  }
-  static void waitFor(const std::string& file) {
-    for (int i = 0; !std::filesystem::exists(file); i++) {
-      if (i == 500) throw std::runtime_error("the media server does not start");
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
   }
 
   TemporaryFolder folder_;
@@ -88,10 +79,9 @@ public:
                  ",node.description=" + name +
                  (traits.location.empty() ? "" : ",api.libcamera.location=" + traits.location)},
             log_) {
-    for (int i = 0; TemporaryFolder::read(log_).find("New clock") == std::string::npos; i++) {
-      if (i == 500) throw std::runtime_error("the camera " + name + " does not start");
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
+    if (!comesToHold(
+            [this] { return TemporaryFolder::read(log_).find("New clock") != std::string::npos; }))
+      throw std::runtime_error("the camera " + name + " does not start");
   }
   ~VirtualCamera() {
     unplug();

@@ -1,3 +1,4 @@
+#include "platform/AVFoundation/CameraPortal.h"
 #include "tests/pipewire/AccessDialogueGio.h"
 #include "tests/pipewire/PipeWireFixture.h"
 #include "tests/support/ScopedEnvironment.h"
@@ -17,6 +18,8 @@ protected:
                                                 "\nInterfaces=org.freedesktop.impl.portal.Access\n"
                                                 "UseIn=zuvitest\n");
     folder.write("portals/zuvitest-portals.conf", "[preferred]\ndefault=zuvitest\n");
+    // No answer outlives its test.
+    const test::ScopedEnvironment data("XDG_DATA_HOME", folder.path("data"));
     store_.emplace(std::vector<std::string>{"/usr/libexec/xdg-permission-store"},
                    test::MediaServer::instance().folder().path("store.log"));
     // Of this desktop only the test's dialogue is there.
@@ -25,19 +28,22 @@ protected:
     portal_.emplace(std::vector<std::string>{"/usr/libexec/xdg-desktop-portal"},
                     test::MediaServer::instance().folder().path("portal.log"));
   }
-  int ask() {
-    std::atomic<int> answer = -1;
-    AVCaptureDevice::requestAccess([&](bool granted) { answer = granted; });
-    EXPECT_TRUE(time.waitUntil([&] { return answer >= 0; }));
+  /// 1 granted, 0 refused, -1 no answer yet.
+  static std::shared_ptr<std::atomic<int>> startAsking() {
+    auto answer = std::make_shared<std::atomic<int>>(-1);
+    AVCaptureDevice::requestAccess([answer](bool granted) { *answer = granted; });
     return answer;
+  }
+  int ask() {
+    const auto answer = startAsking();
+    EXPECT_TRUE(time.waitUntil([&] { return *answer >= 0; }));
+    return *answer;
   }
   bool servesEach(const std::string& front, const std::string& back) {
     return serves(Position::Front, front) && serves(Position::Back, back);
   }
 
   test::AccessDialogue dialogue;
-
-private:
   std::optional<test::ChildProcess> store_, portal_;
 };
 
@@ -58,6 +64,21 @@ TEST_F(DesktopPortalTest, EachSideIsServedByTheCamerasThatTheUserHandsOver) {
   EXPECT_EQ(colourOf(*documents), "blue");
   EXPECT_EQ(colourOf(*recorder), "red");
   EXPECT_TRUE(servesEach("Front", "Back"));
+}
+
+TEST_F(DesktopPortalTest, NoPortalIsANo) {
+  const VirtualCamera camera("Webcam", {}); // without one nobody is asked
+  dialogue.hesitates = true;
+  const auto answer = startAsking();
+  EXPECT_TRUE(time.waitUntil([&] { return dialogue.shown == 1; }));
+  EXPECT_EQ(*answer, -1);
+  portal_.reset(); // below the open dialogue
+  EXPECT_TRUE(time.waitUntil([&] { return *answer == 0; }));
+  EXPECT_EQ(ask(), 0) << "it is not there any more";
+  const test::ScopedEnvironment nowhere("DBUS_SESSION_BUS_ADDRESS",
+                                        std::string("unix:path=/nonexistent"));
+  EXPECT_EQ(ask(), 0) << "not even a bus";
+  EXPECT_EQ(CameraPortal::openCameras(), -1);
 }
 
 } // namespace

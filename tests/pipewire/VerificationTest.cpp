@@ -1,53 +1,31 @@
+#include "tests/demo/ProgramFixture.h"
 #include "tests/pipewire/MediaServer.h"
-#include "tests/sandbox/ServerFixture.h"
 
 namespace zuvi::sandbox::test {
 namespace {
 
-using zuvi::test::ChildProcess;
 using zuvi::test::MediaServer;
 using zuvi::test::VirtualCamera;
 
-/// The real program with this machine's cameras and a sandbox. A script does what the person does.
-class VerificationTest : public ServerFixture {
+/// The real program with this machine's cameras.
+class VerificationTest : public ProgramFixture {
 protected:
-  VerificationTest() {
-    MediaServer::instance();
-    ServerOptions options;
-    options.merchants = *Merchants::fromText(R"({"demo": {"name": "Casa", "photo": "",
-        "configurations": [{"color": "blue", "language": "en",
-        "documents": {"required": ["driving-license"], "optional": []}}]}})");
+  void SetUp() override {
     // An upload that is over at once is not seen by the script.
-    options.failRules = *FailPlan::parse({"identity:*:delay=0.5", "document:*:delay=0.5"});
-    start(std::move(options));
+    startWith({"identity:*:delay=0.5", "document:*:delay=0.5"},
+              *Merchants::fromText(R"({"demo": {"name": "Casa", "photo": "",
+                  "configurations": [{"color": "blue", "language": "en",
+                  "documents": {"required": ["driving-license"], "optional": []}}]}})"));
   }
-  /// `MARK` in the script stands for the folder of dumps.
-  void launch(std::string script) {
-    for (auto at = script.find("MARK"); at != std::string::npos; at = script.find("MARK"))
-      script.replace(at, 4, folder_.path());
-    program_.emplace(std::vector<std::string>{ZUVI_DEMO_PROGRAM, "--client-id", "demo", "--server",
-                                              server_->address() + "/", "--tracking",
-                                              server_->address() + "/track/", "--cameras", "real",
-                                              "--offscreen", "--drive",
-                                              folder_.write("a.drive", script)},
-                     folder_.path("program.log"));
-  }
-  /// Waits until the script dumps under that name.
-  bool reaches(const std::string& name) {
-    for (int i = 0; i < 3000 && program_->isRunning(); i++) {
-      if (std::filesystem::exists(folder_.path(name))) return true;
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return std::filesystem::exists(folder_.path(name));
-  }
-  std::string log() const { return zuvi::test::TemporaryFolder::read(folder_.path("program.log")); }
+  void verify(const std::string& script) { launch(script, {"--cameras", "real", "--offscreen"}); }
 
-  std::optional<ChildProcess> program_;
+  const zuvi::test::ScopedEnvironment media_{"XDG_RUNTIME_DIR",
+                                             MediaServer::instance().folder().path("run")};
 };
 
 TEST_F(VerificationTest, TakesItsFilmInFrontAndItsDocumentsAtTheBack) {
   const VirtualCamera front("Front", {"front", "red"}), back("Back", {"back", "blue"});
-  launch(R"(tap launchButton
+  verify(R"(tap launchButton
 wait ZVMainViewController
 tap bottomButton
 wait ZVLiveCameraViewController
@@ -68,12 +46,12 @@ wait ZVVerifiedViewController 30
 tap bottomButton
 outcome 10
 )");
-  EXPECT_EQ(program_->wait(), 0) << log();
+  EXPECT_TRUE(endsWell());
 }
 
 TEST_F(VerificationTest, GoesOnWithCamerasThatWerePulledOutOnEachScreen) {
   std::optional<VirtualCamera> camera(std::in_place, "Webcam", VirtualCamera::Traits{});
-  launch(R"(tap launchButton
+  verify(R"(tap launchButton
 wait ZVMainViewController
 tap bottomButton
 wait ZVLiveCameraViewController
@@ -109,13 +87,13 @@ tap bottomButton
 outcome 10
 )");
   for (const auto& [before, after] : {std::pair("filming", "lost"), {"document", "lost-again"}}) {
-    ASSERT_TRUE(reaches(before)) << log();
+    ASSERT_NE(dumped(before), "");
     camera->unplug();
-    ASSERT_TRUE(reaches(after)) << log();
+    ASSERT_NE(dumped(after), "");
     camera.reset();
     camera.emplace("Webcam", VirtualCamera::Traits{});
   }
-  EXPECT_EQ(program_->wait(), 0) << log();
+  EXPECT_TRUE(endsWell());
 }
 
 } // namespace

@@ -88,13 +88,7 @@ TEST_F(KernelCameraTest, PreviewsPhotographsAndFilms) {
     EXPECT_NEAR(facts.seconds, 7, 1);
     EXPECT_GE(facts.frames, 7);
 
-    // A session for stills alone, on the same camera.
-    Rig document(nullptr);
-    document.session = make<AVCaptureSession>();
-    document.stills = make<AVCaptureStillImageOutput>();
-    document.input = AVCaptureDeviceInput::withDevice(device);
-    document.session->addInput(document.input);
-    document.session->addOutput(document.stills);
+    StillRig document(device); // on the same camera
     document.session->startRunning();
     EXPECT_TRUE(time.waitUntil(
         [&] {
