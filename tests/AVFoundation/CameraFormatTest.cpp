@@ -4,6 +4,7 @@
 #include "tests/AVFoundation/CameraFixture.h"
 #include "tests/AVFoundation/MediaReaderGStreamer.h"
 #include "tests/AVFoundation/StandInCameraGStreamer.h"
+#include "tests/UIKit/Pixels.h"
 
 #include <gmock/gmock.h>
 
@@ -55,12 +56,9 @@ protected:
     return still->jpeg ? decodeImage(*still->jpeg) : nullptr;
   }
   /// The pixel there, in parts of the whole.
-  static Rgb at(const CGImage& image, double x, double y) {
-    const auto pixels = image.pixels();
-    const auto* bgra =
-        pixels.bytes() +
-        (std::size_t(y * image.height()) * image.width() + std::size_t(x * image.width())) * 4;
-    return {bgra[2], bgra[1], bgra[0]};
+  static Rgb at(const std::shared_ptr<const CGImage>& image, double x, double y) {
+    const auto pixel = test::Pixels(image).at(x * image->width(), y * image->height());
+    return {pixel.red, pixel.green, pixel.blue};
   }
 };
 
@@ -113,7 +111,7 @@ TEST_F(CameraFormatTest, EveryFormGivesTruePictures) {
     EXPECT_EQ(Size(still->width(), still->height()), size);
     for (const auto& image : {std::shared_ptr<const CGImage>(still), layer->contents()})
       for (const bool left : {true, false}) {
-        const auto pixel = at(*image, left ? 0.25 : 0.75, 0.5);
+        const auto pixel = at(image, left ? 0.25 : 0.75, 0.5);
         const int strong = pixel[left ? 0 : 2], weak = pixel[left ? 2 : 0];
         EXPECT_EQ(strong - weak > 100, coloured) << left << strong << weak;
       }
@@ -146,7 +144,7 @@ protected:
     for (const auto& image : {std::shared_ptr<const CGImage>(still), layer->contents()}) {
       EXPECT_EQ(Size(image->width(), image->height()), size);
       for (const double side : {0.2, 0.8}) {
-        const auto above = at(*image, side, 0.25), below = at(*image, side, 0.75);
+        const auto above = at(image, side, 0.25), below = at(image, side, 0.75);
         EXPECT_GT((above[0] - below[0]) * (redAbove ? 1 : -1), 100);
       }
     }
@@ -195,7 +193,7 @@ TEST_F(UprightTest, PreviewOfTheFrontIsAMirrorAndPicturesAreNot) {
     ASSERT_TRUE(time.waitUntil([&] { return layer->contents() != nullptr; }));
     EXPECT_EQ(layer->contentsMirrored(), side == AVCaptureDevicePosition::Front);
     const auto still = photograph(rig);
-    EXPECT_GT(at(*still, 0.2, 0.5)[0], at(*still, 0.8, 0.5)[0]);
+    EXPECT_GT(at(still, 0.2, 0.5)[0], at(still, 0.8, 0.5)[0]);
 
     layer->connection()->automaticallyAdjustsVideoMirroring = false;
     layer->connection()->videoMirrored = side == AVCaptureDevicePosition::Back;

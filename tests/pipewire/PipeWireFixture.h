@@ -3,6 +3,7 @@
 #include "platform/AVFoundation/SystemCameraProvider.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "tests/AVFoundation/CameraFixture.h"
+#include "tests/UIKit/Pixels.h"
 #include "tests/pipewire/MediaServer.h"
 
 namespace zuvi {
@@ -31,11 +32,8 @@ protected:
     if (!still->jpeg) return still->error ? still->error->description : "not answered";
     const auto image = decodeImage(*still->jpeg);
     if (!image) return "no picture";
-    const std::size_t middle =
-        std::size_t(image->height() / 2) * image->width() + image->width() / 2;
-    const Data pixels = image->pixels();
-    const auto* pixel = pixels.bytes() + middle * 4;
-    const int blue = pixel[0], green = pixel[1], red = pixel[2];
+    const auto [red, green, blue, alpha] =
+        test::Pixels(image).pixel(image->width() / 2, image->height() / 2);
     if (red > green && red > blue) return "red";
     return green > blue ? "green" : "blue";
   }
