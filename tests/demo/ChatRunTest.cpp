@@ -145,7 +145,8 @@ TEST_F(ChatRun, GoesOnWhereNoSandboxIsAllowed) {
   launch(intoTheFlow + intoTheChat + "dump MARK/chat\nsleep 1\n");
   dumped("chat");
   EXPECT_EQ(processes("WebKitWebProces", program_->id()).size(), 1U);
-  EXPECT_TRUE(processes("bwrap", program_->id()).empty()) << "it would end the program on such a machine";
+  EXPECT_TRUE(processes("bwrap", program_->id()).empty())
+      << "it would end the program on such a machine";
   ASSERT_TRUE(endsWell());
 }
 
