@@ -138,6 +138,13 @@ TEST_F(CameraLossTest, CameraThatComesLateIsTakenUp) {
   back->fails = false;
   time.advance(2.5);
   EXPECT_EQ(notice(), "");
+  back->fails = true; // pulled out, and listed all the same
+  back->unplug();
+  time.advance(10);
+  EXPECT_EQ(notice(), localized("cameraGone"));
+  back->fails = false;
+  time.advance(2.5);
+  EXPECT_EQ(notice(), "");
   shoot(jpeg(0));
   arrive("ZVVerifiedViewController");
 }

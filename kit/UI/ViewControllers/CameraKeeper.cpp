@@ -65,10 +65,11 @@ void CameraKeeper::lose(const Error& error) {
   if (session_->isRunning()) return;
   // Who may not use the camera is told so where it is asked for.
   if (error.code == AVErrorNotAuthorized) return lookAgain();
-  const bool listed = session_->input() && isListed(*session_->input()->device());
-  const char* loss = gave || !listed ? "cameraGone" : "cameraFails";
-  if (std::exchange(loss_, loss) != loss && onShow_) say(loss);
   lookAgain();
+  if (loss_) return; // what happened first is what matters; attempts since then fail as they may
+  const bool listed = session_->input() && isListed(*session_->input()->device());
+  loss_ = gave || !listed ? "cameraGone" : "cameraFails";
+  if (onShow_) say(loss_);
 }
 
 /// Takes up a camera that is there and not in use.
