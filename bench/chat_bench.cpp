@@ -17,6 +17,7 @@
 #include "tests/UIKit/Pixels.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -17,6 +17,7 @@
 #include "tests/support/ScriptedWebEngine.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>

@@ -4,6 +4,7 @@
 #include "bench/Measure.h"
 #include "platform/ImageIO/CGImageSource.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>

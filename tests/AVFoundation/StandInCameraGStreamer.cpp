@@ -6,6 +6,7 @@
 #include "platform/Foundation/Make.h"
 #include "tests/AVFoundation/MediaReaderGStreamer.h"
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 

@@ -3,6 +3,8 @@
 #include "sandbox/core/tls/ServerCredentials.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <algorithm>
+
 namespace zuvi::test {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "tests/WebKit/WebFixtureGtk.h"
 
+#include <algorithm>
+
 namespace zuvi::test {
 
 namespace {

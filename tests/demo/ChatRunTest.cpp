@@ -2,6 +2,8 @@
 
 #include "tests/demo/ProgramFixture.h"
 
+#include <algorithm>
+
 namespace zuvi::sandbox::test {
 namespace {
 

@@ -14,6 +14,8 @@
 #include "platform/UIKit/UIWindow.h"
 #include "tests/kit/KitTest.h"
 
+#include <algorithm>
+
 namespace zuvi {
 
 /// A host with the launch button on its only screen, and a person who taps through the flow.
