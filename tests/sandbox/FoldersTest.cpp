@@ -3,6 +3,7 @@
 #include "sandbox/core/tls/ServerCredentials.h"
 #include "tests/sandbox/ServerFixture.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 
 namespace zuvi::sandbox::test {
