@@ -6,41 +6,63 @@
 #include "platform/Foundation/Print.h"
 
 #include <algorithm>
+#include <future>
+#include <poll.h>
 #include <thread>
 #include <unistd.h>
 
 namespace zuvi {
 
+namespace {
+
+// Milliseconds until a media server that is not there is looked for again, twice as long each time
+// until one stayed for the longest of these.
+constexpr int firstSearch = 1000, longestSearch = 60000;
+
+void endCamera(const std::string& key) {
+  CameraSource::endFor(
+      key, {AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera is gone."});
+}
+
+} // namespace
+
 /// Something that lists devices and tells on its bus how the list changes.
 struct DeviceWatch::Source {
-  GstRef<GstObject> owner;
+  GstRef<GstDeviceMonitor> monitor;
+  GstRef<GstDeviceProvider> provider;
   GstRef<GstBus> bus;
   GList* devices = nullptr;  ///< at the beginning; whoever takes them frees the list
   GstClockTime patience = 0; ///< how long the first of them may take
 
+  Source() = default;
+  Source(Source&&) = default;
+  ~Source() {
+    if (monitor) gst_device_monitor_stop(monitor.get());
+    if (provider) gst_device_provider_stop(provider.get());
+  }
+
   static Source machine() {
-    GstRef<GstDeviceMonitor> monitor(gst_device_monitor_new());
-    gst_device_monitor_add_filter(monitor.get(), "Video/Source", nullptr);
-    Source source{nullptr, GstRef<GstBus>(gst_device_monitor_get_bus(monitor.get()))};
-    if (gst_device_monitor_start(monitor.get()))
-      source.devices = gst_device_monitor_get_devices(monitor.get());
-    source.owner.reset(GST_OBJECT(monitor.release()));
+    Source source;
+    source.monitor.reset(gst_device_monitor_new());
+    gst_device_monitor_add_filter(source.monitor.get(), "Video/Source", nullptr);
+    source.bus.reset(gst_device_monitor_get_bus(source.monitor.get()));
+    if (gst_device_monitor_start(source.monitor.get()))
+      source.devices = gst_device_monitor_get_devices(source.monitor.get());
     return source;
   }
 
   static Source remote(int descriptor) {
-    GstRef<GstDeviceProvider> provider(
-        gst_device_provider_factory_get_by_name("pipewiredeviceprovider"));
-    if (!provider) {
+    Source source;
+    source.provider.reset(gst_device_provider_factory_get_by_name("pipewiredeviceprovider"));
+    if (!source.provider) {
       print("Cameras behind the portal need the package gstreamer1.0-pipewire.");
       ::close(descriptor);
-      return {};
+      return source;
     }
-    g_object_set(provider.get(), "fd", descriptor, nullptr);
-    Source source{nullptr, GstRef<GstBus>(gst_device_provider_get_bus(provider.get()))};
-    if (gst_device_provider_start(provider.get()))
-      source.devices = gst_device_provider_get_devices(provider.get());
-    source.owner.reset(GST_OBJECT(provider.release()));
+    g_object_set(source.provider.get(), "fd", descriptor, nullptr);
+    source.bus.reset(gst_device_provider_get_bus(source.provider.get()));
+    if (gst_device_provider_start(source.provider.get()))
+      source.devices = gst_device_provider_get_devices(source.provider.get());
     source.patience = 2 * GST_SECOND;
     return source;
   }
@@ -49,7 +71,7 @@ struct DeviceWatch::Source {
 DeviceWatch& DeviceWatch::machine() {
   static auto& watch = *[] {
     auto* made = new DeviceWatch;
-    std::thread([made] { made->run(startGStreamer() ? Source::machine() : Source{}); }).detach();
+    std::thread([made] { made->watchMachine(); }).detach();
     return made;
   }();
   return watch;
@@ -57,10 +79,7 @@ DeviceWatch& DeviceWatch::machine() {
 
 DeviceWatch& DeviceWatch::remote(std::function<int()> connect) {
   auto* made = new DeviceWatch;
-  std::thread([made, connect = std::move(connect)] {
-    const int descriptor = connect();
-    made->run(descriptor >= 0 && startGStreamer() ? Source::remote(descriptor) : Source{});
-  }).detach();
+  std::thread([made, connect = std::move(connect)] { made->watchBehind(connect()); }).detach();
   return *made;
 }
 
@@ -87,10 +106,55 @@ std::vector<FoundCamera> DeviceWatch::cameras() const {
   return cameras;
 }
 
-void DeviceWatch::run(const Source& source) {
+void DeviceWatch::watchMachine() {
+  if (!startGStreamer()) return begin({});
+  int search = firstSearch;
+  for (auto link = MediaServerLink::toMachine();;) {
+    // What lists its devices does not survive the server.
+    const auto source = Source::machine();
+    begin(source);
+    if (link) {
+      const auto since = monotonicTime();
+      follow(source, link.get(), -1);
+      if (monotonicTime() - since >= longestSearch * GST_MSECOND) search = firstSearch;
+      link.reset();
+      serverHasGone();
+      continue; // with what there is without it
+    }
+    while (!link) {
+      follow(source, nullptr, search);
+      search = std::min(2 * search, longestSearch);
+      link = MediaServerLink::toMachine();
+    }
+  }
+}
+
+void DeviceWatch::watchBehind(int descriptor) {
+  if (descriptor < 0 || !startGStreamer()) return begin({});
+  const auto link = MediaServerLink::by(descriptor);
+  const auto source = Source::remote(descriptor);
+  begin(source);
+  if (!source.bus) return;
+  follow(source, link.get(), -1);
+  {
+    const std::lock_guard lock(mutex_);
+    failed_ = true;
+  }
+  serverHasGone();
+}
+
+/// Takes what `source` lists in place of what was known.
+void DeviceWatch::begin(const Source& source) {
+  decltype(found_) before;
+  {
+    const std::lock_guard lock(mutex_);
+    before = found_;
+  }
   for (auto* item = source.devices; item; item = item->next)
     add({GST_DEVICE(item->data), GstUnref()});
   g_list_free(source.devices);
+  for (const auto& [device, camera] : before)
+    remove(device.get());
   // A server may show what was granted a moment later.
   if (source.bus && cameras().empty()) hear(source, source.patience);
   {
@@ -99,8 +163,19 @@ void DeviceWatch::run(const Source& source) {
     failed_ = !source.bus;
   }
   announce();
-  while (source.bus && hear(source, GST_CLOCK_TIME_NONE))
-    announce();
+}
+
+/// Until the media server has ended, or for `patience` milliseconds; below 0 without limit.
+void DeviceWatch::follow(const Source& source, const MediaServerLink* link, int patience) {
+  GPollFD heard{};
+  gst_bus_get_pollfd(source.bus.get(), &heard);
+  for (;;) {
+    pollfd waiting[] = {{heard.fd, POLLIN, 0}, {link ? link->descriptor() : -1, 0, 0}};
+    const int ready = ::poll(waiting, 2, patience);
+    while (hear(source, 0))
+      announce();
+    if (ready == 0 || waiting[1].revents != 0) return;
+  }
 }
 
 bool DeviceWatch::hear(const Source& source, GstClockTime patience) {
@@ -145,10 +220,28 @@ void DeviceWatch::remove(GstDevice* device) {
     if (stillThere) return; // listed by another system as well
   }
   // Not every driver tells a pipeline that its camera was pulled out.
-  SerialQueue::camera().async([key] {
-    CameraSource::endFor(
-        key, {AVFoundationErrorDomain, AVErrorDeviceWasDisconnected, "The camera is gone."});
+  SerialQueue::camera().async([key] { endCamera(key); });
+}
+
+void DeviceWatch::serverHasGone() {
+  std::vector<std::string> gone;
+  {
+    const std::lock_guard lock(mutex_);
+    std::erase_if(found_, [&gone](const auto& one) {
+      const auto& element = one.second.element;
+      if (element.factory == "pipewiresrc") gone.push_back(element.key);
+      return element.factory == "pipewiresrc";
+    });
+  }
+  // Waits for them: all that speak to a server in this process share one connection, and as long
+  // as one has the old connection the others get it too.
+  std::promise<void> ended;
+  SerialQueue::camera().async([&] {
+    std::ranges::for_each(gone, endCamera);
+    ended.set_value();
   });
+  ended.get_future().wait();
+  announce();
 }
 
 void DeviceWatch::announce() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/AVFoundation/DevicesGStreamer.h"
+#include "platform/AVFoundation/MediaServerLink.h"
 
 #include <mutex>
 
@@ -19,7 +20,7 @@ public:
   /// Never destroyed.
   static DeviceWatch& remote(std::function<int()> connect);
 
-  /// Whether there is nothing to watch: the cameras can't be reached.
+  /// Whether there is nothing to watch: the cameras can't be reached, or no longer.
   bool hasFailed() const;
   /// Whether the cameras that were there at the beginning are known.
   bool isComplete() const;
@@ -29,10 +30,14 @@ public:
 private:
   struct Source;
   DeviceWatch() = default;
-  void run(const Source& source);
+  void watchMachine();
+  void watchBehind(int descriptor);
+  void begin(const Source& source);
+  void follow(const Source& source, const MediaServerLink* link, int patience);
   bool hear(const Source& source, GstClockTime patience);
   void add(const std::shared_ptr<GstDevice>& device);
   void remove(GstDevice* device);
+  void serverHasGone();
   static void announce();
 
   mutable std::mutex mutex_;

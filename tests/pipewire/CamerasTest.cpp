@@ -72,5 +72,21 @@ TEST_F(PipeWireTest, CameraThatVanishesWhileFilmingWorksAgainWhenItIsBack) {
   }
 }
 
+TEST_F(PipeWireTest, CamerasAreFoundAgainOnceTheMediaServerIsBack) {
+  auto& server = test::MediaServer::instance();
+  std::optional<VirtualCamera> camera(std::in_place, "Before", VirtualCamera::Traits{});
+  ASSERT_TRUE(serves(Position::Front, "Before"));
+  const auto rig = start(Position::Front);
+  ASSERT_TRUE(warm(*rig));
+  server.stop();
+  EXPECT_TRUE(time.waitUntil([&] { return failures == 1; }));
+  EXPECT_TRUE(time.waitUntil([&] { return AVCaptureDevice::devices().empty(); }));
+  camera.reset();
+  server.start();
+  camera.emplace("After", VirtualCamera::Traits{"", "blue"});
+  ASSERT_TRUE(serves(Position::Front, "After"));
+  EXPECT_EQ(colourOf(*start(Position::Front)), "blue");
+}
+
 } // namespace
 } // namespace zuvi

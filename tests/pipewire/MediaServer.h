@@ -22,6 +22,22 @@ public:
 
   const TemporaryFolder& folder() const { return folder_; }
 
+  /// Ends it, as an update of the system does; its cameras go with it.
+  void stop() {
+    manager_.reset();
+    server_.reset();
+  }
+  /// Returns once cameras may come.
+  void start() {
+    server_.emplace(std::vector<std::string>{"pipewire"}, folder_.path("pipewire.log"));
+    if (!comesToHold([] { return !std::system("pw-cli info 0 >/dev/null 2>&1"); }))
+      throw std::runtime_error("the media server does not start");
+    manager_.emplace(std::vector<std::string>{"wireplumber"}, folder_.path("wireplumber.log"));
+    // A camera that comes before the manager is ready is overlooked.
+    if (!comesToHold([] { return !std::system("pw-dump 2>/dev/null | grep -q metadata.name"); }))
+      throw std::runtime_error("the session manager does not start");
+  }
+
 private:
   MediaServer() {
     std::error_code none; // see tests.cmake
@@ -40,17 +56,10 @@ private:
     std::filesystem::permissions(folder_.path("run"), std::filesystem::perms::owner_all);
     ::unsetenv("PIPEWIRE_REMOTE");
     ::unsetenv("PIPEWIRE_RUNTIME_DIR");
-    server_.emplace(std::vector<std::string>{"pipewire"}, folder_.path("pipewire.log"));
-    if (!comesToHold([this] { return std::filesystem::exists(folder_.path("run/pipewire-0")); }))
-      throw std::runtime_error("the media server does not start");
-    manager_.emplace(std::vector<std::string>{"wireplumber"}, folder_.path("wireplumber.log"));
-    // A camera that comes before the manager is ready is overlooked.
-    if (!comesToHold([] { return !std::system("pw-dump 2>/dev/null | grep -q metadata.name"); }))
-      throw std::runtime_error("the session manager does not start");
+    start();
   }
   ~MediaServer() {
-    manager_.reset();
-    server_.reset();
+    stop();
     g_test_dbus_stop(bus_);
     g_object_unref(bus_);
   }

@@ -48,7 +48,12 @@ protected:
 };
 
 TEST_F(DesktopPortalTest, EachSideIsServedByTheCamerasThatTheUserHandsOver) {
-  const VirtualCamera front("Front", {"front", "red"}), back("Back", {"back", "blue"});
+  std::optional<VirtualCamera> front, back;
+  const auto plugIn = [&] {
+    front.emplace("Front", VirtualCamera::Traits{"front", "red"});
+    back.emplace("Back", VirtualCamera::Traits{"back", "blue"});
+  };
+  plugIn();
   ASSERT_TRUE(servesEach("portal:front", "portal:back")) << "nothing is known of them yet";
   const auto documents = start(Position::Back), recorder = start(Position::Front);
   dialogue.agrees = false;
@@ -63,6 +68,14 @@ TEST_F(DesktopPortalTest, EachSideIsServedByTheCamerasThatTheUserHandsOver) {
   EXPECT_EQ(AVCaptureDevice::authorizationStatus(), AVAuthorizationStatus::Authorized);
   EXPECT_EQ(colourOf(*documents), "blue");
   EXPECT_EQ(colourOf(*recorder), "red");
+  EXPECT_TRUE(servesEach("Front", "Back"));
+
+  auto& server = test::MediaServer::instance();
+  server.stop(); // and with it the connection that was granted
+  EXPECT_TRUE(servesEach("portal:front", "portal:back"));
+  server.start();
+  plugIn();
+  EXPECT_EQ(ask(), 1);
   EXPECT_TRUE(servesEach("Front", "Back"));
 }
 
