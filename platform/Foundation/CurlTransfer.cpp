@@ -17,6 +17,7 @@ namespace zuvi {
 namespace {
 
 constexpr int mostRedirects = 10;
+constexpr long longestIdle = 1; // seconds, before an upload
 constexpr long uploadBuffer = 512L << 10; // films are long; the usual 64 KiB cost a third more time
 constexpr std::size_t longestBody = std::size_t{256} << 20; // an endless answer must end somewhere
 
@@ -198,6 +199,9 @@ void CurlTransfer::setMethod() {
     set(easy, CURLOPT_READDATA, this);
     set(easy, CURLOPT_SEEKFUNCTION, &Callbacks::seek);
     set(easy, CURLOPT_SEEKDATA, this);
+    // A server closes idle connections. The library may notice that over TLS only when it has sent
+    // something, and then an upload may have arrived and isn't sent again.
+    set(easy, CURLOPT_MAXAGE_CONN, longestIdle);
     if (method != "POST") set(easy, CURLOPT_CUSTOMREQUEST, method.c_str());
   } else if (method == "HEAD") {
     set(easy, CURLOPT_NOBODY, 1L);

@@ -2,6 +2,8 @@
 #include "tests/support/SessionFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <thread>
+
 namespace zuvi {
 namespace {
 
@@ -52,6 +54,17 @@ TEST_F(URLSessionTrustTest, ABadCertificateSeesNoRequest) {
     EXPECT_FALSE(outcome.data);
     EXPECT_TRUE(server.requests().empty());
   }
+}
+
+TEST_F(URLSessionTrustTest, AnUploadArrivesAfterTheServerClosedTheIdleConnection) {
+  const LoopbackServer server(welcome, good_, 1);
+  EXPECT_EQ(send(to(server.url("/"))).code(), 0);
+  std::this_thread::sleep_for(std::chrono::milliseconds(2200)); // the server's own clock
+  auto request = to(server.url("/"));
+  request.httpMethod = "POST";
+  request.httpBody = HTTPBody{Data(std::string(4 << 20, 'f'))};
+  const auto outcome = send(request);
+  EXPECT_EQ(outcome.code(), 0) << outcome.text();
 }
 
 TEST_F(URLSessionTrustTest, AnAuthorityIsTrustedNoLongerThanItIsNamed) {

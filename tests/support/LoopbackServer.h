@@ -33,10 +33,12 @@ public:
 
   /// With credentials it speaks HTTPS.
   explicit LoopbackServer(Handler handler,
-                          const std::optional<sandbox::TlsCredentials>& tls = std::nullopt)
+                          const std::optional<sandbox::TlsCredentials>& tls = std::nullopt,
+                          unsigned idleSeconds = 60)
       : handler_(std::move(handler)), scheme_(tls ? "https://" : "http://") {
     sandbox::HttpOptions options;
     options.tls = tls;
+    options.idleSeconds = idleSeconds;
     server_ = *sandbox::HttpServer::listen(std::move(options));
     if (!server_->serve([this](const Request& request) { return answer(request); }))
       throw std::runtime_error("the loopback server does not start");

@@ -25,7 +25,6 @@ struct HttpServer::State {
 
 namespace {
 
-constexpr unsigned idleSeconds = 60;
 // Large enough that a film does not arrive in crumbs.
 constexpr std::size_t connectionMemory = 512 << 10;
 
@@ -230,12 +229,12 @@ Result<Done> HttpServer::serve(Handler handler) {
     tls.push_back({MHD_OPTION_HTTPS_MEM_CERT, 0, state.options.tls->certificate.data()});
   }
   tls.push_back({MHD_OPTION_END, 0, nullptr});
-  state.daemon = MHD_start_daemon(flags, 0, nullptr, nullptr, &onAccess<State>, &state, //
-                                  MHD_OPTION_LISTEN_SOCKET, state.socket.descriptor,    //
-                                  MHD_OPTION_URI_LOG_CALLBACK, &beginExchange, nullptr, //
-                                  MHD_OPTION_NOTIFY_COMPLETED, &endExchange, nullptr,   //
-                                  MHD_OPTION_CONNECTION_TIMEOUT, idleSeconds,           //
-                                  MHD_OPTION_CONNECTION_MEMORY_LIMIT, connectionMemory, //
+  state.daemon = MHD_start_daemon(flags, 0, nullptr, nullptr, &onAccess<State>, &state,     //
+                                  MHD_OPTION_LISTEN_SOCKET, state.socket.descriptor,        //
+                                  MHD_OPTION_URI_LOG_CALLBACK, &beginExchange, nullptr,     //
+                                  MHD_OPTION_NOTIFY_COMPLETED, &endExchange, nullptr,       //
+                                  MHD_OPTION_CONNECTION_TIMEOUT, state.options.idleSeconds, //
+                                  MHD_OPTION_CONNECTION_MEMORY_LIMIT, connectionMemory,     //
                                   MHD_OPTION_ARRAY, tls.data(), MHD_OPTION_END);
   if (state.daemon == nullptr) return Error{"cannot start the HTTP server"};
   // The library closes it from here on.
