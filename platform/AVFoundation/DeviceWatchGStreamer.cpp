@@ -98,8 +98,8 @@ std::vector<FoundCamera> DeviceWatch::cameras() const {
   const std::lock_guard lock(mutex_);
   for (const auto& [device, camera] : found_) {
     // One device may be listed by more than one system.
-    const bool known = std::ranges::any_of(cameras, [&camera = camera](const auto& other) {
-      return other.element.key == camera.element.key;
+    const bool known = std::ranges::any_of(cameras, [&key = camera.element.key](const auto& other) {
+      return other.element.key == key;
     });
     if (!known && !camera.element.factory.empty()) cameras.push_back(camera);
   }

@@ -67,7 +67,7 @@ std::optional<Value> read(const pugi::xml_node& node, int depth) {
   const std::string_view type = node.name();
   if (type == "dict") return readDictionary(node, depth);
   if (type == "array") return readList(node, depth);
-  const std::string text = node.child_value();
+  std::string text = node.child_value();
   if (type == "string") return text;
   if (type == "true") return true;
   if (type == "false") return false;

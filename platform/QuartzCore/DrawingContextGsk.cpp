@@ -110,6 +110,7 @@ void DrawingContext::fillGradient(const CGRect& rect, const std::vector<CGColor>
   if (rect.isEmpty() || colors.empty()) return;
   if (colors.size() == 1) return fill(rect, colors.front());
   std::vector<GskColorStop> stops;
+  stops.reserve(colors.size());
   for (std::size_t i = 0; i < colors.size(); i++)
     stops.push_back({float(i) / float(colors.size() - 1), toGdk(colors[i])});
   const graphene_rect_t area = toGraphene(rect);

@@ -94,7 +94,7 @@ private:
     for (const auto& [view, box] : boxes_) {
       const Axis& axis = box.horizontal;
       if (!view->maximumWidth || *axis.size <= *view->maximumWidth) continue;
-      Axis narrow{{}, *axis.min + *axis.size / 2, {}, *view->maximumWidth};
+      Axis narrow{{}, *axis.min + *axis.size / 2, {}, view->maximumWidth};
       narrow.derive();
       limited_.emplace(view, narrow);
     }

@@ -18,7 +18,7 @@ std::function<void()> runTransition(bool animated, TimeInterval duration,
   }
   UIApplication::shared().beginIgnoringInteractionEvents();
   auto pending = std::make_shared<std::function<void()>>(std::move(done));
-  const auto finish = [pending] {
+  auto finish = [pending] {
     if (!*pending) return;
     const auto ended = std::exchange(*pending, nullptr);
     UIApplication::shared().endIgnoringInteractionEvents();

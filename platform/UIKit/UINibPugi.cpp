@@ -179,7 +179,7 @@ private:
     for (const auto& [name, constraint, node] : constraintOutlets_) {
       const auto declared =
           std::find_if(declaration_.constraints_.begin(), declaration_.constraints_.end(),
-                       [&name = name](const auto& o) { return o.name == name; });
+                       [&wanted = name](const auto& o) { return o.name == wanted; });
       if (declared == declaration_.constraints_.end())
         return refuse(node, "the owner has no outlet " + name);
       if (declared->connected) return refuse(node, "the outlet " + name + " is connected twice");
@@ -192,8 +192,8 @@ private:
     for (const auto& outlet : declaration_.constraints_)
       if (!outlet.connected) refuse(root, "the outlet " + outlet.name + " is missing");
     for (const auto& [name, run] : declaration_.actions_)
-      if (std::none_of(views_.begin(), views_.end(), [&name = name](const Named& named) {
-            return named.node.attribute("action").value() == name;
+      if (std::none_of(views_.begin(), views_.end(), [&wanted = name](const Named& named) {
+            return named.node.attribute("action").value() == wanted;
           }))
         refuse(root, "the action " + name + " is missing");
   }

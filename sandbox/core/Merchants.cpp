@@ -48,6 +48,7 @@ std::optional<std::string> Merchants::answer(std::string_view clientId,
 
 std::vector<std::string> Merchants::clientIds() const {
   std::vector<std::string> ids;
+  ids.reserve(answers_.size());
   for (const auto& [id, answer] : answers_)
     ids.push_back(id);
   return ids;

@@ -36,7 +36,8 @@ Result<Arguments> split(const std::vector<std::string>& texts) {
     }
     auto* place = placeOf(name, arguments);
     if (place == nullptr && name != "--fail") return Error{"there is no option " + name};
-    if (++i == texts.size() || texts[i].empty()) return Error{name + " lacks its value"};
+    ++i;
+    if (i == texts.size() || texts[i].empty()) return Error{name + " lacks its value"};
     if (place == nullptr) {
       arguments.failRules.push_back(texts[i]);
     } else if (*place) {

@@ -84,6 +84,7 @@ std::optional<std::vector<ChatLine>> ChatRoom::linesAfter(const std::string& vis
 std::vector<ChatRoom::Conversation> ChatRoom::conversations() const {
   const std::lock_guard lock(mutex_);
   std::vector<Conversation> all;
+  all.reserve(conversations_.size());
   for (const auto& [id, conversation] : conversations_)
     all.push_back(conversation);
   return all;
