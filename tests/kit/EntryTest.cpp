@@ -4,6 +4,7 @@
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Public/ZVKYCButton.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/UIKit/UINib.h"
 #include "platform/UIKit/UITabBarController.h"
 #include "platform/UIKit/UIWindow.h"
 #include "tests/kit/KitTest.h"
@@ -68,8 +69,6 @@ TEST_F(SessionEntryTest, HoldsNoDelegateAndTellsNoneWithoutAnIdentity) {
 
 class LaunchButtonTest : public KitTest {
 protected:
-  LaunchButtonTest() { registerZVFonts(); }
-
   static std::shared_ptr<UILabel> labelOf(const UIView& button) {
     return std::dynamic_pointer_cast<UILabel>(button.subviews().back());
   }
@@ -102,6 +101,54 @@ TEST_F(LaunchButtonTest, FollowsTheMerchant) {
   setMerchant(R"({"configurations":[{"color":"green","language":"fr"}]})");
   expect(spanish, UIColor::bytes(0, 178, 87)); // translated once, not again
   EXPECT_EQ(*make<ZVKYCButton>()->title, localized("login")) << "a later button is right at once";
+}
+
+TEST_F(LaunchButtonTest, StandsInAHostsNib) {
+  // Each test is a process of its own: nobody has registered yet.
+  folder.write("Host.xml", R"(<nib owner="Host"><ZVKYCButton title="Mine" background="#FF0000"
+      frame="0 0 280 60"/></nib>)");
+  const auto loaded =
+      UINib("Host", std::make_shared<Bundle>(folder.path())).instantiate(NibDeclaration());
+  const auto button = std::dynamic_pointer_cast<ZVKYCButton>(loaded.view);
+  ASSERT_TRUE(button) << loaded.error;
+  EXPECT_FALSE(button->UIButton::title());
+  EXPECT_EQ(button->backgroundColor(), UIColor::bytes(33, 150, 243));
+  button->layoutIfNeeded();
+  const auto label = labelOf(*button);
+  button->title = "A title that is much too long for its button";
+  EXPECT_TRUE(label->isClipped()) << "it does not shrink";
+  UIScreen::main().setTextScale(1.5);
+  button->title = "Iniciar sesión";
+  button->setNeedsLayout();
+  button->layoutIfNeeded();
+  EXPECT_FALSE(label->isClipped());
+  UIScreen::main().setTextScale(1);
+  EXPECT_EQ(label->font()->pointSize(), 16);
+  registerZVFonts();
+  EXPECT_EQ(label->font()->name(), "SFProText-Regular");
+  EXPECT_EQ(label->font()->pointSize(), 16);
+
+  // Never laid out for less than 200 x 30.
+  const auto frames = [&](const CGRect& frame) {
+    button->setFrame(frame);
+    button->layoutIfNeeded();
+    std::vector<CGRect> all;
+    for (const auto& part : button->subviews())
+      if (part->frame().width > 0 && part != button->titleLabel()) all.push_back(part->frame());
+    return all;
+  };
+  const auto small = frames({0, 0, 100, 20});
+  EXPECT_EQ(small, frames({0, 0, 200, 30}));
+  ASSERT_EQ(small.size(), 3U);
+  const double margin = 200 * 24 / 344.0, left = 2 * margin + 200 * 26 / 334.0 + 4;
+  const double mark = 200 * 27 / 344.0;
+  const CGRect expected[] = {
+      {0, 0, left, 30}, {200 - mark - margin, 4, mark, 22}, {left, 0, 200 - 2 * left, 30}};
+  for (int i = 0; i < 3; i++) {
+    EXPECT_NEAR(small[i].x, expected[i].x, 1e-9) << i;
+    EXPECT_NEAR(small[i].width, expected[i].width, 1e-9) << i;
+    EXPECT_NEAR(small[i].height, expected[i].height, 1e-9) << i;
+  }
 }
 
 TEST_F(LaunchButtonTest, StartsNothingBeforeItMay) {
