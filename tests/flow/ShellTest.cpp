@@ -1,9 +1,10 @@
 // The frame of the flow: what steps publish, its buttons, the keyboard, and the plain screens.
 
 #include "kit/Helper/LiveChat/LiveChat.h"
+#include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/LiveChat/Manager.h"
 #include "kit/Helper/ZVLocalization.h"
-#include "kit/UI/ViewControllers/ZVMainViewController.h"
+#include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 #include "kit/UI/Views/ZVDocumentButton.h"
 #include "platform/Foundation/UserDefaults.h"
 #include "platform/UIKit/UIAlertController.h"
@@ -61,6 +62,97 @@ TEST_F(ShellTest, MakesRoomForTheKeyboard) {
   EXPECT_EQ(space(), 250);
   post(UIKeyboardWillHideNotification, keyboard, 0);
   EXPECT_EQ(space(), 40);
+
+  // What a step has at its lower end stays clear of the bar.
+  const auto review = make<ZVCardVerifyViewController>();
+  shell().mainNC()->pushViewController(review, true);
+  settle();
+  const auto bar = [] { return shell().bottomView.lock()->frame().minY(); };
+  const auto end = [](const UIView& view) { return view.convertToScreen(view.bounds()).maxY(); };
+  post(UIKeyboardWillShowNotification, keyboard, 0);
+  post(UIKeyboardWillHideNotification, keyboard, 0);
+  EXPECT_LT(end(*review->retakeButton.lock()), bar());
+  tap("retakeButtonTap");
+  EXPECT_EQ(top(), "ZVMainViewController");
+  const auto camera = make<ZVKYCCameraViewController>();
+  shell().mainNC()->pushViewController(camera, true);
+  settle();
+  post(UIKeyboardWillShowNotification, keyboard, 0);
+  post(UIKeyboardWillHideNotification, keyboard, 0);
+  EXPECT_LT(end(*camera->cardLabel2.lock()), bar());
+  shell().showLiveView = true; // the bar is out of the way
+  EXPECT_GT(end(*camera->cardLabel2.lock()), bar());
+}
+
+TEST_F(ShellTest, GoesOnWhereItWasWhenTheWindowWasHidden) {
+  registerMerchant(R"({"required":["passport"]})");
+  const auto blink = [&](const std::function<void()>& meanwhile = [] {}) {
+    const std::string before = top();
+    window->setVisible(false);
+    settle();
+    meanwhile();
+    EXPECT_EQ(top(), before);
+    window->makeKeyAndVisible();
+    settle();
+  };
+  tapBottom();
+  tap("recordButton");
+  time.advance(7);
+  blink([&] {
+    EXPECT_EQ(front->filmsDiscarded, 1) << "nobody is filmed unseen";
+    EXPECT_EQ(filesLeft(), 0U);
+  });
+  record();
+  backend.hold();
+  tapBottom();
+  blink([&] { // the answer is not lost
+    backend.release();
+    EXPECT_FALSE(time.waitUntil([this] { return top() != "ZVUploadViewController"; }, 0.2));
+  });
+  arrive("ZVKYCCameraViewController");
+  blink([&] { EXPECT_FALSE(back->isRunning()); });
+  EXPECT_TRUE(back->isRunning());
+  shoot(jpeg(1));
+  arrive("ZVVerifiedViewController");
+  tapBottom();
+  EXPECT_EQ(delegate->calls, std::vector<std::string>{"success identity-1"});
+  EXPECT_EQ(backend.requests().size(), 4U) << "two merchants, one identity, one document";
+}
+
+TEST_F(ShellTest, LeavesNothingHoweverItGoes) {
+  const std::function<void()> ways[] = {[&] { host->dismiss(true); },
+                                        [&] {
+                                          window->setVisible(false);
+                                          host->dismiss(true);
+                                        },
+                                        [&] { window->setRootViewController(nullptr); },
+                                        [&] { window = nullptr; },
+                                        [&] {
+                                          host->dismiss(true);
+                                          window = nullptr;
+                                        },
+                                        [&] { UIScreen::main().setSurface(nullptr); }};
+  for (const auto& way : ways) {
+    SCOPED_TRACE(&way - ways);
+    const int discarded = front->filmsDiscarded;
+    tapBottom();
+    tap("recordButton");
+    time.advance(7);
+    way();
+    time.advance(1);
+    EXPECT_EQ(front->filmsDiscarded, discarded + 1);
+    EXPECT_EQ(filesLeft(), 0U);
+    EXPECT_FALSE(front->isRunning());
+    EXPECT_FALSE(host->presentedViewController());
+    EXPECT_EQ(shell().mainNC()->viewControllers().size(), 1U);
+    EXPECT_EQ(host->appearance() == UIViewController::Appearance::Appeared,
+              window && window->isVisible() && window->rootViewController());
+    window = make<UIWindow>();
+    window->setRootViewController(host);
+    window->makeKeyAndVisible();
+    launch();
+  }
+  EXPECT_TRUE(delegate->calls.empty());
 }
 
 TEST_F(ShellTest, OpensTheChatAndItsMessages) {
@@ -71,7 +163,7 @@ TEST_F(ShellTest, OpensTheChatAndItsMessages) {
     UserDefaults::standard().set(key, nullptr);
   const auto say = [&](const std::string& id) {
     chat.webViewBridge()->handle({{"messageType", "newMessage"},
-                                  {"text", "Hello é"},
+                                  {"text", "Hello " + id},
                                   {"id", id},
                                   {"timestamp", 1},
                                   {"author", Value::Dictionary{{"name", "Ann"}}}});
@@ -87,7 +179,7 @@ TEST_F(ShellTest, OpensTheChatAndItsMessages) {
 
   auto alert = say("1");
   ASSERT_TRUE(alert);
-  EXPECT_EQ(alert->title() + "|" + alert->message(), "Support|Hello é");
+  EXPECT_EQ(alert->title() + "|" + alert->message(), "Support|Hello 1");
   ASSERT_EQ(alert->actions().size(), 2U);
   EXPECT_EQ(alert->actions()[0].title + "|" + alert->actions()[1].title, "Go to Chat|Cancel");
   EXPECT_EQ(alert->actions()[1].style, UIAlertAction::Style::Cancel);
@@ -101,6 +193,45 @@ TEST_F(ShellTest, OpensTheChatAndItsMessages) {
   EXPECT_TRUE(LiveChat::isChatPresented());
   LiveChat::dismissChat(false);
   settle();
+
+  // Each in its turn, whatever lies over the frame meanwhile.
+  const auto onShow = [] {
+    const auto shown =
+        std::dynamic_pointer_cast<UIAlertController>(shell().presentedViewController());
+    return shown ? shown->message() : "";
+  };
+  tap("closeButtonTap");
+  for (const char* id : {"3", "4"})
+    EXPECT_FALSE(say(id));
+  tap("continueButton");
+  for (const char* text : {"Hello 3", "Hello 4"}) {
+    EXPECT_EQ(onShow(), text);
+    KeyPress escape;
+    escape.name = "Escape";
+    UIApplication::shared().keyPressed(escape);
+    settle();
+  }
+  EXPECT_EQ(onShow(), "");
+
+  // A host's own delegate hears of what comes when no run is on; without one the next run shows it.
+  struct Host final : LiveChatDelegate {
+    std::string heard;
+    void received(const LiveChatMessage& message) override { heard += message.text; }
+  };
+  auto own = make<Host>();
+  leave();
+  EXPECT_FALSE(say("5"));
+  LiveChat::delegate = own;
+  launch();
+  EXPECT_EQ(onShow(), "Hello 5");
+  say("6");
+  shell().handleURL(URL::fromString("https://example.org/help").value());
+  EXPECT_EQ(opened, std::vector<std::string>{"https://example.org/help"});
+  leave();
+  EXPECT_EQ(own->heard, "");
+  say("7");
+  EXPECT_EQ(own->heard, "Hello 7");
+  LiveChat::delegate = {};
 }
 
 TEST_F(ShellTest, GoesBackStepByStepToTheStart) {
