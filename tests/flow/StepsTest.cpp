@@ -34,7 +34,11 @@ std::string shown() {
 class StepsTest : public FlowTest {
 protected:
   void see(const std::string& step) override {
-    seen.emplace(step, shown() + " | " + texts());
+    const auto camera = this->step<ZVKYCCameraViewController>();
+    const std::string outline =
+        camera ? "; " + camera->cardImageView.lock()->image()->name() : std::string();
+    seen.emplace(step + (page() == 3 ? " back" : ""), shown() + " | " + texts() + outline);
+    EXPECT_EQ(back->isRunning(), camera != nullptr) << step;
     step == "upload" ? backend.release() : backend.hold(); // it stays until it was seen
   }
 
@@ -86,16 +90,30 @@ TEST_F(StepsTest, EachShowsWhatItIsToShow) {
       {"upload",
        frame(in("livenessTitle"), "-", goesBack, "-", "-", {in("uploadText"), in("retake")})},
       {"national-id", frame(id, in("documentDescription"), goesBack, in("takePhoto"), "2 " + red,
-                            {in("frontSide"), side[0], side[1]})},
+                            {in("frontSide"), side[0], side[1], "ZVFrontIneCard"})},
+      {"national-id back", frame(id, in("documentDescription"), goesBack, in("takePhoto"),
+                                 "3 " + red, {in("backSide"), side[0], side[1], "ZVBackIneCard"})},
       {"list", frame(in("documentsTitle"), "-", goesBack, "-", "2 " + red,
                      {"PASSAPORTE", "CARTA DE CONDUÇÃO", "2 lados"})},
       {"passport", frame(in("passport") + ".", in("documentDescription"), goesBack, in("takePhoto"),
-                         "2 " + red, {" ", side[0], side[1]})},
+                         "2 " + red, {" ", side[0], side[1], "ZVFrontIneCard"})},
       {"verified", frame(in("verifiedTitle"), "-", none, in("done"), "-", {})},
   };
   walk("passport");
   for (const auto& [step, expected] : rows)
     EXPECT_EQ(seen[step], expected) << step;
+
+  // A host's own identity: no way back into the film.
+  backend.release();
+  tapBottom();
+  seen.clear();
+  ZVKYC::instance().identityId = "own";
+  launch();
+  walk("passport");
+  for (const char* camera : {"national-id", "passport"})
+    EXPECT_NE(seen[camera].find(" | infoButton closeButton | Tirar foto | 0 #00B257"),
+              std::string::npos)
+        << seen[camera];
   backend.release();
 }
 

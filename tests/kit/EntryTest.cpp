@@ -129,26 +129,21 @@ TEST_F(LaunchButtonTest, StandsInAHostsNib) {
   EXPECT_EQ(label->font()->pointSize(), 16);
 
   // Never laid out for less than 200 x 30.
-  const auto frames = [&](const CGRect& frame) {
-    button->setFrame(frame);
-    button->layoutIfNeeded();
-    std::vector<CGRect> all;
-    for (const auto& part : button->subviews())
-      if (part->frame().width > 0 && part != button->titleLabel()) all.push_back(part->frame());
-    return all;
-  };
-  const auto small = frames({0, 0, 100, 20});
-  EXPECT_EQ(small, frames({0, 0, 200, 30}));
-  ASSERT_EQ(small.size(), 3U);
+  button->setFrame({0, 0, 100, 20});
+  button->layoutIfNeeded();
   const double margin = 200 * 24 / 344.0, left = 2 * margin + 200 * 26 / 334.0 + 4;
   const double mark = 200 * 27 / 344.0;
-  const CGRect expected[] = {
-      {0, 0, left, 30}, {200 - mark - margin, 4, mark, 22}, {left, 0, 200 - 2 * left, 30}};
-  for (int i = 0; i < 3; i++) {
-    EXPECT_NEAR(small[i].x, expected[i].x, 1e-9) << i;
-    EXPECT_NEAR(small[i].width, expected[i].width, 1e-9) << i;
-    EXPECT_NEAR(small[i].height, expected[i].height, 1e-9) << i;
+  const std::pair<const UIView*, CGRect> rows[] = {
+      {label.get(), {left, 0, 200 - 2 * left, 30}},
+      {button->subviews()[2].get(), {0, 0, left, 30}},
+      {button->subviews()[2]->subviews()[0].get(), {margin, 4, left - 2 * margin - 4, 22}},
+      {button->subviews()[3].get(), {200 - mark - margin, 4, mark, 22}}};
+  for (const auto& [part, frame] : rows) {
+    EXPECT_NEAR(part->frame().x, frame.x, 1e-9);
+    EXPECT_NEAR(part->frame().width, frame.width, 1e-9);
+    EXPECT_NEAR(part->frame().height, frame.height, 1e-9);
   }
+  EXPECT_EQ(button->layer()->shadowPath()->rect.width, 200);
 }
 
 TEST_F(LaunchButtonTest, StartsNothingBeforeItMay) {

@@ -1,10 +1,13 @@
 // Animated pictures.
 
 #include "kit/Helper/UIImage+Gif.h"
+#include "platform/Foundation/URLSession.h"
 #include "tests/kit/KitTest.h"
 #include "tests/support/GifBytes.h"
 
 #include <set>
+
+#include <unistd.h>
 
 namespace zuvi {
 namespace {
@@ -78,6 +81,20 @@ TEST_F(GifTest, SaysWhatItCannotRead) {
   EXPECT_TRUE(
       gifFromURL(URL::fromFilePath(folder.write("a.gif", makeGif(1, 1, {{.delay = 10}}).string()))
                      .absoluteString()));
+}
+
+TEST_F(GifTest, KeepsNoProcessFromEnding) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        alarm(20);
+        URLSession::shared(); // made first, so it would end last
+        backend.hold();
+        DispatchQueue::global().async([url = backend.url("/a.gif")] { gifFromURL(url); });
+        time.waitUntil([&] { return !backend.requests().empty(); });
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 TEST_F(GifTest, TheInstructionMoves) {
