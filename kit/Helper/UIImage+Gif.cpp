@@ -6,6 +6,7 @@
 #include "platform/Foundation/Print.h"
 #include "platform/Foundation/URLSession.h"
 
+#include <chrono>
 #include <future>
 #include <numeric>
 #include <utility>
@@ -14,16 +15,26 @@ namespace zuvi {
 
 namespace {
 
-constexpr double leastDelay = 0.1;    // seconds
+constexpr double leastDelay = 0.1; // seconds
+constexpr std::chrono::seconds longestWait{60};
 constexpr long mostSlices = 1L << 20; // of a series; a file may ask for as many as it likes
 
 std::optional<Data> contentsOf(const URL& url) {
   if (url.isFileURL()) return FileManager::contents(url.path());
-  const auto answer = std::make_shared<std::promise<std::optional<Data>>>();
+  auto answer = std::make_shared<std::promise<std::optional<Data>>>();
+  auto bytes = answer->get_future();
+  // The request alone holds the promise: where it is given up, as at the end of the process, nobody
+  // waits on.
   URLSession::shared()
-      .dataTask(URLRequest(url), [answer](auto data, auto, auto) { answer->set_value(data); })
+      .dataTask(URLRequest(url),
+                [answer = std::move(answer)](auto data, auto, auto) { answer->set_value(data); })
       ->resume();
-  return answer->get_future().get();
+  try {
+    if (bytes.wait_for(longestWait) != std::future_status::ready) return std::nullopt;
+    return bytes.get();
+  } catch (const std::future_error&) {
+    return std::nullopt;
+  }
 }
 
 std::shared_ptr<const UIImage> gifOfURL(const std::string& name, const std::optional<URL>& url) {
@@ -99,7 +110,11 @@ std::shared_ptr<const UIImage> animatedImageWithSource(const CGImageSource& sour
   }
   const int slice = gcdForArray(delays);
   const long total = std::accumulate(delays.begin(), delays.end(), 0L);
-  if (total / slice > mostSlices) return nullptr;
+  if (frames.empty() || total / slice > mostSlices) {
+    print(frames.empty() ? "SwiftGif: The image has no frames"
+                         : "SwiftGif: The image repeats its frames too often");
+    return nullptr;
+  }
   for (std::size_t i = 0; i < frames.size(); i++)
     slices.insert(slices.end(), static_cast<std::size_t>(delays[i] / slice), frames[i]);
   return UIImage::animatedImage(std::move(slices), static_cast<double>(total) / 1000.0);

@@ -6,7 +6,6 @@
 #include "kit/Helper/ZVGradientView.h"
 #include "kit/Helper/ZVPointView.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
-#include "kit/Main/Public/ZVKYCButton.h"
 #include "kit/UI/Views/ZVDocumentButton.h"
 #include "kit/UI/Views/ZVDocumentTableViewCell.h"
 #include "platform/Foundation/ProcessInfo.h"
@@ -38,7 +37,6 @@ std::shared_ptr<const Bundle> zvKitBundle() {
     UINib::registerClass<ZVDocumentTableViewCell>("ZVDocumentTableViewCell");
     UINib::registerClass<ZVField>("ZVField");
     UINib::registerClass<ZVGradientView>("ZVGradientView");
-    UINib::registerClass<ZVKYCButton>("ZVKYCButton");
     UINib::registerClass<ZVCardGuideView>("ZVCardGuideView");
     UINib::registerClass<ZVColumnView>("ZVColumnView");
     UINib::registerClass<ZVPointView>("ZVPointView");

@@ -4,6 +4,8 @@
 #include "platform/QuartzCore/CAGradientLayer.h"
 #include "platform/UIKit/UIView.h"
 
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,14 @@ public:
       colors.push_back(colorFromHex(hex));
     gradient->setColors(std::move(colors));
     layer()->insertSublayer(gradient, 0);
+  }
+
+  /// `colors`: blank-separated, for `addGradient`.
+  bool setNibAttribute(const std::string& name, const std::string& value) override {
+    if (name != "colors") return UIView::setNibAttribute(name, value);
+    std::istringstream words(value);
+    addGradient({std::istream_iterator<std::string>(words), {}});
+    return true;
   }
 
   void layoutSubviews() override {

@@ -40,6 +40,10 @@ private:
   std::shared_ptr<void> description_;
 };
 
+/// Posted after a font file was registered.
+inline constexpr const char* CTFontManagerRegisteredFontsChangedNotification =
+    "CTFontManagerFontChangedNotification";
+
 /// Makes the faces of a font file known to this process. False when the file cannot be read as a
 /// font or has been registered before.
 ZUVI_API bool CTFontManagerRegisterFontsForURL(const std::string& path);

@@ -1,6 +1,7 @@
 #include "platform/CoreText/CTFont.h"
 
 #include "platform/CoreText/TextLayoutPango.h"
+#include "platform/Foundation/NotificationCenter.h"
 
 #include <fontconfig/fontconfig.h>
 #include <pango/pangofc-fontmap.h>
@@ -87,6 +88,7 @@ bool CTFontManagerRegisterFontsForURL(const std::string& path) {
     return false;
   registered.insert(path);
   pango_fc_font_map_config_changed(PANGO_FC_FONT_MAP(pango_context_get_font_map(textContext())));
+  NotificationCenter::defaultCenter().post(CTFontManagerRegisteredFontsChangedNotification);
   return true;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/Foundation/URLSession.h"
 
+#include "platform/Dispatch/DispatchQueue.h"
 #include "platform/Foundation/CurlAuthorities.h"
 #include "platform/Foundation/CurlTransport.h"
 
@@ -59,6 +60,9 @@ URLSession::~URLSession() {
 }
 
 URLSession& URLSession::shared() {
+  // Made before and so ended after the session at exit: work there that waits for an answer must
+  // hear first that none will come.
+  DispatchQueue::global();
   static URLSession session{URLSessionConfiguration()};
   return session;
 }

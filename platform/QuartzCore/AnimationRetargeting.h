@@ -4,7 +4,7 @@ namespace zuvi {
 
 /// While one lives, what changes without an animation of its own moves the end of the animation
 /// that runs, which it would cut short otherwise: for changes that nobody meant, as of a window's
-/// size. Main queue only.
+/// size, and those of a layout. Main queue only.
 class AnimationRetargeting {
 public:
   AnimationRetargeting();

@@ -139,7 +139,7 @@ CGAffineTransform CALayer::presentedTransformToSuperlayer() const {
 
 void CALayer::setOpacity(double opacity) {
   opacity = std::clamp(opacity, 0.0, 1.0);
-  if (opacity == opacity_ && !animations_.contains("opacity")) return;
+  if (opacity == opacity_) return;
   willChange(LayerProperty::Opacity, layerValue(opacity));
   opacity_ = opacity;
   setNeedsPlacement();

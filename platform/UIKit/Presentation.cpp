@@ -1,5 +1,6 @@
 #include "platform/UIKit/Presentation.h"
 
+#include "platform/Dispatch/DispatchQueue.h"
 #include "platform/UIKit/Transition.h"
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIViewController.h"
@@ -55,8 +56,11 @@ void Presentation::finishBegin() {
 
 void Presentation::end(bool animated, std::function<void()> completion) {
   const auto self = shared_from_this();
-  settle();            // on its way in still
-  if (ending_) return; // by a completion of that
+  settle();      // on its way in still
+  if (ending_) { // by a completion of that
+    if (completion) DispatchQueue::main().async(std::move(completion));
+    return;
+  }
   ending_ = true;
   for (auto above = presented_->presentation_; above; above = above->presented_->presentation_)
     above->settle();
@@ -69,7 +73,7 @@ void Presentation::end(bool animated, std::function<void()> completion) {
   }
   UIWindow* window = lowest->window();
   if (coversPresenter() && presenter_) {
-    presenter_->beginAppearanceTransition(true, animated);
+    if (window && window->isVisible()) presenter_->beginAppearanceTransition(true, animated);
     if (presenterView_ && window) {
       const auto& sheets = window->subviews();
       const auto at = std::find(sheets.begin(), sheets.end(), lowest);
@@ -95,6 +99,8 @@ void Presentation::finishEnd() {
   if (presenter_ && presenter_->presentation_.get() == this) presenter_->presentation_ = nullptr;
   if (presenter_ && !presenter_->presentation_ && !UIApplication::shared().moveFocusBack(focus_))
     UIApplication::shared().moveFocusInto(*presenter_);
+  presented->wasDismissed();
+  if (presenter_) presenter_->presentedWasDismissed();
 }
 
 void Presentation::removeViews() {
@@ -103,6 +109,7 @@ void Presentation::removeViews() {
     above->presented_->view()->removeFromSuperview();
     above->presented_->endAppearanceTransition();
     above->presenterView_ = nullptr;
+    above->presented_->wasDismissed();
   }
   presented_->view()->removeFromSuperview();
 }

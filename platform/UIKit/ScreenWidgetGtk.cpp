@@ -252,7 +252,7 @@ gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
 
 void onActive(GtkWindow* window, GParamSpec*, gpointer widget) {
   self(widget)->held = 0;
-  UIApplication::shared().setActive(gtk_window_is_active(window));
+  if (widget == current) UIApplication::shared().setActive(gtk_window_is_active(window));
 }
 
 /// The desktop tells of larger text by a higher resolution of fonts.
@@ -271,9 +271,15 @@ void root(GtkWidget* widget) {
                           GConnectFlags(0));
   onFontResolution(settings, nullptr, widget);
   GtkRoot* top = gtk_widget_get_root(widget);
-  if (GTK_IS_WINDOW(top))
-    g_signal_connect_object(top, "notify::is-active", G_CALLBACK(onActive), widget,
-                            GConnectFlags(0));
+  if (!GTK_IS_WINDOW(top)) return;
+  g_signal_connect_object(top, "notify::is-active", G_CALLBACK(onActive), widget, GConnectFlags(0));
+  onActive(GTK_WINDOW(top), nullptr, widget); // it may be in front already
+}
+
+void unroot(GtkWidget* widget) {
+  g_signal_handlers_disconnect_by_func(gtk_widget_get_root(widget), gpointer(onActive), widget);
+  if (widget == current) UIApplication::shared().setActive(false);
+  GTK_WIDGET_CLASS(screen_widget_parent_class)->unroot(widget);
 }
 
 void realize(GtkWidget* widget) {
@@ -306,6 +312,7 @@ void screen_widget_class_init(ScreenWidgetClass* type) { // NOLINT: named by the
   widget->snapshot = snapshot;
   widget->size_allocate = sizeAllocate;
   widget->root = root;
+  widget->unroot = unroot;
   widget->realize = realize;
   widget->focus = focus;
   G_OBJECT_CLASS(type)->dispose = dispose;

@@ -1,6 +1,7 @@
 #include "platform/UIKit/UIAlertController.h"
 
 #include "platform/UIKit/UIButton.h"
+#include "platform/UIKit/UIScrollView.h"
 
 #include <algorithm>
 #include <utility>
@@ -8,7 +9,7 @@
 namespace zuvi {
 
 namespace {
-constexpr double boxWidth = 280, margin = 20, buttonHeight = 48;
+constexpr double boxWidth = 280, margin = 20, gap = 6, buttonHeight = 48; // points
 }
 
 UIAlertController::UIAlertController(std::string title, std::string message)
@@ -27,6 +28,8 @@ void UIAlertController::loadView() {
   box_->accessibilityRole = UIAccessibilityRole::Dialog;
   box_->accessibilityLabel = title_.empty() ? message_ : title_;
   backdrop->addSubview(box_);
+  scroller_ = make<UIScrollView>();
+  box_->addSubview(scroller_);
   const auto addText = [this](const std::string& text, FontWeight weight, double size) {
     if (text.empty()) return;
     const auto label = make<UILabel>();
@@ -34,7 +37,7 @@ void UIAlertController::loadView() {
     label->setTextAlignment(NSTextAlignment::Center);
     label->setNumberOfLines(0);
     label->setText(text);
-    box_->addSubview(label);
+    scroller_->addSubview(label);
     texts_.push_back(label);
   };
   addText(title_, FontWeight::SemiBold, 17);
@@ -76,15 +79,22 @@ void UIAlertController::viewDidLayoutSubviews() {
   for (const auto& text : texts_) {
     const double height = text->sizeThatFits({boxWidth - 2 * margin, -1}).height;
     text->setFrame({margin, y, boxWidth - 2 * margin, height});
-    y += height + 6;
+    y += height + gap;
   }
-  y += margin - 6;
+  y += margin - gap;
+  // A long text scrolls; the answers are always in sight.
+  const CGRect all = view()->bounds();
+  const UIEdgeInsets safe = view()->safeAreaInsets();
+  const double room = all.height - safe.top - safe.bottom;
+  const double answers = static_cast<double>(buttons_.size()) * buttonHeight;
+  scroller_->setContentSize({boxWidth, y});
+  y = std::max(0.0, std::min(y, room - 2 * margin - answers));
+  scroller_->setFrame({0, 0, boxWidth, y});
   for (const auto& button : buttons_) {
     button->setFrame({-0.5, y, boxWidth + 1, buttonHeight});
     y += buttonHeight;
   }
-  const CGRect all = view()->bounds();
-  box_->setFrame({(all.width - boxWidth) / 2, std::max(0.0, (all.height - y) / 2), boxWidth, y});
+  box_->setFrame({(all.width - boxWidth) / 2, safe.top + (room - y) / 2, boxWidth, y});
 }
 
 } // namespace zuvi

@@ -9,6 +9,8 @@
 
 namespace zuvi {
 
+class UIScrollView;
+
 /// One answer of an alert.
 struct UIAlertAction {
   /// The way out, which Escape takes, is `Cancel`.
@@ -18,7 +20,7 @@ struct UIAlertAction {
   std::function<void()> handler; ///< may be empty; comes once the alert has begun to leave
 };
 
-/// A short question over everything, with its answers.
+/// A question over everything, with its answers. A long text scrolls above them.
 class ZUVI_API UIAlertController final : public UIViewController {
 public:
   /// An empty text is left out. Show it with `present`.
@@ -45,7 +47,8 @@ private:
   std::string title_, message_;
   std::vector<UIAlertAction> actions_;
   std::shared_ptr<UIView> box_;
-  bool chosen_ = false; ///< an alert takes one answer
+  std::shared_ptr<UIScrollView> scroller_; ///< holds the texts
+  bool chosen_ = false;                    ///< an alert takes one answer
   std::vector<std::shared_ptr<UIView>> texts_, buttons_;
 };
 

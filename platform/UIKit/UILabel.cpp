@@ -69,6 +69,7 @@ void UILabel::setNumberOfLines(int lines) {
 }
 
 void UILabel::setMinimumScaleFactor(double factor) {
+  if (factor == minimumScale_) return;
   minimumScale_ = factor;
   changed();
 }

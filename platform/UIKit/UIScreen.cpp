@@ -2,18 +2,13 @@
 
 #include "platform/CoreText/TextLayout.h"
 #include "platform/Dispatch/DispatchQueue.h"
+#include "platform/UIKit/UIViewController.h"
 #include "platform/UIKit/UIWindow.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace zuvi {
-
-static void markAll(UIView& view) {
-  view.setNeedsLayout();
-  for (const auto& subview : view.subviews())
-    markAll(*subview);
-}
 
 static void redraw(CALayer& layer) {
   layer.setNeedsDisplay();
@@ -43,7 +38,7 @@ void UIScreen::configure(CGSize size, double scale, UIEdgeInsets safeArea) {
   root_->setFrame(bounds());
   for (UIWindow* window : windows_) {
     window->setFrame(bounds());
-    if (!sameInsets) markAll(*window);
+    if (!sameInsets) window->setNeedsLayoutBelow();
   }
 }
 
@@ -53,12 +48,15 @@ void UIScreen::setTextScale(double scale) {
   zuvi::setTextScale(scale);
   redraw(*root_);
   for (UIWindow* window : windows_)
-    markAll(*window);
+    window->setNeedsLayoutBelow();
   setNeedsLayout();
 }
 
 void UIScreen::setSurface(ScreenSurface* surface) {
   surface_ = surface;
+  const auto windows = windows_;
+  for (UIWindow* window : windows)
+    if (!surface && window->rootViewController()) window->rootViewController()->dismissPresented();
   damage_.clear();
   addDamage(bounds());
   setNeedsFrame();

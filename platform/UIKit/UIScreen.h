@@ -39,7 +39,8 @@ public:
   /// For whoever shows the screen. Windows take the new size at once. Sizes that are not positive
   /// change nothing.
   void configure(CGSize size, double scale, UIEdgeInsets safeArea = {});
-  /// What shows the screen, and sets null before it goes. Null: nothing is drawn.
+  /// What shows the screen, and sets null before it goes. Null: nothing is drawn, and what windows
+  /// had presented is dismissed, as nobody can leave it any more.
   void setSurface(ScreenSurface* surface);
   /// The person's wish for larger text; kept between 1 and `largestText`.
   void setTextScale(double scale);

@@ -149,6 +149,8 @@ public:
   // Layout
   /// Lays the view out in the next turn of the main queue, once it is on a visible window.
   void setNeedsLayout();
+  /// The same for all views below as well.
+  void setNeedsLayoutBelow();
   /// Lays out this view and all below it at once, where marked.
   void layoutIfNeeded();
   /// Places the subviews. The base class applies the constraints that this view holds; a subclass

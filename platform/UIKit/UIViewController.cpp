@@ -80,6 +80,12 @@ UITabBarController* UIViewController::tabBarController() const {
   return nullptr;
 }
 
+void UIViewController::setAdditionalSafeAreaInsets(const UIEdgeInsets& insets) {
+  if (insets == additionalSafeArea_) return;
+  additionalSafeArea_ = insets;
+  if (view_) view_->setNeedsLayoutBelow();
+}
+
 void UIViewController::show(std::shared_ptr<UIViewController> controller) {
   if (UINavigationController* navigation = navigationController())
     navigation->pushViewController(std::move(controller), true);
@@ -137,6 +143,15 @@ void UIViewController::dismiss(bool animated, std::function<void()> completion) 
   }
   const auto self = shared_from_this(); // the presentation may be the last to hold it
   presentation->end(animated, std::move(completion));
+}
+
+void UIViewController::dismissPresented() {
+  const auto presentation = topmostParent()->presentation_;
+  if (!presentation) return;
+  if (presentation->isEnding())
+    presentation->settle();
+  else
+    presentation->end(false, {});
 }
 
 // Appearance

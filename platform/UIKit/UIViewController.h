@@ -57,6 +57,11 @@ public:
   virtual void viewWillDisappear(bool) {}
   virtual void viewDidDisappear(bool) {}
   /// @}
+  /// The presentation of this screen has ended, or one below it that took it along; also where its
+  /// window was hidden, so that nothing disappeared.
+  virtual void wasDismissed() {}
+  /// What this screen had presented is gone, and another may take its place.
+  virtual void presentedWasDismissed() {}
   /// Before and after each layout of the root view; frames are set in the second.
   /// @{
   virtual void viewWillLayoutSubviews() {}
@@ -93,6 +98,13 @@ public:
   /// Pushes onto the nearest stack; without one, presents.
   void show(std::shared_ptr<UIViewController> controller);
 
+  /// What the frame around this screen covers of it at its edges, in points; none at start. The
+  /// safe area of the view and those below leaves it free, as it does the screen's own insets.
+  /// @{
+  UIEdgeInsets additionalSafeAreaInsets() const { return additionalSafeArea_; }
+  void setAdditionalSafeAreaInsets(const UIEdgeInsets& insets);
+  /// @}
+
   // Presentation
   /// How this screen is laid over another; read when it is presented and when it leaves.
   /// @{
@@ -111,6 +123,8 @@ public:
   /// Takes away what this screen has presented, with all above it; if it has presented nothing,
   /// the sheet that this screen belongs to.
   void dismiss(bool animated, std::function<void()> completion = {});
+  /// Takes away at once what this screen has presented, also what is on its way out.
+  void dismissPresented();
 
   // For containers
   /// Where a screen stands between its appearance calls.
@@ -144,6 +158,7 @@ private:
   std::weak_ptr<class Presentation> presentedBy_;    ///< of this controller
   Appearance appearance_ = Appearance::Disappeared;
   bool animatedAppearance_ = false;
+  UIEdgeInsets additionalSafeArea_;
 };
 
 } // namespace zuvi

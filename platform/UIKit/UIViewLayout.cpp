@@ -1,5 +1,6 @@
 // How views come to their frames.
 
+#include "platform/QuartzCore/AnimationRetargeting.h"
 #include "platform/UIKit/ConstraintSolver.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIView.h"
@@ -15,6 +16,12 @@ void UIView::setNeedsLayout() {
   markLayoutPath();
 }
 
+void UIView::setNeedsLayoutBelow() {
+  setNeedsLayout();
+  for (const auto& subview : subviews_)
+    subview->setNeedsLayoutBelow();
+}
+
 void UIView::markLayoutPath() {
   for (UIView* view = this; view; view = view->superview_) {
     view->layoutBelow_ = true;
@@ -24,6 +31,7 @@ void UIView::markLayoutPath() {
 
 void UIView::layoutIfNeeded() {
   const auto self = weak_from_this().lock(); // a hook may remove this view
+  const AnimationRetargeting follow; // what is on its way gets to its new place all the same
   // A hook may mark a view again, but one that does so every time must not hang the program.
   for (int round = 0; round < 8 && layoutBelow_; round++)
     layoutTree();
@@ -91,10 +99,22 @@ UIEdgeInsets UIView::safeAreaInsets() const {
   const UIEdgeInsets screen = UIScreen::main().safeAreaInsets();
   const CGRect all = UIScreen::main().bounds();
   const CGRect mine = convertToScreen(bounds());
-  return {std::clamp(screen.top - mine.minY(), 0.0, screen.top),
-          std::clamp(screen.left - mine.minX(), 0.0, screen.left),
-          std::clamp(mine.maxY() - (all.height - screen.bottom), 0.0, screen.bottom),
-          std::clamp(mine.maxX() - (all.width - screen.right), 0.0, screen.right)};
+  const auto reach = [&mine](const CGRect& around, const UIEdgeInsets& insets) -> UIEdgeInsets {
+    return {std::clamp(around.minY() + insets.top - mine.minY(), 0.0, insets.top),
+            std::clamp(around.minX() + insets.left - mine.minX(), 0.0, insets.left),
+            std::clamp(mine.maxY() - (around.maxY() - insets.bottom), 0.0, insets.bottom),
+            std::clamp(mine.maxX() - (around.maxX() - insets.right), 0.0, insets.right)};
+  };
+  UIEdgeInsets insets = reach(all, screen);
+  for (const UIView* view = this; view; view = view->superview_) {
+    const UIEdgeInsets more =
+        view->controller_ ? view->controller_->additionalSafeAreaInsets() : UIEdgeInsets{};
+    if (more == UIEdgeInsets{}) continue;
+    const UIEdgeInsets there = reach(view->convertToScreen(view->bounds()), more);
+    insets = {std::max(insets.top, there.top), std::max(insets.left, there.left),
+              std::max(insets.bottom, there.bottom), std::max(insets.right, there.right)};
+  }
+  return insets;
 }
 
 } // namespace zuvi

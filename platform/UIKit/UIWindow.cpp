@@ -11,6 +11,7 @@ namespace zuvi {
 UIWindow::UIWindow() : UIView(UIScreen::main().bounds()) {}
 
 UIWindow::~UIWindow() {
+  setRootViewController(nullptr); // who was on show hears that it no longer is
   UIScreen::main().hide(*this);
   UIApplication::shared().windowWillGo(*this);
 }
@@ -24,7 +25,7 @@ void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controlle
   const auto old = std::exchange(root_, std::move(controller));
   if (old == root_) return;
   if (old) {
-    if (old->presentedViewController()) old->dismiss(false); // nothing of it stays behind
+    old->dismissPresented(); // nothing of it stays behind
     if (visible_) old->beginAppearanceTransition(false, false);
     old->view()->removeFromSuperview();
     if (visible_) old->endAppearanceTransition();

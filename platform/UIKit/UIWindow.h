@@ -8,7 +8,8 @@ namespace zuvi {
 class UIViewController;
 
 /// A sheet over the whole screen with a screenful of views. Windows lie over one another by level
-/// and, within a level, by the moment they were shown.
+/// and, within a level, by the moment they were shown. One that is destroyed dismisses what its
+/// root had presented.
 class ZUVI_API UIWindow : public UIView {
 public:
   /// Levels that others are counted from; a higher one lies on top.

@@ -55,6 +55,10 @@ TEST_F(AnimationTest, ImmediateWriteAndRemovalCutShortOnce) {
     layer->setOpacity(0);
   });
   time.advance(0.5);
+  layer->setPosition({100, 0}); // where they are bound anyway
+  layer->setOpacity(0);
+  EXPECT_EQ(x(), 50);
+  EXPECT_EQ(layer->presentedOpacity(), 0.5);
   layer->setPosition({7, 0});
   time.settle();
   EXPECT_TRUE(ends.empty()); // the other half of the group is under way

@@ -1,6 +1,7 @@
 // Screens laid over others.
 
 #include "platform/UIKit/UIAlertController.h"
+#include "platform/UIKit/UIScrollView.h"
 #include "platform/UIKit/UITextField.h"
 #include "tests/UIKit/ControllerFixture.h"
 
@@ -125,9 +126,11 @@ TEST_F(PresentationTest, DismissDuringTheWayInTurnsBack) {
   EXPECT_EQ(finish(), "r+!~ s-!~");
   EXPECT_EQ(completions, 2);
   // A completion that dismisses by itself.
-  root->present(sheet, true, [&] { sheet->dismiss(true); });
+  root->present(sheet, true, [&] { sheet->dismiss(true, counted()); });
   time.advance(0.1);
-  sheet->dismiss(true);
+  sheet->dismiss(true, counted());
+  time.advance(0.1);
+  EXPECT_EQ(completions, 3) << "it finds the way out begun";
   EXPECT_EQ(finish(), "r-~ s+~ s+!~ r-!~ s-~ r+~ r+!~ s-!~");
   EXPECT_TRUE(middle().isNear(red));
 }
@@ -167,6 +170,32 @@ TEST_F(PresentationTest, AlertLeavesBeforeItsAnswerIsHeard) {
   time.advance(1);
   EXPECT_EQ(heard, "Leave");
   EXPECT_EQ(take(), "");
+
+  // However long its text, the answers are in sight.
+  std::string text;
+  while (text.size() < 1220)
+    text += "a long message ";
+  for (const auto& [size, scale] :
+       {std::pair{CGSize{375, 812}, 1.0}, {CGSize{375, 812}, 1.5}, {CGSize{320, 480}, 1.5}}) {
+    UIScreen::main().configure(size, 1, {44, 0, 34, 0});
+    UIScreen::main().setTextScale(scale);
+    const auto longer = watch("longer", make<UIAlertController>("Support", text));
+    longer->addAction({"Read", UIAlertAction::Style::Default, {}});
+    longer->addAction({"Leave", UIAlertAction::Style::Cancel, {}});
+    root->present(longer, false);
+    UIScreen::main().layoutIfNeeded();
+    const auto box = longer->view()->subviews()[0]->subviews();
+    const auto scroller = std::dynamic_pointer_cast<UIScrollView>(box[0]);
+    EXPECT_GE(scroller->bounds().height, 100);
+    scroller->scrollRectToVisible({0, scroller->contentSize().height - 1, 1, 1});
+    const auto end = scroller->subviews().back(); // of the text, now in sight
+    EXPECT_LT(end->convertToScreen(end->bounds()).maxY(),
+              box[1]->convertToScreen(box[1]->bounds()).minY());
+    EXPECT_LE(box[2]->convertToScreen(box[2]->bounds()).maxY(), size.height - 34);
+    longer->choose(1);
+    time.advance(1);
+  }
+  UIScreen::main().setTextScale(1);
 }
 
 } // namespace

@@ -84,6 +84,29 @@ TEST_F(ViewTest, SubviewsGrowWithTheirParentWhereTheyMay) {
   parent->setFrame({0, 0, 160, 140});
   time.settle();
   EXPECT_EQ(view->frame(), (CGRect{10, 50, 110, 20}));
+
+  // A layout moves the end of what is on its way, and cuts nothing short.
+  bool finished = false;
+  UIView::animate(
+      1,
+      [&] {
+        view->setFrame({10, 50, 110, 100});
+      },
+      [&](bool all) { finished = all; });
+  time.advance(0.5);
+  const double half = view->layer()->presented(LayerProperty::Bounds)[3];
+  struct Mover final : UIView {
+    std::shared_ptr<UIView> moved;
+    void layoutSubviews() override { moved->setFrame({10, 50, 110, 101}); }
+  };
+  const auto mover = add<Mover>({0, 0, 10, 10});
+  mover->moved = view;
+  mover->layoutIfNeeded();
+  EXPECT_NEAR(view->layer()->presented(LayerProperty::Bounds)[3], half, 1);
+  time.advance(0.6);
+  EXPECT_TRUE(finished);
+  EXPECT_EQ(view->frame().height, 101);
+  mover->moved = nullptr;
 }
 
 /// Marks itself at every layout.

@@ -80,7 +80,7 @@ TEST_F(KeysTest, WholeRunIsReadAndDrivenWithoutAPointer) {
   press("--delay 2000 Return"); // which is held, and told again and again
   ASSERT_TRUE(focuses("Start")) << seen();
   EXPECT_TRUE(shows("heading", "Verify your identity.") && shows("button", "Support") &&
-              shows("button", "Close") && shows("label", "Record a short film of your face"))
+              shows("button", "Close") && shows("label", "Record a short video of your face"))
       << seen();
   EXPECT_FALSE(shows("button", "Login") || shows("button", "Back")) << seen();
   const auto step = find("progress bar", "Step 1 of 4");
@@ -100,11 +100,11 @@ TEST_F(KeysTest, WholeRunIsReadAndDrivenWithoutAPointer) {
   ASSERT_TRUE(leads("shift+Tab", "Retake")) << seen();
   ASSERT_TRUE(leads("Tab", "Continue")) << seen();
 
-  ASSERT_TRUE(leads("Return", "Take picture")) << seen();
+  ASSERT_TRUE(leads("Return", "Take photo")) << seen();
   ASSERT_TRUE(find("label", "Front side")) << seen();
   press("Return");
   ASSERT_TRUE(find("label", "Back side")) << seen();
-  ASSERT_TRUE(focuses("Take picture")) << seen();
+  ASSERT_TRUE(focuses("Take photo")) << seen();
   press("Return");
 
   ASSERT_TRUE(focuses("Passport")) << seen();
@@ -114,7 +114,7 @@ TEST_F(KeysTest, WholeRunIsReadAndDrivenWithoutAPointer) {
   ASSERT_TRUE(leads("Up", "Passport")) << seen();
   ASSERT_TRUE(leads("shift+Tab", "Close")) << seen();
   ASSERT_TRUE(leads("Return", "Continue")) << seen();
-  EXPECT_TRUE(shows("dialog", "Do you want to leave? What you have recorded will be lost."));
+  EXPECT_TRUE(shows("dialog", "Do you want to leave? Your verification is not finished yet."));
   EXPECT_FALSE(shows("list", "Choose a document.")) << seen();
   ASSERT_TRUE(leads("Tab", "Leave")) << seen();
   ASSERT_TRUE(leads("Tab", "Continue")) << seen();
@@ -122,7 +122,7 @@ TEST_F(KeysTest, WholeRunIsReadAndDrivenWithoutAPointer) {
   press("Tab");
   press("Return");
 
-  ASSERT_TRUE(focuses("Take picture")) << seen();
+  ASSERT_TRUE(focuses("Take photo")) << seen();
   ASSERT_TRUE(leads("Return", "Done")) << seen();
   EXPECT_TRUE(heard({"All done, thank you."}));
   ASSERT_TRUE(leads("Return", "Login")) << seen();

@@ -2,6 +2,7 @@
 // the touchpad move.
 
 #include "platform/UIKit/ScreenWidget.h"
+#include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScrollView.h"
 #include "platform/UIKit/UIViewController.h"
 #include "platform/UIKit/UIWindow.h"
@@ -72,6 +73,8 @@ protected:
            << " and the host's " << gtk_adjustment_get_value(hosts);
   }
 
+  static bool isActive() { return UIApplication::shared().isActive(); }
+
   Compositor compositor{{side, side}};
   const ScopedEnvironment runtime{"XDG_RUNTIME_DIR", compositor.runtimeFolder()},
       display{"WAYLAND_DISPLAY", Compositor::display}, x{"DISPLAY", std::nullopt};
@@ -108,6 +111,18 @@ TEST_F(ScrollTest, MovesWhatLiesUnderThePointerAndLeavesTheRestToTheHost) {
   pointer.moveTo({150, 100});
   pointer.turnWheel(-1);
   EXPECT_TRUE(comesTo({12, 760}, 100));
+}
+
+TEST_F(ScrollTest, WindowMayBeInFrontBeforeTheScreenIsInIt) {
+  compositor.type("-s 9000 x >/dev/null 2>&1 &"); // a keyboard, which makes a window the active one
+  EXPECT_TRUE(reaches(isActive));
+  GtkWidget* whole = gtk_window_get_child(GTK_WINDOW(top));
+  g_object_ref(whole);
+  gtk_window_set_child(GTK_WINDOW(top), nullptr);
+  EXPECT_FALSE(isActive()) << "it shows nowhere";
+  gtk_window_set_child(GTK_WINDOW(top), whole);
+  g_object_unref(whole);
+  EXPECT_TRUE(isActive());
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The review of a document's picture, and the cut of a picture.
 
 #include "kit/Helper/UIImage+Crop.h"
+#include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 #include "tests/UIKit/Pixels.h"
 #include "tests/flow/FlowTest.h"
@@ -35,7 +36,6 @@ TEST_F(CardReviewTest, SendsADocumentWithoutBackSide) {
   EXPECT_EQ(bottomTitle(), "continue");
   EXPECT_EQ(page(), 2);
   EXPECT_EQ(screen->imageView.lock()->image()->size(), (CGSize{8, 4}));
-  registerMerchant("{}", "es"); // no documents any more
   backend.hold();
   tapBottom();
   const auto upload = step<ZVUploadViewController>();
@@ -45,15 +45,25 @@ TEST_F(CardReviewTest, SendsADocumentWithoutBackSide) {
   EXPECT_FALSE(upload->backData);
   EXPECT_EQ(upload->identityId, "identity-1");
   EXPECT_TRUE(upload->isRequired);
+
+  // A failure is told here.
+  const auto prompt = [&] { return screen->titleLabel.lock()->text().value_or("-"); };
+  EXPECT_EQ(prompt(), localized("verifyTitle"));
+  backend.answer(R"({"message":"Not sharp"})");
+  backend.release();
+  arrive("ZVCardVerifyViewController");
+  EXPECT_EQ(prompt(), localized("faceErrorTitle"));
+  backend.answer(&FlowTest::succeed);
+  tapBottom();
+  arrive("ZVDocumentListViewController");
 }
 
 TEST_F(CardReviewTest, PhotographsTheBackNext) {
   const auto screen = open(false, 1);
-  registerMerchant("{}", "es");
   tapBottom();
   const auto camera = step<ZVKYCCameraViewController>();
   ASSERT_TRUE(camera);
-  EXPECT_EQ(title(), "Documento nacional.");
+  EXPECT_EQ(title(), "Documento de identidad.");
   EXPECT_EQ(camera->type, ZVKYCCameraType::ineBack);
   EXPECT_EQ(camera->frontIneImage, screen->imageData);
   EXPECT_EQ(camera->objectId, "identity-1");

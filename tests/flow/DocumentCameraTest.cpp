@@ -24,34 +24,6 @@ protected:
   std::weak_ptr<ZVKYCCameraViewController> camera;
 };
 
-TEST_F(DocumentCameraTest, ShowsWhatIsToBePhotographed) {
-  const auto first = ZVKYCCameraType::ineFront, second = ZVKYCCameraType::ineBack;
-  const struct {
-    const char* document;
-    ZVKYCCameraType type;
-    const char* caption;
-    std::optional<std::string> hosts;
-    int page;
-  } rows[] = {
-      {"national-id", first, "frontSide", {}, 2},        {"national-id", second, "backSide", {}, 3},
-      {"driving-license", second, "backSide", "own", 0}, {"passport", first, "", "own", 0},
-      {"proof-of-residency", first, "", {}, 2},
-  };
-  for (const auto& row : rows) {
-    ZVKYC::instance().identityId = row.hosts;
-    open(row.document, row.type);
-    const auto screen = camera.lock();
-    EXPECT_EQ(page(), row.page);
-    EXPECT_EQ(*shell().showBackButton, !row.hosts);
-    EXPECT_EQ(screen->cardTitleLabel.lock()->text(), *row.caption ? localized(row.caption) : " ");
-    EXPECT_EQ(screen->cardImageView.lock()->image()->name(),
-              row.type == first ? "ZVFrontIneCard" : "ZVBackIneCard");
-    EXPECT_TRUE(back->isRunning());
-    leave();
-    EXPECT_FALSE(back->isRunning());
-  }
-}
-
 TEST_F(DocumentCameraTest, StaysWhenThereIsNothingToHandOn) {
   open("passport", ZVKYCCameraType::ineFront, std::nullopt); // no identity to send it to
   shoot(jpeg(1));

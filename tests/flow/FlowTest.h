@@ -28,6 +28,9 @@ protected:
     window->setRootViewController(host);
     window->makeKeyAndVisible();
     backend.answer(&FlowTest::succeed);
+    delegate->told = [this] {
+      EXPECT_FALSE(host->presentedViewController()) << "told before the flow goes";
+    };
     settle();
   }
   /// The frame and all screens that were ever on show must have died.
@@ -154,7 +157,6 @@ protected:
       } else if (screen == "ZVLiveCameraViewController") {
         tell("recorder");
         tap("recordButton");
-        reported();
         see("count-down");
         time.advance(7);
         see("recording");
@@ -162,7 +164,6 @@ protected:
       } else if (screen == "ZVLivenessVerifyViewController") {
         tell("review");
         tapBottom();
-        reported();
       } else if (screen == "ZVUploadViewController") {
         EXPECT_EQ(page(), -1);
         see("upload");
@@ -171,7 +172,6 @@ protected:
       } else if (screen == "ZVKYCCameraViewController") {
         tell(documentOf(title()));
         shoot(jpeg(++shots));
-        reported();
       } else if (screen == "ZVDocumentListViewController") {
         tell("list");
         tap(uppercased(name(fromRawValue<ZVDocument>(pick).value())), true);
@@ -184,8 +184,6 @@ protected:
   }
   /// Called on each step of a walk, before anything is done there.
   virtual void see(const std::string&) {}
-  /// Called after a tap of a walk that sends an event.
-  virtual void reported() {}
 
   std::string title() const { return shell().titleLabel.lock()->text().value_or("-"); }
   static std::string bottomTitle() { return shell().bottomButton.lock()->title().value_or("-"); }

@@ -79,32 +79,53 @@ TEST_F(RecorderTest, CountsSecondBySecond) {
   EXPECT_EQ(front->films.size(), 2U);
 }
 
-TEST_F(RecorderTest, LeavesNothingWhenItIsLeft) {
-  for (const double seconds : {0.5, 4.0, 5.0, 8.0, 11.0}) {
+TEST_F(RecorderTest, LeavesNothingHoweverItIsLeft) {
+  const auto goBack = [&] { tap("backButton"); };
+  const auto dismiss = [&] { host->dismiss(true); };
+  const struct {
+    double seconds;
+    std::function<void()> leave;
+  } rows[] = {{0.5, goBack},
+              {4, goBack},
+              {5, goBack},
+              {11, goBack},
+              {8,
+               [&] {
+                 tap("closeButtonTap");
+                 tap("cancelButton");
+               }},
+              {7, dismiss},
+              {7, [&] { window->setVisible(false), dismiss(); }},
+              {7, [&] { window->setRootViewController(nullptr); }},
+              {7, [&] { window = nullptr; }},
+              {7, [&] { dismiss(), window = nullptr; }},
+              {7, [&] { UIScreen::main().setSurface(nullptr); }}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(&row - rows);
     open();
     tap("recordButton");
-    time.advance(seconds);
+    time.advance(row.seconds);
     const auto films = front->films.size();
-    if (seconds == 8) { // by cancelling the whole flow
-      tap("closeButtonTap");
-      tap("cancelButton");
-      EXPECT_FALSE(host->presentedViewController());
-    } else {
-      tap("backButton");
-    }
-    EXPECT_EQ(top(), "ZVMainViewController");
+    const int discarded = front->filmsDiscarded;
+    row.leave();
     time.advance(10);
-    EXPECT_EQ(top(), "ZVMainViewController") << seconds;
-    EXPECT_EQ(front->films.size(), films) << seconds;
-    EXPECT_EQ(filesLeft(), 0U) << seconds;
+    EXPECT_EQ(front->films.size(), films);
+    EXPECT_EQ(front->filmsDiscarded, discarded + (row.seconds >= 5));
+    EXPECT_EQ(filesLeft(), 0U);
     EXPECT_FALSE(front->isRunning());
+    EXPECT_EQ(top(), "ZVMainViewController");
     leave();
+    EXPECT_EQ(host->appearance() == UIViewController::Appearance::Appeared,
+              window && window->isVisible() && window->rootViewController());
+    window = make<UIWindow>();
+    window->setRootViewController(host);
+    window->makeKeyAndVisible();
   }
-  EXPECT_EQ(front->filmsDiscarded, 3);
+  EXPECT_EQ(delegate->calls, std::vector<std::string>{"cancelled"});
 }
 
 TEST_F(RecorderTest, LeavesNothingWhenTheFilmHasJustEnded) {
-  for (const int stage : {0, 1, 2}) {
+  for (const int stage : {0, 1, 2, 3}) {
     ManualQueue platform;
     const auto own = make<ScriptedCameraProvider>(platform);
     own->front->film = Data(film);
@@ -114,9 +135,13 @@ TEST_F(RecorderTest, LeavesNothingWhenTheFilmHasJustEnded) {
     time.advance(11.5);
     EXPECT_EQ(own->front->filmsStopped, 1);
     EXPECT_EQ(filesLeft(), 1U) << "the film is there, nobody was told yet";
-    for (int i = 0; i < stage; i++) // with two turns the news is on its way to the main queue
+    for (int i = 0; i < std::min(stage, 2);
+         i++) // with two turns the news is on its way to the main queue
       platform.run();
-    tap("backButton");
+    if (stage < 3)
+      tap("backButton");
+    else // at once: the news finds nobody
+      shell().mainNC()->popViewController(false);
     for (int i = 0; i < 3; i++) {
       platform.run();
       settle();

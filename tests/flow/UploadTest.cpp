@@ -101,17 +101,18 @@ TEST_F(UploadTest, GoesOnUnderTheCancelAlert) {
   EXPECT_EQ(delegate->calls, std::vector<std::string>{"cancelled"});
 }
 
-TEST_F(UploadTest, KeepsToItsMerchantWhenAnotherComesMeanwhile) {
+TEST_F(UploadTest, EachScreenTakesTheMerchantOfItsOwnTime) {
+  backend.hold("POST");
   tapBottom();
+  registerMerchant(R"({"required":["passport"],"optional":[]})"); // while the film is on its way
+  backend.release();
   arrive("ZVKYCCameraViewController");
-  registerMerchant("{}"); // no documents any more
+  EXPECT_EQ(documentOf(title()), "passport");
+  registerMerchant("{}"); // no documents any more: there is nothing to send
   shoot(jpeg(1));
-  EXPECT_EQ(page(), 3);
-  shoot(jpeg(2));
-  arrive("ZVDocumentListViewController");
-  tap(uppercased(name(ZVDocument::passport)), true);
-  shoot(jpeg(3));
   arrive("ZVVerifiedViewController");
+  for (const auto& request : backend.requests())
+    EXPECT_EQ(request.path.find("documents"), std::string::npos) << request.path;
   tapBottom();
   EXPECT_EQ(delegate->calls, std::vector<std::string>{"success identity-1"});
 }

@@ -4,6 +4,7 @@
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Public/ZVKYCButton.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/UIKit/UINib.h"
 #include "platform/UIKit/UITabBarController.h"
 #include "platform/UIKit/UIWindow.h"
 #include "tests/kit/KitTest.h"
@@ -68,8 +69,6 @@ TEST_F(SessionEntryTest, HoldsNoDelegateAndTellsNoneWithoutAnIdentity) {
 
 class LaunchButtonTest : public KitTest {
 protected:
-  LaunchButtonTest() { registerZVFonts(); }
-
   static std::shared_ptr<UILabel> labelOf(const UIView& button) {
     return std::dynamic_pointer_cast<UILabel>(button.subviews().back());
   }
@@ -102,6 +101,49 @@ TEST_F(LaunchButtonTest, FollowsTheMerchant) {
   setMerchant(R"({"configurations":[{"color":"green","language":"fr"}]})");
   expect(spanish, UIColor::bytes(0, 178, 87)); // translated once, not again
   EXPECT_EQ(*make<ZVKYCButton>()->title, localized("login")) << "a later button is right at once";
+}
+
+TEST_F(LaunchButtonTest, StandsInAHostsNib) {
+  // Each test is a process of its own: nobody has registered yet.
+  folder.write("Host.xml", R"(<nib owner="Host"><ZVKYCButton title="Mine" background="#FF0000"
+      frame="0 0 280 60"/></nib>)");
+  const auto loaded =
+      UINib("Host", std::make_shared<Bundle>(folder.path())).instantiate(NibDeclaration());
+  const auto button = std::dynamic_pointer_cast<ZVKYCButton>(loaded.view);
+  ASSERT_TRUE(button) << loaded.error;
+  EXPECT_FALSE(button->UIButton::title());
+  EXPECT_EQ(button->backgroundColor(), UIColor::bytes(33, 150, 243));
+  button->layoutIfNeeded();
+  const auto label = labelOf(*button);
+  button->title = "A title that is much too long for its button";
+  EXPECT_TRUE(label->isClipped()) << "it does not shrink";
+  UIScreen::main().setTextScale(1.5);
+  button->title = "Iniciar sesión";
+  button->setNeedsLayout();
+  button->layoutIfNeeded();
+  EXPECT_FALSE(label->isClipped());
+  UIScreen::main().setTextScale(1);
+  EXPECT_EQ(label->font()->pointSize(), 16);
+  registerZVFonts();
+  EXPECT_EQ(label->font()->name(), "SFProText-Regular");
+  EXPECT_EQ(label->font()->pointSize(), 16);
+
+  // Never laid out for less than 200 x 30.
+  button->setFrame({0, 0, 100, 20});
+  button->layoutIfNeeded();
+  const double margin = 200 * 24 / 344.0, left = 2 * margin + 200 * 26 / 334.0 + 4;
+  const double mark = 200 * 27 / 344.0;
+  const std::pair<const UIView*, CGRect> rows[] = {
+      {label.get(), {left, 0, 200 - 2 * left, 30}},
+      {button->subviews()[2].get(), {0, 0, left, 30}},
+      {button->subviews()[2]->subviews()[0].get(), {margin, 4, left - 2 * margin - 4, 22}},
+      {button->subviews()[3].get(), {200 - mark - margin, 4, mark, 22}}};
+  for (const auto& [part, frame] : rows) {
+    EXPECT_NEAR(part->frame().x, frame.x, 1e-9);
+    EXPECT_NEAR(part->frame().width, frame.width, 1e-9);
+    EXPECT_NEAR(part->frame().height, frame.height, 1e-9);
+  }
+  EXPECT_EQ(button->layer()->shadowPath()->rect.width, 200);
 }
 
 TEST_F(LaunchButtonTest, StartsNothingBeforeItMay) {

@@ -1,10 +1,13 @@
 // Animated pictures.
 
 #include "kit/Helper/UIImage+Gif.h"
+#include "platform/Foundation/URLSession.h"
 #include "tests/kit/KitTest.h"
 #include "tests/support/GifBytes.h"
 
 #include <set>
+
+#include <unistd.h>
 
 namespace zuvi {
 namespace {
@@ -40,7 +43,6 @@ TEST_F(GifTest, RepeatsEachFrameForAsManySlicesAsItsDelayNeeds) {
     EXPECT_EQ(one->images().size(), row.frames);
     EXPECT_DOUBLE_EQ(one->duration(), row.duration);
   }
-  EXPECT_FALSE(played({}));
 }
 
 TEST_F(GifTest, LeavesOutAFrameThatBreaksOff) {
@@ -68,15 +70,31 @@ TEST_F(GifTest, SaysWhatItCannotRead) {
   EXPECT_FALSE(gifFromURL("no address"));
   EXPECT_FALSE(gifFromURL("file:///nowhere/a.gif"));
   EXPECT_FALSE(gifFromData(Data(std::string("text"))));
+  EXPECT_FALSE(played({}));
   EXPECT_THAT(printed,
               testing::ElementsAre(
                   "SwiftGif: This image named \"nothing\" does not exist",
                   "SwiftGif: This image named \"no address\" does not exist",
                   "SwiftGif: Cannot turn image named \"file:///nowhere/a.gif\" into NSData",
-                  "SwiftGif: Source for the image does not exist"));
+                  "SwiftGif: Source for the image does not exist",
+                  "SwiftGif: The image has no frames"));
   EXPECT_TRUE(
       gifFromURL(URL::fromFilePath(folder.write("a.gif", makeGif(1, 1, {{.delay = 10}}).string()))
                      .absoluteString()));
+}
+
+TEST_F(GifTest, KeepsNoProcessFromEnding) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        alarm(20);
+        URLSession::shared(); // made first, so it would end last
+        backend.hold();
+        DispatchQueue::global().async([url = backend.url("/a.gif")] { gifFromURL(url); });
+        time.waitUntil([&] { return !backend.requests().empty(); });
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 TEST_F(GifTest, TheInstructionMoves) {

@@ -28,8 +28,15 @@ namespace zuvi {
 
 struct RecordingDelegate final : ZVKYCDelegate {
   std::vector<std::string> calls;
-  void zvKYCLoginSuccess(const std::string& id) override { calls.push_back("success " + id); }
-  void zvKYCLoginCancelled() override { calls.emplace_back("cancelled"); }
+  std::function<void()> told = [] {}; ///< runs at each call
+  void zvKYCLoginSuccess(const std::string& id) override { note("success " + id); }
+  void zvKYCLoginCancelled() override { note("cancelled"); }
+
+private:
+  void note(const std::string& call) {
+    calls.push_back(call);
+    told();
+  }
 };
 
 struct ScriptedCarrier final : CarrierProvider {
@@ -60,6 +67,7 @@ protected:
     ZVKYCHelper& helper = ZVKYCHelper::instance();
     helper.merchant = std::make_shared<ZVKYCMerchant>();
     helper.tempIdentity = std::nullopt;
+    helper.supportMessages.clear();
     helper.clinetId = std::nullopt;
     ZVKYCManager::shared().authorization = std::nullopt;
     ZVKYC::instance().delegate = delegate;

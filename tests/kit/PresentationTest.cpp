@@ -52,12 +52,9 @@ TEST_F(PresentationTest, HasEveryTextInEveryLanguage) {
   const Value::Dictionary& texts = *list.value().dictionary();
   for (std::string key; keys >> key;) {
     ASSERT_TRUE(texts.contains(key)) << key;
-    for (const auto& language : RawValues<ZVLanguage>::all) {
-      const auto text = stringValue(*texts.at(key).dictionary(), std::string(language.text));
-      EXPECT_FALSE(text.value_or("").empty()) << key << " " << language.text;
-      setLanguage(language.value);
-      EXPECT_EQ(localized(key), text) << key;
-    }
+    for (const auto& language : RawValues<ZVLanguage>::all)
+      EXPECT_TRUE(stringValue(*texts.at(key).dictionary(), std::string(language.text)))
+          << key << " " << language.text;
   }
 }
 

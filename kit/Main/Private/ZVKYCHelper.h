@@ -4,6 +4,7 @@
 #include "platform/Foundation/Observed.h"
 #include "platform/Foundation/Value.h"
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,6 +25,8 @@ public:
   std::optional<std::string> tempIdentity;
   /// The flow's frame; the launch button makes a new one for each run.
   std::shared_ptr<ZVRootViewController> rootVC;
+  /// What the support wrote and nobody has seen yet, the oldest first.
+  std::deque<std::string> supportMessages;
   /// Who the host is. A present value starts the registration work.
   Observed<std::optional<std::string>> clinetId;
 

@@ -1,10 +1,17 @@
 #include "kit/Main/Public/ZVKYC.h"
 
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/Main/Public/ZVKYCButton.h"
+#include "platform/UIKit/UINib.h"
 
 #include <utility>
 
 namespace zuvi {
+
+// A host's nib may name the button before anything of the kit was called. It stands here, in a file
+// that every host links.
+[[maybe_unused]] static const bool buttonIsKnown =
+    (UINib::registerClass<ZVKYCButton>("ZVKYCButton"), true);
 
 ZVKYC::ZVKYC() : helper_(ZVKYCHelper::instance()) {}
 

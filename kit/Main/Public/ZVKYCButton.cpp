@@ -6,6 +6,7 @@
 #include "kit/Helper/ZVMixpanelEvents.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/CoreText/TextLayout.h"
 #include "platform/Foundation/Print.h"
 
 #include <algorithm>
@@ -23,11 +24,11 @@ ZVKYCButton::ZVKYCButton(const CGRect& frame)
 }
 
 void ZVKYCButton::initialize() {
-  observer_ = NotificationCenter::defaultCenter().observe(
-      merchantUpdatedNotification, [this](const Notification&) { merchantUpdated(); });
-  setClipsToBounds(false);
-  setBackgroundColor(ZVKYCHelper::instance().merchant->color);
-  setTitle(std::nullopt);
+  NotificationCenter& center = NotificationCenter::defaultCenter();
+  merchantObserver_ = center.observe(merchantUpdatedNotification,
+                                     [this](const Notification&) { merchantUpdated(); });
+  fontObserver_ = center.observe(CTFontManagerRegisteredFontsChangedNotification,
+                                 [this](const Notification&) { takeFont(); });
   addTarget(UIControlEvent::TouchUpInside, [this] { tapAction(); });
 
   leftBackgroundImageView_->setClipsToBounds(true);
@@ -39,13 +40,20 @@ void ZVKYCButton::initialize() {
   label_->setText(*title);
   label_->setTextAlignment(NSTextAlignment::Center);
   label_->setTextColor(UIColor::white());
-  label_->setFont(zvSFProText(FontStyle::regular, 16));
-  label_->setMinimumScaleFactor(0.7); // larger text must fit between the pictures
+  takeFont();
   addSubview(label_);
-  configureLayer();
+  dress();
 }
 
-void ZVKYCButton::configureLayer() {
+void ZVKYCButton::awakeFromNib() {
+  UIButton::awakeFromNib();
+  dress(); // whatever the nib says
+}
+
+void ZVKYCButton::dress() {
+  setClipsToBounds(false);
+  setBackgroundColor(ZVKYCHelper::instance().merchant->color);
+  setTitle(std::nullopt);
   CALayer& shape = *layer();
   shape.setCornerRadius(6);
   shape.setMasksToBounds(true);
@@ -60,6 +68,8 @@ CGSize ZVKYCButton::intrinsicContentSize() const {
 
 void ZVKYCButton::layoutSubviews() {
   UIButton::layoutSubviews();
+  // Text that the person wants larger must fit between the pictures.
+  label_->setMinimumScaleFactor(textScale() > 1 ? 0.7 : 1);
   const double height = std::max(frame().height, minimumHeight_);
   const double width = std::max(frame().width, minimumWidth_);
   const double margin = width * 24 / 344;
@@ -97,6 +107,13 @@ void ZVKYCButton::tapAction() {
   helper.rootVC = shell;
   if (helper.identity()) shell->isOnlyFaceScan = true;
   if (const auto current = zvKYCCurrentViewController()) current->present(shell, true);
+}
+
+/// Before registration there is only the system's face.
+void ZVKYCButton::takeFont() {
+  constexpr double size = 16;
+  const auto own = zvSFProText(FontStyle::regular, size);
+  label_->setFont(own ? own : UIFont::system(size));
 }
 
 void ZVKYCButton::merchantUpdated() {

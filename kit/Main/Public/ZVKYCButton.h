@@ -11,8 +11,8 @@ namespace zuvi {
 
 /// The launch button: put on a screen of the host, it wears the merchant's colour and starts a
 /// verification over whatever is showing. It needs nothing of the host but
-/// `ZVKYC::registerWithClientId`. Made with `make<ZVKYCButton>()`; in a nib, after
-/// registering, by its class name. Main queue only.
+/// `ZVKYC::registerWithClientId`. Made with `make<ZVKYCButton>()`, or in a nib by its class name; a
+/// title and a background that the nib gives do not show. Main queue only.
 class ZUVI_API ZVKYCButton : public UIButton {
 public:
   /// Without a frame the button is empty until layout or `setFrame` gives it a size.
@@ -27,12 +27,14 @@ public:
   /// 280 x 60 points.
   CGSize intrinsicContentSize() const override;
   void layoutSubviews() override;
+  void awakeFromNib() override;
   UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
 
 private:
   void initialize();
-  void configureLayer();
+  void dress();
+  void takeFont();
   void tapAction();
   void merchantUpdated();
 
@@ -43,7 +45,7 @@ private:
   std::shared_ptr<UIImageView> leftIconImageView_;
   std::shared_ptr<UIImageView> rightIconImageView_;
   std::shared_ptr<UILabel> label_;
-  NotificationObserver observer_;
+  NotificationObserver merchantObserver_, fontObserver_;
 };
 
 } // namespace zuvi

@@ -21,7 +21,7 @@ void ZVCardVerifyViewController::declareNib(NibDeclaration& nib) {
 
 void ZVCardVerifyViewController::viewDidLoad() {
   ZVScreen::viewDidLoad();
-  if (const auto label = titleLabel.lock()) label->setText(localized("verifyTitle"));
+  setPrompt("verifyTitle");
   if (const auto button = retakeButton.lock()) button->setTitle(localized("retake"));
   if (const auto view = imageView.lock()) {
     view->setImage(UIImage::fromData(imageData));
@@ -49,10 +49,23 @@ void ZVCardVerifyViewController::viewWillAppear(bool animated) {
   });
 }
 
+void ZVCardVerifyViewController::setPrompt(const char* key) {
+  if (const auto label = titleLabel.lock()) label->setText(localized(key));
+}
+
+void ZVCardVerifyViewController::showError() {
+  setPrompt("faceErrorTitle");
+}
+
+std::string ZVCardVerifyViewController::announcement() const {
+  const auto label = titleLabel.lock();
+  return ZVScreen::announcement() + " " + (label ? label->text().value_or("") : "");
+}
+
 void ZVCardVerifyViewController::goOn(ZVDocument document) {
+  setPrompt("verifyTitle");
   if (scanBackSide(document)) {
     const auto camera = make<ZVKYCCameraViewController>();
-    camera->merchant = merchant; // the index counts in its lists
     camera->index = documentIndex;
     camera->isRequired = isRequired;
     camera->type = ZVKYCCameraType::ineBack;
@@ -61,7 +74,6 @@ void ZVCardVerifyViewController::goOn(ZVDocument document) {
     show(camera);
   } else {
     const auto upload = make<ZVUploadViewController>();
-    upload->merchant = merchant;
     upload->documentIndex = documentIndex;
     upload->isRequired = isRequired;
     upload->identityId = identityId;

@@ -31,12 +31,17 @@ public:
   std::weak_ptr<UIButton> retakeButton;
   std::weak_ptr<UILabel> titleLabel;
 
+  /// Says that the picture could not be sent, until the person sends it once more.
+  void showError();
+
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
   void viewDidLayoutSubviews() override;
 
 private:
+  std::string announcement() const override;
+  void setPrompt(const char* key);
   void goOn(ZVDocument document);
   void retakeButtonTap();
 };

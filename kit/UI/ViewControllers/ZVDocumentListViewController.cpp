@@ -87,7 +87,6 @@ void ZVDocumentListViewController::tapAction(ZVDocument document) {
   const auto& documents = merchant->optionalDocuments;
   const auto found = std::find(documents.begin(), documents.end(), document);
   const auto camera = make<ZVKYCCameraViewController>();
-  camera->merchant = merchant; // the index counts in its list
   camera->index = found == documents.end() ? 0 : static_cast<int>(found - documents.begin());
   camera->isRequired = false;
   camera->type = ZVKYCCameraType::ineFront;

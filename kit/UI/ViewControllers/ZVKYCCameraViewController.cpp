@@ -213,7 +213,6 @@ void ZVKYCCameraViewController::startRequest(const Data& data) {
   UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("pictureTaken"));
   if (type == ZVKYCCameraType::ineFront && hasBackSide()) {
     const auto back = make<ZVKYCCameraViewController>();
-    back->merchant = merchant; // the index counts in its lists
     back->index = index;
     back->isRequired = isRequired;
     back->objectId = objectId;
@@ -229,7 +228,6 @@ void ZVKYCCameraViewController::startRequest(const Data& data) {
 
 void ZVKYCCameraViewController::showUpload(const Data& front, const std::optional<Data>& back) {
   const auto upload = make<ZVUploadViewController>();
-  upload->merchant = merchant;
   upload->documentIndex = index;
   upload->isRequired = isRequired;
   upload->identityId = *objectId;

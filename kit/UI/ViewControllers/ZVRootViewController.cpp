@@ -23,7 +23,9 @@ namespace {
 
 constexpr const char* chatLicense = "4173052";
 constexpr int pages = 4;
+constexpr std::size_t mostMessages = 20;  // that wait; the chat has the older ones
 constexpr double bottomBarHeight = 88;    // points above the safe area
+constexpr double barGap = 16;             // points between a step and the bar
 constexpr double keyboardOverlap = 50;    // points of the keyboard's height that may cover
 constexpr double spaceAfterKeyboard = 40; // points
 constexpr double lowScreen = 420;         // points
@@ -99,6 +101,7 @@ void ZVRootViewController::bottomButtonTitleChanged() {
   }
   if (const auto bar = bottomView.lock()) bar->setAlpha(alpha);
   if (title) showLiveView = false;
+  keepClearOfBar();
 }
 
 void ZVRootViewController::showLiveViewChanged() {
@@ -107,14 +110,14 @@ void ZVRootViewController::showLiveViewChanged() {
       view()->window() ? view()->safeAreaInsets() : UIScreen::main().safeAreaInsets();
   const double space = showLiveView ? 0 : safe.bottom + bottomBarHeight;
   if (const auto constraint = containerBottomSpace.lock()) constraint->setConstant(space);
-  // A live step lies over the bar, every other under it: a keyboard that went leaves them less
-  // room than the bar takes.
+  // A live step lies over the bar, every other under it.
   if (showLiveView) {
     view()->bringSubviewToFront(containerView.lock());
   } else {
     view()->bringSubviewToFront(bottomView.lock());
     view()->bringSubviewToFront(bottomButton.lock());
   }
+  keepClearOfBar();
   view()->layoutIfNeeded();
 }
 
@@ -151,13 +154,22 @@ void ZVRootViewController::viewDidLoad() {
   configureLiveChat();
 }
 
-void ZVRootViewController::viewDidDisappear(bool animated) {
-  ZVScreen::viewDidDisappear(animated);
-  if (presentedViewController()) return; // covered, not dismissed
-  // The frame is kept until the next run; its steps, and the camera of one, go now that each of
-  // them has heard that it disappeared.
+void ZVRootViewController::wasDismissed() {
+  const auto host = hostsChatDelegate_.lock();
+  if (host && isChatDelegate()) LiveChat::delegate = host;
+  // The frame is kept until the next run; its steps, and the camera of one, go once none of them is
+  // in the midst of a call.
   DispatchQueue::main().async(
       [stack = mainNC_] { stack->setViewControllers({stack->viewControllers().front()}, false); });
+}
+
+void ZVRootViewController::presentedWasDismissed() {
+  showNextMessage();
+}
+
+void ZVRootViewController::viewDidAppear(bool animated) {
+  ZVScreen::viewDidAppear(animated);
+  showNextMessage();
 }
 
 void ZVRootViewController::viewDidLayoutSubviews() {
@@ -167,6 +179,19 @@ void ZVRootViewController::viewDidLayoutSubviews() {
   if (!container) return;
   mainNC_->view()->setFrame(container->bounds());
   if (cameraVC_) cameraVC_->view()->setFrame(container->bounds());
+  keepClearOfBar();
+}
+
+/// A keyboard that went leaves the container reaching behind the bar, where nobody sees or touches
+/// what a step has there.
+void ZVRootViewController::keepClearOfBar() {
+  const auto container = containerView.lock();
+  const auto bar = bottomView.lock();
+  if (!mainNC_ || !container || !bar) return;
+  const double top = bar->frame().minY() - barGap;
+  const bool isBehind = bar->alpha() > 0 && !showLiveView;
+  const double covered = isBehind ? std::max(0.0, container->frame().maxY() - top) : 0;
+  mainNC_->setAdditionalSafeAreaInsets({0, 0, covered, 0});
 }
 
 /// On a phone held sideways the words of a step stand in the row of the buttons, between them.
@@ -268,13 +293,34 @@ void ZVRootViewController::configureLiveChat() {
   LiveChat::licenseId = chatLicense;
   if (const auto& merchant = ZVKYCHelper::instance().merchant->displayName)
     LiveChat::setVariable("Merchant", *merchant);
+  hostsChatDelegate_ = *LiveChat::delegate;
   LiveChat::delegate = std::static_pointer_cast<ZVRootViewController>(shared_from_this());
+}
+
+bool ZVRootViewController::isChatDelegate() const {
+  return LiveChat::delegate->lock().get() == this;
 }
 
 void ZVRootViewController::received(const LiveChatMessage& message) {
   if (LiveChat::isChatPresented()) return;
-  const auto alert = make<UIAlertController>("Support", message.text);
+  auto& waiting = ZVKYCHelper::instance().supportMessages;
+  if (waiting.size() == mostMessages) waiting.pop_front();
+  waiting.push_back(message.text);
+  showNextMessage();
+}
+
+/// One at a time, as soon as nothing lies over the frame; what came when no run was on comes with
+/// the next run.
+void ZVRootViewController::showNextMessage() {
+  auto& waiting = ZVKYCHelper::instance().supportMessages;
+  if (LiveChat::isChatPresented()) waiting.clear(); // it shows them all
+  if (waiting.empty() || !isChatDelegate() || appearance() != Appearance::Appeared ||
+      presentedViewController())
+    return;
+  const auto alert = make<UIAlertController>("Support", waiting.front());
+  waiting.pop_front();
   alert->addAction({"Go to Chat", UIAlertAction::Style::Default, [] {
+                      ZVKYCHelper::instance().supportMessages.clear();
                       if (!LiveChat::isChatPresented()) LiveChat::presentChat();
                     }});
   alert->addAction({"Cancel", UIAlertAction::Style::Cancel, {}});

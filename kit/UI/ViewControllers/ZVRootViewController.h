@@ -56,7 +56,9 @@ public:
 
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
-  void viewDidDisappear(bool animated) override;
+  void viewDidAppear(bool animated) override;
+  void wasDismissed() override;
+  void presentedWasDismissed() override;
   void viewDidLayoutSubviews() override;
   unsigned supportedInterfaceOrientations() const override { return 2; }
   int preferredInterfaceOrientationForPresentation() const override { return 1; }
@@ -78,11 +80,14 @@ private:
   void showLiveViewChanged();
   void currentPageChanged();
   void arrangeHeader();
+  void keepClearOfBar();
   void closeButtonTap();
   void backButtonTap();
   void bottomButtonTap();
   void infoButtonTap();
   void configureLiveChat();
+  bool isChatDelegate() const;
+  void showNextMessage();
   void registerNotifications();
   void keyboardWillShow(const Notification& notification);
   void keyboardWillHide(const Notification& notification);
@@ -91,6 +96,7 @@ private:
   std::weak_ptr<NSLayoutConstraint> headerLeft_, headerRight_, headerTop_, dotsCenter_;
   std::shared_ptr<UINavigationController> mainNC_;
   std::shared_ptr<ZVKYCCameraViewController> cameraVC_; ///< over the container, when there is one
+  std::weak_ptr<LiveChatDelegate> hostsChatDelegate_;   ///< it is the chat's again after the run
   std::vector<NotificationObserver> observers_;
 };
 

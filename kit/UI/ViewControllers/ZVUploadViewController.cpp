@@ -3,10 +3,14 @@
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/Manager/ZVKYCManager.h"
+#include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 #include "kit/UI/ViewControllers/ZVDocumentListViewController.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
+#include "platform/Dispatch/DispatchQueue.h"
+
+#include <utility>
 
 namespace zuvi {
 
@@ -36,12 +40,17 @@ void ZVUploadViewController::viewDidLoad() {
 
   // The screen is held until its answer, which it drops if it was left meanwhile.
   if (video) {
-    ZVKYCManager::shared().createNewIdentity(
-        *video, [self = self()](const auto& id, const auto&) { self->identityResult(id); });
+    ZVKYCManager::shared().createNewIdentity(*video, [self = self()](const auto& id, const auto&) {
+      self->act([screen = self.get(), id] { screen->identityResult(id); });
+    });
   } else if (const auto kind = document()) {
     ZVKYCManager::shared().submitDocument(
-        identityId, rawValue(*kind), frontData,
-        [self = self()](const auto& id, const auto&) { self->documentResult(id); });
+        identityId, rawValue(*kind), frontData, [self = self()](const auto& id, const auto&) {
+          self->act([screen = self.get(), id] { screen->documentResult(id); });
+        });
+  } else { // the merchant asks for it no more
+    DispatchQueue::main().async(
+        [self = self()] { self->act([screen = self.get()] { screen->showNext(); }); });
   }
 }
 
@@ -57,6 +66,11 @@ void ZVUploadViewController::viewWillAppear(bool animated) {
   isAppeared = true;
 }
 
+void ZVUploadViewController::viewDidAppear(bool animated) {
+  ZVScreen::viewDidAppear(animated);
+  if (const auto result = std::exchange(waiting_, nullptr)) result();
+}
+
 void ZVUploadViewController::viewWillDisappear(bool animated) {
   ZVScreen::viewWillDisappear(animated);
   isAppeared = false;
@@ -68,8 +82,13 @@ std::string ZVUploadViewController::announcement() const {
 
 // Results
 
+void ZVUploadViewController::act(std::function<void()> onResult) {
+  if (isAppeared) return onResult();
+  const UINavigationController* stack = navigationController();
+  if (stack && stack->topViewController().get() == this) waiting_ = std::move(onResult);
+}
+
 void ZVUploadViewController::identityResult(const std::optional<std::string>& id) {
-  if (!isAppeared) return;
   if (!id) { // the recorder shows nothing of it
     UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("filmRefused"));
     return returnToCapture(Failure::Hide);
@@ -84,17 +103,14 @@ void ZVUploadViewController::identityResult(const std::optional<std::string>& id
 }
 
 void ZVUploadViewController::documentResult(const std::optional<std::string>& id) {
-  if (!isAppeared) return;
   if (!id) return showError();
   const auto kind = document();
   if (!backData || !kind) return showNext();
   ZVKYCManager::shared().uploadNewPhoto(*id, rawValue(*kind), *backData,
                                         [self = self()](const auto& results, const auto&) {
-                                          if (!self->isAppeared) return;
-                                          if (results)
-                                            self->showNext();
-                                          else
-                                            self->showError();
+                                          self->act([screen = self.get(), stored = !!results] {
+                                            stored ? screen->showNext() : screen->showError();
+                                          });
                                         });
 }
 
@@ -112,7 +128,6 @@ void ZVUploadViewController::showNext() {
 
 void ZVUploadViewController::showCamera(int index, const std::string& identity) {
   const auto camera = make<ZVKYCCameraViewController>();
-  camera->merchant = merchant; // the index counts in its lists, whatever has come since
   camera->index = index;
   camera->isRequired = isRequired;
   camera->type = ZVKYCCameraType::ineFront;
@@ -122,7 +137,6 @@ void ZVUploadViewController::showCamera(int index, const std::string& identity) 
 
 void ZVUploadViewController::showList(const std::string& identity) {
   const auto list = make<ZVDocumentListViewController>();
-  list->merchant = merchant;
   list->identityId = identity;
   show(list);
 }
@@ -142,10 +156,13 @@ void ZVUploadViewController::returnToCapture(Failure failure) {
   if (!navigation) return;
   auto stack = navigation->viewControllers();
   if ((video || backData) && stack.size() >= 2) stack.erase(stack.end() - 2);
-  if (failure == Failure::Show && stack.size() >= 2)
-    if (const auto camera =
-            std::dynamic_pointer_cast<ZVKYCCameraViewController>(stack[stack.size() - 2]))
+  if (failure == Failure::Show && stack.size() >= 2) {
+    const auto below = stack[stack.size() - 2];
+    if (const auto camera = std::dynamic_pointer_cast<ZVKYCCameraViewController>(below))
       camera->showError(true);
+    else if (const auto review = std::dynamic_pointer_cast<ZVCardVerifyViewController>(below))
+      review->showError();
+  }
   navigation->setViewControllers(stack, false);
   navigation->popViewController(true);
 }

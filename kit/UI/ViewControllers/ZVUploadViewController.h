@@ -5,6 +5,7 @@
 #include "platform/UIKit/UIActivityIndicatorView.h"
 #include "platform/UIKit/UIButton.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -25,7 +26,7 @@ public:
   Data frontData;               ///< of a document
   std::optional<Data> backData; ///< of a document with two sides
   std::optional<Data> video;    ///< present: the item is the film
-  bool isAppeared = false;      ///< a result that comes while it is false is dropped
+  bool isAppeared = false;      ///< a result that comes while it is false is not acted on
   std::shared_ptr<const ZVKYCMerchant> merchant;
 
   std::weak_ptr<UILabel> textLabel;
@@ -35,6 +36,7 @@ public:
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
   void viewWillAppear(bool animated) override;
+  void viewDidAppear(bool animated) override;
   void viewWillDisappear(bool animated) override;
 
 private:
@@ -50,7 +52,12 @@ private:
   enum class Failure { Hide, Show };
   /// Takes the film's review or the back's camera out of the stack and goes back to the capture.
   void returnToCapture(Failure failure);
+  /// Acts on a result: now, or once the flow, of which this is the step on show, is in sight again;
+  /// never once the person has left the step.
+  void act(std::function<void()> onResult);
   std::shared_ptr<ZVUploadViewController> self();
+
+  std::function<void()> waiting_; ///< came while the flow was out of sight
 };
 
 } // namespace zuvi

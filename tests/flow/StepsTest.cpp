@@ -1,0 +1,196 @@
+// Two tables: what each step shows in the frame and on itself, and which event each tap sends.
+
+#include "kit/Helper/LiveChat/LiveChat.h"
+#include "kit/Helper/ZVExtensions.h"
+#include "sandbox/core/api/Tracking.h"
+#include "tests/flow/FlowTest.h"
+
+namespace zuvi {
+namespace {
+
+/// What a person can see and touch now, in words.
+std::string shown() {
+  const auto reachable = [](const char* name) {
+    const auto view = demo::findView(name, false);
+    const UIView* hit =
+        view ? UIApplication::shared().hitTest(view->convertToScreen(view->bounds()).center())
+             : nullptr;
+    return hit && hit->isDescendantOf(*view);
+  };
+  const ZVRootViewController& frame = *ZVKYCHelper::instance().rootVC;
+  std::string text = frame.titleLabel.lock()->text().value_or("-") + " | " +
+                     frame.descriptionLabel.lock()->text().value_or("-") + " |";
+  for (const char* button : {"backButton", "infoButton", "closeButton"})
+    if (reachable(button)) text += std::string(" ") + button;
+  text += " | " + (reachable("bottomButton") ? frame.bottomButton.lock()->title().value_or("-")
+                                             : std::string("-"));
+  const auto dots = frame.pageControl.lock();
+  text += " | " + (dots->alpha() > 0 ? std::to_string(dots->currentPage()) + " " +
+                                           textFromColor(dots->currentPageIndicatorTintColor())
+                                     : std::string("-"));
+  return text;
+}
+
+class StepsTest : public FlowTest {
+protected:
+  void see(const std::string& step) override {
+    const auto camera = this->step<ZVKYCCameraViewController>();
+    const std::string outline =
+        camera ? "; " + camera->cardImageView.lock()->image()->name() : std::string();
+    seen.emplace(step + (page() == 3 ? " back" : ""), shown() + " | " + texts() + outline);
+    EXPECT_EQ(back->isRunning(), camera != nullptr) << step;
+    step == "upload" ? backend.release() : backend.hold(); // it stays until it was seen
+  }
+
+  /// What stands on the screen itself, in order.
+  static std::string texts() {
+    const auto view = shell().presentedViewController()
+                          ? shell().presentedViewController()->view()
+                          : shell().mainNC()->topViewController()->view();
+    std::string all;
+    gather(*view, all);
+    return all;
+  }
+  static void gather(const UIView& view, std::string& all) {
+    if (view.isHidden() || view.alpha() < 0.01) return;
+    if (const auto* label = dynamic_cast<const UILabel*>(&view); label && label->text())
+      all += (all.empty() ? "" : "; ") + *label->text();
+    for (const auto& subview : view.subviews())
+      gather(*subview, all);
+  }
+  std::map<std::string, std::string> seen;
+};
+
+TEST_F(StepsTest, EachShowsWhatItIsToShow) {
+  registerMerchant(R"({"required":["national-id"],"optional":["passport","driving-license"]})",
+                   "pt");
+  launch();
+  const auto frame = [](const std::string& title, const std::string& more, const char* before,
+                        const std::string& bottom, const std::string& dots,
+                        const std::vector<std::string>& texts) {
+    std::string all = title + " | " + more + " |" + before + " infoButton closeButton | " + bottom +
+                      " | " + dots + " | ";
+    for (const std::string& text : texts)
+      all += (&text == &texts.front() ? "" : "; ") + text;
+    return all;
+  };
+  const auto in = [](const char* key) { return localized(key); };
+  const char *none = "", *goesBack = " backButton";
+  const std::string green = "0 #00B257", red = "#EB5757", id = in("nationalId") + ".";
+  const std::vector<std::string> side{in("documentWarning1"), in("documentWarning2")};
+  const std::map<std::string, std::string> rows{
+      {"start", frame(in("startTitle"), "-", none, in("startButton"), green,
+                      {in("startStepTitle"), "1", in("startStep1"), "2", in("startStep2"),
+                       in("startInfo")})},
+      {"recorder", frame(in("livenessCameraTitle"), "-", goesBack, "-", green, {in("record")})},
+      {"count-down", frame(in("livenessCameraTitle"), "-", goesBack, "-", green, {"5", "00:07"})},
+      {"recording", frame(in("livenessCameraTitle"), "-", goesBack, "-", green, {"00:05"})},
+      {"review", frame(in("livenessTitle"), "-", goesBack, in("continue"), "-",
+                       {in("livenessConfirmText"), in("retake")})},
+      {"upload",
+       frame(in("livenessTitle"), "-", goesBack, "-", "-", {in("uploadText"), in("retake")})},
+      {"national-id", frame(id, in("documentDescription"), goesBack, in("takePhoto"), "2 " + red,
+                            {in("frontSide"), side[0], side[1], "ZVFrontIneCard"})},
+      {"national-id back", frame(id, in("documentDescription"), goesBack, in("takePhoto"),
+                                 "3 " + red, {in("backSide"), side[0], side[1], "ZVBackIneCard"})},
+      {"list", frame(in("documentsTitle"), "-", goesBack, "-", "2 " + red,
+                     {"PASSAPORTE", "CARTA DE CONDUÇÃO", "2 lados"})},
+      {"passport", frame(in("passport") + ".", in("documentDescription"), goesBack, in("takePhoto"),
+                         "2 " + red, {" ", side[0], side[1], "ZVFrontIneCard"})},
+      {"verified", frame(in("verifiedTitle"), "-", none, in("done"), "-", {})},
+  };
+  walk("passport");
+  for (const auto& [step, expected] : rows)
+    EXPECT_EQ(seen[step], expected) << step;
+
+  // A host's own identity: no way back into the film.
+  backend.release();
+  tapBottom();
+  seen.clear();
+  ZVKYC::instance().identityId = "own";
+  launch();
+  walk("passport");
+  for (const char* camera : {"national-id", "passport"})
+    EXPECT_NE(seen[camera].find(" | infoButton closeButton | Tirar foto | 0 #00B257"),
+              std::string::npos)
+        << seen[camera];
+  backend.release();
+}
+
+TEST_F(StepsTest, WearTheMerchantsColour) {
+  backend.answer(R"({"configurations":[{"color":"yellow","language":"fr"}]})");
+  registerClient("client");
+  backend.answer(&FlowTest::succeed);
+  const std::string yellow = "#FFBD00", dark = "#1F2635"; // white on yellow can't be read
+  backend.hold();
+  launchToUpload();
+  ZVRootViewController& frame = shell();
+  const auto upload = step<ZVUploadViewController>();
+  tap("closeButtonTap");
+  const auto alert =
+      std::dynamic_pointer_cast<ZVCancelAlertViewController>(frame.presentedViewController());
+  ASSERT_TRUE(alert);
+  EXPECT_EQ(texts(),
+            localized("cancelTitle") + "; " + localized("continue") + "; " + localized("cancel"));
+  const auto title = frame.titleLabel.lock()->attributedText();
+  ASSERT_EQ(title->colors.size(), 1U);
+  EXPECT_EQ(title->colors[0].location, characterCount(title->text) - 1);
+  const struct {
+    const char* of;
+    UIColor color;
+    std::string expected;
+  } rows[] = {
+      {"bar", frame.bottomView.lock()->backgroundColor(), yellow},
+      {"bottom button", frame.bottomButton.lock()->backgroundColor(), yellow},
+      {"its title", frame.bottomButton.lock()->titleLabel()->textColor(), dark},
+      {"spinner", upload->activityIndicator.lock()->color(), yellow},
+      {"leave button", alert->cancelButton.lock()->backgroundColor(), yellow},
+      {"its text", alert->cancelLabel.lock()->textColor(), dark},
+      {"full stop", title->colors[0].color, "#47A8E8"},
+  };
+  for (const auto& row : rows)
+    EXPECT_EQ(textFromColor(row.color), row.expected) << row.of;
+}
+
+TEST_F(StepsTest, EachTapTellsItsEvent) {
+  registerMerchant(
+      R"({"required":["national-id","driving-license","passport","proof-of-residency"]})");
+  const std::pair<const char*, const char*> rows[] = {
+      {"ZVKYCButton", "mobilesdk_button_initscreen_clicked"},
+      {"closeButtonTap", "cancel_button_clicked"},
+      {"continueButton", "cancel_confirm"},
+      {"infoButtonTap", ""},
+      {"bottomButton", ""},
+      {"recordButton", "liveness_record_clicked"},
+      {"retakeButton", "liveness_upload_cancel_retake"},
+      {"recordButton", "liveness_record_clicked"},
+      {"bottomButton", "liveness_upload_confirm_clicked"},
+      {"bottomButton", "nationalid_front_takephoto_clicked"},
+      {"bottomButton", "nationalid_back_takephoto_clicked"},
+      {"bottomButton", "driverlicense_front_takephoto_clicked"},
+      {"bottomButton", "driverlicense_back_takephoto_clicked"},
+      {"bottomButton", "passport_takephoto_clicked"},
+      {"bottomButton", "proofofresidency_takephoto_clicked"},
+      {"bottomButton", "finish_button_clicked"},
+      {"ZVKYCButton", "mobilesdk_button_initscreen_clicked"},
+      {"closeButtonTap", "cancel_button_clicked"},
+      {"cancelButton", "cancel_canceled"},
+  };
+  std::size_t sent = 0;
+  for (const auto& [control, event] : rows) {
+    SCOPED_TRACE(control + std::string(" ") + event);
+    tap(control);
+    LiveChat::dismissChat(false);
+    if (control == std::string("recordButton")) time.advance(12);
+    if (*event) sent++;
+    ASSERT_TRUE(time.waitUntil([&] { return backend.events().size() == sent; }));
+    const auto last = sandbox::readTrackedEvent(backend.events().back().query);
+    EXPECT_TRUE(!*event || last->name == std::string("zuvi_") + event) << last->name;
+    EXPECT_TRUE(time.waitUntil([this] { return top() != "ZVUploadViewController"; }));
+    settle();
+  }
+  EXPECT_EQ(delegate->calls, (std::vector<std::string>{"success identity-1", "cancelled"}));
+}
+
+} // namespace
+} // namespace zuvi
