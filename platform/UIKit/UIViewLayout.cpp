@@ -1,5 +1,6 @@
 // How views come to their frames.
 
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/UIKit/ConstraintSolver.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIView.h"
@@ -11,6 +12,7 @@
 namespace zuvi {
 
 void UIView::setNeedsLayout() {
+  assertMainQueue("A view");
   needsLayout_ = true;
   markLayoutPath();
 }
