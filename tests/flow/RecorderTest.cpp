@@ -113,7 +113,7 @@ TEST_F(RecorderTest, LeavesNothingWhenTheFilmHasJustEnded) {
     tap("recordButton");
     time.advance(11.5);
     EXPECT_EQ(own->front->filmsStopped, 1);
-    EXPECT_EQ(filesLeft(), 1U) << "the film is there, nobody was told yet";
+    EXPECT_EQ(filesLeft(), 0U) << "the film has no name before somebody is told";
     for (int i = 0; i < stage; i++) // with two turns the news is on its way to the main queue
       platform.run();
     tap("backButton");
