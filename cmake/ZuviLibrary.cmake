@@ -5,10 +5,12 @@
 
 add_library(zuvi_options INTERFACE)
 target_include_directories(zuvi_options INTERFACE ${PROJECT_SOURCE_DIR})
-# As a part of somebody else's project the kit does not impose its warnings.
+# As a part of somebody else's project the kit imposes no warnings, and takes none.
 if(PROJECT_IS_TOP_LEVEL)
   target_compile_options(zuvi_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
                                                 -Woverloaded-virtual)
+else()
+  target_compile_options(zuvi_options INTERFACE -w)
 endif()
 # GCC 12 reports these falsely in the library's own optional and string when it inlines them.
 target_compile_options(zuvi_options INTERFACE

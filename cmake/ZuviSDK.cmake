@@ -22,7 +22,7 @@ add_library(ZuviSDK::Static ALIAS zuvi_sdk_static)
 set_target_properties(zuvi_sdk PROPERTIES
   EXPORT_NAME ZuviSDK VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
   # Beside the bundle and the engine's module, where the library looks for them.
-  LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
+  LIBRARY_OUTPUT_DIRECTORY $<1:${PROJECT_BINARY_DIR}>) # also with many configurations
 set_target_properties(zuvi_sdk_static PROPERTIES EXPORT_NAME Static)
 target_link_options(zuvi_sdk PRIVATE -Wl,--as-needed)
 if(ZUVI_SANITIZE)
@@ -30,12 +30,21 @@ if(ZUVI_SANITIZE)
 else()
   target_link_options(zuvi_sdk PRIVATE -Wl,-z,defs)
 endif()
+# The headers as they are installed, and no others: a host in the same build sees what any host sees.
+set(include_folder ${PROJECT_BINARY_DIR}/include)
+foreach(header IN LISTS public_headers)
+  get_filename_component(folder ${include_folder}/ZuviSDK/${header} DIRECTORY)
+  file(MAKE_DIRECTORY ${folder})
+  file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${header} ${include_folder}/ZuviSDK/${header} SYMBOLIC)
+endforeach()
+file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${umbrella} ${include_folder}/ZuviSDK/ZuviSDK.h SYMBOLIC)
+
 foreach(library zuvi_sdk zuvi_sdk_static)
   set_target_properties(${library} PROPERTIES OUTPUT_NAME zuvisdk LINKER_LANGUAGE CXX)
   target_compile_features(${library} INTERFACE cxx_std_20)
   # Headers name one another from the repository's root.
-  target_include_directories(${library} INTERFACE
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/kit/include>
+  target_include_directories(${library} SYSTEM INTERFACE
+    $<BUILD_INTERFACE:${include_folder}> $<BUILD_INTERFACE:${include_folder}/ZuviSDK>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/ZuviSDK>)
   foreach(package IN LISTS packages)

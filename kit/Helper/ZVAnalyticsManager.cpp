@@ -19,6 +19,8 @@ namespace zuvi {
 namespace {
 
 constexpr double requestTimeout = 10; // seconds
+// Bytes. Nobody reads the answer, but to its end the connection can be used again.
+constexpr std::size_t longestAnswer = 1024;
 
 /// The machine's kind as the system names it: one character a byte, so that whatever it says can be
 /// sent.
@@ -115,6 +117,7 @@ void ZVAnalyticsManager::sendMixapnelRequest(const Value::Dictionary& parameters
   if (!url) return;
   URLRequest request(*url);
   request.timeoutInterval = requestTimeout;
+  request.longestAnswer = longestAnswer;
   request.httpMethod = "POST";
   URLSession::shared().dataTask(request, [](auto&&...) {})->resume();
 }

@@ -2,6 +2,7 @@
 
 #include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Foundation/Ascii.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/UUID.h"
 
@@ -15,18 +16,9 @@ namespace {
 // A film over a slow line takes its time.
 constexpr double requestTimeout = 10000; // seconds
 
-/// One byte a character; what ASCII lacks becomes a question mark.
-std::string asciiLossy(const std::string& text) {
-  std::string ascii;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80)
-      ascii += c;
-    else if (byte >= 0xc0) // once for each character, not for each byte of it
-      ascii += '?';
-  }
-  return ascii;
-}
+// The back end's answers are records of a person or a merchant, never lists without an end.
+constexpr std::size_t longestAnswer = std::size_t{1} << 20; // bytes
+constexpr JSONSerialization::Limits answerLimits{.depth = 64, .values = 100'000};
 
 } // namespace
 
@@ -53,7 +45,16 @@ std::optional<URLRequest> ZVKYCNetworkManager::request(const std::string& path,
   }
   URLRequest request(*url);
   request.allHTTPHeaderFields = headers_;
+  request.longestAnswer = longestAnswer;
   return request;
+}
+
+std::optional<Error> ZVKYCNetworkManager::refusal() const {
+  const auto url = URL::fromString(serverURL);
+  if (!url) return Error{NSURLErrorDomain, NSURLErrorBadURL, "the address cannot be used"};
+  URLRequest request(*url);
+  request.allHTTPHeaderFields = headers_;
+  return URLSession::refusal(request);
 }
 
 void ZVKYCNetworkManager::get(const std::string& path, Completion completion) {
@@ -125,13 +126,17 @@ void ZVKYCNetworkManager::send(const URLRequest& request, Completion completion)
   const auto handleResponse = [handed](const std::optional<Data>& data,
                                        const std::optional<URLResponse>&,
                                        std::optional<Error> error) {
-    // On the session's queue, so that decoding holds nobody up.
-    std::optional<Value> result;
-    if (data)
-      result = JSONSerialization::jsonObject(data->view(), JSONSerialization::Fragments::Allow);
-    DispatchQueue::main().async(
-        [completion = std::move(*handed), result = std::move(result),
-         error = std::move(error)]() mutable { completion(std::move(result), std::move(error)); });
+    // On a queue of no session, so that decoding holds no other request up.
+    DispatchQueue::global().async([handed, data, error = std::move(error)] {
+      std::optional<Value> result;
+      if (data)
+        result = JSONSerialization::jsonObject(data->view(), JSONSerialization::Fragments::Allow,
+                                               answerLimits);
+      DispatchQueue::main().async(
+          [completion = std::move(*handed), result = std::move(result), error]() mutable {
+            completion(std::move(result), std::move(error));
+          });
+    });
   };
   session.dataTask(request, handleResponse)->resume();
 }

@@ -21,7 +21,7 @@ public:
 
   ZVKYCNetworkManager();
 
-  /// Every path is appended to it as it stands.
+  /// Every path is appended to it as it stands. Each registration takes it from `ZVEndpoints`.
   std::string serverURL;
   /// The `Authorization` header; absent: none is sent.
   Observed<std::optional<std::string>> authorization;
@@ -39,6 +39,9 @@ public:
   /// The body is the parameters as JSON, or a string as it stands; absent: no body.
   void patch(const std::string& path, const std::optional<Value>& parameters,
              Completion completion);
+
+  /// Why no request can be sent, such as a client id that no header can carry; absent: they can.
+  std::optional<Error> refusal() const;
 
   enum class FileKind { Image, Video };
   /// A multipart body, framed by `boundary`. Names and values go out as they stand.

@@ -12,6 +12,8 @@
 
 namespace zuvi {
 
+class FilmFile;
+
 /// Where a running camera's pictures are shown. Called on the camera's threads; must not wait.
 class CameraPreview {
 public:
@@ -25,9 +27,9 @@ public:
 class CameraFilm {
 public:
   virtual ~CameraFilm() = default;
-  /// Completes the file. Further calls change nothing.
+  /// Completes the film. Further calls change nothing.
   virtual void stop() = 0;
-  /// Ends the film and removes its file, also while `stop` is at work.
+  /// Ends the film and gives its file up, also while `stop` is at work.
   virtual void discard() = 0;
 };
 
@@ -64,9 +66,10 @@ public:
   /// Gets pictures whenever the camera runs, as long as it lives.
   virtual void addPreview(std::weak_ptr<CameraPreview> preview) = 0;
   virtual void captureStill(StillHandler handler) = 0;
-  /// Starts a film. `ended` comes when the file is complete, or removed and an error tells why.
-  virtual std::shared_ptr<CameraFilm>
-  startFilm(const std::string& path, std::optional<double> maxDuration, FilmHandler ended) = 0;
+  /// Starts a film. `ended` comes when the file is complete, or given up and an error tells why.
+  virtual std::shared_ptr<CameraFilm> startFilm(std::shared_ptr<FilmFile> file,
+                                                std::optional<double> maxDuration,
+                                                FilmHandler ended) = 0;
 
   /// The platform queue on which the callers above hear of results.
   virtual DispatchQueue& callbackQueue() { return DispatchQueue::global(); }

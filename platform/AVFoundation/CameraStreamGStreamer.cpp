@@ -34,10 +34,10 @@ void CameraStreamGStreamer::captureStill(StillHandler handler) {
   run_->captureStill(std::move(handler));
 }
 
-std::shared_ptr<CameraFilm> CameraStreamGStreamer::startFilm(const std::string& path,
+std::shared_ptr<CameraFilm> CameraStreamGStreamer::startFilm(std::shared_ptr<FilmFile> file,
                                                              std::optional<double> maxDuration,
                                                              FilmHandler ended) {
-  auto film = make<FilmGStreamer>(path, maxDuration, std::move(ended));
+  auto film = make<FilmGStreamer>(std::move(file), maxDuration, std::move(ended));
   film->begin();
   if (run_)
     run_->addFilm(film);

@@ -5,11 +5,8 @@
 
 #include <gst/app/gstappsrc.h>
 
-#include <cerrno>
-#include <cstring>
-#include <fcntl.h>
+#include <csignal>
 #include <set>
-#include <unistd.h>
 #include <utility>
 
 namespace zuvi {
@@ -29,15 +26,19 @@ Error filmError(int code, const std::string& why) {
   return {AVFoundationErrorDomain, code, why};
 }
 
-/// Made here so that nobody else can read it; the sink's own file would be open to all.
-std::optional<Error> makePrivateFile(const std::string& path) {
-  const int file =
-      ::open(path.c_str(), O_CREAT | O_TRUNC | O_WRONLY | O_NONBLOCK | O_CLOEXEC, 0600);
-  if (file < 0)
-    return filmError(AVErrorDiskFull,
-                     "The film cannot be written: " + std::string(strerror(errno)));
-  ::close(file);
-  return std::nullopt;
+/// Over the limit on the size of files a write fails; the signal would end the process.
+void blockSizeSignal(GstElement* sink) {
+  GstRef<GstPad> pad(gst_element_get_static_pad(sink, "sink"));
+  gst_pad_add_probe(
+      pad.get(), GST_PAD_PROBE_TYPE_BUFFER,
+      [](GstPad*, GstPadProbeInfo*, gpointer) {
+        sigset_t signal;
+        sigemptyset(&signal);
+        sigaddset(&signal, SIGXFSZ);
+        pthread_sigmask(SIG_BLOCK, &signal, nullptr); // of the thread that writes
+        return GST_PAD_PROBE_OK;
+      },
+      nullptr, nullptr);
 }
 
 /// The films whose file is open. Film queue only; never destroyed.
@@ -48,9 +49,9 @@ std::set<FilmGStreamer*>& openFilms() {
 
 } // namespace
 
-FilmGStreamer::FilmGStreamer(std::string path, std::optional<double> maxDuration,
+FilmGStreamer::FilmGStreamer(std::shared_ptr<FilmFile> file, std::optional<double> maxDuration,
                              CameraStream::FilmHandler ended, std::vector<FilmEncoder> encoders)
-    : path_(std::move(path)), maxDuration_(maxDuration), asked_(monotonicTime()),
+    : file_(std::move(file)), maxDuration_(maxDuration), asked_(monotonicTime()),
       ended_(std::move(ended)), encoders_(std::move(encoders)) {}
 
 void FilmGStreamer::begin() {
@@ -59,8 +60,6 @@ void FilmGStreamer::begin() {
 
 void FilmGStreamer::build() {
   if (!ended_) return; // discarded before its turn came
-  if (auto error = makePrivateFile(path_)) return end(std::move(error), true);
-  fileMade_ = true;
   // A film that the end of the program cuts short must not stay on the disk.
   static std::once_flag registered;
   std::call_once(registered, [] { SerialQueue::film().whenProgramEnds(discardAll); });
@@ -71,12 +70,13 @@ void FilmGStreamer::build() {
 }
 
 void FilmGStreamer::launch() {
+  if (auto error = file_->open()) return end(std::move(error), false);
   auto made = Pipeline::launch(
       std::string("appsrc name=in format=time max-buffers=0 max-bytes=0 max-time=0 ! "
                   "videoscale ! videoconvert ! capsfilter name=raw ! ") +
           encoders_.front().launch +
           " ! queue name=coded max-size-buffers=0 max-size-time=0 max-size-bytes=16000000 ! "
-          "qtmux ! filesink name=file async=false",
+          "qtmux ! fdsink name=file async=false",
       [weak = weak_from_this(), attempt = ++attempt_](const Pipeline::Event& event) {
         SerialQueue::film().async([weak, attempt, event] {
           if (auto self = weak.lock()) self->heard(attempt, event);
@@ -84,7 +84,8 @@ void FilmGStreamer::launch() {
       });
   if (auto* error = std::get_if<Error>(&made)) return useNextEncoder(*error);
   auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
-  g_object_set(pipeline->element("file"), "location", path_.c_str(), nullptr);
+  g_object_set(pipeline->element("file"), "fd", file_->descriptor(), nullptr);
+  blockSizeSignal(pipeline->element("file"));
   if (GstElement* encoder = pipeline->element("openh264")) endWithoutFlush(encoder);
   if (!pipeline->play())
     return useNextEncoder(filmError(AVErrorUnknown, "The film does not start."));
@@ -268,13 +269,10 @@ void FilmGStreamer::end(std::optional<Error> error, bool keepFile) {
   }
   if (keepFile)
     pipeline.reset(); // the file is whole only now
-  else if (fileMade_)
-    ::unlink(path_.c_str());
+  else
+    file_->discard();
   // A disk that hangs may hold up what is left of the pipeline, but not the answer.
   ended(std::move(error));
-  if (keepFile || !fileMade_ || !pipeline) return;
-  pipeline.reset();
-  ::unlink(path_.c_str()); // its sink may have opened the file in between
 }
 
 } // namespace zuvi

@@ -2,6 +2,7 @@
 
 #include "platform/AVFoundation/CameraStream.h"
 #include "platform/AVFoundation/FilmEncoderGStreamer.h"
+#include "platform/AVFoundation/FilmFile.h"
 #include "platform/AVFoundation/PipelineGStreamer.h"
 
 #include <deque>
@@ -16,7 +17,7 @@ namespace zuvi {
 class FilmGStreamer final : public CameraFilm, public std::enable_shared_from_this<FilmGStreamer> {
 public:
   /// `encoders` in the order in which they are tried; none: those of this machine.
-  FilmGStreamer(std::string path, std::optional<double> maxDuration,
+  FilmGStreamer(std::shared_ptr<FilmFile> file, std::optional<double> maxDuration,
                 CameraStream::FilmHandler ended, std::vector<FilmEncoder> encoders = {});
 
   void begin();
@@ -42,13 +43,12 @@ private:
   void watchCoded();
   void coded(GstClockTime place);
 
-  const std::string path_;
+  const std::shared_ptr<FilmFile> file_;
   const std::optional<double> maxDuration_;
   const GstClockTime asked_;
 
   // Film queue only
-  CameraStream::FilmHandler ended_; // empty once the film has ended
-  bool fileMade_ = false;
+  CameraStream::FilmHandler ended_;   // empty once the film has ended
   std::vector<FilmEncoder> encoders_; // the first one is at work
   int attempt_ = 0;
 

@@ -1,16 +1,17 @@
 #include "platform/AVFoundation/MovieRecording.h"
 
-#include "platform/Foundation/FileManager.h"
+#include "platform/AVFoundation/FilmFile.h"
 
 namespace zuvi {
 
 MovieRecording::MovieRecording(std::string path,
                                std::weak_ptr<AVCaptureFileOutputRecordingDelegate> delegate,
                                DispatchQueue& queue)
-    : path_(std::move(path)), delegate_(std::move(delegate)), queue_(queue) {}
+    : file_(std::make_shared<FilmFile>(std::move(path))), delegate_(std::move(delegate)),
+      queue_(queue) {}
 
 void MovieRecording::start(CameraStream& stream, std::optional<double> maxDuration) {
-  auto film = stream.startFilm(path_, maxDuration, [self = shared_from_this()](auto error) {
+  auto film = stream.startFilm(file_, maxDuration, [self = shared_from_this()](auto error) {
     self->ended(std::move(error));
   });
   std::lock_guard lock(mutex_);
@@ -18,10 +19,6 @@ void MovieRecording::start(CameraStream& stream, std::optional<double> maxDurati
 }
 
 void MovieRecording::refuse(Error error) {
-  {
-    std::lock_guard lock(mutex_);
-    refused_ = true;
-  }
   ended(std::move(error));
 }
 
@@ -70,22 +67,16 @@ void MovieRecording::ended(std::optional<Error> error) {
 }
 
 void MovieRecording::tell(const std::optional<Error>& error) {
-  bool silent = false, refused = false;
+  bool silent = false;
   {
     std::lock_guard lock(mutex_);
     silent = silent_;
-    refused = refused_;
   }
   auto delegate = silent ? nullptr : delegate_.lock();
-  if (!delegate) {
-    // A film that nobody hears of would stay on the disk. A refused one is somebody else's file.
-    const bool hadDelegate =
-        delegate_.owner_before(std::weak_ptr<AVCaptureFileOutputRecordingDelegate>{}) ||
-        std::weak_ptr<AVCaptureFileOutputRecordingDelegate>{}.owner_before(delegate_);
-    if (!refused && (silent || hadDelegate)) FileManager::removeItem(path_);
-    return;
-  }
-  delegate->fileOutputDidFinishRecording(path_, error);
+  // A film that nobody hears of would stay on the disk.
+  if (!delegate) return file_->discard();
+  const auto unkept = file_->keep();
+  delegate->fileOutputDidFinishRecording(file_->path(), unkept ? unkept : error);
   // The delegate may be a screen by now held here only, and a screen dies on the main queue.
   DispatchQueue::main().async([delegate = std::move(delegate)]() mutable { delegate.reset(); });
 }

@@ -30,13 +30,12 @@ private:
   void ended(std::optional<Error> error);
   void tell(const std::optional<Error>& error);
 
-  const std::string path_;
+  const std::shared_ptr<FilmFile> file_;
   const std::weak_ptr<AVCaptureFileOutputRecordingDelegate> delegate_;
   DispatchQueue& queue_;
   mutable std::mutex mutex_;
   State state_ = State::Recording;
   bool silent_ = false;
-  bool refused_ = false;
   std::shared_ptr<CameraFilm> film_;
 };
 

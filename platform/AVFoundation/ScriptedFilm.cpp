@@ -1,17 +1,19 @@
 #include "platform/AVFoundation/ScriptedFilm.h"
 
 #include "platform/AVFoundation/AVError.h"
+#include "platform/AVFoundation/FilmFile.h"
 #include "platform/AVFoundation/ScriptedCamera.h"
-#include "platform/Foundation/FileManager.h"
 
 #include <utility>
+
+#include <unistd.h>
 
 namespace zuvi {
 
 ScriptedFilm::ScriptedFilm(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue,
-                           std::string path, CameraStream::FilmHandler ended)
-    : camera_(std::move(camera)), queue_(queue), path_(std::move(path)), ended_(std::move(ended)) {
-  camera_->films.push_back(path_);
+                           std::shared_ptr<FilmFile> file, CameraStream::FilmHandler ended)
+    : camera_(std::move(camera)), queue_(queue), file_(std::move(file)), ended_(std::move(ended)) {
+  camera_->films.push_back(file_->path());
 }
 
 ScriptedFilm::~ScriptedFilm() {
@@ -35,6 +37,7 @@ void ScriptedFilm::stop() {
 void ScriptedFilm::discard() {
   if (!ended_) return;
   camera_->filmsDiscarded++;
+  file_->discard();
   end(Error{AVFoundationErrorDomain, AVErrorOperationInterrupted, "The film was given up."});
 }
 
@@ -42,8 +45,12 @@ void ScriptedFilm::complete(std::optional<Error> error) {
   if (!ended_) return;
   if (!camera_->film)
     return end(Error{AVFoundationErrorDomain, AVErrorNoDataCaptured, "The film has no picture."});
-  if (!FileManager::writeAtomically(path_, camera_->film->view()))
+  const std::string_view film = camera_->film->view();
+  if (auto failed = file_->open()) return end(std::move(failed));
+  if (::write(file_->descriptor(), film.data(), film.size()) != std::ssize(film)) {
+    file_->discard();
     return end(Error{AVFoundationErrorDomain, AVErrorDiskFull, "The film cannot be written."});
+  }
   end(std::move(error));
 }
 

@@ -9,8 +9,8 @@ class ScriptedCamera;
 /// A film whose file holds what the test gave.
 class ScriptedFilm final : public CameraFilm, public std::enable_shared_from_this<ScriptedFilm> {
 public:
-  ScriptedFilm(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue, std::string path,
-               CameraStream::FilmHandler ended);
+  ScriptedFilm(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue,
+               std::shared_ptr<FilmFile> file, CameraStream::FilmHandler ended);
   ~ScriptedFilm() override;
 
   /// Ends the film by itself once `seconds` are over.
@@ -25,7 +25,7 @@ private:
 
   std::shared_ptr<ScriptedCamera> camera_;
   DispatchQueue& queue_;
-  std::string path_;
+  std::shared_ptr<FilmFile> file_;
   CameraStream::FilmHandler ended_; // empty once the film has ended
   WorkId limit_ = 0;
 };

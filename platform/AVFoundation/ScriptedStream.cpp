@@ -75,10 +75,10 @@ void ScriptedStream::answerStills(const std::optional<Data>& still) {
     queue_.async([handler = std::move(handler), still, error] { handler(still, error); });
 }
 
-std::shared_ptr<CameraFilm> ScriptedStream::startFilm(const std::string& path,
+std::shared_ptr<CameraFilm> ScriptedStream::startFilm(std::shared_ptr<FilmFile> file,
                                                       std::optional<double> maxDuration,
                                                       FilmHandler ended) {
-  auto film = make<ScriptedFilm>(camera_, queue_, path, std::move(ended));
+  auto film = make<ScriptedFilm>(camera_, queue_, std::move(file), std::move(ended));
   if (maxDuration) film->limit(*maxDuration);
   films_.push_back(film);
   return film;

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -49,7 +50,11 @@ private:
         const Work work = std::move(waiting_.front());
         waiting_.pop_front();
         lock.unlock();
-        work();
+        // What runs out of memory is given up; the host goes on.
+        try {
+          work();
+        } catch (const std::bad_alloc&) {
+        }
       }
       lock.lock();
     }

@@ -45,6 +45,7 @@ void MainLoop::attach() {
   static GSourceFuncs functions = {prepare, check, dispatch, nullptr, nullptr, nullptr};
   source = g_source_new(&functions, sizeof(GSource));
   g_source_set_name(source, "main queue");
+  g_source_set_can_recurse(source, TRUE); // work may run a loop of its own, such as a dialogue's
   g_source_attach(source, nullptr);
   queue.setWakeUp([] { g_main_context_wakeup(nullptr); });
 }

@@ -1,5 +1,6 @@
 #include "platform/Foundation/CurlAddress.h"
 
+#include <initializer_list>
 #include <memory>
 
 #include <arpa/inet.h>
@@ -24,19 +25,29 @@ bool endsWith(const std::string& text, const std::string& end) {
          curl_strequal(text.c_str() + text.size() - end.size(), end.c_str()) != 0;
 }
 
-} // namespace
-
-std::optional<CurlAddress> CurlAddress::parse(const std::string& text) {
+/// Read one after the other, each from where the one before leads.
+std::optional<CurlAddress> read(std::initializer_list<const char*> texts) {
   const Address address(curl_url(), &curl_url_cleanup);
   constexpr unsigned flags = CURLU_PATH_AS_IS | CURLU_URLENCODE | CURLU_NON_SUPPORT_SCHEME;
-  if (!address || curl_url_set(address.get(), CURLUPART_URL, text.c_str(), flags) != CURLUE_OK)
-    return std::nullopt;
+  for (const char* text : texts)
+    if (!address || curl_url_set(address.get(), CURLUPART_URL, text, flags) != CURLUE_OK)
+      return std::nullopt;
   CurlAddress result;
   result.text = part(address, CURLUPART_URL);
   result.scheme = part(address, CURLUPART_SCHEME);
   result.host = part(address, CURLUPART_HOST);
   result.port = part(address, CURLUPART_PORT, CURLU_DEFAULT_PORT);
   return result;
+}
+
+} // namespace
+
+std::optional<CurlAddress> CurlAddress::parse(const std::string& address) {
+  return read({address.c_str()});
+}
+
+std::optional<CurlAddress> CurlAddress::resolve(const std::string& reference) const {
+  return read({text.c_str(), reference.c_str()});
 }
 
 bool CurlAddress::isLoopback() const {

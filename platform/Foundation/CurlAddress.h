@@ -14,6 +14,8 @@ struct CurlAddress {
   std::string port; // the scheme's own when the address names none
 
   static std::optional<CurlAddress> parse(const std::string& text);
+  /// An address that may leave out what it has in common with this one.
+  std::optional<CurlAddress> resolve(const std::string& reference) const;
 
   bool isHttp() const { return scheme == "http" || scheme == "https"; }
   bool isLoopback() const;

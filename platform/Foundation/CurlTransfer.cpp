@@ -1,12 +1,17 @@
 #include "platform/Foundation/CurlTransfer.h"
 
-#include "platform/Foundation/CurlAuthorities.h"
+#include "platform/Foundation/CurlCookies.h"
 #include "platform/Foundation/CurlErrors.h"
+#include "platform/Foundation/CurlRedirect.h"
+#include "platform/Foundation/CurlTrust.h"
+#include "platform/Foundation/HeaderText.h"
+#include "platform/Foundation/ProcessInfo.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <exception>
+#include <functional>
 #include <string_view>
 #include <utility>
 
@@ -19,7 +24,6 @@ namespace {
 constexpr int mostRedirects = 10;
 constexpr long longestIdle = 1; // seconds, before an upload
 constexpr long uploadBuffer = 512L << 10; // films are long; the usual 64 KiB cost a third more time
-constexpr std::size_t longestBody = std::size_t{256} << 20; // an endless answer must end somewhere
 
 // These belong to the transport; a caller's value would contradict what is really sent.
 constexpr std::array reservedHeaders = {"connection", "content-length", "expect", "host",
@@ -32,36 +36,14 @@ std::chrono::milliseconds usableTimeout(double seconds) {
   return std::chrono::milliseconds(static_cast<long>(std::ceil(std::min(seconds, longest) * 1000)));
 }
 
-char lowerCase(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string lowerCase(std::string_view text) {
-  std::string result(text);
-  for (char& c : result)
-    c = lowerCase(c);
-  return result;
-}
-
-// What a method and the name of a header are made of.
-bool isToken(std::string_view text) {
-  constexpr std::string_view others = "!#$%&'*+-.^_`|~";
-  return !text.empty() && std::all_of(text.begin(), text.end(), [&](char c) {
-    const char lower = lowerCase(c);
-    return (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') ||
-           others.find(c) != std::string_view::npos;
-  });
-}
-
-bool isHeaderValue(std::string_view text) {
-  return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos;
-}
-
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r\n";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+/// The program's name, the library's and the system's.
+const std::string& userAgent() {
+  static const std::string text = [] {
+    std::string name = ProcessInfo::processName();
+    std::replace_if(name.begin(), name.end(), std::not_fn(isTokenCharacter), '_');
+    return name + " libcurl/" + curl_version_info(CURLVERSION_NOW)->version + " Linux";
+  }();
+  return text;
 }
 
 template <class Value> void set(void* easy, CURLoption option, Value value) {
@@ -74,8 +56,8 @@ template <class Value> void set(void* easy, CURLoption option, Value value) {
 struct CurlTransfer::Callbacks {
   static std::size_t write(char* bytes, std::size_t, std::size_t size, void* self) {
     auto& transfer = *static_cast<CurlTransfer*>(self);
-    transfer.bodyTooLong_ = size > longestBody - transfer.body_.size();
-    if (transfer.bodyTooLong_) return CURL_WRITEFUNC_ERROR;
+    transfer.tooLong_ = size > transfer.request_.longestAnswer - transfer.body_.size();
+    if (transfer.tooLong_) return CURL_WRITEFUNC_ERROR;
     try {
       transfer.body_.append(bytes, size); // grows by doubling
       return size;
@@ -106,9 +88,11 @@ struct CurlTransfer::Callbacks {
   }
 
   static std::size_t header(char* bytes, std::size_t, std::size_t size, void* self) {
+    auto& transfer = *static_cast<CurlTransfer*>(self);
+    transfer.lastProgress_ = std::chrono::steady_clock::now();
     try {
-      static_cast<CurlTransfer*>(self)->receiveHeader({bytes, size});
-      return size;
+      transfer.tooLong_ = !transfer.head_.add({bytes, size});
+      return transfer.tooLong_ ? CURL_WRITEFUNC_ERROR : size;
     } catch (const std::exception&) {
       return CURL_WRITEFUNC_ERROR;
     }
@@ -146,29 +130,36 @@ CurlTransfer::~CurlTransfer() = default;
 
 std::optional<Error> CurlTransfer::start() {
   state_ = State::Running;
-  const std::string scheme = request_.url.scheme();
-  if (scheme != "http" && scheme != "https")
-    return urlError(NSURLErrorUnsupportedURL, "neither http nor https");
-  // Without a host the library would take the first part of the path for one.
-  if (!request_.url.host().empty()) address_ = CurlAddress::parse(request_.url.absoluteString());
-  if (!address_) return urlError(NSURLErrorBadURL, "the address cannot be used");
-  if (!isToken(request_.httpMethod)) return urlError(NSURLErrorUnknown, "the method is no token");
+  if (auto error = refusal(request_)) return error;
+  address_ = CurlAddress::parse(request_.url.absoluteString());
   easy_.reset(curl_easy_init());
   if (!easy_) return urlError(NSURLErrorUnknown, "out of memory");
-  if (auto error = setHeaders()) return error;
+  setHeaders();
   setOptions();
   setMethod();
   setAddress();
   return std::nullopt;
 }
 
-std::optional<Error> CurlTransfer::setHeaders() {
+std::optional<Error> CurlTransfer::refusal(const URLRequest& request) {
+  const std::string scheme = request.url.scheme();
+  if (scheme != "http" && scheme != "https")
+    return urlError(NSURLErrorUnsupportedURL, "neither http nor https");
+  // Without a host the library would take the first part of the path for one.
+  if (request.url.host().empty() || !CurlAddress::parse(request.url.absoluteString()))
+    return urlError(NSURLErrorBadURL, "the address cannot be used");
+  if (!isToken(request.httpMethod)) return urlError(NSURLErrorUnknown, "the method is no token");
+  for (const auto& [name, value] : request.allHTTPHeaderFields)
+    if (!isToken(name) || !isHeaderValue(value))
+      return urlError(NSURLErrorUnknown, "the header " + lowerCase(name) + " cannot be sent");
+  return std::nullopt;
+}
+
+void CurlTransfer::setHeaders() {
   curl_slist* list = curl_slist_append(nullptr, "Expect:");
   headers_.reset(list);
   bool hasType = false;
   for (const auto& [name, value] : request_.allHTTPHeaderFields) {
-    if (!isToken(name) || !isHeaderValue(value))
-      return urlError(NSURLErrorUnknown, "the header " + lowerCase(name) + " cannot be sent");
     const std::string lower = lowerCase(name);
     if (std::find(reservedHeaders.begin(), reservedHeaders.end(), lower) != reservedHeaders.end())
       continue;
@@ -180,13 +171,14 @@ std::optional<Error> CurlTransfer::setHeaders() {
   }
   if (!hasType) curl_slist_append(list, "Content-Type:"); // the library would make one up
   set(easy_.get(), CURLOPT_HTTPHEADER, list);
-  return std::nullopt;
 }
 
 void CurlTransfer::setMethod() {
   void* easy = easy_.get();
   const std::string& method = request_.httpMethod;
   const bool expectsBody = method == "POST" || method == "PUT" || method == "PATCH";
+  set(easy, CURLOPT_HTTPGET, 1L); // a redirect may have made it one
+  set(easy, CURLOPT_CUSTOMREQUEST, static_cast<const char*>(nullptr));
   if (request_.httpBody || expectsBody) {
     if (!request_.httpBody) request_.httpBody.emplace();
     curl_off_t size = 0;
@@ -219,8 +211,8 @@ void CurlTransfer::setOptions() {
   set(easy, CURLOPT_PATH_AS_IS, 1L);
   set(easy, CURLOPT_FOLLOWLOCATION, 0L);
   set(easy, CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_2TLS);
-  set(easy, CURLOPT_SSL_VERIFYPEER, 1L);
-  set(easy, CURLOPT_SSL_VERIFYHOST, 2L);
+  set(easy, CURLOPT_USERAGENT, userAgent().c_str());
+  set(easy, CURLOPT_ACCEPT_ENCODING, ""); // all that the library can undo
   set(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   set(easy, CURLOPT_TCP_NODELAY, 1L);
   set(easy, CURLOPT_TCP_KEEPALIVE, 1L);
@@ -236,14 +228,15 @@ void CurlTransfer::setOptions() {
   set(easy, CURLOPT_NOPROGRESS, 0L);
   set(easy, CURLOPT_PREREQFUNCTION, &Callbacks::aboutToSend);
   set(easy, CURLOPT_PREREQDATA, this);
-  CurlAuthorities::apply(easy);
+  CurlCookies::apply(easy);
+  CurlTrust::apply(easy);
 }
 
 void CurlTransfer::setAddress() {
   set(easy_.get(), CURLOPT_URL, address_->text.c_str());
   // An absent proxy leaves it to the environment, an empty one is none.
   set(easy_.get(), CURLOPT_PROXY, address_->isLoopback() ? "" : static_cast<const char*>(nullptr));
-  response_ = {};
+  head_ = {};
   body_.clear();
   sendings_ = 0;
   sent_ = 0;
@@ -251,50 +244,33 @@ void CurlTransfer::setAddress() {
   lastProgress_ = std::chrono::steady_clock::now();
 }
 
-void CurlTransfer::receiveHeader(std::string_view line) {
-  lastProgress_ = std::chrono::steady_clock::now();
-  if (line.starts_with("HTTP/")) { // an interim answer may have come before
-    response_.headers.clear();
-    return;
-  }
-  const auto colon = line.find(':');
-  if (colon == std::string_view::npos) return;
-  std::string& value = response_.headers[lowerCase(trimmed(line.substr(0, colon)))];
-  if (!value.empty()) value += ", ";
-  value += trimmed(line.substr(colon + 1));
-}
-
 bool CurlTransfer::isSafe() const {
   return request_.httpMethod == "GET" || request_.httpMethod == "HEAD";
 }
 
-std::optional<CurlAddress> CurlTransfer::redirectTarget() const {
-  constexpr std::array statuses = {301, 302, 303, 307, 308};
-  if (!isSafe() || request_.httpBody ||
-      std::find(statuses.begin(), statuses.end(), response_.statusCode) == statuses.end())
-    return std::nullopt;
-  const char* target = nullptr;
-  curl_easy_getinfo(easy_.get(), CURLINFO_REDIRECT_URL, &target);
-  return target ? CurlAddress::parse(target) : std::nullopt;
+Error CurlTransfer::errorOf(int result) const {
+  if (tooLong_) return urlError(NSURLErrorDataLengthExceedsMaximum, "the answer is too long");
+  if (replayRefused_) return urlError(NSURLErrorNetworkConnectionLost, "the connection was lost");
+  return errorFromCurl(result, errorText_.c_str());
 }
 
 bool CurlTransfer::follows(int result) {
   if (result != CURLE_OK) {
-    if (bodyTooLong_)
-      fail(urlError(NSURLErrorDataLengthExceedsMaximum, "the answer is too long"));
-    else if (replayRefused_)
-      fail(urlError(NSURLErrorNetworkConnectionLost, "the connection was lost"));
-    else
-      fail(errorFromCurl(result, errorText_.c_str()));
+    fail(errorOf(result));
     return false;
   }
+  URLResponse& response = head_.response;
   long status = 0;
   curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
-  response_.statusCode = static_cast<int>(status);
+  response.statusCode = static_cast<int>(status);
 
-  const auto target = redirectTarget();
+  const auto location = response.headers.find("location");
+  const auto target =
+      location == response.headers.end()
+          ? std::nullopt
+          : followRedirect(*address_, response.statusCode, location->second, request_);
   if (!target) {
-    complete(Data(std::move(body_)), std::move(response_), std::nullopt);
+    complete(Data(std::move(body_)), std::move(response), std::nullopt);
     return false;
   }
   if (!target->isHttp()) {
@@ -305,14 +281,9 @@ bool CurlTransfer::follows(int result) {
     fail(urlError(NSURLErrorHTTPTooManyRedirects, "too many redirects"));
     return false;
   }
-  if (!address_->mayConfideIn(*target)) {
-    std::erase_if(request_.allHTTPHeaderFields, [](const auto& field) {
-      const std::string name = lowerCase(field.first);
-      return name == "authorization" || name == "cookie";
-    });
-    setHeaders();
-  }
   address_ = target;
+  setHeaders();
+  setMethod();
   setAddress();
   return true;
 }

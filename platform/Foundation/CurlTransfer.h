@@ -1,13 +1,13 @@
 #pragma once
 
 #include "platform/Foundation/CurlAddress.h"
+#include "platform/Foundation/CurlHead.h"
 #include "platform/Foundation/URLSession.h"
 
 #include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace zuvi {
 
@@ -21,6 +21,9 @@ public:
   ~CurlTransfer();
   CurlTransfer(const CurlTransfer&) = delete;
   CurlTransfer& operator=(const CurlTransfer&) = delete;
+
+  /// Why the request can't be sent at all.
+  static std::optional<Error> refusal(const URLRequest& request);
 
   bool isStarted() const { return state_ != State::Waiting; }
   /// Whether the completion has been called.
@@ -49,12 +52,11 @@ private:
     void operator()(void* list) const;
   };
 
-  std::optional<Error> setHeaders();
+  void setHeaders();
   void setMethod();
   void setOptions();
   void setAddress();
-  void receiveHeader(std::string_view line);
-  std::optional<CurlAddress> redirectTarget() const;
+  Error errorOf(int result) const;
   bool isSafe() const;
   void complete(std::optional<Data> data, std::optional<URLResponse> response,
                 std::optional<Error> error);
@@ -68,9 +70,9 @@ private:
   std::unique_ptr<void, FreeList> headers_;
   std::string errorText_;
   long long sent_ = 0; ///< bytes of the body that the library has taken
-  URLResponse response_;
+  CurlHead head_;
   std::string body_;
-  bool bodyTooLong_ = false;
+  bool tooLong_ = false;
   bool replayRefused_ = false;
   int sendings_ = 0;
   int redirects_ = 0;

@@ -2,19 +2,25 @@
 
 #include "platform/Foundation/ProcessInfo.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <utility>
 
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace zuvi {
 
 namespace {
+
+constexpr std::size_t largestFile = std::size_t{256} << 20; // bytes
 
 std::mutex documentsMutex;
 std::optional<std::optional<std::string>> replacedDocuments;
@@ -49,6 +55,15 @@ bool makePrivateDirectory(const std::string& path) {
   return isDirectory(path);
 }
 
+std::string folderOf(const std::string& path) {
+  const auto slash = path.rfind('/');
+  return slash == std::string::npos ? "." : path.substr(0, std::max<std::size_t>(slash, 1));
+}
+
+bool makeFolderOf(const std::string& path) {
+  return makePrivateDirectory(folderOf(path));
+}
+
 std::optional<std::string> documentsBelow(const std::optional<std::string>& data) {
   if (!data) return std::nullopt;
   std::string folder = *data + '/' + ProcessInfo::processName() + "/Documents";
@@ -57,7 +72,26 @@ std::optional<std::string> documentsBelow(const std::optional<std::string>& data
   return folder;
 }
 
+/// Over the limit on the size of files a write fails; the signal would end the process.
+class SizeSignalBlocked {
+public:
+  SizeSignalBlocked() {
+    sigemptyset(&signal_);
+    sigaddset(&signal_, SIGXFSZ);
+    pthread_sigmask(SIG_BLOCK, &signal_, &before_);
+  }
+  ~SizeSignalBlocked() {
+    const timespec now = {};
+    if (!sigismember(&before_, SIGXFSZ)) sigtimedwait(&signal_, nullptr, &now);
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  }
+
+private:
+  sigset_t signal_, before_;
+};
+
 bool writeAll(int descriptor, std::string_view bytes) {
+  const SizeSignalBlocked blocked;
   while (!bytes.empty()) {
     const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
@@ -102,7 +136,9 @@ std::optional<Data> FileManager::contents(const std::string& path) {
   if (!file || ::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
     return std::nullopt;
   const auto size = static_cast<std::size_t>(status.st_size);
-  const std::shared_ptr<char[]> bytes(new char[size]);
+  if (size > largestFile) return std::nullopt;
+  const std::shared_ptr<char[]> bytes(new (std::nothrow) char[size]);
+  if (!bytes) return std::nullopt;
   std::size_t length = 0;
   while (length < size) {
     const ssize_t count = ::read(file.number(), bytes.get() + length, size - length);
@@ -118,9 +154,18 @@ bool FileManager::removeItem(const std::string& path) {
   return ::unlink(path.c_str()) == 0;
 }
 
+FileManager::FolderLock::FolderLock(const std::string& file)
+    : folder_(makeFolderOf(file) ? ::open(folderOf(file).c_str(), O_RDONLY | O_CLOEXEC) : -1) {
+  while (folder_ >= 0 && ::flock(folder_, LOCK_EX) != 0 && errno == EINTR) {
+  }
+}
+
+FileManager::FolderLock::~FolderLock() {
+  if (folder_ >= 0) ::close(folder_);
+}
+
 bool FileManager::writeAtomically(const std::string& path, std::string_view bytes) {
-  if (const auto slash = path.rfind('/'); slash != std::string::npos && slash > 0)
-    makePrivateDirectory(path.substr(0, slash));
+  makeFolderOf(path);
   std::string temporary = path + ".XXXXXX";
   const Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
   if (!file) return false;

@@ -20,10 +20,22 @@ public:
   static void setDocumentsDirectory(std::optional<std::string> folder);
 
   /// The whole file, read into memory (not mapped: the file may be removed right away). Absent when
-  /// it cannot be read.
+  /// it can't be read or is larger than 256 MiB.
   static std::optional<Data> contents(const std::string& path);
   static bool removeItem(const std::string& path);
-  /// Writes beside the file and renames, so that a reader sees the old or the new one.
+  /// Keeps other processes that hold one for a file of the same folder waiting; best effort.
+  class FolderLock {
+  public:
+    explicit FolderLock(const std::string& file);
+    ~FolderLock();
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+  private:
+    int folder_;
+  };
+  /// Writes beside the file and renames, so that a reader sees the old or the new one. A full disk
+  /// or a limit on the size of files is a failure like others, not a signal.
   static bool writeAtomically(const std::string& path, std::string_view bytes);
 };
 

@@ -8,19 +8,26 @@
 
 namespace zuvi {
 
+/// How much JSON may hold: decoded, a short text can become very large.
+struct JSONLimits {
+  std::size_t depth = 512;         ///< levels of lists and dictionaries
+  std::size_t values = 10'000'000; ///< of all kinds and levels together
+};
+
 /// JSON to values and back. Any thread.
 class JSONSerialization {
 public:
   enum class Fragments { Refuse, Allow };
 
-  static constexpr std::size_t usualDepth = 512;
+  using Limits = JSONLimits;
+  static constexpr std::size_t usualDepth = JSONLimits().depth;
 
-  /// Absent when `bytes` is no JSON, is nested deeper than `deepest` levels, or is a bare string,
-  /// number, boolean or null while fragments are refused. Numbers come as the narrowest of signed,
-  /// unsigned and double that holds them.
+  /// Absent when `bytes` is no JSON, holds more than the limits or the memory allow, or is a bare
+  /// string, number, boolean or null while fragments are refused. Numbers come as the narrowest of
+  /// signed, unsigned and double that holds them.
   static std::optional<Value> jsonObject(std::string_view bytes,
                                          Fragments fragments = Fragments::Refuse,
-                                         std::size_t deepest = usualDepth);
+                                         const Limits& limits = Limits());
 
   /// Whether `data` would accept the value: a list or dictionary at the top, and below it only
   /// null, booleans, finite numbers, strings, lists and dictionaries, at most 512 levels deep.

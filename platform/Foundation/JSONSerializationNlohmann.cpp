@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -17,7 +18,7 @@ using nlohmann::json;
 // depth of the input is limited here and not by the thread's stack.
 class ValueBuilder final : public nlohmann::json_sax<json> {
 public:
-  explicit ValueBuilder(std::size_t deepest) : deepest_(deepest) {}
+  explicit ValueBuilder(const JSONSerialization::Limits& limits) : limits_(limits) {}
 
   std::optional<Value> result;
 
@@ -49,7 +50,7 @@ private:
   };
 
   bool open(std::variant<Value::List, Value::Dictionary> empty) {
-    if (open_.size() == deepest_) return false;
+    if (open_.size() == limits_.depth) return false;
     open_.push_back({std::move(empty), {}});
     return true;
   }
@@ -62,6 +63,7 @@ private:
   }
 
   bool add(Value value) {
+    if (count_++ == limits_.values) return false;
     if (open_.empty())
       result = std::move(value);
     else if (auto* list = std::get_if<Value::List>(&open_.back().elements))
@@ -72,7 +74,8 @@ private:
     return true;
   }
 
-  const std::size_t deepest_;
+  const JSONSerialization::Limits limits_;
+  std::size_t count_ = 0;
   std::vector<Container> open_;
 };
 
@@ -93,18 +96,26 @@ bool isWritable(const Value& value, std::size_t depth) {
   return value.isNull() || value.boolean() || value.string();
 }
 
+// A whole number goes out without a fraction, whatever holds it.
+json asWritten(double number) {
+  constexpr double limit = 0x1p63;
+  const bool whole = std::trunc(number) == number && std::abs(number) < limit;
+  return whole ? json(static_cast<std::int64_t>(number)) : json(number);
+}
+
 // The double that is written with the digits of the float: 0.1 and not 0.10000000149.
-double asWritten(float number) {
+json asWritten(float number) {
   char digits[32];
   const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
   double result = number;
   std::from_chars(digits, end, result);
-  return result;
+  return asWritten(result);
 }
 
 struct Converter {
   json operator()(std::monostate) const { return nullptr; }
   json operator()(float number) const { return asWritten(number); }
+  json operator()(double number) const { return asWritten(number); }
   json operator()(const Value::List& list) const {
     json result = json::array();
     for (const auto& element : list)
@@ -127,11 +138,15 @@ struct Converter {
 } // namespace
 
 std::optional<Value> JSONSerialization::jsonObject(std::string_view bytes, Fragments fragments,
-                                                   std::size_t deepest) {
+                                                   const Limits& limits) {
   // The parser takes a zero byte for the end of the input.
   if (bytes.find('\0') != std::string_view::npos) return std::nullopt;
-  ValueBuilder builder(deepest);
-  if (!json::sax_parse(bytes.begin(), bytes.end(), &builder)) return std::nullopt;
+  ValueBuilder builder(limits);
+  try {
+    if (!json::sax_parse(bytes.begin(), bytes.end(), &builder)) return std::nullopt;
+  } catch (const std::bad_alloc&) {
+    return std::nullopt;
+  }
   const auto& value = builder.result;
   if (value && fragments == Fragments::Refuse && !value->list() && !value->dictionary())
     return std::nullopt;

@@ -1,5 +1,7 @@
 #include "platform/Foundation/NotificationCenter.h"
 
+#include "platform/Dispatch/AssertMainQueue.h"
+
 #include <utility>
 #include <vector>
 
@@ -12,6 +14,7 @@ NotificationCenter& NotificationCenter::defaultCenter() {
 
 NotificationObserver NotificationCenter::observe(const std::string& name,
                                                  std::function<void(const Notification&)> handler) {
+  assertMainQueue("The notification centre");
   const auto [first, last] = observers_.equal_range(name);
   for (auto entry = first; entry != last;)
     entry = entry->second.expired() ? observers_.erase(entry) : std::next(entry);
@@ -24,6 +27,7 @@ NotificationObserver NotificationCenter::observe(const std::string& name,
 }
 
 void NotificationCenter::post(const std::string& name, Value::Dictionary userInfo) {
+  assertMainQueue("The notification centre");
   const Notification notification{name, std::move(userInfo)};
   std::vector<std::weak_ptr<Registration>> observers;
   const auto [first, last] = observers_.equal_range(name);

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 namespace zuvi {
@@ -38,7 +39,12 @@ void ProcessInfo::returnFreedMemory() {
 
 std::string ProcessInfo::executablePath() {
   std::error_code error;
-  return std::filesystem::read_symlink("/proc/self/exe", error).string();
+  std::string path = std::filesystem::read_symlink("/proc/self/exe", error).string();
+  // What the system adds once another file, such as a newer version, has taken the program's place.
+  constexpr std::string_view mark = " (deleted)";
+  if (path.ends_with(mark) && !std::filesystem::exists(path, error))
+    path.resize(path.size() - mark.size());
+  return path;
 }
 
 std::string ProcessInfo::folderOfCode(const void* address) {

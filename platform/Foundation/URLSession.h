@@ -30,6 +30,8 @@ struct URLRequest {
   std::optional<HTTPBody> httpBody; ///< absent: none is sent
   /// Seconds without any progress after which the request fails; absent: the session's.
   std::optional<double> timeoutInterval;
+  /// Bytes, uncompressed, beyond which the answer is given up and the request fails.
+  std::size_t longestAnswer = std::size_t{16} << 20;
 };
 
 /// The head of an answer. Any status is an answer, not an error.
@@ -60,8 +62,10 @@ public:
 };
 
 /// HTTP and HTTPS requests over kept connections, HTTP/2 where it is offered. Certificates and host
-/// names are always verified, and nothing of a request is sent before. A redirect to another host,
-/// or from https to http, carries no `Authorization`. All members may be called from any thread.
+/// names are always verified, and nothing of a request is sent before; TLS is 1.2 or later with
+/// keys that a later theft does not open. Redirects are followed. To another host, or from https to
+/// http, they carry no `Authorization` and no body. Answers may come compressed; cookies are kept
+/// until the process ends. All members may be called from any thread.
 class ZUVI_API URLSession {
 public:
   /// What an answer brings: data and response, or an error.
@@ -80,6 +84,9 @@ public:
   /// `completion` comes once, on the session's own queue, which is never the main one. With an
   /// error there is no data, not even what had arrived before it.
   std::shared_ptr<URLSessionDataTask> dataTask(const URLRequest& request, Completion completion);
+
+  /// Why the request can't be sent at all; absent when it can.
+  static std::optional<Error> refusal(const URLRequest& request);
 
   /// A file of further certificate authorities (PEM) that all sessions trust beside the system's;
   /// empty: none. Takes effect for connections made afterwards.

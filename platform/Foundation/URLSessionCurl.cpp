@@ -1,8 +1,8 @@
 #include "platform/Foundation/URLSession.h"
 
 #include "platform/Dispatch/DispatchQueue.h"
-#include "platform/Foundation/CurlAuthorities.h"
 #include "platform/Foundation/CurlTransport.h"
+#include "platform/Foundation/CurlTrust.h"
 
 #include <atomic>
 #include <utility>
@@ -83,12 +83,16 @@ std::shared_ptr<URLSessionDataTask> URLSession::dataTask(const URLRequest& reque
   return std::make_shared<DataTask>(transport_, std::move(transfer), state);
 }
 
+std::optional<Error> URLSession::refusal(const URLRequest& request) {
+  return CurlTransfer::refusal(request);
+}
+
 void URLSession::setAdditionalAuthorities(const std::string& pemFile) {
-  CurlAuthorities::setAdditional(pemFile);
+  CurlTrust::setAdditional(pemFile);
 }
 
 Data URLSession::additionalAuthorities() {
-  return CurlAuthorities::additional();
+  return CurlTrust::additional();
 }
 
 } // namespace zuvi

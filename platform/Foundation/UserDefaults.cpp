@@ -12,11 +12,15 @@
 #include <mutex>
 #include <utility>
 
+#include <cerrno>
+#include <unistd.h>
+
 namespace zuvi {
 
 namespace {
 
-constexpr int deepest = 500; // levels; the file adds one, and JSON has an end to them
+constexpr double retryDelay = 10; // seconds
+constexpr int deepest = 500;      // levels; the file adds one, and JSON has an end to them
 
 // Empty without a home: such defaults last as long as the process.
 std::string standardPath() {
@@ -39,12 +43,63 @@ bool isStorable(const Value& value, int depth = 0) {
          });
 }
 
+bool holds(const Value::List& list, const Value& element) {
+  return std::find(list.begin(), list.end(), element) != list.end();
+}
+
+/// The list `there` after what made `mine` of `known`: elements added, elements taken away.
+Value::List mergedList(const Value::List& known, const Value::List& mine, Value::List there) {
+  std::erase_if(there, [&](const Value& e) { return holds(known, e) && !holds(mine, e); });
+  for (const Value& element : mine)
+    if (!holds(known, element) && !holds(there, element)) there.push_back(element);
+  return there;
+}
+
+/// What is on the disk after what made `mine` of `known` was done to it. Where two processes have
+/// changed one entry, lists keep what either added; of other values the last one holds.
+Value::Dictionary merged(const Value::Dictionary& known, const Value::Dictionary& mine,
+                         Value::Dictionary there) {
+  if (there == known) return mine;
+  Value::Dictionary keys = mine;
+  keys.insert(known.begin(), known.end());
+  for (const auto& [key, any] : keys) {
+    const Value *before = valueForKey(known, key), *now = valueForKey(mine, key);
+    if (before && now && *before == *now) continue;
+    const Value* other = valueForKey(there, key);
+    const auto listOf = [](const Value* value) { return value ? value->list() : nullptr; };
+    const Value::List none;
+    const auto *oldList = listOf(before), *newList = listOf(now), *otherList = listOf(other);
+    Value result = now ? *now : Value();
+    if (otherList && (newList || (oldList && !now))) {
+      auto list = mergedList(oldList ? *oldList : none, newList ? *newList : none, *otherList);
+      if (now || !list.empty()) result = std::move(list);
+    }
+    if (result.isNull() && !now)
+      there.erase(key);
+    else
+      there.insert_or_assign(key, std::move(result));
+  }
+  return there;
+}
+
 } // namespace
 
 /// A flush to the disk takes milliseconds, so the main queue leaves it to others; what comes
 /// meanwhile goes with the next one.
-struct UserDefaults::File {
+struct UserDefaults::File : std::enable_shared_from_this<File> {
   explicit File(std::string file) : path(std::move(file)) {}
+
+  /// Takes what is on the disk; false when it can't be read.
+  bool read(Value::Dictionary& found) const {
+    const auto bytes = FileManager::contents(path);
+    if (!bytes) return ::access(path.c_str(), F_OK) != 0 && errno == ENOENT;
+    const auto value = JSONSerialization::jsonObject(bytes->view());
+    if (value && value->dictionary())
+      found = *value->dictionary();
+    else
+      std::rename(path.c_str(), (path + ".damaged").c_str());
+    return true;
+  }
 
   void save() {
     const std::lock_guard order(saving); // an older state never replaces a newer one
@@ -55,13 +110,35 @@ struct UserDefaults::File {
       if (!std::exchange(dirty, false)) return;
       state = values;
     }
-    if (const auto bytes = JSONSerialization::data(state))
-      FileManager::writeAtomically(path, bytes->view());
+    if (write(state))
+      known = std::move(state);
+    else
+      retry();
+  }
+
+  bool write(const Value::Dictionary& state) const {
+    const FileManager::FolderLock alone(path);
+    Value::Dictionary there;
+    if (!read(there)) return false;
+    const auto bytes = JSONSerialization::data(merged(known, state, std::move(there)));
+    return !bytes || FileManager::writeAtomically(path, bytes->view());
+  }
+
+  void retry() {
+    {
+      const std::lock_guard lock(mutex);
+      dirty = true;
+    }
+    DispatchQueue::main().asyncAfter(retryDelay, [weak = weak_from_this()] {
+      const auto file = weak.lock();
+      if (file) DispatchQueue::global().async([file] { file->save(); });
+    });
   }
 
   const std::string path;
   std::mutex saving;
-  std::mutex mutex; ///< of all below; only the main queue writes the values
+  Value::Dictionary known; ///< what this process last read or wrote, without what others did
+  std::mutex mutex;        ///< of all below; only the main queue writes the values
   Value::Dictionary values;
   bool dirty = false;
   bool scheduled = false;
@@ -73,13 +150,9 @@ UserDefaults& UserDefaults::standard() {
 }
 
 UserDefaults::UserDefaults(std::string path) : file_(std::make_shared<File>(std::move(path))) {
-  const auto bytes = FileManager::contents(file_->path);
-  if (!bytes) return;
-  const auto value = JSONSerialization::jsonObject(bytes->view());
-  if (value && value->dictionary())
-    file_->values = *value->dictionary();
-  else
-    std::rename(file_->path.c_str(), (file_->path + ".damaged").c_str());
+  if (!file_->path.empty() && !file_->read(file_->values))
+    std::fprintf(stderr, "The settings in %s can't be read.\n", file_->path.c_str());
+  file_->known = file_->values;
 }
 
 UserDefaults::~UserDefaults() {

@@ -33,7 +33,7 @@ public:
   using Dictionary = std::map<std::string, Value>;
 
   /// Without an argument or from a null pointer: null. Everything else keeps its type; whole
-  /// numbers become 64 bits wide, signed or unsigned. A null object is described as "nil".
+  /// numbers become 64 bits wide, signed or unsigned.
   /// @{
   Value() = default;
   Value(std::nullptr_t) {}
@@ -43,13 +43,17 @@ public:
   requires(!std::same_as<T, bool>) Value(T number) : value_(std::uint64_t{number}) {}
   Value(float number) : value_(number) {}
   Value(double number) : value_(number) {}
-  Value(const char* text) : value_(std::string(text)) {}
+  Value(const char* text) {
+    if (text) value_ = std::string(text);
+  }
   Value(std::string text) : value_(std::move(text)) {}
   Value(List list) : value_(std::move(list)) {}
   Value(Dictionary dictionary) : value_(std::move(dictionary)) {}
   Value(Date date) : value_(date) {}
   Value(URL url) : value_(std::move(url)) {}
-  Value(std::shared_ptr<const DescribedObject> object) : value_(std::move(object)) {}
+  Value(std::shared_ptr<const DescribedObject> object) {
+    if (object) value_ = std::move(object);
+  }
   /// @}
   /// An absent optional becomes null.
   template <class T>

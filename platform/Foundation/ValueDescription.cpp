@@ -68,7 +68,7 @@ struct Describer {
   std::string operator()(const URL& url) const { return url.absoluteString(); }
 
   std::string operator()(const std::shared_ptr<const DescribedObject>& object) const {
-    return object ? object->description() : "nil";
+    return object->description();
   }
 
   std::string operator()(const Value::List& list) const {

@@ -3,6 +3,7 @@
 #include "platform/ImageIO/GifCanvas.h"
 #include "platform/ImageIO/GifReader.h"
 
+#include <exception>
 #include <future>
 #include <utility>
 
@@ -16,6 +17,14 @@ constexpr double usualDelay = 0.1;     // seconds
 } // namespace
 
 std::shared_ptr<CGImageSource> CGImageSource::createWithData(const Data& bytes) {
+  try {
+    return decode(bytes);
+  } catch (const std::exception&) { // neither memory nor a thread is to be had
+    return nullptr;
+  }
+}
+
+std::shared_ptr<CGImageSource> CGImageSource::decode(const Data& bytes) {
   auto gif = GifReader::open(bytes);
   if (!gif) return nullptr;
   auto source = std::make_shared<CGImageSource>();

@@ -20,8 +20,8 @@ inline constexpr const char* kCGImagePropertyGIFDelayTime = "DelayTime";
 /// a whole picture. It does not change, so any thread may ask.
 class CGImageSource {
 public:
-  /// Null when the bytes are no GIF, or one larger than a screen could ever show. All frames are
-  /// decoded here, with the help of another thread.
+  /// Null when the bytes are no GIF, or one larger than a screen or the memory could hold. All
+  /// frames are decoded here, with the help of another thread.
   static std::shared_ptr<CGImageSource> createWithData(const Data& bytes);
 
   /// How many frames the file holds, up to the first that breaks off.
@@ -32,6 +32,8 @@ public:
   Value::Dictionary copyPropertiesAtIndex(std::size_t index) const;
 
 private:
+  static std::shared_ptr<CGImageSource> decode(const Data& bytes);
+
   struct Frame {
     std::shared_ptr<const CGImage> image; ///< null: it could not be decoded
     std::optional<int> delay;             ///< in hundredths of a second

@@ -14,6 +14,7 @@ namespace {
 // A file of a few bytes may claim sizes of gigabytes.
 constexpr long mostCanvasPixels = 4096L * 4096;
 constexpr long mostPixels = 256L << 20; // of the pictures of all frames
+constexpr long pixelsPerByte = 1024;    // beside one whole canvas; no real animation has more
 
 struct Close {
   void operator()(GifFileType* file) const { DGifCloseFile(file, nullptr); }
@@ -66,7 +67,9 @@ bool readNumbers(GifFileType* file, GifFrame& frame) {
 } // namespace
 
 struct GifReader::File {
-  explicit File(const Data& data) : bytes(data), gif(DGifOpen(this, &File::read, nullptr)) {}
+  explicit File(const Data& data)
+      : bytes(data), gif(DGifOpen(this, &File::read, nullptr)),
+        pixelsLeft(std::min(mostPixels, mostCanvasPixels + long(data.size()) * pixelsPerByte)) {}
 
   static int read(GifFileType* gif, GifByteType* buffer, int size) {
     auto& file = *static_cast<File*>(gif->UserData);
@@ -81,7 +84,7 @@ struct GifReader::File {
   Data bytes;
   std::size_t at = 0;
   std::unique_ptr<GifFileType, Close> gif;
-  long pixelsLeft = mostPixels;
+  long pixelsLeft;
   bool ended = false;
 };
 

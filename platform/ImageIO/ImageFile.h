@@ -6,7 +6,8 @@
 
 namespace zuvi {
 
-/// A picture from the bytes of a PNG or JPEG file; null when they are none. Any thread.
+/// A picture from the bytes of a PNG or JPEG file; null when they are none, or one far larger than
+/// a camera's. Any thread.
 std::shared_ptr<const CGImage> decodeImage(const Data& bytes);
 
 /// The picture as a PNG file.

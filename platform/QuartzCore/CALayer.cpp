@@ -1,5 +1,6 @@
 #include "platform/QuartzCore/CALayer.h"
 
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/QuartzCore/CALayerCache.h"
 
 #include <algorithm>
@@ -65,6 +66,7 @@ void CALayer::removeFromSuperlayer() {
 }
 
 void CALayer::bubbleDirty() {
+  assertMainQueue("A layer");
   CALayer* layer = this;
   for (; layer; layer = layer->superlayer_) {
     layer->cache_->dirty = true;

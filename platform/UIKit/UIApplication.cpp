@@ -1,5 +1,6 @@
 #include "platform/UIKit/UIApplication.h"
 
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/Foundation/NotificationCenter.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIScrollView.h"
@@ -11,6 +12,7 @@
 namespace zuvi {
 
 UIApplication& UIApplication::shared() {
+  assertMainQueue("The application");
   // Never destroyed: views that outlive `main` still find it.
   static auto* application = new UIApplication;
   return *application;

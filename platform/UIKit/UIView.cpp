@@ -1,5 +1,6 @@
 #include "platform/UIKit/UIView.h"
 
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/QuartzCore/AnimationRetargeting.h"
 #include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
@@ -31,10 +32,12 @@ UIView::UIView(const CGRect& frame) : UIView(frame, std::make_shared<ViewLayer>(
 }
 
 UIView::UIView(const CGRect& frame, std::shared_ptr<CALayer> layer) : layer_(std::move(layer)) {
+  assertMainQueue("A view");
   layer_->setFrame(frame);
 }
 
 UIView::~UIView() {
+  assertMainQueue("A view");
   if (auto* plain = dynamic_cast<ViewLayer*>(layer_.get())) plain->view = nullptr;
   UIApplication::shared().viewWillGo(*this);
   for (const auto& subview : subviews_)
@@ -61,6 +64,7 @@ void UIView::addSubview(std::shared_ptr<UIView> view) {
 }
 
 void UIView::insertSubview(std::shared_ptr<UIView> view, std::size_t index) {
+  assertMainQueue("A view");
   if (!view || isDescendantOf(*view)) return;
   view->removeFromSuperview();
   index = std::min(index, subviews_.size());

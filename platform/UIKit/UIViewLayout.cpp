@@ -1,5 +1,6 @@
 // How views come to their frames.
 
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/QuartzCore/AnimationRetargeting.h"
 #include "platform/UIKit/ConstraintSolver.h"
 #include "platform/UIKit/UIScreen.h"
@@ -12,6 +13,7 @@
 namespace zuvi {
 
 void UIView::setNeedsLayout() {
+  assertMainQueue("A view");
   needsLayout_ = true;
   markLayoutPath();
 }

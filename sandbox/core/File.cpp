@@ -62,7 +62,9 @@ Result<Done> writeFile(const std::filesystem::path& path, std::string_view bytes
 
 Result<Done> makeFolder(const std::filesystem::path& path) {
   std::error_code error;
-  std::filesystem::create_directories(path, error);
+  if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), error);
+  if (mkdir(path.c_str(), 0700) != 0 && errno != EEXIST && !error)
+    error.assign(errno, std::generic_category());
   if (!error && std::filesystem::is_directory(path, error)) return Done{};
   return Error{"cannot make the folder " + path.string() + ": " +
                (error ? error.message() : "a file stands there")};

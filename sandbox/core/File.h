@@ -16,7 +16,7 @@ enum class FileAccess { everyone, ownerOnly };
 Result<Done> writeFile(const std::filesystem::path& path, std::string_view bytes,
                        FileAccess access = FileAccess::everyone);
 
-/// Makes the folder and those above it, if they are not there.
+/// Makes the folder, for its owner alone, and those above it, if they are not there.
 Result<Done> makeFolder(const std::filesystem::path& path);
 
 } // namespace zuvi::sandbox

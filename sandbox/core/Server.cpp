@@ -26,6 +26,14 @@ bool isLoopbackHost(std::string_view host) {
   return host == "127.0.0.1" || host == "localhost" || host == "[::1]";
 }
 
+/// Pages of this server alone may have scripts ask: another server of this machine is not it.
+bool isForeignOrigin(const Request& request, std::string_view host) {
+  const auto origin = request.header("origin");
+  if (!origin) return false;
+  const std::string end = "://" + std::string(host);
+  return *origin != "http" + end && *origin != "https" + end;
+}
+
 std::string printable(std::string_view text) {
   std::string plain;
   for (const char c : text)
@@ -59,11 +67,27 @@ struct Server::State {
   std::deque<RequestRecord> requests;
   std::unique_ptr<HttpServer> http; ///< last, so that it ends before what its handler uses
 
-  Response answer(const Request& request, std::string& operation) {
-    if (!isLoopbackHost(request.header("host").value_or("")))
-      return messageResponse(403, "Host is no loopback name");
+  std::optional<Response> refusal(const Request& request) const {
+    const auto host = request.header("host").value_or("");
+    if (!isLoopbackHost(host)) return messageResponse(403, "Host is no loopback name");
+    if (isForeignOrigin(request, host)) return messageResponse(403, "Origin is another server's");
     const auto match = router.match(request.method, request.path);
     if (match.route == nullptr) return unknownPath(match.allowed);
+    return match.route->admission ? match.route->admission(request) : std::nullopt;
+  }
+
+  /// By the request's head, so that no body is taken in vain.
+  std::optional<Response> admit(const Request& request) {
+    auto refused = refusal(request);
+    if (refused) {
+      const auto match = router.match(request.method, request.path);
+      record(request, *refused, match.route == nullptr ? "" : match.route->operation);
+    }
+    return refused;
+  }
+
+  Response answer(const Request& request, std::string& operation) {
+    const auto match = router.match(request.method, request.path);
     operation = match.route->operation;
     const auto perform = [&] { return match.route->handler(request, match.arguments); };
     if (operation.empty()) return perform();
@@ -107,6 +131,7 @@ Result<std::unique_ptr<Server>> Server::start(ServerOptions options) {
   HttpOptions http;
   http.port = options.port;
   http.bodyLimit = options.bodyLimit;
+  http.bodyFolder = options.dataFolder / "files";
   if (!options.tlsFolder.empty()) {
     auto credentials = serverCredentials(options.tlsFolder);
     if (!credentials) return credentials.error();
@@ -132,7 +157,8 @@ Result<std::unique_ptr<Server>> Server::start(ServerOptions options) {
   state->address = (state->options.tlsFolder.empty() ? "http" : "https") +
                    std::string("://127.0.0.1:") + std::to_string(state->http->port());
   if (auto served =
-          state->http->serve([&shared](const Request& request) { return shared.handle(request); });
+          state->http->serve([&shared](const Request& request) { return shared.handle(request); },
+                             [&shared](const Request& request) { return shared.admit(request); });
       !served)
     return served.error();
   return std::unique_ptr<Server>(new Server(std::move(state)));

@@ -1,9 +1,22 @@
 #include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/FilmGStreamer.h"
+#include "platform/Foundation/FileManager.h"
+#include "platform/Foundation/ProcessInfo.h"
 #include "tests/AVFoundation/CameraFixture.h"
 #include "tests/AVFoundation/MediaReaderGStreamer.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/ScopedEnvironment.h"
 
+#include <csignal>
+#include <cstddef>
+#include <fcntl.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/file.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace zuvi {
@@ -24,6 +37,11 @@ protected:
   }
   bool ended(std::size_t films = 1) {
     return time.waitUntil([&] { return listener->ends().size() >= films; });
+  }
+
+  /// In the folder, hidden ones too.
+  int files() const {
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator(folder.path()), {}));
   }
 
   const std::string path = folder.path("film.mov");
@@ -76,55 +94,60 @@ TEST_F(FilmTest, TakesFollowEachOther) {
   EXPECT_GT(readFilm(folder.path("2.mov")).frames, 3);
 }
 
-TEST_F(FilmTest, CancellingRemovesTheFileAndTellsNobody) {
-  for (bool stopFirst : {false, true}) {
-    auto rig = filming(path);
-    film(0.3);
-    EXPECT_TRUE(exists(path));
-    if (stopFirst) rig->film->stopRecording();
-    rig->film->cancelRecording();
-    EXPECT_FALSE(rig->film->isRecording());
-    EXPECT_TRUE(time.waitUntil([&] { return !exists(path); }));
-    // The next film's end comes after anything that the first may still tell.
-    ASSERT_TRUE(shoot(*rig, folder.path("next.mov"), 0.2, listener));
-    ASSERT_EQ(listener->ends().size(), 1U);
-    EXPECT_EQ(listener->ends()[0].path, folder.path("next.mov"));
-    EXPECT_FALSE(exists(path));
+TEST_F(FilmTest, LeavesNoFileThatNobodyHearsOf) {
+  for (const std::string how :
+       {"cancelled", "stopped and cancelled", "no session", "no listener"}) {
+    SCOPED_TRACE(how);
     listener = std::make_shared<FilmListener>();
-  }
-}
-
-TEST_F(FilmTest, DroppingItsOwnersRemovesTheFile) {
-  for (const bool dropSession : {true, false}) {
     auto rig = filming(path);
     film(0.3);
-    if (dropSession) {
+    EXPECT_EQ(files(), 0) << "it has no name while it is written";
+    if (how == "stopped and cancelled") rig->film->stopRecording();
+    if (how.ends_with("cancelled")) rig->film->cancelRecording();
+    if (how == "no listener") {
+      listener = std::make_shared<FilmListener>();
+      rig->film->stopRecording();
+    }
+    if (how == "no session") {
       rig->session.reset();
       ASSERT_TRUE(ended());
       EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorOperationInterrupted);
     } else {
-      listener.reset();
-      rig->film->stopRecording();
+      EXPECT_FALSE(rig->film->isRecording());
+      // The next film's end comes after anything that the first may still tell.
+      ASSERT_TRUE(shoot(*rig, folder.path("next.mov"), 0.2, listener));
+      ASSERT_EQ(listener->ends().size(), 1U);
+      EXPECT_TRUE(FileManager::removeItem(folder.path("next.mov")));
     }
-    EXPECT_TRUE(time.waitUntil([&] { return !exists(path); }));
-    listener = std::make_shared<FilmListener>();
+    EXPECT_EQ(files(), 0);
   }
 }
 
 TEST_F(FilmTest, DiskThatCannotTakeItGivesAnErrorAndLeavesTheCamera) {
-  std::filesystem::create_symlink("/dev/full", folder.path("full.mov"));
-  for (const auto& full : {folder.path("full.mov"), folder.path("none/film.mov")}) {
-    SCOPED_TRACE(full);
-    auto rig = filming(full);
-    film(0.3);
+  const rlimit usual = [] {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    return limit;
+  }();
+  for (const std::string why : {"no folder", "folder gone", "file limit"}) {
+    SCOPED_TRACE(why);
+    listener = std::make_shared<FilmListener>();
+    const std::string in = folder.path("in");
+    if (why != "no folder") std::filesystem::create_directory(in);
+    const rlimit small{1000, usual.rlim_max};
+    if (why == "file limit") ::setrlimit(RLIMIT_FSIZE, &small);
+    auto rig = filming(in + "/film.mov");
+    film(0.5);
+    if (why == "folder gone") std::filesystem::remove_all(in);
     rig->film->stopRecording();
-    ASSERT_TRUE(ended());
+    EXPECT_TRUE(ended());
+    ::setrlimit(RLIMIT_FSIZE, &usual);
     ASSERT_EQ(listener->ends().size(), 1U);
-    EXPECT_EQ(listener->ends()[0].error.value().code, AVErrorDiskFull);
-    EXPECT_FALSE(std::filesystem::is_symlink(full)) << "what was written is removed";
+    EXPECT_EQ(listener->ends()[0].error.value_or(Error{}).code, AVErrorDiskFull);
     EXPECT_TRUE(rig->session->isRunning());
     EXPECT_TRUE(warm(*rig));
-    listener = std::make_shared<FilmListener>();
+    std::filesystem::remove(in); // empty, then
+    EXPECT_EQ(files(), 0);
   }
 }
 
@@ -141,23 +164,52 @@ TEST_F(FilmTest, WithoutPictureThereIsNoFile) {
   EXPECT_FALSE(exists(path));
 }
 
+/// As on a file system that has no files without a name; for the rest of the process.
+void refuseNamelessFiles() {
+  sock_filter program[] = {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                           BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat, 0, 3),
+                           BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+                           BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, O_TMPFILE & ~O_DIRECTORY, 0, 1),
+                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EOPNOTSUPP),
+                           BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW)};
+  const sock_fprog filter{std::size(program), program};
+  ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+  ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter);
+}
+
 TEST_F(FilmTest, ProgramMayEndWhileFilming) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  static std::string root, left;
-  root = folder.path();
-  left = path;
-  EXPECT_EXIT(
-      {
-        std::atexit([] { // registered first, so it sees what all others have left
-          const int code = exists(left) ? 3 : 0;
-          std::filesystem::remove_all(root);
-          ::_exit(code);
-        });
-        static auto rig = filming(path); // goes after the cameras were closed
-        film(0.3);
-        std::exit(exists(path) ? 0 : 4);
-      },
-      ::testing::ExitedWithCode(0), "");
+  if (const char* to = std::getenv("ZUVI_TEST_FILM")) { // this is that program
+    if (std::getenv("ZUVI_TEST_NAMED")) refuseNamelessFiles();
+    static auto rig = filming(to); // goes after the cameras were closed
+    film(0.5);
+    if (const int signal = std::atoi(std::getenv("ZUVI_TEST_SIGNAL"))) ::raise(signal);
+    std::exit(0);
+  }
+  const test::ScopedEnvironment to("ZUVI_TEST_FILM", path);
+  const test::TemporaryFolder elsewhere; // what the test leaves there is of no matter
+  const test::ScopedEnvironment temporary("TMPDIR", elsewhere.path());
+  for (const bool named : {false, true})
+    for (const int signal : {0, SIGTERM, SIGKILL}) {
+      SCOPED_TRACE(std::to_string(signal) + (named ? " named" : ""));
+      const test::ScopedEnvironment how("ZUVI_TEST_NAMED",
+                                        named ? std::optional<std::string>("1") : std::nullopt),
+          by("ZUVI_TEST_SIGNAL", std::to_string(signal));
+      test::ChildProcess program(
+          {ProcessInfo::executablePath(), "--gtest_filter=FilmTest.ProgramMayEndWhileFilming"},
+          elsewhere.path("log"));
+      EXPECT_EQ(program.wait(), signal ? -1 : 0)
+          << test::TemporaryFolder::read(elsewhere.path("log"));
+      EXPECT_EQ(files(), named && signal ? 1 : 0);
+      EXPECT_FALSE(FilmFile(path).open()); // whoever films next
+      EXPECT_EQ(files(), 0);
+    }
+  // What is still written stays.
+  const std::string hidden = folder.write(".zuvi-film-other", "x");
+  const int other = ::open(hidden.c_str(), O_RDWR);
+  EXPECT_EQ(::flock(other, LOCK_EX), 0);
+  EXPECT_FALSE(FilmFile(path).open());
+  EXPECT_EQ(files(), 1);
+  ::close(other);
 }
 
 /// Films that are fed by hand.
@@ -174,8 +226,9 @@ protected:
       std::optional<Error> error;
     };
     const auto end = std::make_shared<End>();
+    const auto file = std::make_shared<FilmFile>(path);
     auto written = make<FilmGStreamer>(
-        path, std::nullopt,
+        file, std::nullopt,
         [end](std::optional<Error> error) {
           end->error = std::move(error);
           end->told = true;
@@ -194,6 +247,7 @@ protected:
     written->stop();
     EXPECT_FALSE(written->frame(picture));
     EXPECT_TRUE(time.waitUntil([&] { return end->told.load(); }));
+    EXPECT_FALSE(file->keep());
     return end->told ? end->error : Error{"test", 0, "The film's end was never told."};
   }
   const Rgb colour{200, 60, 40};
@@ -236,6 +290,7 @@ TEST_F(EncoderTest, OneThatFailsIsFollowedByTheNext) {
     EXPECT_GE(facts.frames, 1);
     EXPECT_NEAR(facts.seconds, length, 2 * oneFrame);
 
+    FileManager::removeItem(path);
     EXPECT_EQ(encode({fails}, 64, 64).value().code, AVErrorUnknown);
     EXPECT_FALSE(exists(path));
   }

@@ -1,3 +1,4 @@
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/Dispatch/DelayedCalls.h"
 #include "platform/Dispatch/DispatchQueue.h"
 #include "platform/Dispatch/MainLoop.h"
@@ -106,6 +107,13 @@ TEST_F(MainQueueTest, DelayedCallsGoByNameAndDieWithTheirOwner) {
   EXPECT_EQ(log_, "a1a2");
 }
 
+TEST(AssertMainQueueTest, TellsWhereWhatWasTouchedBelongs) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  assertMainQueue("A view");
+  EXPECT_DEATH(std::thread([] { assertMainQueue("A view"); }).join(),
+               "A view .*DispatchQueue::main\\(\\)\\.async");
+}
+
 TEST(MainLoopTest, RunsWorkInOrderAndIsWokenFromAsleep) {
   auto& queue = DispatchQueue::main();
   MainLoop::attach();
@@ -126,9 +134,17 @@ TEST(MainLoopTest, RunsWorkInOrderAndIsWokenFromAsleep) {
       });
     }).detach();
   });
-  queue.async([&] { log += "1"; });
+  queue.async([&] {
+    log += "1";
+    queue.async([&] {
+      log += "n";
+      MainLoop::stop();
+    });
+    MainLoop::run(); // such as a dialogue's
+    log += "N";
+  });
   MainLoop::run();
-  EXPECT_EQ(log, "123");
+  EXPECT_EQ(log, "1nN23");
   EXPECT_LT(ended - start, 60); // and not at the next deadline, an hour away
   queue.removeAll();
 }

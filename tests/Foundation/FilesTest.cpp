@@ -1,7 +1,10 @@
+#include "platform/Dispatch/VirtualTime.h"
 #include "platform/Foundation/Bundle.h"
 #include "platform/Foundation/FileManager.h"
+#include "platform/Foundation/ProcessInfo.h"
 #include "platform/Foundation/PropertyList.h"
 #include "platform/Foundation/UserDefaults.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -55,6 +58,78 @@ TEST(UserDefaultsTest, ADamagedFileIsKeptAsideAndReadsAsEmpty) {
   }
 }
 
+TEST(UserDefaultsTest, WhatCannotBeReadStaysAndWhatCannotBeWrittenIsTriedAgain) {
+  const TemporaryFolder folder;
+  VirtualTime time;
+  const std::string pipe = folder.path("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  testing::internal::CaptureStderr();
+  UserDefaults unreadable(pipe);
+  EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+  unreadable.set("a", 1);
+  unreadable.synchronize();
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+  EXPECT_EQ(unreadable.value("a"), 1);
+
+  const std::string path = folder.path("in/the/way/defaults.json");
+  UserDefaults defaults(path);
+  folder.write("in", "no folder");
+  defaults.set("a", 1);
+  defaults.synchronize();
+  std::filesystem::remove(folder.path("in"));
+  time.advance(10);
+  EXPECT_TRUE(time.waitUntil([&] { return UserDefaults(path).value("a") == 1; }));
+}
+
+TEST(UserDefaultsTest, TwoCopiesOfAProgramLoseNothing) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path("defaults.json");
+  {
+    UserDefaults first(path);
+    first.set("list", Value::List{"a", "b"});
+    first.set("count", 1);
+  }
+  UserDefaults one(path), two(path);
+  one.append("list", "c");
+  one.set("count", 2);
+  one.set("one", true);
+  one.synchronize();
+  two.set("list", Value::List{"b"}); // without a
+  two.append("list", "d");
+  two.synchronize();
+  const UserDefaults both(path);
+  EXPECT_EQ(both.value("list"), (Value::List{"b", "c", "d"}));
+  EXPECT_EQ(both.value("count"), 2);
+  EXPECT_EQ(both.value("one"), true);
+  one.set("list", nullptr); // which never knew of d
+  one.synchronize();
+  EXPECT_EQ(UserDefaults(path).value("list"), Value::List{"d"});
+  one.set("both", Value::List{});
+  one.synchronize();
+  for (int i = 0; i < 50; i++)
+    for (UserDefaults* copy : {&one, &two}) { // while they save
+      if (!copy->append("both", i)) copy->set("both", Value::List{i});
+      copy->append("both", copy == &one ? "1" : "2" + std::to_string(i));
+    }
+  one.synchronize();
+  two.synchronize();
+  EXPECT_EQ(UserDefaults(path).value("both").list()->size(), 50U + 51U);
+}
+
+TEST(ProcessInfoTest, KeepsItsNameWhenItsFileIsReplaced) {
+  if (std::getenv("ZUVI_TEST_REPLACED")) {
+    std::filesystem::remove(ProcessInfo::executablePath());
+    EXPECT_EQ(ProcessInfo::processName(), "a program");
+    return;
+  }
+  const TemporaryFolder folder;
+  std::filesystem::copy(ProcessInfo::executablePath(), folder.path("a program"));
+  const test::ScopedEnvironment replaced("ZUVI_TEST_REPLACED", "1");
+  test::ChildProcess program({folder.path("a program"), "--gtest_filter=ProcessInfoTest.*"},
+                             folder.path("log"));
+  EXPECT_EQ(program.wait(), 0) << TemporaryFolder::read(folder.path("log"));
+}
+
 TEST(FileManagerTest, ReadsWholeFilesAndOnlyFiles) {
   const TemporaryFolder folder;
   const std::string bytes(3'000'000, 'z');
@@ -66,7 +141,9 @@ TEST(FileManagerTest, ReadsWholeFilesAndOnlyFiles) {
   EXPECT_TRUE(data->view() == bytes);
   EXPECT_TRUE(FileManager::contents(folder.write("empty", ""))->empty());
   ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
-  for (const auto& none : {path, folder.path(), folder.path("pipe"), std::string()})
+  std::filesystem::resize_file(folder.write("large", ""), std::uintmax_t{1} << 40);
+  for (const auto& none :
+       {path, folder.path(), folder.path("pipe"), folder.path("large"), std::string()})
     EXPECT_FALSE(FileManager::contents(none)) << none;
 }
 

@@ -4,6 +4,8 @@
 
 #include <latch>
 
+#include <gio/gio.h>
+
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -63,6 +65,55 @@ TEST_F(URLSessionTest, NoHeaderCanBeInjected) {
   request.httpMethod = "GET / HTTP/1.1" + evil + "\r\n\r\nGET";
   EXPECT_NE(send(request).code(), 0);
   EXPECT_TRUE(server.requests().empty());
+}
+
+std::string gzipped(const std::string& bytes) {
+  const std::unique_ptr<GZlibCompressor, decltype(&g_object_unref)> compressor(
+      g_zlib_compressor_new(G_ZLIB_COMPRESSOR_FORMAT_GZIP, 9), g_object_unref);
+  std::string room(bytes.size() + 100, '\0');
+  gsize read = 0, written = 0;
+  g_converter_convert(G_CONVERTER(compressor.get()), bytes.data(), bytes.size(), room.data(),
+                      room.size(), G_CONVERTER_INPUT_AT_END, &read, &written, nullptr);
+  return room.substr(0, written);
+}
+
+TEST_F(URLSessionTest, AnswersAreBoundedUncompressed) {
+  const struct {
+    Reply reply;
+    int code;
+  } rows[] = {
+      {{200, {}, std::string(1000, 'a')}, 0},
+      {{200, {}, std::string(1001, 'a')}, NSURLErrorDataLengthExceedsMaximum},
+      {{200, {{"Content-Encoding", "gzip"}}, gzipped(std::string(1000, 'a'))}, 0},
+      {{200, {{"Content-Encoding", "gzip"}}, gzipped(std::string(1 << 20, 'a'))},
+       NSURLErrorDataLengthExceedsMaximum},
+      {{302, {{"Location", "/end"}}, std::string(1001, 'a')}, NSURLErrorDataLengthExceedsMaximum},
+  };
+  for (const auto& [reply, code] : rows) {
+    SCOPED_TRACE(reply.body.size());
+    const LoopbackServer server([&](const Request&) { return reply; });
+    auto request = to(server.url("/"));
+    request.longestAnswer = 1000;
+    const auto outcome = send(request);
+    EXPECT_EQ(outcome.code(), code) << outcome.text();
+    EXPECT_EQ(outcome.data.value_or(Data()).size(), code == 0 ? 1000U : 0U);
+  }
+}
+
+TEST_F(URLSessionTest, CookiesGoBackToTheirHostInAllSessions) {
+  const LoopbackServer server([](const Request& request) {
+    return Reply{200,
+                 {{"Set-Cookie", "a=1; Path=/kept"}},
+                 std::string(request.header("cookie").value_or("none"))};
+  });
+  EXPECT_EQ(send(to(server.url("/kept"))).data->string(), "none");
+  URLSession other{URLSessionConfiguration()};
+  Pending pending;
+  other.dataTask(to(server.url("/kept")), pending.completion())->resume();
+  EXPECT_EQ(pending.outcome().data->string(), "a=1");
+  EXPECT_EQ(send(to(server.url("/other"))).data->string(), "none");
+  EXPECT_EQ(send(to(server.url("/kept", "localhost"))).data->string(), "none");
+  EXPECT_EQ(server.requests()[0].headers.at("user-agent").substr(0, 16), "test_Foundation ");
 }
 
 TEST_F(URLSessionTest, AnUploadIsNotSentTwiceWhenAKeptConnectionDies) {

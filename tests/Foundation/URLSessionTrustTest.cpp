@@ -1,4 +1,5 @@
 #include "sandbox/core/tls/ServerCredentials.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/SessionFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -119,11 +120,97 @@ TEST_F(URLSessionTrustTest, RedirectsEndSomewhere) {
   EXPECT_EQ(send(to(server.url("/11"))).code(), NSURLErrorHTTPTooManyRedirects);
   EXPECT_EQ(send(to(server.url("/file"))).code(), NSURLErrorUnsupportedURL);
   EXPECT_EQ(send(to(server.url("/nowhere"))).data->string(), "here");
+}
 
-  auto upload = to(server.url("/3"));
-  upload.httpMethod = "POST";
-  upload.httpBody = HTTPBody{Data(std::string("picture"))};
-  EXPECT_EQ(send(upload).response->statusCode, 302); // goes nowhere but where it was sent
+TEST_F(URLSessionTrustTest, AnUploadGoesWhereItMayAsTheAnswerSays) {
+  const struct {
+    const char *method, *path, *where, *arrives;
+  } rows[] = {
+      {"POST", "/301", "same", "GET"},         {"PUT", "/302", "same", "PUT picture"},
+      {"POST", "/303", "same", "GET"},         {"POST", "/307", "same", "POST picture"},
+      {"PUT", "/308", "same", "PUT picture"},  {"POST", "/302", "other", "GET"},
+      {"POST", "/307", "other", "not at all"}, {"PUT", "/308", "plain", "not at all"},
+      {"PUT", "/302", "other", "not at all"},
+  };
+  const auto show = [](const Request& request) {
+    const std::string type = request.headers.contains("content-type") ? " picture" : "";
+    EXPECT_EQ(request.body, type.empty() ? "" : "picture");
+    return Reply{200, {}, request.method + type};
+  };
+  const LoopbackServer plain(show);
+  std::string target;
+  const LoopbackServer server(
+      [&](const Request& request) {
+        if (request.path == "/end") return show(request);
+        return Reply{std::stoi(request.path.substr(1)), {{"Location", target}}, "not at all"};
+      },
+      good_);
+  for (const auto& [method, path, where, arrives] : rows) {
+    SCOPED_TRACE(std::string(method) + path + where);
+    target = *where == 's'   ? "/end"
+             : *where == 'o' ? server.url("/end", "localhost")
+                             : plain.url("/end");
+    auto upload = to(server.url(path));
+    upload.httpMethod = method;
+    upload.allHTTPHeaderFields = {{"Content-Type", "image/jpeg"}};
+    upload.httpBody = HTTPBody{Data(std::string("pic")), Data(std::string("ture"))};
+    EXPECT_EQ(send(upload).data.value_or(Data()).string(), arrives);
+  }
+}
+
+/// Real servers that were set up badly, all of an authority that is trusted.
+TEST_F(URLSessionTrustTest, AWeakConnectionSeesNoRequest) {
+  const struct {
+    std::string key, purpose;
+    std::vector<std::string> options;
+    int code;
+  } rows[] = {
+      {"rsa:2048", "serverAuth", {}, 0},
+      {"rsa:2048", "serverAuth", {"-tls1_2", "-cipher", "ECDHE-RSA-AES128-SHA"}, 0},
+      {"rsa:2048",
+       "serverAuth",
+       {"-tls1_1", "-cipher", "ALL:@SECLEVEL=0"},
+       NSURLErrorSecureConnectionFailed},
+      {"rsa:2048",
+       "serverAuth",
+       {"-tls1_2", "-cipher", "AES128-GCM-SHA256"},
+       NSURLErrorSecureConnectionFailed},
+      {"rsa:1024",
+       "serverAuth",
+       {"-cipher", "ALL:@SECLEVEL=0"},
+       NSURLErrorServerCertificateUntrusted},
+      {"rsa:2048", "clientAuth", {}, NSURLErrorServerCertificateUntrusted},
+  };
+  const auto ca = [&](const std::string& file) { return folder_.path("known/" + file); };
+  const std::string key = folder_.path("key"), certificate = folder_.path("certificate");
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.key + row.purpose + testing::PrintToString(row.options));
+    const auto config = folder_.write("config", "[req]\ndistinguished_name=n\n[n]\n[v3]\n"
+                                                "basicConstraints=CA:FALSE\n"
+                                                "subjectAltName=IP:127.0.0.1\n"
+                                                "extendedKeyUsage=" +
+                                                    row.purpose + '\n');
+    test::ChildProcess issuer({"openssl",     "req", "-config",    config,      "-x509",
+                               "-extensions", "v3",  "-newkey",    row.key,     "-nodes",
+                               "-keyout",     key,   "-out",       certificate, "-subj",
+                               "/CN=bad",     "-CA", ca("ca.pem"), "-CAkey",    ca("ca-key.pem")},
+                              folder_.path("issuer"));
+    ASSERT_EQ(issuer.wait(), 0) << test::TemporaryFolder::read(folder_.path("issuer"));
+    std::vector<std::string> command{"openssl", "s_server", "-www",  "-accept",  "127.0.0.1:0",
+                                     "-key",    key,        "-cert", certificate};
+    command.insert(command.end(), row.options.begin(), row.options.end());
+    const std::string log = folder_.write("log", "");
+    const test::ChildProcess server(command, log);
+    std::string said;
+    const auto listens = [&] {
+      said = test::TemporaryFolder::read(log);
+      return said.find("ACCEPT 127.0.0.1:") != std::string::npos && said.back() == '\n';
+    };
+    ASSERT_TRUE(test::comesToHold(listens, [&] { return server.isRunning(); })) << said;
+    const int port = std::stoi(said.substr(said.find("ACCEPT 127.0.0.1:") + 17));
+    const auto outcome = send(authorized("https://127.0.0.1:" + std::to_string(port) + "/"));
+    EXPECT_EQ(outcome.code(), row.code) << outcome.text();
+  }
 }
 
 } // namespace

@@ -74,9 +74,12 @@ TEST(Gif, SurvivesBytesThatLie) {
   EXPECT_FALSE(CGImageSource::createWithData(makeGif(65535, 65535, {})));
   EXPECT_FALSE(CGImageSource::createWithData(Data()));
   EXPECT_FALSE(CGImageSource::createWithData(Data(std::string("no picture at all"))));
-  const auto large = CGImageSource::createWithData(makeGif(4096, 4096, {{.delay = 10}}));
+  // A few bytes make one large picture, not many of them.
+  const auto large =
+      CGImageSource::createWithData(makeGif(4096, 4096, {{.delay = 10}, {.delay = 10}}));
   ASSERT_TRUE(large);
   EXPECT_EQ(large->createImageAtIndex(0)->width(), 4096);
+  EXPECT_EQ(pixelsOf(*large, 1), "none");
   EXPECT_EQ(CGImageSource::createWithData(makeGif(1, 1, {}))->count(), 0U);
 }
 

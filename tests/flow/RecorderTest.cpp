@@ -134,9 +134,9 @@ TEST_F(RecorderTest, LeavesNothingWhenTheFilmHasJustEnded) {
     tap("recordButton");
     time.advance(11.5);
     EXPECT_EQ(own->front->filmsStopped, 1);
-    EXPECT_EQ(filesLeft(), 1U) << "the film is there, nobody was told yet";
-    for (int i = 0; i < std::min(stage, 2);
-         i++) // with two turns the news is on its way to the main queue
+    EXPECT_EQ(filesLeft(), 0U) << "the film has no name before somebody is told";
+    // With two turns the news is on its way to the main queue.
+    for (int i = 0; i < std::min(stage, 2); i++)
       platform.run();
     if (stage < 3)
       tap("backButton");

@@ -78,7 +78,7 @@ TEST_F(AnalyticsTest, SendsTheWholeTable) {
   const std::string model = machine.machine, system = UIDevice::current().systemVersion();
   auto expected = dictionary(R"({"$app_release":"1.5","$app_version":"42","$app_build_number":"42",
       "$app_version_string":"1.5","$carrier":"Vivo","$lib_version":"3.1.6","$manufacturer":"Apple",
-      "mp_lib":"iphone","$os":"iOS","$radio":"None","$screen_height":812.0,"$screen_width":375.0,
+      "mp_lib":"iphone","$os":"iOS","$radio":"None","$screen_height":812,"$screen_width":375,
       "token":"0f3ab9d17c2e46a8b5d90e7f1c64a382","$region":"Brésil","$country_code":"Brésil"})");
   expected.insert({{"$model", model}, {"mp_device_model", model}, {"$os_version", system}});
   expected["distinct_id"] = id;

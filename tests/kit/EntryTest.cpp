@@ -42,6 +42,33 @@ TEST_F(SessionEntryTest, RegistersInOrder) {
   time.settle();
   EXPECT_EQ(*transport().authorization, "Bearer 2") << "an absent id changes nothing";
   EXPECT_EQ(backend.requests().size(), 2U);
+
+  Backend moved;
+  ZVEndpoints::serverURL() = moved.url();
+  registerClient("3");
+  EXPECT_EQ(moved.requests().size(), 1U);
+  EXPECT_EQ(backend.requests().size(), 2U);
+}
+
+TEST_F(SessionEntryTest, SaysAtOnceWhatCannotBeSent) {
+  const struct {
+    std::string client, server;
+    bool told;
+  } rows[] = {{"1", backend.url(), false},
+              {"1\r\nX: 2", backend.url(), true},
+              {"1", "back end", true},
+              {"1", "ftp://127.0.0.1/", true},
+              {"1", "https://host:99999/", true},
+              {"1", "https:///", true}};
+  for (const auto& [client, server, told] : rows) {
+    SCOPED_TRACE(client + ' ' + server);
+    ZVEndpoints::serverURL() = server;
+    testing::internal::CaptureStderr();
+    ZVKYC::registerWithClientId(client);
+    const std::string line = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), told ? 1 : 0) << line;
+    time.settle();
+  }
 }
 
 TEST_F(SessionEntryTest, KeepsTheRecordWhenNoMerchantComes) {

@@ -55,9 +55,10 @@ TEST_F(TransportTest, PatchesWithTextJsonOrNothing) {
   } rows[] = {
       {std::nullopt, ""},
       {"plain \"text\"", "plain \"text\""},
-      {"é€.😀", "??.?"},
+      {"é€.😀ß", "e?.?ss"},
       {Value::Dictionary{{"fields", Value::List{}}}, R"({"fields":[]})"},
-      {Value::List{1, true, nullptr, "é"}, R"([1,true,null,"é"])"},
+      {Value::List{1, true, static_cast<const char*>(nullptr), "é"}, R"([1,true,null,"é"])"},
+      {Value::List{812.0, -3.0F, 0.1F, 1e300, 0x1p53}, "[812,-3,0.1,1e+300,9007199254740992]"},
       {Value::Dictionary{{"n", std::nan("")}}, ""}, // sent all the same
       {7, ""},
   };
@@ -70,6 +71,37 @@ TEST_F(TransportTest, PatchesWithTextJsonOrNothing) {
     EXPECT_EQ(request.headers.at("content-type"), "application/json");
     EXPECT_FALSE(request.header("authorization")) << "nobody has registered";
     EXPECT_EQ(request.body, row.body);
+  }
+}
+
+TEST_F(TransportTest, TakesOfAnAnswerWhatItIsFor) {
+  const auto list = [](int values) {
+    std::string text = "[0";
+    while (--values > 0)
+      text += ",0";
+    return text + ']';
+  };
+  constexpr std::size_t most = std::size_t{1} << 20;
+  const struct {
+    std::string answer;
+    bool taken;
+    int error;
+  } rows[] = {
+      {'"' + std::string(most - 2, 'a') + '"', true, 0},
+      {'"' + std::string(most - 1, 'a') + '"', false, NSURLErrorDataLengthExceedsMaximum},
+      {std::string(64, '[') + std::string(64, ']'), true, 0},
+      {std::string(65, '[') + std::string(65, ']'), false, 0},
+      {list(99'999), true, 0}, // and the list itself
+      {list(100'000), false, 0},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.answer.size());
+    Outcome outcome;
+    backend.answer(row.answer);
+    transport().get("p", into(outcome));
+    await(outcome);
+    EXPECT_EQ(outcome.json.has_value(), row.taken);
+    EXPECT_EQ(outcome.error ? outcome.error->code : 0, row.error);
   }
 }
 

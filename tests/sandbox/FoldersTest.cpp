@@ -21,6 +21,9 @@ TEST_F(Persistence, EverythingIsThereAfterARestart) {
   ask("POST", "/track/?data=eyJldmVudCI6ImEiLCJwcm9wZXJ0aWVzIjp7fX0=");
   const auto before = json(ask("GET", "/arrivals.json"));
   const std::string film = before["identities"][0]["film"]["name"];
+  for (const char* part : {"data", "data/files"})
+    EXPECT_EQ(fs::status(folder_.path(part)).permissions(), fs::perms(0700)) << part;
+  EXPECT_EQ(fs::status(folder_.path("data/sandbox.db")).permissions(), fs::perms(0600));
 
   start();
   EXPECT_EQ(json(ask("GET", "/arrivals.json")), before);

@@ -1,5 +1,9 @@
 #include "tests/sandbox/ServerFixture.h"
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace zuvi::sandbox::test {
 namespace {
 
@@ -8,10 +12,48 @@ protected:
   void SetUp() override { start(); }
 };
 
-TEST_F(Operations, NobodyIsTheMerchantWithoutTheClientId) {
+TEST_F(Operations, OnlyClientsAndThePagesOfThisServerMayAsk) {
   for (const char* authorization : {"", "demo", "bearer demo", "Bearer  demo", "Bearer nobody"})
-    EXPECT_EQ(ask("GET", "/api/v1/merchants/me", {{"Authorization", authorization}}).status, 401)
-        << authorization;
+    for (const std::size_t size : {0, 100'000, 3'000'000}) // the longest is not even read
+      EXPECT_EQ(
+          ask("POST", "/v1/identities", {{"Authorization", authorization}}, std::string(size, 'x'))
+              .status,
+          401)
+          << authorization << size;
+  EXPECT_EQ(server_->requests().back().bodySize, 0U);
+  const std::string own = server_->address(), port = own.substr(own.rfind(':'));
+  for (const char* path : {"/", "/arrivals.json", "/api/v1/merchants/me", "/chat/news", "/none"})
+    for (const auto& origin : {std::string("null"), std::string("https://web.example"),
+                               "http://localhost" + port, own + "0", std::string()})
+      EXPECT_EQ(ask("GET", path, {{"Origin", origin}}).status, 403) << path << origin;
+  EXPECT_EQ(ask("GET", "/arrivals.json", {{"Origin", own}}).status, 200);
+}
+
+TEST_F(Operations, LongBodiesWaitOnTheDisk) {
+  SampleForm form = SampleForm::ofFilm();
+  form.bytes.resize(3'000'000, 'x');
+  upload("POST", "/v1/identities", form);
+  const auto arrived = server_->arrivals()->identities;
+  ASSERT_EQ(arrived.size(), 1U);
+  EXPECT_TRUE(*server_->file(arrived[0].film) == form.bytes);
+  EXPECT_EQ(upload("POST", "/v1/identities", SampleForm::ofFilm()).status, 201);
+  const std::filesystem::directory_iterator files(folder_.path("data/files"));
+  EXPECT_EQ(std::distance(begin(files), end(files)), 2) << "nothing else is left there";
+}
+
+TEST_F(Operations, OnlySoManyConnectAtATime) {
+  sockaddr_in address{AF_INET, htons(server_->port()), {htonl(INADDR_LOOPBACK)}, {}};
+  std::vector<int> idle;
+  for (int i = 0; i < 64; i++) {
+    idle.push_back(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    EXPECT_EQ(::connect(idle.back(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  }
+  timeout_ = 0.3;
+  EXPECT_NE(ask("GET", "/").error, 0);
+  for (const int socket : idle)
+    ::close(socket);
+  timeout_ = 20;
+  EXPECT_EQ(ask("GET", "/").status, 200);
 }
 
 TEST_F(Operations, ResourcesOfOthersAreUnknown) {

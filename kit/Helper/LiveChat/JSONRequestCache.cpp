@@ -30,9 +30,11 @@ std::shared_ptr<URLSessionDataTask> JSONRequestCache::request(Completion handler
     handler(std::nullopt, Error{NSURLErrorDomain, NSURLErrorBadURL, "The address cannot be used."});
     return nullptr;
   }
+  URLRequest request(*url);
+  request.longestAnswer = std::size_t{1} << 16; // it is an address
   const std::weak_ptr<JSONRequestCache> weak = weak_from_this();
   currentTask_ = URLSession::shared().dataTask(
-      URLRequest(*url), [weak, handler = std::move(handler)](const std::optional<Data>& data, auto,
+      request, [weak, handler = std::move(handler)](const std::optional<Data>& data, auto,
                                                              std::optional<Error> error) {
         if (const auto self = weak.lock()) self->receive(data, std::move(error), handler);
       });

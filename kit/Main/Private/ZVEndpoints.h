@@ -6,8 +6,8 @@
 
 namespace zuvi {
 
-/// Where the kit's services are. A host's own code may replace an address before it registers
-/// for the first time.
+/// Where the kit's services are. A host's own code may replace an address before it registers;
+/// the back end's holds from the next registration on.
 struct ZUVI_API ZVEndpoints {
   /// The back end; ends in "/".
   static std::string& serverURL();

@@ -1,11 +1,14 @@
 #include "kit/Main/Private/ZVKYCHelper.h"
 
 #include "kit/Helper/ZVExtensions.h"
+#include "kit/Main/Private/ZVEndpoints.h"
 #include "kit/Main/Public/ZVKYC.h"
 #include "kit/Manager/ZVKYCManager.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
 #include "platform/Foundation/NotificationCenter.h"
+
+#include <cstdio>
 
 namespace zuvi {
 
@@ -30,7 +33,11 @@ void ZVKYCHelper::clientIdChanged() {
   if (!*clinetId) return;
   registerZVFonts();
   CTTelephonyNetworkInfo().subscriberCellularProvider(); // known by the first event
+  ZVKYCManager::shared().networkManager.serverURL = ZVEndpoints::serverURL();
   ZVKYCManager::shared().authorization = "Bearer " + **clinetId;
+  if (const auto problem = ZVKYCManager::shared().networkManager.refusal())
+    std::fprintf(stderr, "ZuviSDK: Nothing can be sent to the back end: %s.\n",
+                 problem->description.c_str());
   ZVKYCManager::shared().getMerchant([this](const std::shared_ptr<const ZVKYCMerchant>& answer) {
     if (answer) merchant = answer;
     NotificationCenter::defaultCenter().post(merchantUpdatedNotification);

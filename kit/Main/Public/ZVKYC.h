@@ -22,7 +22,8 @@ public:
   /// Introduces the host, once, at its start, before a launch button is tapped: fetches what the
   /// back end knows of the client and lets every `ZVKYCButton` take its colour and language.
   /// Returns at once. Calling it again does all the work again; `metadata` replaces what was set
-  /// before, absent included.
+  /// before, absent included. A client id or an address of the back end that can't be sent is told
+  /// on standard error.
   static void registerWithClientId(const std::string& clientId,
                                    std::optional<Value::Dictionary> metadata = std::nullopt);
 

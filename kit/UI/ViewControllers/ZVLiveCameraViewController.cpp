@@ -50,11 +50,10 @@ public:
       : screen_(std::move(screen)) {}
 
   void fileOutputDidFinishRecording(const std::string& path, std::optional<Error>) override {
-    DispatchQueue::main().async([screen = screen_, path] {
-      if (const auto recorder = screen.lock())
-        recorder->fileOutputDidFinishRecording(path);
-      else
-        FileManager::removeItem(path); // nobody is there to send it
+    const auto film = FileManager::contents(path);
+    FileManager::removeItem(path); // from here on the bytes are the only copy
+    DispatchQueue::main().async([screen = screen_, film] {
+      if (const auto recorder = screen.lock()) recorder->filmDidEnd(film);
     });
   }
 
@@ -237,13 +236,9 @@ void ZVLiveCameraViewController::beginRecording() {
   if (const auto instruction = gifImageView.lock()) instruction->setAlpha(0);
 }
 
-void ZVLiveCameraViewController::fileOutputDidFinishRecording(const std::string& path) {
-  if (!std::exchange(takeUnderWay_, false)) { // the screen was left meanwhile
-    FileManager::removeItem(path);
-    return;
-  }
+void ZVLiveCameraViewController::filmDidEnd(const std::optional<Data>& film) {
+  if (!std::exchange(takeUnderWay_, false)) return; // the screen was left meanwhile
   const auto review = make<ZVLivenessVerifyViewController>();
-  const auto film = FileManager::contents(path);
   if (!film) { // the disk is full, or the camera is gone; the count-down may still run
     if (timer_) timer_->invalidate();
     timer_ = nullptr;
@@ -252,7 +247,6 @@ void ZVLiveCameraViewController::fileOutputDidFinishRecording(const std::string&
   }
   review->video = film;
   show(review);
-  FileManager::removeItem(path); // from here on the bytes are the only copy
 }
 
 } // namespace zuvi

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kit/UI/ViewControllers/ZVScreen.h"
+#include "platform/Foundation/Data.h"
 #include "platform/Foundation/Error.h"
 #include "platform/UIKit/UIButton.h"
 #include "platform/UIKit/UIImageView.h"
@@ -51,8 +52,8 @@ private:
   void showIdle();
   void endTake();
   void giveUpTake();
-  /// The film at `path` is complete; on the main queue.
-  void fileOutputDidFinishRecording(const std::string& path);
+  /// On the main queue; absent: there is no film.
+  void filmDidEnd(const std::optional<Data>& film);
   std::weak_ptr<ZVLiveCameraViewController> weakSelf();
 
   std::shared_ptr<AVCaptureSession> captureSession_;

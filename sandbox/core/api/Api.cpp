@@ -4,13 +4,18 @@
 
 namespace zuvi::sandbox {
 
+namespace {
+constexpr std::string_view scheme = "Bearer ";
+}
+
 Api::Api(Store& store, Merchants merchants, std::function<std::string()> address)
     : store_(store), merchants_(std::move(merchants)), address_(std::move(address)) {}
 
 void Api::addRoutes(Router& router) {
   const auto add = [&](const char* method, const char* pattern, std::string_view name,
                        RouteHandler handler) {
-    router.add({method, pattern, std::string(name), std::move(handler)});
+    router.add({method, pattern, std::string(name), std::move(handler),
+                [this](const Request& request) { return refusal(request); }});
   };
   add("GET", "/api/v1/merchants/me", operation::merchant,
       [this](const Request& request, const PathArguments&) { return merchant(request); });
@@ -43,15 +48,19 @@ void Api::addRoutes(Router& router) {
       });
 }
 
-Response Api::withClient(const Request& request, const ClientAction& action) const {
-  static constexpr std::string_view scheme = "Bearer ";
+std::optional<Response> Api::refusal(const Request& request) const {
   const auto header = request.header("authorization");
   if (!header) return messageResponse(401, "the request has no Authorization");
   if (!header->starts_with(scheme))
     return messageResponse(401, "Authorization is not \"Bearer\" and a client id");
-  const std::string clientId(header->substr(scheme.size()));
-  if (!merchants_.knows(clientId)) return messageResponse(401, "the client id is not known");
-  return action(clientId);
+  if (!merchants_.knows(std::string(header->substr(scheme.size()))))
+    return messageResponse(401, "the client id is not known");
+  return std::nullopt;
+}
+
+Response Api::withClient(const Request& request, const ClientAction& action) const {
+  if (auto refused = refusal(request)) return *refused;
+  return action(std::string(request.header("authorization")->substr(scheme.size())));
 }
 
 Response Api::withIdentity(const Request& request, const std::string& identityId,

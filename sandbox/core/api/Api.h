@@ -22,6 +22,7 @@ public:
 private:
   using ClientAction = std::function<Response(const std::string& clientId)>;
 
+  std::optional<Response> refusal(const Request& request) const;
   Response withClient(const Request& request, const ClientAction& action) const;
   Response withIdentity(const Request& request, const std::string& identityId,
                         const std::function<Response()>& action) const;

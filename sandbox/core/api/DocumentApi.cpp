@@ -22,7 +22,7 @@ bool hasField(const Document& document, const std::string& id) {
 }
 
 Result<FieldValues> readValues(const Request& request, const Document& document) {
-  const auto json = parseJson(request.body);
+  const auto json = parseJson(request.content());
   if (!json || !json->is_object()) return Error{"the body is no JSON object"};
   const auto fields = json->find("fields");
   if (fields == json->end() || !fields->is_array() || json->size() != 1)

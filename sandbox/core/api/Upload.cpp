@@ -75,7 +75,7 @@ std::optional<Error> takeFields(const Form& form, const UploadRule& rule, Upload
 
 Result<Upload> readUpload(const Request& request, const UploadRule& rule) {
   if (!request.header("content-length")) return Error{"the request has no Content-Length"};
-  auto form = readForm(request.header("content-type").value_or(""), request.body);
+  auto form = readForm(request.header("content-type").value_or(""), request.content());
   if (!form) return form.error();
   Upload upload;
   upload.bytes = form->file.bytes;

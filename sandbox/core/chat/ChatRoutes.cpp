@@ -83,7 +83,7 @@ Response outcome(const Result<Done>& result) {
 using Say = Result<Done> (ChatRoom::*)(const std::string&, const std::string&);
 
 Response spoken(ChatRoom& room, Say say, const Request& request) {
-  const auto json = parseJson(request.body);
+  const auto json = parseJson(request.content());
   if (!json || !json->is_object()) return messageResponse(400, "the body is no JSON object");
   const auto visitor = stringMember(*json, "visitor"), text = stringMember(*json, "text");
   if (!visitor || !text) return messageResponse(400, "\"visitor\" or \"text\" is no string");
@@ -131,7 +131,7 @@ void addChatRoutes(Router& router, ChatRoom& room, std::function<std::string()> 
   ship("chat.js", "text/javascript");
   add("POST", "/chat/enter", operation::chatMessage,
       [&room](const Request& request, const PathArguments&) {
-        const auto json = parseJson(request.body);
+        const auto json = parseJson(request.content());
         if (!json || !json->is_object()) return messageResponse(400, "the body is no JSON object");
         return outcome(room.enter(visitorOf(*json)));
       });

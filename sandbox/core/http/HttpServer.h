@@ -5,6 +5,7 @@
 #include "sandbox/core/http/Response.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,16 +24,19 @@ struct HttpOptions {
   std::optional<TlsCredentials> tls;
   std::uint64_t bodyLimit = 256ULL << 20;
   unsigned idleSeconds = 60; ///< until a connection that says nothing is closed
+  std::filesystem::path bodyFolder; ///< where long bodies wait; empty: in memory
   /// Each answer ends its connection, so that no client takes a dropped one for a stale one and
   /// silently asks again.
   bool closeConnections = false;
 };
 
-/// HTTP on the loopback interface only. Each connection has its own thread, so a handler may
-/// block; it runs on that thread.
+/// HTTP on the loopback interface only, for at most 64 connections at a time. Each connection has
+/// its own thread, so a handler may block; it runs on that thread.
 class HttpServer {
 public:
   using Handler = std::function<Response(const Request&)>;
+  /// Decides about a request by its head; absent: it goes to the handler.
+  using Admission = std::function<std::optional<Response>(const Request&)>;
 
   /// Takes the port; nothing is answered before `serve`.
   static Result<std::unique_ptr<HttpServer>> listen(HttpOptions options);
@@ -40,8 +44,8 @@ public:
   HttpServer(const HttpServer&) = delete;
   HttpServer& operator=(const HttpServer&) = delete;
 
-  /// Called once.
-  Result<Done> serve(Handler handler);
+  /// Called once. Of what is not admitted no body is kept.
+  Result<Done> serve(Handler handler, Admission admission = {});
 
   std::uint16_t port() const;
   void closeConnections(bool close);

@@ -17,6 +17,7 @@ namespace zuvi::sandbox {
 struct HttpServer::State {
   HttpOptions options;
   Handler handler;
+  Admission admission;
   MHD_Daemon* daemon = nullptr;
   ListeningSocket socket;
   std::atomic<bool> stopping = false;
@@ -25,6 +26,11 @@ struct HttpServer::State {
 
 namespace {
 
+constexpr unsigned mostConnections = 64;
+constexpr std::size_t longBody = 64 << 10; // bytes, from where on it waits on the disk
+// Bytes of a refused request that are read all the same: a client that is still sending would find
+// the connection broken before it reads why.
+constexpr std::uint64_t mostRefused = 1 << 20;
 // Large enough that a film does not arrive in crumbs.
 constexpr std::size_t connectionMemory = 512 << 10;
 
@@ -32,6 +38,8 @@ struct Exchange {
   Request request;
   bool begun = false;
   bool tooLong = false;
+  bool unstored = false;
+  std::optional<Response> refusal;
 };
 
 /// The URI is taken here as it was sent: the library's own decoding would turn a plus sign into
@@ -150,15 +158,24 @@ Response tooLongResponse(std::uint64_t limit) {
   return messageResponse(413, "the body is longer than " + std::to_string(limit) + " bytes");
 }
 
-void takeBytes(Exchange& exchange, std::string_view bytes, std::uint64_t limit) {
+void takeBytes(Exchange& exchange, std::string_view bytes, const HttpOptions& options) {
   Request& request = exchange.request;
   request.bodySize += bytes.size();
-  if (request.bodySize > limit) {
-    exchange.tooLong = true;
+  exchange.tooLong = request.bodySize > options.bodyLimit;
+  if (exchange.tooLong || exchange.unstored || exchange.refusal) {
     std::string().swap(request.body);
-  } else {
-    request.body += bytes;
+    request.bodyFile.reset();
+    return;
   }
+  if (!request.bodyFile && request.bodySize > longBody && !options.bodyFolder.empty()) {
+    request.bodyFile = BodyFile::make(options.bodyFolder);
+    exchange.unstored = !request.bodyFile || !request.bodyFile->add(request.body);
+    std::string().swap(request.body);
+  }
+  if (request.bodyFile)
+    exchange.unstored = exchange.unstored || !request.bodyFile->add(bytes);
+  else
+    request.body += bytes;
 }
 
 template <typename State>
@@ -172,15 +189,19 @@ MHD_Result access(State& server, MHD_Connection* connection, const char* method,
     MHD_get_connection_values(connection, MHD_HEADER_KIND, keepHeader, &request);
     const auto length = declaredLength(request).value_or(0);
     if (length > limit) return send(connection, tooLongResponse(limit), true);
-    request.body.reserve(length);
+    if (server.admission) exchange.refusal = server.admission(request);
+    if (exchange.refusal && length > mostRefused) return send(connection, *exchange.refusal, true);
     return MHD_YES;
   }
   if (*size > 0) {
-    takeBytes(exchange, {bytes, *size}, limit);
+    takeBytes(exchange, {bytes, *size}, server.options);
     *size = 0;
     return MHD_YES;
   }
+  if (exchange.refusal) return send(connection, *exchange.refusal, server.closeConnections);
   if (exchange.tooLong) return send(connection, tooLongResponse(limit), true);
+  if (exchange.unstored)
+    return send(connection, messageResponse(507, "the disk cannot take the body"), true);
   request.wait = [&server, connection](std::optional<std::chrono::milliseconds> duration) {
     return waitWhileOpen(connection, server.stopping, duration);
   };
@@ -218,9 +239,10 @@ Result<std::unique_ptr<HttpServer>> HttpServer::listen(HttpOptions options) {
   return std::unique_ptr<HttpServer>(new HttpServer(std::move(state)));
 }
 
-Result<Done> HttpServer::serve(Handler handler) {
+Result<Done> HttpServer::serve(Handler handler, Admission admission) {
   State& state = *state_;
   state.handler = std::move(handler);
+  state.admission = std::move(admission);
   unsigned flags = MHD_USE_THREAD_PER_CONNECTION | MHD_USE_INTERNAL_POLLING_THREAD | MHD_USE_POLL;
   std::vector<MHD_OptionItem> tls;
   if (state.options.tls) {
@@ -234,6 +256,7 @@ Result<Done> HttpServer::serve(Handler handler) {
                                   MHD_OPTION_URI_LOG_CALLBACK, &beginExchange, nullptr,     //
                                   MHD_OPTION_NOTIFY_COMPLETED, &endExchange, nullptr,       //
                                   MHD_OPTION_CONNECTION_TIMEOUT, state.options.idleSeconds, //
+                                  MHD_OPTION_CONNECTION_LIMIT, mostConnections,             //
                                   MHD_OPTION_CONNECTION_MEMORY_LIMIT, connectionMemory,     //
                                   MHD_OPTION_ARRAY, tls.data(), MHD_OPTION_END);
   if (state.daemon == nullptr) return Error{"cannot start the HTTP server"};

@@ -4,6 +4,7 @@
 #include "sandbox/core/http/Response.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,8 @@ struct Route {
   std::string pattern;   ///< such as "/v1/identities/*/faces": a star takes one segment
   std::string operation; ///< the name that failure rules use; empty for what none can name
   RouteHandler handler;
+  /// Who may ask, by the request's head; without it everybody.
+  std::function<std::optional<Response>(const Request&)> admission = {};
 };
 
 /// Finds the route of a request. Built once, then only read.

@@ -3,6 +3,9 @@
 #include "sandbox/core/File.h"
 
 #include <algorithm>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace zuvi::sandbox {
 namespace {
@@ -53,6 +56,20 @@ bool makeTables(Database& database) {
          transaction.commit();
 }
 
+/// What arrives is personal. A folder that is there without our database may be for others too, but
+/// not what is made in it.
+void makePrivate(const std::filesystem::path& folder, const std::filesystem::path& file) {
+  std::error_code ignored;
+  const auto owner = std::filesystem::perms::owner_all;
+  if (std::filesystem::exists(file, ignored)) std::filesystem::permissions(folder, owner, ignored);
+  std::filesystem::permissions(folder / "files", owner, ignored);
+  // The library's other files take the mode of the first.
+  const int made = ::open(file.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0600);
+  if (made < 0) return;
+  ::fchmod(made, 0600);
+  ::close(made);
+}
+
 } // namespace
 
 Store::Store(std::unique_ptr<State> state) : state_(std::move(state)) {}
@@ -67,7 +84,9 @@ Result<std::unique_ptr<Store>> Store::open(const std::filesystem::path& folder, 
   std::error_code ignored;
   if (mode == OpenMode::mustExist && !std::filesystem::is_regular_file(file, ignored))
     return unusable("nothing is stored in it");
-  if (auto made = makeFolder(folder / "files"); !made) return unusable(made.error().message);
+  for (const auto& part : {folder, folder / "files"})
+    if (auto made = makeFolder(part); !made) return unusable(made.error().message);
+  makePrivate(folder, file);
 
   auto state = std::make_unique<State>();
   state->folder = folder;

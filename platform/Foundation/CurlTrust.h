@@ -6,12 +6,13 @@
 
 namespace zuvi {
 
-/// The certificate authorities that every session trusts beside the system's.
-class CurlAuthorities {
+/// Which servers every session trusts: those whose certificate the system's authorities vouch for,
+/// or the additional ones, over a connection that is safe today.
+class CurlTrust {
 public:
   static void setAdditional(const std::string& pemFile);
   static Data additional();
-  /// Tells the transfer `easy` whom to trust.
+  /// Tells the transfer `easy` whom to trust, and how.
   static void apply(void* easy);
 };
 

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "platform/Export.h"
+
+namespace zuvi {
+
+/// Says so when `what` is touched on another thread than the main one: in a debug build by ending
+/// the program, else in one line on standard error, once.
+ZUVI_API void assertMainQueue(const char* what);
+
+} // namespace zuvi
