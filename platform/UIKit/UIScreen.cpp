@@ -56,7 +56,9 @@ void UIScreen::setSurface(ScreenSurface* surface) {
   surface_ = surface;
   const auto windows = windows_;
   for (UIWindow* window : windows)
-    if (!surface && window->rootViewController()) window->rootViewController()->dismissPresented();
+    if (const auto& root = window->rootViewController();
+        !surface && root && root->presentedViewController())
+      root->dismiss(false);
   damage_.clear();
   addDamage(bounds());
   setNeedsFrame();
