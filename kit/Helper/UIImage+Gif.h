@@ -19,8 +19,8 @@ namespace zuvi {
 
 /// A GIF of the kit's bundle.
 std::shared_ptr<const UIImage> gifNamed(const std::string& name);
-/// Waits for the bytes, also when they come over the network: not on the main queue, nor where a
-/// session calls back.
+/// Waits for the bytes, also when they come over the network, where a minute is enough: not on the
+/// main queue, nor where a session calls back.
 std::shared_ptr<const UIImage> gifFromURL(const std::string& url);
 std::shared_ptr<const UIImage> gifFromData(const Data& data);
 /// Frames that can't be decoded are left out; null when none is left, and when the series would be

@@ -54,9 +54,12 @@ void UIScreen::setTextScale(double scale) {
 
 void UIScreen::setSurface(ScreenSurface* surface) {
   surface_ = surface;
-  const auto windows = windows_;
-  for (UIWindow* window : windows)
-    if (!surface && window->rootViewController()) window->rootViewController()->dismissPresented();
+  const auto windows = surface ? std::vector<UIWindow*>() : windows_;
+  for (UIWindow* window : windows) {
+    if (std::find(windows_.begin(), windows_.end(), window) == windows_.end()) continue;
+    const auto root = window->rootViewController(); // what goes may take the window along
+    if (root && root->presentedViewController()) root->dismiss(false);
+  }
   damage_.clear();
   addDamage(bounds());
   setNeedsFrame();

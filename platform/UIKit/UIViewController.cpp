@@ -145,15 +145,6 @@ void UIViewController::dismiss(bool animated, std::function<void()> completion) 
   presentation->end(animated, std::move(completion));
 }
 
-void UIViewController::dismissPresented() {
-  const auto presentation = topmostParent()->presentation_;
-  if (!presentation) return;
-  if (presentation->isEnding())
-    presentation->settle();
-  else
-    presentation->end(false, {});
-}
-
 // Appearance
 
 void UIViewController::beginAppearanceTransition(bool appearing, bool animated) {

@@ -123,8 +123,6 @@ public:
   /// Takes away what this screen has presented, with all above it; if it has presented nothing,
   /// the sheet that this screen belongs to.
   void dismiss(bool animated, std::function<void()> completion = {});
-  /// Takes away at once what this screen has presented, also what is on its way out.
-  void dismissPresented();
 
   // For containers
   /// Where a screen stands between its appearance calls.

@@ -25,7 +25,7 @@ void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controlle
   const auto old = std::exchange(root_, std::move(controller));
   if (old == root_) return;
   if (old) {
-    old->dismissPresented(); // nothing of it stays behind
+    if (old->presentedViewController()) old->dismiss(false); // nothing of it stays behind
     if (visible_) old->beginAppearanceTransition(false, false);
     old->view()->removeFromSuperview();
     if (visible_) old->endAppearanceTransition();

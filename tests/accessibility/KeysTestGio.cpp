@@ -95,7 +95,7 @@ TEST_F(KeysTest, WholeRunIsReadAndDrivenWithoutAPointer) {
   ASSERT_TRUE(leads("Escape", "Start")) << seen();
   ASSERT_TRUE(leads("Return", "Record")) << seen();
   press("space");
-  EXPECT_TRUE(heard({"5", "4", "3", "2", "1", "The recording has begun. It takes 7 seconds."}));
+  EXPECT_TRUE(heard({"5", "4", "3", "2", "1", "Recording has started. It takes 7 seconds."}));
   ASSERT_TRUE(focuses("Continue")) << seen();
   ASSERT_TRUE(leads("shift+Tab", "Retake")) << seen();
   ASSERT_TRUE(leads("Tab", "Continue")) << seen();

@@ -185,21 +185,6 @@ TEST_F(ShellTest, OpensTheChatAndItsMessages) {
   LiveChat::delegate = {};
 }
 
-TEST_F(ShellTest, GoesBackStepByStepToTheStart) {
-  tapBottom();
-  record();
-  tap("backButton");
-  EXPECT_EQ(top(), "ZVLiveCameraViewController");
-  tap("backButton");
-  for (int tap = 0; tap < 2; tap++) { // the second finds nothing to go back to
-    EXPECT_EQ(top(), "ZVMainViewController");
-    EXPECT_EQ(title() + bottomTitle(), localized("startTitle") + localized("startButton"));
-    EXPECT_FALSE(*shell().showBackButton || *shell().showLiveView);
-    shell().backButton.lock()->sendActions(UIControlEvent::TouchUpInside);
-    settle();
-  }
-}
-
 TEST_F(ShellTest, ListsTheOptionalDocuments) {
   const auto list = make<ZVDocumentListViewController>();
   list->identityId = "i";

@@ -99,6 +99,10 @@ TEST_F(StepsTest, EachShowsWhatItIsToShow) {
                          "2 " + red, {" ", side[0], side[1], "ZVFrontIneCard"})},
       {"verified", frame(in("verifiedTitle"), "-", none, in("done"), "-", {})},
   };
+  tapBottom();
+  tap("backButton");
+  shell().backButton.lock()->sendActions(UIControlEvent::TouchUpInside); // there is no way back
+  settle();
   walk("passport");
   for (const auto& [step, expected] : rows)
     EXPECT_EQ(seen[step], expected) << step;
