@@ -7,7 +7,7 @@
 
 namespace zuvi {
 
-/// Turns moments into text and back by a pattern such as "yyyy-MM-dd'T'HH:mm:ssZ".
+/// Turns moments into text by a pattern such as "yyyy-MM-dd'T'HH:mm:ssZ".
 class DateFormatter {
 public:
   std::string dateFormat;
@@ -18,8 +18,6 @@ public:
 
   /// Empty when the pattern cannot be used.
   std::string string(Date date) const;
-  /// Absent when `text` does not fit the pattern exactly.
-  std::optional<Date> date(const std::string& text) const;
 };
 
 } // namespace zuvi

@@ -6,11 +6,9 @@
 #include <ctime>
 #include <memory>
 
-#include <unicode/parsepos.h>
 #include <unicode/simpletz.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
-#include <unicode/uchar.h>
 
 namespace zuvi {
 
@@ -53,34 +51,7 @@ std::unique_ptr<icu::SimpleDateFormat> formatOf(const DateFormatter& formatter, 
   auto zone = zoneOf(formatter, seconds);
   if (U_FAILURE(status) || !zone) return nullptr;
   format->adoptTimeZone(zone.release());
-  format->setLenient(false);
-  for (const auto attribute :
-       {UDAT_PARSE_PARTIAL_LITERAL_MATCH, UDAT_PARSE_MULTIPLE_PATTERNS_FOR_MATCH})
-    format->setBooleanAttribute(attribute, false, status);
-  return U_FAILURE(status) ? nullptr : std::move(format);
-}
-
-int blanks(const icu::UnicodeString& text) {
-  int count = 0;
-  for (std::int32_t i = 0; i < text.length(); ++i)
-    if (u_isUWhiteSpace(text[i])) ++count;
-  return count;
-}
-
-// The library lets blanks stand before any number, and literal text be missing at the end.
-std::optional<Date> parse(const icu::SimpleDateFormat& format, const icu::UnicodeString& text) {
-  constexpr char16_t end = 0xE000; // no date holds it, so what is before it must be there
-  icu::SimpleDateFormat ended(format);
-  icu::UnicodeString pattern;
-  ended.applyPattern(ended.toPattern(pattern) + end);
-  icu::ParsePosition position(0);
-  const icu::UnicodeString endedText = text + end;
-  const UDate moment = ended.parse(endedText, position);
-  if (position.getErrorIndex() >= 0 || position.getIndex() != endedText.length())
-    return std::nullopt;
-  icu::UnicodeString proper;
-  if (blanks(format.format(moment, proper)) != blanks(text)) return std::nullopt;
-  return Date{moment / 1000};
+  return format;
 }
 
 } // namespace
@@ -98,19 +69,6 @@ std::string DateFormatter::string(Date date) const {
   std::string result;
   if (U_SUCCESS(status)) text.toUTF8String(result);
   return result;
-}
-
-std::optional<Date> DateFormatter::date(const std::string& text) const {
-  const auto unicode = icu::UnicodeString::fromUTF8(text);
-  const auto format = formatOf(*this, Date::now().timeIntervalSince1970);
-  if (!format) return std::nullopt;
-  auto date = parse(*format, unicode);
-  // A zone of rules has one offset now and maybe another at the moment that was read.
-  if (date && !timeZone) {
-    format->adoptTimeZone(deviceZone(date->timeIntervalSince1970).release());
-    date = parse(*format, unicode);
-  }
-  return date;
 }
 
 } // namespace zuvi

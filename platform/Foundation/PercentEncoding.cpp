@@ -9,13 +9,6 @@ namespace {
 constexpr std::string_view alphanumerics =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789";
 
-int hexDigit(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
-
 void appendEscaped(std::string& result, char c) {
   constexpr const char* digits = "0123456789ABCDEF";
   const auto byte = static_cast<unsigned char>(c);
@@ -96,24 +89,6 @@ std::optional<std::string> addingPercentEncodingOf(std::string_view text,
         appendEscaped(result, c);
   }
   return result;
-}
-
-std::optional<std::string> removingPercentEncoding(std::string_view text) {
-  std::string result;
-  result.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '%') {
-      result += text[i];
-      continue;
-    }
-    if (text.size() - i < 3) return std::nullopt;
-    const int high = hexDigit(text[i + 1]);
-    const int low = hexDigit(text[i + 2]);
-    if (high < 0 || low < 0) return std::nullopt;
-    result += static_cast<char>(high << 4 | low);
-    i += 2;
-  }
-  return isValidUtf8(result) ? std::optional(std::move(result)) : std::nullopt;
 }
 
 } // namespace zuvi

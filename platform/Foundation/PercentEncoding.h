@@ -32,7 +32,5 @@ std::optional<std::string> addingPercentEncoding(std::string_view text,
 /// Escapes just the characters that `escaped` holds, which may lie outside of ASCII; all others
 /// stay. Absent when `text` is not UTF-8.
 std::optional<std::string> addingPercentEncodingOf(std::string_view text, std::string_view escaped);
-/// Absent when an escape is malformed or the result is not UTF-8.
-std::optional<std::string> removingPercentEncoding(std::string_view text);
 
 } // namespace zuvi

@@ -1,6 +1,5 @@
 #include "platform/Foundation/PropertyList.h"
 
-#include "platform/Foundation/DateFormatter.h"
 #include "platform/Foundation/FileManager.h"
 
 #include <charconv>
@@ -19,15 +18,6 @@ template <class Number> std::optional<Value> number(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   return Value(value);
-}
-
-std::optional<Value> date(const std::string& text) {
-  DateFormatter formatter;
-  formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ss'Z'";
-  formatter.locale = "en_US_POSIX";
-  formatter.timeZone = "UTC";
-  const auto moment = formatter.date(text);
-  return moment ? std::optional<Value>(*moment) : std::nullopt;
 }
 
 pugi::xml_node nextElement(pugi::xml_node node) {
@@ -73,7 +63,6 @@ std::optional<Value> read(const pugi::xml_node& node, int depth) {
   if (type == "false") return false;
   if (type == "integer") return number<std::int64_t>(text);
   if (type == "real") return number<double>(text);
-  if (type == "date") return date(text);
   return std::nullopt;
 }
 

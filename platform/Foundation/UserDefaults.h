@@ -30,7 +30,8 @@ public:
   void set(const std::string& key, const Value& value);
   /// Adds to a stored list, at a cost that does not grow with it. False when there is none.
   bool append(const std::string& key, const Value& element);
-  /// Returns when all that was set is on the disk, or can't be written now: it is tried again later.
+  /// Returns when all that was set is on the disk, or can't be written now: it is tried again
+  /// later.
   void synchronize();
 
 private:

@@ -73,7 +73,6 @@ public:
   const Dictionary* dictionary() const { return std::get_if<Dictionary>(&value_); }
   const Date* date() const { return std::get_if<Date>(&value_); }
   const URL* url() const { return std::get_if<URL>(&value_); }
-  const float* floatNumber() const { return std::get_if<float>(&value_); }
   /// @}
 
   /// Any number as a double; absent for everything else, booleans included.

@@ -1,6 +1,6 @@
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/Locale.h"
-#include "platform/Foundation/PercentEncoding.h"
+#include "platform/Foundation/URL.h"
 
 #include <limits>
 
@@ -8,12 +8,6 @@
 
 namespace zuvi {
 namespace {
-
-TEST(PercentEncodingTest, TheReverseRefusesWhatIsMalformed) {
-  EXPECT_EQ(removingPercentEncoding("a%20b%c3%A9+"), "a bé+");
-  for (const char* text : {"%", "%2", "%2g", "%g2", "%%20", "%FF", "\xff"})
-    EXPECT_EQ(removingPercentEncoding(text), std::nullopt) << text;
-}
 
 TEST(LocaleTest, UpperCaseFollowsTheLanguage) {
   EXPECT_EQ(Locale("en").uppercased("größe fix\xff"), "GRÖSSE FIX\xef\xbf\xbd");

@@ -78,42 +78,42 @@ std::string gzipped(const std::string& bytes) {
 }
 
 TEST_F(URLSessionTest, AnswersAreBoundedUncompressed) {
-  const struct {
-    Reply reply;
-    int code;
-  } rows[] = {
-      {{200, {}, std::string(1000, 'a')}, 0},
-      {{200, {}, std::string(1001, 'a')}, NSURLErrorDataLengthExceedsMaximum},
-      {{200, {{"Content-Encoding", "gzip"}}, gzipped(std::string(1000, 'a'))}, 0},
-      {{200, {{"Content-Encoding", "gzip"}}, gzipped(std::string(1 << 20, 'a'))},
-       NSURLErrorDataLengthExceedsMaximum},
-      {{302, {{"Location", "/end"}}, std::string(1001, 'a')}, NSURLErrorDataLengthExceedsMaximum},
-  };
-  for (const auto& [reply, code] : rows) {
-    SCOPED_TRACE(reply.body.size());
-    const LoopbackServer server([&](const Request&) { return reply; });
+  const std::string most(1000, 'a'), tooMuch(1001, 'a');
+  const std::map<std::string, std::string> zipped{{"Content-Encoding", "gzip"}},
+      moved{{"Location", "/"}};
+  const std::pair<Reply, bool> rows[] = {{{200, {}, most}, true},
+                                         {{200, {}, tooMuch}, false},
+                                         {{200, zipped, gzipped(most)}, true},
+                                         {{200, zipped, gzipped(std::string(1 << 20, 'a'))}, false},
+                                         {{302, moved, tooMuch}, false}};
+  for (const auto& [reply, taken] : rows) {
+    const LoopbackServer server([&answer = reply](const Request&) { return answer; });
     auto request = to(server.url("/"));
-    request.longestAnswer = 1000;
+    request.longestAnswer = most.size();
     const auto outcome = send(request);
-    EXPECT_EQ(outcome.code(), code) << outcome.text();
-    EXPECT_EQ(outcome.data.value_or(Data()).size(), code == 0 ? 1000U : 0U);
+    EXPECT_EQ(outcome.code(), taken ? 0 : NSURLErrorDataLengthExceedsMaximum) << outcome.text();
+    EXPECT_EQ(outcome.data.value_or(Data()).string(), taken ? most : "");
   }
 }
 
 TEST_F(URLSessionTest, CookiesGoBackToTheirHostInAllSessions) {
   const LoopbackServer server([](const Request& request) {
+    const auto sent = request.headers.find("cookie");
     return Reply{200,
                  {{"Set-Cookie", "a=1; Path=/kept"}},
-                 std::string(request.header("cookie").value_or("none"))};
+                 sent == request.headers.end() ? "" : sent->second};
   });
-  EXPECT_EQ(send(to(server.url("/kept"))).data->string(), "none");
+  const auto cookieFor = [](URLSession& session, const std::string& address) {
+    Pending pending;
+    session.dataTask(to(address), pending.completion())->resume();
+    return pending.outcome().data.value_or(Data()).string();
+  };
   URLSession other{URLSessionConfiguration()};
-  Pending pending;
-  other.dataTask(to(server.url("/kept")), pending.completion())->resume();
-  EXPECT_EQ(pending.outcome().data->string(), "a=1");
-  EXPECT_EQ(send(to(server.url("/other"))).data->string(), "none");
-  EXPECT_EQ(send(to(server.url("/kept", "localhost"))).data->string(), "none");
-  EXPECT_EQ(server.requests()[0].headers.at("user-agent").substr(0, 16), "test_Foundation ");
+  EXPECT_EQ(cookieFor(session(), server.url("/kept")), "");
+  EXPECT_EQ(cookieFor(other, server.url("/kept")), "a=1");
+  EXPECT_EQ(cookieFor(other, server.url("/other")), "");
+  EXPECT_EQ(cookieFor(other, server.url("/kept", "localhost")), "");
+  EXPECT_TRUE(server.requests()[0].headers.at("user-agent").starts_with("test_Foundation "));
 }
 
 TEST_F(URLSessionTest, AnUploadIsNotSentTwiceWhenAKeptConnectionDies) {
@@ -192,28 +192,24 @@ TEST_F(URLSessionTest, CancellingCompletesOnceInEveryState) {
   EXPECT_EQ(server.requests().size(), 3U);
 }
 
-TEST_F(URLSessionTest, DestroyingTheSessionSilencesIt) {
+TEST_F(URLSessionTest, ASessionMayEndMeanwhileAndWithinItsCompletion) {
   std::latch arrived(1);
-  const LoopbackServer server([&](const Request&) {
+  const LoopbackServer server([&](const Request& request) {
+    if (request.path != "/wait") return Reply{};
     arrived.count_down();
     return Reply{200, {}, "", Mode::NeverAnswer};
   });
   const auto held = std::make_shared<int>();
   auto own = std::make_unique<URLSession>(URLSessionConfiguration());
-  bool called = false;
   const auto task =
-      own->dataTask(to(server.url("/")), [&, held](auto, auto, auto) { called = true; });
+      own->dataTask(to(server.url("/wait")), [held](auto...) { FAIL() << "it is silenced"; });
   task->resume();
   arrived.wait();
   own.reset();
-  EXPECT_FALSE(called);
   task->cancel();
   task->resume();
-}
 
-TEST_F(URLSessionTest, TheSessionMayEndInsideACompletion) {
-  const LoopbackServer server(echo);
-  auto own = std::make_unique<URLSession>(URLSessionConfiguration());
+  own = std::make_unique<URLSession>(URLSessionConfiguration());
   Pending pending;
   const auto completion = pending.completion();
   own->dataTask(to(server.url("/")),

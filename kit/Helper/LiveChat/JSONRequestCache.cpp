@@ -35,7 +35,7 @@ std::shared_ptr<URLSessionDataTask> JSONRequestCache::request(Completion handler
   const std::weak_ptr<JSONRequestCache> weak = weak_from_this();
   currentTask_ = URLSession::shared().dataTask(
       request, [weak, handler = std::move(handler)](const std::optional<Data>& data, auto,
-                                                             std::optional<Error> error) {
+                                                    std::optional<Error> error) {
         if (const auto self = weak.lock()) self->receive(data, std::move(error), handler);
       });
   currentTask_->resume();
