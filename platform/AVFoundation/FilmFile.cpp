@@ -29,20 +29,6 @@ std::string folderOf(const std::string& path) {
   return folder.empty() ? "." : folder;
 }
 
-/// A writer locks its file as long as it lives.
-void removeWhatNobodyWrites(const std::string& folder) {
-  std::error_code error;
-  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    const std::string path = entry->path().string();
-    if (!entry->path().filename().string().starts_with(hiddenName)) continue;
-    const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
-    if (file < 0) continue;
-    if (::flock(file, LOCK_EX | LOCK_NB) == 0) ::unlink(path.c_str());
-    ::close(file);
-  }
-}
-
 /// The number, kept in `name` with the hidden name that was made; negative when there is none.
 int makeHidden(const std::string& folder, std::string& name) {
   for (;;) {
@@ -76,6 +62,20 @@ FilmFile::~FilmFile() {
   if (descriptor_ >= 0) ::close(descriptor_);
 }
 
+void FilmFile::removeAbandoned(const std::string& folder) {
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    const std::string path = entry->path().string();
+    if (!entry->path().filename().string().starts_with(hiddenName)) continue;
+    const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (file < 0) continue;
+    // A writer locks its file as long as it lives.
+    if (::flock(file, LOCK_EX | LOCK_NB) == 0) ::unlink(path.c_str());
+    ::close(file);
+  }
+}
+
 std::optional<Error> FilmFile::open() {
   const std::lock_guard lock(mutex_);
   if (descriptor_ < 0) return make();
@@ -85,7 +85,7 @@ std::optional<Error> FilmFile::open() {
 
 std::optional<Error> FilmFile::make() {
   const std::string folder = folderOf(path_);
-  removeWhatNobodyWrites(folder);
+  removeAbandoned(folder);
   descriptor_ = path_.empty() ? -1 : ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
   // What a kernel or a file system without such files says.
   if (descriptor_ < 0 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL))

@@ -11,8 +11,7 @@ namespace zuvi {
 
 /// The file of one film, and the only one who removes it. It has no name while it is written, so
 /// whatever ends the process also ends the file. Where the file system has none without a name it
-/// gets a hidden one, which whoever films next in that folder removes once its writer is gone. Any
-/// thread.
+/// gets a hidden one, which is removed later once its writer is gone. Any thread.
 class FilmFile {
 public:
   /// Nothing is made yet.
@@ -21,6 +20,9 @@ public:
   ~FilmFile();
   FilmFile(const FilmFile&) = delete;
   FilmFile& operator=(const FilmFile&) = delete;
+
+  /// Removes the hidden films in a folder whose writers are gone.
+  static void removeAbandoned(const std::string& folder);
 
   const std::string& path() const { return path_; } ///< what the film is called once it is whole
 

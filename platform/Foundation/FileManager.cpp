@@ -8,6 +8,7 @@
 #include <mutex>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include <cerrno>
 #include <csignal>
@@ -64,12 +65,19 @@ bool makeFolderOf(const std::string& path) {
   return makePrivateDirectory(folderOf(path));
 }
 
-std::optional<std::string> documentsBelow(const std::optional<std::string>& data) {
-  if (!data) return std::nullopt;
-  std::string folder = *data + '/' + ProcessInfo::processName() + "/Documents";
+/// Where the documents may lie, the usual place first.
+std::vector<std::string> documentsPlaces() {
+  std::vector<std::string> places;
+  const auto home = ProcessInfo::registeredHome();
+  for (const auto& data : {ProcessInfo::userDataFolder(), ProcessInfo::userRuntimeFolder(),
+                           home ? std::optional(*home + "/.local/share") : std::nullopt})
+    if (data) places.push_back(*data + '/' + ProcessInfo::processName() + "/Documents");
+  return places;
+}
+
+bool canHoldDocuments(const std::string& folder) {
   // On a disk that can't be written the mode can't be set either.
-  if (!makePrivateDirectory(folder) || ::chmod(folder.c_str(), 0700) != 0) return std::nullopt;
-  return folder;
+  return makePrivateDirectory(folder) && ::chmod(folder.c_str(), 0700) == 0;
 }
 
 /// Over the limit on the size of files a write fails; the signal would end the process.
@@ -109,12 +117,11 @@ std::optional<std::string> FileManager::documentsDirectory() {
     const auto& folder = *replacedDocuments;
     return folder && makePrivateDirectory(*folder) ? folder : std::nullopt;
   }
-  if (auto folder = documentsBelow(ProcessInfo::userDataFolder())) return folder;
-  auto folder = documentsBelow(ProcessInfo::userRuntimeFolder());
-  if (!folder) {
-    const auto home = ProcessInfo::registeredHome();
-    if (home) folder = documentsBelow(*home + "/.local/share");
-  }
+  const auto places = documentsPlaces();
+  const auto found = std::find_if(places.begin(), places.end(), canHoldDocuments);
+  const bool usual = ProcessInfo::userDataFolder() && found == places.begin();
+  const auto folder = found == places.end() ? std::nullopt : std::optional(*found);
+  if (usual) return folder;
   static std::optional<std::optional<std::string>> told;
   if (told != folder) {
     told = folder;
@@ -122,6 +129,12 @@ std::optional<std::string> FileManager::documentsDirectory() {
                  folder ? ("in " + *folder).c_str() : "nowhere: there is no other folder either");
   }
   return folder;
+}
+
+std::vector<std::string> FileManager::documentsDirectories() {
+  const std::lock_guard lock(documentsMutex);
+  if (!replacedDocuments) return documentsPlaces();
+  return *replacedDocuments ? std::vector{**replacedDocuments} : std::vector<std::string>();
 }
 
 void FileManager::setDocumentsDirectory(std::optional<std::string> folder) {
@@ -156,8 +169,10 @@ bool FileManager::removeItem(const std::string& path) {
 
 FileManager::FolderLock::FolderLock(const std::string& file)
     : folder_(makeFolderOf(file) ? ::open(folderOf(file).c_str(), O_RDONLY | O_CLOEXEC) : -1) {
-  while (folder_ >= 0 && ::flock(folder_, LOCK_EX) != 0 && errno == EINTR) {
-  }
+  // Others hold it for milliseconds; one that was stopped meanwhile must not stop everybody.
+  constexpr int mostAttempts = 100;
+  for (int i = 0; folder_ >= 0 && ::flock(folder_, LOCK_EX | LOCK_NB) != 0 && i < mostAttempts; i++)
+    ::usleep(10'000);
 }
 
 FileManager::FolderLock::~FolderLock() {

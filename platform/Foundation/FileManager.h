@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zuvi {
 
@@ -16,6 +17,8 @@ public:
   /// standard error says so, and the same below the session's folder or the registered home serves.
   /// Absent when none of them can be.
   static std::optional<std::string> documentsDirectory();
+  /// All folders that may have served so; none of them is made.
+  static std::vector<std::string> documentsDirectories();
   /// Replaces the documents folder; an absent folder counts as none.
   static void setDocumentsDirectory(std::optional<std::string> folder);
 

@@ -24,7 +24,10 @@ TEST_F(SessionEntryTest, RegistersInOrder) {
         updates++;
         nameWhenTold = ZVKYCHelper::instance().merchant->displayName.value_or("-");
       });
+  std::filesystem::create_directory(documents);
+  const std::string abandoned = folder.write("documents/.zuvi-film-1", "a film");
   ZVKYC::registerWithClientId("client 1", Value::Dictionary{{"a", 1}});
+  EXPECT_TRUE(time.waitUntil([&] { return !std::filesystem::exists(abandoned); }));
   EXPECT_TRUE(time.waitUntil([&] { return backend.requests().size() == 1; }));
   EXPECT_EQ(backend.requests()[0].headers.at("authorization"), "Bearer client 1");
   EXPECT_EQ(updates, 0);

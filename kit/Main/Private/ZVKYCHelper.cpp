@@ -5,9 +5,13 @@
 #include "kit/Main/Public/ZVKYC.h"
 #include "kit/Manager/ZVKYCManager.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/AVFoundation/FilmFile.h"
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
+#include "platform/Dispatch/DispatchQueue.h"
+#include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/NotificationCenter.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace zuvi {
@@ -32,6 +36,10 @@ const std::optional<std::string>& ZVKYCHelper::identity() const {
 void ZVKYCHelper::clientIdChanged() {
   if (!*clinetId) return;
   registerZVFonts();
+  // A film that a program which was killed has left.
+  DispatchQueue::global().async([folders = FileManager::documentsDirectories()] {
+    std::for_each(folders.begin(), folders.end(), FilmFile::removeAbandoned);
+  });
   CTTelephonyNetworkInfo().subscriberCellularProvider(); // known by the first event
   ZVKYCManager::shared().networkManager.serverURL = ZVEndpoints::serverURL();
   ZVKYCManager::shared().authorization = "Bearer " + **clinetId;
