@@ -27,7 +27,9 @@ std::optional<Data> contentsOf(const URL& url) {
   // waits on.
   URLSession::shared()
       .dataTask(URLRequest(url),
-                [answer = std::move(answer)](auto data, auto, auto) { answer->set_value(data); })
+                [answer = std::move(answer)](const auto& data, const auto&, const auto&) {
+                  answer->set_value(data);
+                })
       ->resume();
   try {
     if (bytes.wait_for(longestWait) != std::future_status::ready) return std::nullopt;
