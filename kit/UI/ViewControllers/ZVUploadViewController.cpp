@@ -84,8 +84,7 @@ std::string ZVUploadViewController::announcement() const {
 
 void ZVUploadViewController::act(std::function<void()> onResult) {
   if (isAppeared) return onResult();
-  const UINavigationController* stack = navigationController();
-  if (stack && stack->topViewController().get() == this) waiting_ = std::move(onResult);
+  waiting_ = std::move(onResult); // with a screen that was left it dies unheard
 }
 
 void ZVUploadViewController::identityResult(const std::optional<std::string>& id) {
