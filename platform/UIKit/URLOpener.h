@@ -4,7 +4,7 @@
 
 namespace zuvi {
 
-/// Hands an address to the desktop. False when nothing there takes it.
+/// Hands an address to the desktop, and waits for nothing. False when nothing there takes it.
 bool openWithDesktop(const URL& url);
 
 /// Whether a program of the desktop has signed up for addresses of this scheme.

@@ -2,6 +2,8 @@
 
 #include "platform/UIKit/UIApplication.h"
 
+#include <filesystem>
+
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
 
@@ -23,17 +25,31 @@ template <class Use> bool withSettings(Use use) {
   return false;
 }
 
+/// In Flatpak and Snap the desktop outside opens what it is asked to; nobody inside knows its
+/// programs.
+bool isBoxed() {
+  // The browser engine's own sandbox leaves an empty one on the machine when root runs it.
+  std::error_code none;
+  const auto size = std::filesystem::file_size("/.flatpak-info", none);
+  return (!none && size > 0) || g_getenv("SNAP_NAME");
+}
+
 bool isSettings(const URL& url) {
   return url.absoluteString() == UIApplicationOpenSettingsURLString;
 }
 
 } // namespace
 
+/// Finding and starting a program may take a bus, which may be slow or never answer.
 bool openWithDesktop(const URL& url) {
   if (isSettings(url))
-    return withSettings(
-        [](GAppInfo* app) { return g_app_info_launch(app, nullptr, nullptr, nullptr) != 0; });
-  return g_app_info_launch_default_for_uri(url.absoluteString().c_str(), nullptr, nullptr);
+    return withSettings([](GAppInfo* app) {
+      g_app_info_launch_uris_async(app, nullptr, nullptr, nullptr, nullptr, nullptr);
+      return true;
+    });
+  g_app_info_launch_default_for_uri_async(url.absoluteString().c_str(), nullptr, nullptr, nullptr,
+                                          nullptr);
+  return isBoxed() || desktopCanOpen(url);
 }
 
 bool desktopCanOpen(const URL& url) {
