@@ -4,11 +4,15 @@
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/Print.h"
 #include "platform/Foundation/ProcessInfo.h"
+#include "platform/WebKit/BorrowedEnvironment.h"
 #include "platform/WebKit/SandboxTrialGtk.h"
+#include "platform/WebKit/WKWebView.h"
 #include "platform/WebKit/WebModuleGtk.h"
 
 #include <dlfcn.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <utility>
 
@@ -29,7 +33,23 @@ public:
   std::string additionalAuthorities() override {
     return URLSession::additionalAuthorities().string();
   }
+  std::string programName() override { return ProcessInfo::processName(); }
 };
+
+constexpr const char* noSandbox = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
+
+/// TLS 1.2 and up, keys that are made anew for each connection, RSA from 2048 bits.
+constexpr const char* tlsPriority =
+    "SECURE128:-VERS-ALL:+VERS-TLS1.3:+VERS-TLS1.2:-KX-ALL:+ECDHE-ECDSA:+ECDHE-RSA:+DHE-RSA:"
+    "%PROFILE_MEDIUM";
+
+/// Whether the host, or the package that it runs in, keeps the engine from making a sandbox.
+bool isSandboxRefused() {
+  const char* word = std::getenv(noSandbox);
+  const bool inSnap =
+      std::getenv("SNAP") && std::getenv("SNAP_NAME") && std::getenv("SNAP_REVISION");
+  return inSnap || (word && std::strcmp(word, "0") != 0);
+}
 
 /// What can be done on another thread: all that has no part in the toolkit.
 struct Module {
@@ -47,7 +67,7 @@ Module loadModule(const std::string& path) {
     const char* reason = dlerror();
     module.problem = reason ? reason : path;
   }
-  module.sandbox = trial.succeeds();
+  module.sandbox = trial.succeeds() && !isSandboxRefused();
   return module;
 }
 
@@ -58,9 +78,14 @@ public:
   std::string problem() const override {
     if (path_.empty()) return "there is no browser engine; install the package zuvisdk-chat";
     if (failed_) return "the browser engine does not load";
+    if (sandboxed_ == false && WKWebView::requiresSandbox())
+      return "web pages have no sandbox here, which this program demands; install bubblewrap, and "
+             "allow user namespaces";
     if (!ForeignWidget::canBeShown()) return "pages want a window; open one on a display";
     return {};
   }
+
+  std::optional<bool> isSandboxed() const override { return sandboxed_; }
 
   // Loading takes a third of a second and more, in which frames go on.
   void whenReady(std::function<void()> ready) override {
@@ -98,13 +123,8 @@ private:
 
   void start(const Module& module) {
     if (module.entry) {
-      std::optional<WithoutSandbox> without;
-      if (!module.sandbox) {
-        g_message("Web pages run without a sandbox: this machine does not allow one.");
-        without.emplace();
-      }
-      static Host host;
-      engine_ = module.entry(host);
+      sandboxed_ = module.sandbox;
+      if (problem().empty()) startEngine(*module.entry);
     } else {
       failed_ = true;
       print("Web pages can't be shown: " + module.problem);
@@ -112,9 +132,25 @@ private:
     for (const auto& ready : std::exchange(waiting_, {}))
       ready();
   }
+
+  void startEngine(WebModuleEntry& entry) {
+    std::vector<std::string> wishes;
+    if (!*sandboxed_) {
+      g_message("Web pages run without a sandbox: this machine does not allow one.");
+      wishes.push_back(std::string(noSandbox) + "=1");
+    }
+    // The engine looks for both into the environment, for the second as it starts its network
+    // process, and nowhere else.
+    const BorrowedEnvironment environment({std::string("G_TLS_GNUTLS_PRIORITY=") + tlsPriority},
+                                          wishes);
+    static Host host;
+    engine_ = entry(host);
+  }
+
   const std::string path_;
   WebEngine* engine_ = nullptr; ///< the module's, for as long as the process lives
   bool failed_ = false;
+  std::optional<bool> sandboxed_; ///< absent until it was tried
   std::vector<std::function<void()>> waiting_;
 };
 

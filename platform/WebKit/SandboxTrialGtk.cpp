@@ -1,9 +1,6 @@
 #include "platform/WebKit/SandboxTrialGtk.h"
 
-#include <algorithm>
 #include <vector>
-
-#include <unistd.h>
 
 namespace zuvi {
 
@@ -54,22 +51,6 @@ bool SandboxTrial::succeeds() {
   g_main_context_pop_thread_default(context);
   g_main_context_unref(context);
   return outcome == Outcome::Good;
-}
-
-// Setting a variable would move the list under other threads that read it. Here they find the old
-// list or the new one, and both last.
-WithoutSandbox::WithoutSandbox() : theirs_(environ) {
-  static char variable[] = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS=1";
-  const guint count = theirs_ ? g_strv_length(theirs_) : 0;
-  ours_ = new char*[count + 2]; // never deleted
-  std::copy_n(theirs_, count, ours_);
-  ours_[count] = variable; // last: a word of the host's own comes first
-  ours_[count + 1] = nullptr;
-  __atomic_store_n(&environ, ours_, __ATOMIC_RELEASE);
-}
-
-WithoutSandbox::~WithoutSandbox() {
-  if (environ == ours_) __atomic_store_n(&environ, theirs_, __ATOMIC_RELEASE);
 }
 
 } // namespace zuvi

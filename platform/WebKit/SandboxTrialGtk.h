@@ -19,19 +19,4 @@ private:
   GSubprocess* process_;
 };
 
-/// While it lives, an engine that is made does without its sandbox: it looks into the environment
-/// for that, and only then. Nothing of it is left afterwards to the host, its own web views or the
-/// programs that it starts. Main thread.
-class WithoutSandbox {
-public:
-  WithoutSandbox();
-  ~WithoutSandbox();
-  WithoutSandbox(const WithoutSandbox&) = delete;
-  WithoutSandbox& operator=(const WithoutSandbox&) = delete;
-
-private:
-  char** theirs_;
-  char** ours_;
-};
-
 } // namespace zuvi

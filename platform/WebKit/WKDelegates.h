@@ -20,6 +20,7 @@ struct WKNavigationAction {
   WKNavigationType navigationType = WKNavigationType::Other; ///< why it wants to go
   std::optional<URL> url;                                    ///< absent when it is no address
   bool hasTargetFrame = true;                                ///< false: it asks for a new window
+  bool byPerson = false; ///< a person's tap or key led to it, not a script alone
 };
 
 /// Whether the page may go there.
@@ -34,6 +35,8 @@ public:
   virtual WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction&) {
     return WKNavigationActionPolicy::Allow;
   }
+  /// The page's own first bytes are there; the page before it is gone.
+  virtual void didCommit(WKWebView&) {}
   /// The page and what belongs to it have been loaded.
   virtual void didFinish(WKWebView&) {}
   /// After the page had begun to show.
@@ -43,6 +46,8 @@ public:
   virtual void didFailProvisionalNavigation(WKWebView&, const Error&) {}
   /// The process that ran the page is gone; nothing of the page is left but its address.
   virtual void webContentProcessDidTerminate(WKWebView&) {}
+  /// The page has answered nothing for seconds, not even a key, or answers again.
+  virtual void didChangeResponsiveness(WKWebView&, bool /*responds*/) {}
 };
 
 /// What a page asks of the screen around it. Main queue.
@@ -56,6 +61,8 @@ public:
   }
   /// A page that was opened by another has closed itself.
   virtual void webViewDidClose(WKWebView&) {}
+  /// A page has asked a person to choose files, which no page is ever given.
+  virtual void didRefuseFiles(WKWebView&) {}
 };
 
 } // namespace zuvi

@@ -46,6 +46,20 @@ std::string WKWebView::problem() {
   return WebEngine::installed().problem();
 }
 
+std::optional<bool> WKWebView::isSandboxed() {
+  return WebEngine::installed().isSandboxed();
+}
+
+static bool sandboxRequired = false;
+
+bool WKWebView::requiresSandbox() {
+  return sandboxRequired;
+}
+
+void WKWebView::setRequiresSandbox(bool required) {
+  sandboxRequired = required;
+}
+
 void WKWebView::prepare() {
   WebEngine::installed().whenReady([] {});
 }
@@ -168,6 +182,11 @@ WKNavigationActionPolicy WKWebView::decidePolicy(const WKNavigationAction& actio
   return delegate ? delegate->decidePolicy(*this, action) : WKNavigationActionPolicy::Allow;
 }
 
+void WKWebView::didCommit() {
+  const auto alive = weak_from_this().lock();
+  if (const auto delegate = navigationDelegate.lock()) delegate->didCommit(*this);
+}
+
 void WKWebView::didFinish() {
   const auto alive = weak_from_this().lock();
   if (const auto delegate = navigationDelegate.lock()) delegate->didFinish(*this);
@@ -190,12 +209,19 @@ void WKWebView::processDidTerminate() {
     delegate->webContentProcessDidTerminate(*this);
 }
 
+void WKWebView::didChangeResponsiveness(bool responds) {
+  const auto alive = weak_from_this().lock();
+  if (const auto delegate = navigationDelegate.lock())
+    delegate->didChangeResponsiveness(*this, responds);
+}
+
 void WKWebView::didReceiveScriptMessage(const WKScriptMessage& message) {
   const auto alive = weak_from_this().lock();
   const auto& handlers = configuration_.userContentController->handlers();
   const auto found = handlers.find(message.name);
   if (found == handlers.end()) return;
-  if (const auto handler = found->second.lock()) handler->didReceiveScriptMessage(message);
+  if (const auto handler = found->second.lock())
+    handler->didReceiveScriptMessage({message.name, message.body, this});
 }
 
 WebPage* WKWebView::createPage(const WKNavigationAction& action) {
@@ -214,6 +240,11 @@ WebPage* WKWebView::createPage(const WKNavigationAction& action) {
 void WKWebView::didClose() {
   const auto alive = weak_from_this().lock();
   if (const auto delegate = uiDelegate.lock()) delegate->webViewDidClose(*this);
+}
+
+void WKWebView::didRefuseFiles() {
+  const auto alive = weak_from_this().lock();
+  if (const auto delegate = uiDelegate.lock()) delegate->didRefuseFiles(*this);
 }
 
 } // namespace zuvi

@@ -34,6 +34,14 @@ public:
   static bool isAvailable();
   /// Why they can't, in one line with what mends it; empty when they can.
   static std::string problem();
+  /// Whether pages run in a sandbox; absent while nobody knows yet, as no engine was started.
+  static std::optional<bool> isSandboxed();
+  /// False at start: where this machine allows no sandbox pages run without. True: none is made
+  /// there.
+  /// @{
+  static bool requiresSandbox();
+  static void setRequiresSandbox(bool required);
+  /// @}
   /// Begins to load the engine, aside, so that the first page finds it there.
   static void prepare();
 
@@ -82,13 +90,16 @@ public:
 
 private:
   WKNavigationActionPolicy decidePolicy(const WKNavigationAction& action) override;
+  void didCommit() override;
   void didFinish() override;
   void didFail(const Error& error) override;
   void didFailProvisionalNavigation(const Error& error) override;
   void processDidTerminate() override;
+  void didChangeResponsiveness(bool responds) override;
   void didReceiveScriptMessage(const WKScriptMessage& message) override;
   WebPage* createPage(const WKNavigationAction& action) override;
   void didClose() override;
+  void didRefuseFiles() override;
   /// Given null when there can be no page.
   using PageWork = std::function<void(WebPage*)>;
   /// Makes the page when it is first needed. At once or, while the engine is loaded, later.

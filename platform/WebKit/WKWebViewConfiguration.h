@@ -21,10 +21,14 @@ struct WKUserScript {
   bool forMainFrameOnly = true; ///< false: in each frame of a page
 };
 
-/// What a page posted through `window.webkit.messageHandlers.<name>.postMessage(body)`.
+class WKWebView;
+
+/// What a page's main frame posted through
+/// `window.webkit.messageHandlers.<name>.postMessage(body)`. Frames within a page have no handlers.
 struct WKScriptMessage {
-  std::string name; ///< of the handler
-  Value body;       ///< what was posted
+  std::string name;                   ///< of the handler
+  Value body;                         ///< what was posted
+  const WKWebView* webView = nullptr; ///< whose page posted it
 };
 
 /// Hears what pages post. Main queue.

@@ -27,10 +27,12 @@ public:
   /// As `WKNavigationDelegate` hears it.
   /// @{
   virtual WKNavigationActionPolicy decidePolicy(const WKNavigationAction& action) = 0;
+  virtual void didCommit() = 0;
   virtual void didFinish() = 0;
   virtual void didFail(const Error& error) = 0;
   virtual void didFailProvisionalNavigation(const Error& error) = 0;
   virtual void processDidTerminate() = 0;
+  virtual void didChangeResponsiveness(bool responds) = 0;
   /// @}
   /// As `WKScriptMessageHandler` hears it.
   virtual void didReceiveScriptMessage(const WKScriptMessage& message) = 0;
@@ -38,6 +40,8 @@ public:
   virtual WebPage* createPage(const WKNavigationAction& action) = 0;
   /// The page has closed itself.
   virtual void didClose() = 0;
+  /// The page has asked for files, which it doesn't get.
+  virtual void didRefuseFiles() = 0;
 };
 
 /// One page of an engine. Main queue only.
@@ -75,6 +79,8 @@ public:
   /// Why no page can be made, with what mends it; empty when pages can be made. Asked often, so it
   /// starts nothing.
   virtual std::string problem() const { return {}; }
+  /// As `WKWebView` has it.
+  virtual std::optional<bool> isSandboxed() const { return std::nullopt; }
   /// Calls `ready` once: at once where pages can be made now or never, else when what it takes has
   /// been loaded.
   virtual void whenReady(std::function<void()> ready) { ready(); }

@@ -23,6 +23,8 @@ public:
   virtual std::optional<Value> value(std::string_view json) = 0;
   /// Certificates (PEM) that are trusted beside the system's; empty: none.
   virtual std::string additionalAuthorities() = 0;
+  /// Of the program: what its pages leave on this machine belongs to it alone.
+  virtual std::string programName() = 0;
 };
 
 /// The module's one symbol, `zuviWebEngine`: its engine, which lives as long as the process.

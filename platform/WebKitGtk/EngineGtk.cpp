@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include <glib/gstdio.h>
 #include <unistd.h>
 
 namespace zuvi {
@@ -39,6 +40,14 @@ void fetch(WebKitWebsiteDataManager* manager, Fetched done) {
       new Fetched(std::move(done)));
 }
 
+/// For this program and this user alone; null where that can't be had.
+char* privateFolder(const char* below, const std::string& program) {
+  TextPointer folder(g_build_filename(below, program.c_str(), "zuvisdk-chat", nullptr));
+  const bool had = g_mkdir_with_parents(folder.get(), 0700) == 0 &&
+                   g_chmod(folder.get(), 0700) == 0 && access(folder.get(), W_OK) == 0;
+  return had ? folder.release() : nullptr;
+}
+
 std::string nameOf(const GList* record) {
   const char* name = webkit_website_data_get_name(static_cast<WebKitWebsiteData*>(record->data));
   return name ? name : "";
@@ -47,21 +56,23 @@ std::string nameOf(const GList* record) {
 } // namespace
 
 Engine::Engine(WebModuleHost& host) : host_(host), context_(webkit_web_context_new()) {
-  const TextPointer folder(g_build_filename(g_get_user_data_dir(), "zuvisdk", "chat", nullptr));
-  const TextPointer caches(g_build_filename(g_get_user_cache_dir(), "zuvisdk", "chat", nullptr));
-  const TextPointer cookies(g_build_filename(folder.get(), "cookies.sqlite", nullptr));
+  const std::string program = host.programName();
+  const TextPointer folder(privateFolder(g_get_user_data_dir(), program));
+  const TextPointer caches(privateFolder(g_get_user_cache_dir(), program));
   // Where nothing can be kept the chat forgets, but runs.
-  const bool keeps =
-      g_mkdir_with_parents(folder.get(), 0700) == 0 && access(folder.get(), W_OK) == 0;
+  const bool keeps = folder && caches;
   session_.reset(keeps ? webkit_network_session_new(folder.get(), caches.get())
                        : webkit_network_session_new_ephemeral());
   g_signal_connect(session_.get(), "download-started", G_CALLBACK(cancelDownload), nullptr);
   WebKitCookieManager* jar = webkit_network_session_get_cookie_manager(session_.get());
+  const TextPointer cookies(g_build_filename(keeps ? folder.get() : "", "cookies.sqlite", nullptr));
   if (keeps)
     webkit_cookie_manager_set_persistent_storage(jar, cookies.get(),
                                                  WEBKIT_COOKIE_PERSISTENT_STORAGE_SQLITE);
   // One page, visited once: what stays in memory for going back is of no use.
   webkit_web_context_set_cache_model(context_.get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
+  // Starts the network's process, which takes its settings with it from the environment now.
+  webkit_network_session_prefetch_dns(session_.get(), "localhost");
   // The engine's start takes the toolkit's drawing context off this thread and does not tell.
   gdk_gl_context_clear_current();
 }

@@ -19,6 +19,7 @@ Page::Page(Engine& engine, UIView& view, WebPageClient& client,
   fillContents(*configuration.userContentController);
   // A page for another's window shares its session, context and process, but none of its settings.
   const auto settings = makeSettings();
+  if (opener) secure_ = opener->secure_;
   if (opener)
     page_ = WEBKIT_WEB_VIEW(g_object_new(pageWidgetType(), "user-content-manager", contents_.get(),
                                          "settings", settings.get(), "related-view", opener->page_,
@@ -34,6 +35,9 @@ Page::Page(Engine& engine, UIView& view, WebPageClient& client,
   g_signal_connect(page_, "load-failed", G_CALLBACK(onFailure), this);
   g_signal_connect(page_, "load-failed-with-tls-errors", G_CALLBACK(onUntrusted), this);
   g_signal_connect(page_, "web-process-terminated", G_CALLBACK(onTermination), this);
+  g_signal_connect(page_, "notify::is-web-process-responsive", G_CALLBACK(onResponsiveness), this);
+  g_signal_connect(page_, "run-file-chooser", G_CALLBACK(onFiles), this);
+  watchPerson();
   g_signal_connect(page_, "create", G_CALLBACK(onCreate), this);
   g_signal_connect(page_, "close", G_CALLBACK(onClose), this);
   place_ = engine.host().place(view, GTK_WIDGET(page_));
@@ -43,37 +47,69 @@ Page::Page(Engine& engine, UIView& view, WebPageClient& client,
 Page::~Page() {
   g_signal_handlers_disconnect_by_data(page_, this);
   g_signal_handlers_disconnect_by_data(contents_.get(), this);
+  g_signal_handlers_disconnect_by_data(input_, this);
   setPlace(page_, nullptr);
   g_cancellable_cancel(scripts_.get());
   webkit_web_view_stop_loading(page_);
 }
 
-void Page::fillContents(const WKUserContentController& controller) {
-  for (const WKUserScript& script : controller.userScripts()) {
-    const bool atStart = script.injectionTime == WKUserScriptInjectionTime::AtDocumentStart;
-    WebKitUserScript* added =
-        webkit_user_script_new(script.source.c_str(),
-                               script.forMainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME
-                                                       : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-                               atStart ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
-                                       : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
-                               nullptr, nullptr);
-    webkit_user_content_manager_add_script(contents_.get(), added);
-    webkit_user_script_unref(added);
+/// Handlers are known to every frame, those of strangers too. So they bear names that nobody can
+/// guess, and only the main frame has them under their own.
+static const char* const handlersOfMainFrame = R"js((function (handlers) {
+  const all = window.webkit.messageHandlers, own = {};
+  for (const [name, secret] of handlers) {
+    const handler = all[secret], post = handler.postMessage.bind(handler);
+    own[name] = Object.freeze({ postMessage(body) { return post(body); } });
   }
+  Object.defineProperty(window.webkit, 'messageHandlers', { value: Object.freeze(own) });
+  // Else the collector takes the object, and the engine makes another without what was defined.
+  Object.defineProperty(window, Symbol(), { value: window.webkit });
+}))js";
+
+static void addScript(WebKitUserContentManager* contents, const std::string& source,
+                      WKUserScriptInjectionTime time, bool forMainFrameOnly) {
+  WebKitUserScript* added =
+      webkit_user_script_new(source.c_str(),
+                             forMainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME
+                                              : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+                             time == WKUserScriptInjectionTime::AtDocumentStart
+                                 ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
+                                 : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,
+                             nullptr, nullptr);
+  webkit_user_content_manager_add_script(contents, added);
+  webkit_user_script_unref(added);
+}
+
+void Page::fillContents(const WKUserContentController& controller) {
+  std::string pairs;
   for (const auto& [name, handler] : controller.handlers()) {
+    const std::string secret = std::string("zuvi-") + TextPointer(g_uuid_string_random()).get();
+    handlers_[secret] = name;
+    pairs += "['" + name + "','" + secret + "'],";
     // First the listener: a message may come as soon as pages know the name.
-    g_signal_connect(contents_.get(), ("script-message-received::" + name).c_str(),
+    g_signal_connect(contents_.get(), ("script-message-received::" + secret).c_str(),
                      G_CALLBACK(onMessage), this);
-    webkit_user_content_manager_register_script_message_handler(contents_.get(), name.c_str(),
+    webkit_user_content_manager_register_script_message_handler(contents_.get(), secret.c_str(),
                                                                 nullptr);
   }
+  if (!pairs.empty())
+    addScript(contents_.get(), handlersOfMainFrame + ("([" + pairs + "])"),
+              WKUserScriptInjectionTime::AtDocumentStart, true);
+  for (const WKUserScript& script : controller.userScripts())
+    addScript(contents_.get(), script.source, script.injectionTime, script.forMainFrameOnly);
 }
 
 // What is asked of it
 
+static bool leadsTo(WebKitURIRequest* request, const char* scheme) {
+  const char* address = webkit_uri_request_get_uri(request);
+  return address && g_ascii_strncasecmp(address, scheme, strlen(scheme)) == 0;
+}
+
 void Page::load(const URLRequest& request) {
+  dead_ = false;
   request_.reset(webkit_uri_request_new(request.url.absoluteString().c_str()));
+  secure_ = leadsTo(request_.get(), "https:");
   if (SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(request_.get()))
     for (const auto& [name, value] : request.allHTTPHeaderFields)
       soup_message_headers_replace(headers, name.c_str(), value.c_str());
@@ -81,35 +117,44 @@ void Page::load(const URLRequest& request) {
 }
 
 void Page::reload() {
+  dead_ = false;
   // The engine reloads only what it has shown, not what failed before.
   if (request_ && !begun_) return webkit_web_view_load_request(page_, request_.get());
   webkit_web_view_reload(page_);
 }
 
+static void answerSoon(std::function<void()> answer) {
+  using Answer = std::function<void()>;
+  g_idle_add_full(
+      G_PRIORITY_DEFAULT,
+      [](gpointer data) -> gboolean {
+        (*static_cast<Answer*>(data))();
+        return G_SOURCE_REMOVE;
+      },
+      new Answer(std::move(answer)), [](gpointer data) { delete static_cast<Answer*>(data); });
+}
+
 void Page::evaluate(const std::string& script,
                     std::function<void(std::optional<Value>, std::optional<Error>)> done) {
+  // A page that hangs or is gone never answers, and none is the right one to ask for its engine's
+  // name. Before the first load this also lets the process start beside that (0.2 s sooner).
+  if (script == "navigator.userAgent")
+    return answerSoon([done = std::move(done), name = std::string(webkit_settings_get_user_agent(
+                                                   webkit_web_view_get_settings(page_)))] {
+      done(name, std::nullopt);
+    });
+  if (dead_)
+    return answerSoon([done = std::move(done)] {
+      done(std::nullopt, Error{"WKErrorDomain", 2, "The process of the page is gone."});
+    });
   struct Call {
     WebModuleHost& host;
     std::function<void(std::optional<Value>, std::optional<Error>)> done;
-    Value known;
+    std::shared_ptr<gint64> scriptedAt;
   };
-  if (!request_ && script == "navigator.userAgent") {
-    // Asked before the first load. The page's process knows nothing better than the settings, and
-    // this way its start overlaps the load (0.2 s sooner).
-    const char* agent = webkit_settings_get_user_agent(webkit_web_view_get_settings(page_));
-    g_idle_add_full(
-        G_PRIORITY_DEFAULT,
-        [](gpointer data) -> gboolean {
-          const auto* call = static_cast<Call*>(data);
-          call->done(call->known, std::nullopt);
-          return G_SOURCE_REMOVE;
-        },
-        new Call{engine_.host(), std::move(done), std::string(agent)},
-        [](gpointer data) { delete static_cast<Call*>(data); });
-    return;
-  }
   const auto answer = [](GObject* source, GAsyncResult* result, gpointer data) {
     const std::unique_ptr<Call> call(static_cast<Call*>(data));
+    *call->scriptedAt = g_get_monotonic_time();
     GError* failure = nullptr;
     const ObjectPointer<JSCValue> value(
         webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &failure));
@@ -119,9 +164,10 @@ void Page::evaluate(const std::string& script,
       return call->done(std::move(converted), std::nullopt);
     call->done(std::nullopt, Error{"WKErrorDomain", 5, "The script's result has no form here."});
   };
+  *scriptedAt_ = g_get_monotonic_time();
   webkit_web_view_evaluate_javascript(page_, script.data(), gssize(script.size()), nullptr, nullptr,
                                       scripts_.get(), answer,
-                                      new Call{engine_.host(), std::move(done), {}});
+                                      new Call{engine_.host(), std::move(done), scriptedAt_});
 }
 
 void Page::setCustomUserAgent(const std::string& userAgent) {
@@ -184,15 +230,46 @@ WKNavigationAction Page::actionOf(WebKitNavigationAction* action) const {
   made.navigationType = typeOf(webkit_navigation_action_get_navigation_type(action));
   const char* uri = webkit_uri_request_get_uri(webkit_navigation_action_get_request(action));
   if (uri) made.url = engine_.host().url(uri);
+  made.byPerson = isByPerson(action);
   return made;
+}
+
+bool Page::isByPerson(WebKitNavigationAction* action) const {
+  // The engine takes what a script of ours sets going, even by a timer of the page's, for a
+  // person's doing.
+  constexpr gint64 scriptLasts = 2 * G_USEC_PER_SEC;
+  const bool scripted =
+      *scriptedAt_ > touchedAt_ && g_get_monotonic_time() - *scriptedAt_ < scriptLasts;
+  return webkit_navigation_action_is_user_gesture(action) && !scripted;
+}
+
+void Page::watchPerson() {
+  GtkEventController* input = gtk_event_controller_legacy_new();
+  gtk_event_controller_set_propagation_phase(input, GTK_PHASE_CAPTURE);
+  g_signal_connect(input, "event", G_CALLBACK(onInput), this);
+  gtk_widget_add_controller(GTK_WIDGET(page_), input);
+  input_ = input;
+}
+
+gboolean Page::onInput(GtkEventController*, GdkEvent* event, Page* self) {
+  switch (gdk_event_get_event_type(event)) {
+  case GDK_BUTTON_PRESS:
+  case GDK_BUTTON_RELEASE:
+  case GDK_TOUCH_BEGIN:
+  case GDK_TOUCH_END:
+  case GDK_KEY_PRESS:
+    self->touchedAt_ = g_get_monotonic_time();
+    break;
+  default:
+    break;
+  }
+  return FALSE;
 }
 
 /// A page has no business among files, nor in the settings that the program itself may open. By the
 /// text as it is, which need not be an address.
 static bool leadsIntoMachine(WebKitURIRequest* request) {
-  const char* address = webkit_uri_request_get_uri(request);
-  return address && (g_ascii_strncasecmp(address, "file:", 5) == 0 ||
-                     g_ascii_strncasecmp(address, "app-settings:", 13) == 0);
+  return leadsTo(request, "file:") || leadsTo(request, "app-settings:");
 }
 
 gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
@@ -207,8 +284,11 @@ gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
         WEBKIT_NAVIGATION_POLICY_DECISION(decision));
     WKNavigationAction action = self->actionOf(asked);
     action.hasTargetFrame = type != WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION;
-    allowed = !leadsIntoMachine(webkit_navigation_action_get_request(asked)) &&
-              self->client_.decidePolicy(action) == WKNavigationActionPolicy::Allow;
+    WebKitURIRequest* request = webkit_navigation_action_get_request(asked);
+    const bool leavesSafety = self->secure_ && leadsTo(request, "http:");
+    allowed = !leadsIntoMachine(request) &&
+              self->client_.decidePolicy(action) == WKNavigationActionPolicy::Allow &&
+              !leavesSafety;
   }
   if (allowed)
     webkit_policy_decision_use(decision);
@@ -218,12 +298,18 @@ gboolean Page::onPolicy(WebKitWebView*, WebKitPolicyDecision* decision,
 }
 
 void Page::onLoad(WebKitWebView*, WebKitLoadEvent event, Page* self) {
-  if (event == WEBKIT_LOAD_STARTED) self->failed_ = false;
+  if (event == WEBKIT_LOAD_STARTED) self->failed_ = self->dead_ = false;
+  if (const char* uri = webkit_web_view_get_uri(self->page_)) self->address_ = uri;
   if (event == WEBKIT_LOAD_COMMITTED) {
     self->attempts_ = 0;
     self->begun_ = true;
+    GTlsCertificate* certificate = nullptr;
+    GTlsCertificateFlags flaws{};
+    if (webkit_web_view_get_tls_info(self->page_, &certificate, &flaws) && certificate &&
+        !isFitForServer(certificate))
+      return webkit_web_view_terminate_web_process(self->page_); // nothing of it may run on
+    return self->client_.didCommit();
   }
-  if (const char* uri = webkit_web_view_get_uri(self->page_)) self->address_ = uri;
   // The engine also finishes what has failed.
   if (event == WEBKIT_LOAD_FINISHED && !self->failed_) self->client_.didFinish();
 }
@@ -286,8 +372,22 @@ gboolean Page::onUntrusted(WebKitWebView*, const char* address, GTlsCertificate*
 
 // What happens to it
 
-void Page::onTermination(WebKitWebView*, WebKitWebProcessTerminationReason, Page* self) {
+void Page::onTermination(WebKitWebView*, WebKitWebProcessTerminationReason reason, Page* self) {
+  self->dead_ = true;
+  if (reason == WEBKIT_WEB_PROCESS_TERMINATED_BY_API)
+    return self->fail(WEBKIT_LOAD_STARTED, {NSURLErrorDomain, NSURLErrorServerCertificateUntrusted,
+                                            "The certificate is none of a server or too weak."});
   self->client_.processDidTerminate();
+}
+
+void Page::onResponsiveness(WebKitWebView*, GParamSpec*, Page* self) {
+  self->client_.didChangeResponsiveness(webkit_web_view_get_is_web_process_responsive(self->page_));
+}
+
+gboolean Page::onFiles(WebKitWebView*, WebKitFileChooserRequest* request, Page* self) {
+  webkit_file_chooser_request_cancel(request);
+  self->client_.didRefuseFiles();
+  return TRUE;
 }
 
 GtkWidget* Page::onCreate(WebKitWebView*, WebKitNavigationAction* action, Page* self) {
@@ -304,8 +404,9 @@ void Page::onClose(WebKitWebView*, Page* self) {
 void Page::onMessage(WebKitUserContentManager* contents, JSCValue* body, Page* self) {
   const GSignalInvocationHint* hint = g_signal_get_invocation_hint(contents);
   auto value = valueOf(*body, self->engine_.host());
-  if (value)
-    self->client_.didReceiveScriptMessage({g_quark_to_string(hint->detail), std::move(*value)});
+  const auto handler = self->handlers_.find(g_quark_to_string(hint->detail));
+  if (value && handler != self->handlers_.end())
+    self->client_.didReceiveScriptMessage({handler->second, std::move(*value)});
 }
 
 } // namespace zuvi

@@ -14,11 +14,6 @@ gboolean refuseState(WebKitWebView*, WebKitPermissionStateQuery* query, gpointer
   return TRUE;
 }
 
-gboolean refuseFiles(WebKitWebView*, WebKitFileChooserRequest* request, gpointer) {
-  webkit_file_chooser_request_cancel(request);
-  return TRUE;
-}
-
 gboolean refuseColors(WebKitWebView*, WebKitColorChooserRequest* request, gpointer) {
   webkit_color_chooser_request_cancel(request);
   return TRUE;
@@ -99,7 +94,6 @@ ObjectPointer<WebKitSettings> makeSettings() {
 void refuseRights(WebKitWebView* page) {
   g_signal_connect(page, "permission-request", G_CALLBACK(refusePermission), nullptr);
   g_signal_connect(page, "query-permission-state", G_CALLBACK(refuseState), nullptr);
-  g_signal_connect(page, "run-file-chooser", G_CALLBACK(refuseFiles), nullptr);
   g_signal_connect(page, "run-color-chooser", G_CALLBACK(refuseColors), nullptr);
   g_signal_connect(page, "authenticate", G_CALLBACK(refuseSignIn), nullptr);
   g_signal_connect(page, "script-dialog", G_CALLBACK(refuseDialog), nullptr);

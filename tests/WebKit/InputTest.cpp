@@ -92,6 +92,31 @@ TEST_F(InputTest, KeysGoWhereTheFocusIs) {
   EXPECT_TRUE(field->isEditing()) << "one step too many";
 }
 
+TEST_F(InputTest, TellsAPersonFromAScript) {
+  serve("/", R"(<body style='margin:0'><a id=a href='/next' style='position:absolute;top:100px'>
+      <b style='font-size:60px'>link</b></a>
+      <input type=file style='position:absolute;top:300px;height:60px'>
+      <button style='position:absolute;top:400px;width:100px;height:60px'
+        onclick='for (;;);'>hang</button></body>)");
+  const auto view = makeWebView();
+  ASSERT_TRUE(show(*view, "/"));
+  listener->linkPolicy = WKNavigationActionPolicy::Cancel;
+  const std::string link = "link to /next";
+  evaluate(*view, "a.click(), setTimeout(() => a.click(), 100), 0"); // the engine believes both
+  EXPECT_TRUE(waitFor([&] { return listener->count(link) == 2; }));
+  click(40, 140);
+  EXPECT_TRUE(waitFor([&] { return listener->has(link + " by a person"); }));
+  EXPECT_EQ(listener->count(link), 2);
+  click(30, 330);
+  EXPECT_TRUE(waitFor([&] { return listener->has("no files"); }));
+  click(30, 430);
+  type("a"); // to which there is no answer
+  EXPECT_TRUE(waitFor([&] { return listener->has("hangs"); }));
+  std::optional<Value> name;
+  view->evaluateJavaScript("navigator.userAgent", [&](const auto& value, auto) { name = value; });
+  EXPECT_TRUE(waitFor([&] { return name && name->string(); }, 2)) << "asks no page that hangs";
+}
+
 } // namespace
 
 } // namespace zuvi::test

@@ -1,7 +1,7 @@
-#include "platform/WebKit/SandboxTrialGtk.h"
+#include "platform/WebKit/BorrowedEnvironment.h"
+#include "tests/WebKit/WebFixtureGtk.h"
 #include "tests/support/ScopedEnvironment.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/TemporaryFolder.h"
 
 #include <atomic>
 #include <thread>
@@ -11,9 +11,28 @@
 namespace zuvi::test {
 namespace {
 
-TEST(WithoutSandboxTest, NothingOfItIsLeftInTheEnvironment) {
-  constexpr const char* variable = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS";
-  const ScopedEnvironment none(variable, std::nullopt), other("ZUVI_OTHER", "here");
+using SandboxTest = WebTest;
+
+TEST_F(SandboxTest, IsAnsweredForAndDemanded) {
+  serve("/", "here");
+  const TemporaryFolder folder;
+  folder.write("bwrap", "#!/bin/sh\nexit 1\n"); // as in many containers
+  std::filesystem::permissions(folder.path("bwrap"), std::filesystem::perms::owner_all);
+  const ScopedEnvironment path("PATH", folder.path() + ":" + std::getenv("PATH"));
+  EXPECT_EQ(WKWebView::isSandboxed(), std::nullopt) << "nobody has tried";
+  WKWebView::setRequiresSandbox(true);
+  const auto view = makeWebView();
+  load(*view, server(http, "/"));
+  EXPECT_TRUE(waitFor([&] { return listener->has("provisional failure"); }));
+  EXPECT_EQ(WKWebView::isSandboxed(), false);
+  EXPECT_NE(WKWebView::problem().find("sandbox"), std::string::npos);
+  EXPECT_EQ(requestsFor("/"), 0);
+  WKWebView::setRequiresSandbox(false);
+  EXPECT_TRUE(show(*view, "/"));
+}
+
+TEST(BorrowedEnvironmentTest, NothingOfItIsLeft) {
+  const ScopedEnvironment none("ZUVI_WISH", std::nullopt), there("ZUVI_OTHER", "here");
   char** const before = environ;
   std::atomic<bool> done = false, lost = false;
   std::thread reader([&] { // as the host's threads may
@@ -21,17 +40,23 @@ TEST(WithoutSandboxTest, NothingOfItIsLeftInTheEnvironment) {
       if (!std::getenv("ZUVI_OTHER")) lost = true;
   });
   for (int i = 0; i < 100; i++) {
-    const WithoutSandbox without;
-    EXPECT_STREQ(std::getenv(variable), "1");
+    const BorrowedEnvironment borrowed({"ZUVI_OTHER=ordered"}, {"ZUVI_WISH=1", "ZUVI_OTHER=wish"});
+    EXPECT_STREQ(std::getenv("ZUVI_WISH"), "1");
+    EXPECT_STREQ(std::getenv("ZUVI_OTHER"), "ordered");
   }
   done = true;
   reader.join();
   EXPECT_FALSE(lost);
   EXPECT_EQ(environ, before);
-  EXPECT_EQ(std::getenv(variable), nullptr);
-  const ScopedEnvironment word(variable, "0");
-  const WithoutSandbox without;
-  EXPECT_STREQ(std::getenv(variable), "0") << "the host has said what it wants";
+  {
+    const BorrowedEnvironment borrowed({}, {"ZUVI_WISH=1", "ZUVI_OTHER=wish"});
+    EXPECT_STREQ(std::getenv("ZUVI_OTHER"), "here");
+    setenv("ZUVI_MEANWHILE", "set", 1); // copies the list with all that is in it
+  }
+  EXPECT_EQ(std::getenv("ZUVI_WISH"), nullptr);
+  EXPECT_STREQ(std::getenv("ZUVI_OTHER"), "here");
+  EXPECT_STREQ(std::getenv("ZUVI_MEANWHILE"), "set");
+  unsetenv("ZUVI_MEANWHILE");
 }
 
 } // namespace

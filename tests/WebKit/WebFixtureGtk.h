@@ -38,7 +38,8 @@ public:
   WKNavigationActionPolicy decidePolicy(WKWebView&, const WKNavigationAction& action) override {
     const char* types[] = {"link", "form", "back", "reload", "other"};
     lines.push_back(std::string(types[int(action.navigationType)]) + " to " + pathOf(action) +
-                    (action.hasTargetFrame ? "" : " in a new window"));
+                    (action.hasTargetFrame ? "" : " in a new window") +
+                    (action.byPerson ? " by a person" : ""));
     return action.navigationType == WKNavigationType::LinkActivated
                ? linkPolicy
                : WKNavigationActionPolicy::Allow;
@@ -61,6 +62,10 @@ public:
     return open ? open(opener, like) : nullptr;
   }
   void webViewDidClose(WKWebView&) override { lines.emplace_back("close"); }
+  void didRefuseFiles(WKWebView&) override { lines.emplace_back("no files"); }
+  void didChangeResponsiveness(WKWebView&, bool responds) override {
+    lines.emplace_back(responds ? "responds" : "hangs");
+  }
   void didReceiveScriptMessage(const WKScriptMessage& message) override {
     messages.push_back(message.body);
   }
