@@ -2,6 +2,8 @@
 
 #include "kit/Helper/LiveChat/ChatView.h"
 #include "kit/Helper/ZVBundle.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
 #include "tests/chat/ChatTest.h"
 
 namespace zuvi::test {
@@ -11,6 +13,8 @@ struct Owner final : ChatViewDelegate {
   int closed = 0;
   void closedChatView() override { closed++; }
   void handleURL(const URL&) override {}
+  void tell(const std::string& text) override { told = text; }
+  std::string told;
 };
 
 const std::string address = "https://chat.host/open?license=1&group=0&native_platform=ios";
@@ -162,8 +166,90 @@ TEST_F(ChatViewTest, SaysWhatWentWrong) {
   page()->client.didFailProvisionalNavigation({NSURLErrorDomain, NSURLErrorCancelled, "other"});
   EXPECT_EQ(view->loadingView()->alpha(), 1);
   EXPECT_EQ(errorShown(), "") << "it gave way to another load";
-  page()->client.didFailProvisionalNavigation({"Any", NSURLErrorCancelled, "no host"});
-  EXPECT_EQ(errorShown(), "no host");
+  printed();
+  const std::tuple<std::string, int, std::string> rows[] = {
+      {"Any", NSURLErrorCancelled, "chatFailed"},
+      {NSURLErrorDomain, NSURLErrorCannotFindHost, "chatUnreachable"},
+      {NSURLErrorDomain, NSURLErrorTimedOut, "chatUnreachable"},
+      {NSURLErrorDomain, NSURLErrorServerCertificateUntrusted, "chatNotSecure"}};
+  const auto merchant = std::make_shared<ZVKYCMerchant>();
+  merchant->currentLanguage = ZVLanguage::spanish;
+  ZVKYCHelper::instance().merchant = merchant;
+  for (const auto& [domain, code, text] : rows) {
+    page()->client.didFailProvisionalNavigation({domain, code, "curl's words"});
+    EXPECT_EQ(errorShown(), localized(text));
+    EXPECT_THAT(printed(), ElementsAre("The chat did not load: curl's words"));
+  }
+  EXPECT_EQ(view->loadingView()->errorView()->reloadButton()->title(), "Volver a cargar");
+}
+
+TEST_F(ChatViewTest, OpeningItFetchesAPageThatIsNotThere) {
+  markOpened();
+  view->presentChat(false);
+  EXPECT_TRUE(fails("Configuration not provided."));
+  configure(); // such as by a merchant who answers late
+  const std::function<void()> losses[] = {
+      [] {},
+      [&] { page()->client.processDidTerminate(); },
+      [&] {
+        page()->client.didFailProvisionalNavigation({"Any", 1, ""});
+      },
+  };
+  std::size_t loads = 0;
+  for (const auto& lose : losses) {
+    lose();
+    view->dismissChat(false);
+    view->presentChat(false);
+    EXPECT_TRUE(loaded(++loads));
+  }
+  view->dismissChat(false);
+  view->presentChat(false);
+  time.advance(1);
+  EXPECT_EQ(page()->loads.size(), loads) << "what is there is not fetched";
+}
+
+TEST_F(ChatViewTest, NoPageLeavesAPersonWithoutAWayOut) {
+  preload();
+  view->presentChat(false);
+  UIApplication& application = UIApplication::shared();
+  const auto closeButton = [](const UIView& of) {
+    return std::dynamic_pointer_cast<CloseButton>(of.subviews().front());
+  };
+  const auto wayOut = closeButton(web());
+  const auto say = [](ScriptedPage& by, const char* key) {
+    by.client.didReceiveScriptMessage({"iosMobileWidget", Value::Dictionary{{key, "ready"}}});
+  };
+  const auto open = [&] {
+    page()->client.createPage({WKNavigationType::Other, {}, false});
+    return engine->pages.back();
+  };
+  page()->client.didCommit();
+  say(*page(), "other");
+  say(*open(), "messageType");
+  EXPECT_FALSE(wayOut->isHidden()) << "neither has the chat's page spoken";
+  say(*page(), "messageType");
+  EXPECT_TRUE(wayOut->isHidden());
+  application.setFirstResponder(&web());
+  page()->client.didChangeResponsiveness(false);
+  EXPECT_FALSE(wayOut->isHidden());
+  EXPECT_EQ(application.firstResponder(), nullptr) << "a page that hangs swallows Escape";
+  page()->client.didChangeResponsiveness(true);
+  EXPECT_TRUE(wayOut->isHidden());
+  EXPECT_EQ(application.firstResponder(), &web());
+
+  closeButton(*web().subviews().back())->sendActions(UIControlEvent::TouchUpInside);
+  EXPECT_EQ(engine->pages.size(), 1U) << "the window has a way out of its own";
+  open();
+  page()->client.didCommit();
+  EXPECT_EQ(engine->pages.size(), 1U) << "it goes with the page that opened it";
+  EXPECT_FALSE(wayOut->isHidden()) << "another page, that has said nothing yet";
+  open();
+  page()->client.processDidTerminate();
+  EXPECT_EQ(engine->pages.size(), 1U);
+  EXPECT_EQ(application.firstResponder(), nullptr);
+  wayOut->sendActions(UIControlEvent::TouchUpInside);
+  time.advance(0.3);
+  EXPECT_EQ(owner->closed, 2);
 }
 
 TEST_F(ChatViewTest, MovesInAndOutWithTheirCallbacks) {
@@ -201,14 +287,18 @@ TEST_F(ChatViewTest, MovesInAndOutWithTheirCallbacks) {
   EXPECT_EQ(web().frame().y, 812) << "what is away again is not brought back";
 }
 
-TEST_F(ChatViewTest, LinksLeadOutWithoutAnOwnerToo) {
+TEST_F(ChatViewTest, ATapOnALinkLeadsOutWithoutAnOwnerToo) {
   preload();
   owner = nullptr;
-  const auto decide = [&](WKNavigationType type) {
-    return page()->client.decidePolicy({type, URL::fromString("mailto:a@b"), true});
+  const auto decide = [&](WKNavigationType type, bool byPerson = true) {
+    return page()->client.decidePolicy({type, URL::fromString("mailto:a@b"), true, byPerson});
   };
+  EXPECT_EQ(decide(WKNavigationType::LinkActivated), WKNavigationActionPolicy::Cancel);
+  EXPECT_THAT(opened, IsEmpty()) << "out of sight nobody taps";
+  view->presentChat(false);
   EXPECT_EQ(decide(WKNavigationType::Other), WKNavigationActionPolicy::Allow);
-  EXPECT_THAT(opened, IsEmpty());
+  EXPECT_EQ(decide(WKNavigationType::LinkActivated, false), WKNavigationActionPolicy::Cancel);
+  EXPECT_THAT(opened, IsEmpty()) << "a script may not";
   EXPECT_EQ(decide(WKNavigationType::LinkActivated), WKNavigationActionPolicy::Cancel);
   EXPECT_THAT(opened, ElementsAre("mailto:a@b"));
   page()->client.decidePolicy({WKNavigationType::LinkActivated, std::nullopt, true});
@@ -244,7 +334,13 @@ TEST_F(ChatViewTest, WithoutAWebViewThereIsStillAWayOut) {
   static_cast<LoadingViewDelegate&>(*view).reload();
   view->loadingView()->closeButton()->sendActions(UIControlEvent::TouchUpInside);
   EXPECT_EQ(owner->closed, 1);
+  markOpened();
   engine->available = true;
+  UIApplication::shared().setActive(true); // the host has made its window
+  UIApplication::shared().setActive(false);
+  time.advance(0.2);
+  EXPECT_TRUE(loaded()) << "as if it had been there from the start";
+  printed();
   const TemporaryFolder empty;
   make<ChatView>(CGRect{}, std::make_shared<Bundle>(empty.path()));
   EXPECT_THAT(printed(), ElementsAre("Exception while injecting LiveChatWidget.js script"));

@@ -53,8 +53,11 @@ TEST_F(LoadingViewTest, TheWayOutComesLateWithTheSpinnerAndAtOnceWithAnError) {
   EXPECT_TRUE(isShown(*view->activityIndicator()) && view->activityIndicator()->animating());
 
   view->displayLoadingError(std::string(3500, 'x'));
+  time.settle();
   tap(close);
   EXPECT_EQ(presser->heard, "reload close ") << "no text covers the way out";
+  tap(reload->convertToScreen(reload->bounds()).center());
+  EXPECT_EQ(presser->heard, "reload close reload ") << "or pushes the button off the screen";
 }
 
 } // namespace

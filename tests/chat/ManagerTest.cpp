@@ -1,9 +1,12 @@
 // What stands behind the door to the chat: windows, states, counters and the delegate.
 
 #include "kit/Helper/LiveChat/Manager.h"
+#include "kit/Helper/LiveChat/LiveChat.h"
 #include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "platform/UIKit/UIAlertController.h"
 #include "tests/chat/ChatTest.h"
 
 namespace zuvi::test {
@@ -78,11 +81,39 @@ TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
   EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0);
   say("b");
   EXPECT_THAT(listener->heard, ElementsAre("text a", "presented", "text b")) << "seen or not";
+  page()->client.didRefuseFiles();
+  const auto overlay = manager->overlayViewController();
+  const auto alert =
+      std::dynamic_pointer_cast<UIAlertController>(overlay->presentedViewController());
+  ASSERT_TRUE(alert);
+  EXPECT_EQ(alert->message(), localized("chatTakesNoFiles"));
+  alert->choose(0);
+  time.advance(1);
   manager->webViewBridge()->handle({{"messageType", "hideChatWindow"}});
   time.advance(0.3);
   EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0);
   EXPECT_EQ(listener->heard.back(), "dismissed");
   EXPECT_EQ(key(), host.get());
+}
+
+TEST_F(ManagerTest, APresentOnTheWayInEndsLikeOne) {
+  engine->results["LiveChatWidget_emitFocus();"] = nullptr;
+  manager->webViewBridge()->handle({{"messageType", "ready"}});
+  for (const bool animated : {true, false}) {
+    SCOPED_TRACE(animated);
+    listener->heard.clear();
+    say(animated ? "a" : "b");
+    manager->presentChat(true, note());
+    time.advance(0.2);
+    manager->presentChat(animated, note());
+    time.advance(0.6);
+    EXPECT_THAT(listener->heard, Contains("presented"));
+    EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0);
+    EXPECT_THAT(std::exchange(page()->scripts, {}), Contains("LiveChatWidget_emitFocus();"));
+    EXPECT_TRUE(isPresented());
+    manager->dismissChat(false, {});
+    EXPECT_EQ(key(), host.get());
+  }
 }
 
 TEST_F(ManagerTest, TheCloseButtonLeavesTheCounterToTheDismissal) {
@@ -96,6 +127,14 @@ TEST_F(ManagerTest, TheCloseButtonLeavesTheCounterToTheDismissal) {
   EXPECT_EQ(key(), host.get());
   EXPECT_EQ(UnreadMessagesCounter::counterValue(), 1);
   EXPECT_THAT(listener->heard, IsEmpty());
+}
+
+TEST_F(ChatTest, TheHostsVariablesAreItsOwn) {
+  const CustomVariables some{{"a", "b"}};
+  LiveChat::setAllCustomVariables(some);
+  EXPECT_EQ(LiveChat::allCustomVariables(), some);
+  LiveChat::setAllCustomVariables(std::nullopt);
+  EXPECT_EQ(LiveChat::allCustomVariables(), std::nullopt);
 }
 
 TEST_F(ChatTest, CountersHoldOverDamagedDefaults) {

@@ -1,6 +1,7 @@
 #include "kit/Helper/LiveChat/ActivityIndicator.h"
 
 #include "kit/Helper/LiveChat/LoadingViewDrawing.h"
+#include "kit/Helper/ZVLocalization.h"
 #include "platform/UIKit/UIApplication.h"
 
 #include <algorithm>
@@ -17,7 +18,7 @@ constexpr const char* rotationKey = "rotationAnimation";
 ActivityIndicator::ActivityIndicator()
     : activityIndicator_(std::make_shared<ActivityIndicatorLayer>()), label_(make<UILabel>()) {
   setBackgroundColor(UIColor::white());
-  label_->setText("Loading...");
+  label_->setText(localized("chatLoading"));
   label_->setTextColor(darkGrey);
   label_->setTextAlignment(NSTextAlignment::Center);
   label_->setFont(UIFont::system(16.0));
@@ -26,6 +27,7 @@ ActivityIndicator::ActivityIndicator()
 }
 
 void ActivityIndicator::startAnimation() {
+  label_->setText(localized("chatLoading")); // the language may have come meanwhile
   const bool turning = activityIndicator_->animation(rotationKey) != nullptr;
   if (turning && animating_) return;
   animating_ = true;

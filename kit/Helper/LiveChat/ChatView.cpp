@@ -2,6 +2,7 @@
 
 #include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/LiveChat/WebViewAnimationCoordinator.h"
+#include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/Print.h"
@@ -19,6 +20,37 @@ constexpr const char* reloadCall = "delayed_reload";
 constexpr double reloadDelay = 0.2; // seconds in which several writes give one load
 constexpr int maxLength = 2000;     // of the page's address, in characters
 constexpr const char* userAgentSuffix = " WebView_Widget_iOS/2.0.7";
+
+/// What the person can do about it; the transport's own words are for whoever reads the log.
+std::string adviceFor(const Error& error) {
+  if (error.domain != NSURLErrorDomain) return localized("chatFailed");
+  switch (error.code) {
+  case NSURLErrorSecureConnectionFailed:
+  case NSURLErrorServerCertificateUntrusted:
+    return localized("chatNotSecure");
+  case NSURLErrorTimedOut:
+  case NSURLErrorCannotFindHost:
+  case NSURLErrorCannotConnectToHost:
+  case NSURLErrorNetworkConnectionLost:
+    return localized("chatUnreachable");
+  default:
+    return localized("chatFailed");
+  }
+}
+
+/// At a page's top right corner, above it.
+std::shared_ptr<CloseButton> addCloseButton(WKWebView& page, std::function<void()> close) {
+  auto button = make<CloseButton>();
+  button->outletName = "wayOut";
+  button->setBackgroundColor(UIColor::white().withAlpha(0.9)); // the page may be dark
+  button->layer()->setCornerRadius(22.0);
+  button->setFrame({page.bounds().width - 44.0 - 10.0, 10.0, 44.0, 44.0});
+  button->setAutoresizingMask(FlexibleLeftMargin | FlexibleBottomMargin);
+  button->accessibilityLabel = spoken("close");
+  button->addTarget(UIControlEvent::TouchUpInside, std::move(close));
+  page.addSubview(button);
+  return button;
+}
 
 CGRect shortenedByOne(const CGRect& frame) {
   return {frame.x, frame.y, frame.width, frame.height - 1.0};
@@ -73,6 +105,7 @@ void ChatView::makeWebView() {
   webView_->setBackgroundColor(UIColor::white());
   webView_->setFrame(frame());
   webView_->setAlpha(0);
+  wayOut_ = addCloseButton(*webView_, [this] { close(); });
   if (*webViewBridge) (*webViewBridge)->webView = webView_;
 }
 
@@ -124,15 +157,16 @@ void ChatView::delayedReload() {
 
 void ChatView::receivedTemplate(const std::optional<std::string>& templateURL,
                                 const std::optional<Error>& error) {
-  if (error) return displayLoadingError(error->description);
-  if (!templateURL) return displayLoadingError("Template URL not provided.");
-  if (!configuration_) return displayLoadingError("Configuration not provided.");
+  if (error) return displayLoadingError(*error);
+  if (!templateURL) return displayLoadingError(localized("chatTemplateMissing"));
+  if (!configuration_) return displayLoadingError(localized("chatConfigurationMissing"));
   const auto url = buildUrl(*templateURL, *configuration_, *customVariables, maxLength);
-  if (!url || !webView_) {
+  if (!webView_ && WKWebView::isAvailable()) makeWebView(); // a host spoke before it had a screen
+  if (!url || !webView_ || !WKWebView::isAvailable()) {
     print("error: Invalid url");
     print(url ? "The support chat can't be shown, as " + WKWebView::problem()
               : "The chat's template gives no address: " + *templateURL);
-    return displayLoadingError("Invalid url");
+    return displayLoadingError(localized("chatAddressInvalid"));
   }
   load(URLRequest(*url));
 }
@@ -140,6 +174,7 @@ void ChatView::receivedTemplate(const std::optional<std::string>& templateURL,
 void ChatView::load(const URLRequest& request) {
   // Asking for the user agent starts the browser, which a chat that nobody ever opened must not.
   if (!LiveChatState::isChatOpenedBefore()) return;
+  pageAskedFor_ = true;
   webView_->setCustomUserAgent({}); // or the name would grow with every load
   webView_->evaluateJavaScript(
       "navigator.userAgent", [weak = weak(), request](const std::optional<Value>& result,
@@ -147,8 +182,9 @@ void ChatView::load(const URLRequest& request) {
         DispatchQueue::main().async([weak, request, result, error] {
           const auto self = weak.lock();
           if (!self) return;
-          if (error) return self->displayLoadingError(error->description); // no browser came up
           const std::string* userAgent = result ? result->string() : nullptr;
+          if (!userAgent) self->pageAskedFor_ = false;
+          if (error) return self->displayLoadingError(*error); // no browser came up
           if (!userAgent) return;
           self->webView_->setCustomUserAgent(*userAgent + userAgentSuffix);
           if (LiveChatState::isChatOpenedBefore()) self->webView_->load(request);
@@ -173,6 +209,11 @@ void ChatView::displayLoadingError(const std::string& message) {
   });
 }
 
+void ChatView::displayLoadingError(const Error& error) {
+  print("The chat did not load: " + error.description);
+  displayLoadingError(adviceFor(error));
+}
+
 void ChatView::clearSession() {
   if (!LiveChatState::isChatOpenedBefore()) return; // nothing is there, and no browser need start
   WKWebsiteDataStore& store = WKWebsiteDataStore::defaultStore();
@@ -192,15 +233,14 @@ void ChatView::clearSession() {
 // In and out
 
 void ChatView::presentChat(bool animated, const Completion& completion) {
-  if (!webView_ && WKWebView::isAvailable()) { // a host spoke to the chat before it had a screen
-    makeWebView();
-    reloadWithDelay();
-  }
+  if (!webView_ && WKWebView::isAvailable()) makeWebView(); // a host spoke before it had a screen
   if (!webView_) return;
   WKWebView::prepare(); // while the address is asked for
-  // The load itself comes later and finds the mark.
-  if (!LiveChatState::isChatOpenedBefore()) delayedReload();
+  // The load itself comes later and finds the mark. A page that was to be loaded out of sight may
+  // have failed, be gone, or never have been asked for.
+  if (!LiveChatState::isChatOpenedBefore() || !pageAskedFor_) delayedReload();
   LiveChatState::markChatAsOpened();
+  const int movement = ++movement_;
   const auto inSight = [this] {
     webView_->setFrame(frameForSafeAreaInsets());
     loadingView_->setFrame(webView_->frame());
@@ -215,8 +255,11 @@ void ChatView::presentChat(bool animated, const Completion& completion) {
   webView_->setFrame({0, bounds().height, bounds().width, bounds().height});
   loadingView_->setFrame(webView_->frame());
   UIView::animate(0.5, 0, {AnimationCurve::Kind::Spring, 0.7, 0}, inSight,
-                  [weak = weak(), completion](bool finished) {
-                    if (const auto self = weak.lock()) self->presented(finished, completion);
+                  [weak = weak(), completion, movement](bool finished) {
+                    const auto self = weak.lock();
+                    if (!self) return;
+                    if (movement == self->movement_) return self->presented(finished, completion);
+                    if (completion) completion(finished); // another present has taken over
                   });
 }
 
@@ -322,6 +365,10 @@ void ChatView::delayedKeyboardDidChangeFrame(const KeyboardNotification&) {
 // The application
 
 void ChatView::applicationDidBecomeActiveNotification() {
+  if (!webView_ && WKWebView::isAvailable()) { // a host spoke before it had a screen
+    makeWebView();
+    if (configuration_) reloadWithDelay();
+  }
   if (isPageInSight() && *webViewBridge) (*webViewBridge)->postFocusEvent();
 }
 
@@ -336,6 +383,8 @@ WKNavigationActionPolicy ChatView::decidePolicy(WKWebView&, const WKNavigationAc
     return WKNavigationActionPolicy::Allow;
   UIApplication& application = UIApplication::shared();
   if (!application.canOpenURL(*action.url)) return WKNavigationActionPolicy::Allow;
+  // A script that clicks a link may not throw programs at the person.
+  if (!action.byPerson || !isPageInSight()) return WKNavigationActionPolicy::Cancel;
   if (const auto to = delegate.lock())
     to->handleURL(*action.url);
   else
@@ -350,6 +399,10 @@ std::shared_ptr<WKWebView> ChatView::createWebView(WKWebView& webView,
   auto opened = make<WKWebView>(webView.frame(), configuration);
   opened->uiDelegate = weak();
   webView.addSubview(opened);
+  addCloseButton(*opened, [popUp = opened.get()] {
+    const auto alive = popUp->shared_from_this(); // until the touch has been told
+    popUp->removeFromSuperview();
+  });
   return opened;
 }
 
@@ -359,7 +412,46 @@ void ChatView::webViewDidClose(WKWebView& webView) {
   webView.removeFromSuperview();
 }
 
+void ChatView::didRefuseFiles(WKWebView&) {
+  if (const auto to = delegate.lock()) to->tell(localized("chatTakesNoFiles"));
+}
+
+/// What the page before had opened goes with it, and nobody knows yet what this one is: the chat,
+/// an error of the server, or the page of a network that wants to be paid first.
+void ChatView::didCommit(WKWebView&) {
+  dropPopUps();
+  pageSpeaks_ = false;
+  pageResponds_ = true;
+  showWayOut();
+}
+
+void ChatView::dropPopUps() {
+  const auto above = webView_->subviews(); // a copy
+  for (const auto& view : above)
+    if (view != wayOut_) view->removeFromSuperview();
+}
+
+void ChatView::showWayOut() {
+  wayOut_->accessibilityLabel = spoken("close"); // the language may have come meanwhile
+  wayOut_->setHidden(pageSpeaks_ && pageResponds_);
+}
+
+/// Keys that go to a page which is gone or hangs are lost, those that lead out of the chat too.
+void ChatView::takeKeysFromPage() {
+  UIApplication& application = UIApplication::shared();
+  if (!webView_ || application.firstResponder() != webView_.get()) return;
+  pageHadKeys_ = true;
+  application.setFirstResponder(nullptr);
+}
+
+void ChatView::giveKeysToPage() {
+  UIApplication& application = UIApplication::shared();
+  if (std::exchange(pageHadKeys_, false) && isPageInSight() && !application.firstResponder())
+    application.setFirstResponder(webView_.get());
+}
+
 void ChatView::didFinish(WKWebView&) {
+  giveKeysToPage();
   if (webView_ && webView_->alpha() == 0 && *webViewBridge) (*webViewBridge)->postBlurEvent();
   UIView::animate(0.3, 1.0, {}, [this] { loadingView_->setAlpha(0); });
 }
@@ -371,18 +463,36 @@ void ChatView::didFail(WKWebView&, const Error& error) {
 void ChatView::didFailProvisionalNavigation(WKWebView&, const Error& error) {
   loadingView_->setAlpha(1.0);
   if (error.domain == NSURLErrorDomain && error.code == NSURLErrorCancelled) return;
-  loadingView_->displayLoadingError(error.description);
+  pageAskedFor_ = false;
+  takeKeysFromPage();
+  print("The chat did not load: " + error.description);
+  loadingView_->displayLoadingError(adviceFor(error));
 }
 
 void ChatView::webContentProcessDidTerminate(WKWebView&) {
+  dropPopUps();
+  pageAskedFor_ = false;
+  takeKeysFromPage();
   // The loading view has faded out long ago, and the way to reload or close with it.
   loadingView_->setAlpha(1.0);
-  loadingView_->displayLoadingError("The chat has stopped unexpectedly.");
+  loadingView_->displayLoadingError(localized("chatStopped"));
+}
+
+void ChatView::didChangeResponsiveness(WKWebView&, bool responds) {
+  pageResponds_ = responds;
+  responds ? giveKeysToPage() : takeKeysFromPage();
+  showWayOut();
 }
 
 void ChatView::didReceiveScriptMessage(const WKScriptMessage& message) {
+  if (message.webView != webView_.get()) return; // a window that the page has opened
   const Value::Dictionary* dictionary = message.body.dictionary();
-  if (dictionary && *webViewBridge) (*webViewBridge)->handle(*dictionary);
+  if (!dictionary) return;
+  if (stringValue(*dictionary, "messageType")) {
+    pageSpeaks_ = true;
+    showWayOut();
+  }
+  if (*webViewBridge) (*webViewBridge)->handle(*dictionary);
 }
 
 } // namespace zuvi

@@ -63,14 +63,17 @@ public:
   // From the web view.
   WKNavigationActionPolicy decidePolicy(WKWebView& webView,
                                         const WKNavigationAction& action) override;
+  void didCommit(WKWebView& webView) override;
   void didFinish(WKWebView& webView) override;
   void didFail(WKWebView& webView, const Error& error) override;
   void didFailProvisionalNavigation(WKWebView& webView, const Error& error) override;
   void webContentProcessDidTerminate(WKWebView& webView) override;
+  void didChangeResponsiveness(WKWebView& webView, bool responds) override;
   std::shared_ptr<WKWebView> createWebView(WKWebView& webView,
                                            const WKWebViewConfiguration& configuration,
                                            const WKNavigationAction& action) override;
   void webViewDidClose(WKWebView& webView) override;
+  void didRefuseFiles(WKWebView& webView) override;
   void didReceiveScriptMessage(const WKScriptMessage& message) override;
 
 private:
@@ -87,6 +90,11 @@ private:
   CGRect frameForSafeAreaInsets() const;
   void triggerResize();
   void displayLoadingError(const std::string& message);
+  void displayLoadingError(const Error& error);
+  void takeKeysFromPage();
+  void giveKeysToPage();
+  void showWayOut();
+  void dropPopUps();
   void delayedReload();
   void reloadWithDelay();
   void receivedTemplate(const std::optional<std::string>& templateURL,
@@ -103,6 +111,13 @@ private:
   std::shared_ptr<LoadingView> loadingView_ = make<LoadingView>();
   std::shared_ptr<JSONRequestCache> jsonCache_ = std::make_shared<JSONRequestCache>();
   bool animating_ = false; ///< while a present or dismiss movement runs
+  int movement_ = 0;       ///< how many presents there were
+  /// Over the page as long as it has not spoken through the bridge and might not be the chat's.
+  std::shared_ptr<CloseButton> wayOut_;
+  bool pageAskedFor_ = false; ///< and neither failed nor gone since
+  bool pageSpeaks_ = false;   ///< since it was loaded
+  bool pageResponds_ = true;
+  bool pageHadKeys_ = false; ///< and gets them back once it is there again
   std::optional<LiveChatConfiguration> configuration_;
   std::vector<NotificationObserver> observers_;
   DelayedCalls delayedCalls_;

@@ -11,6 +11,8 @@ public:
   virtual void closedChatView() = 0;
   /// A link that leads out of the chat; the chat doesn't follow it.
   virtual void handleURL(const URL& url) = 0;
+  /// A text for the person, over the page.
+  virtual void tell(const std::string& text) = 0;
 };
 
 } // namespace zuvi

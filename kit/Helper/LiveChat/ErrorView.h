@@ -2,6 +2,7 @@
 
 #include "kit/Helper/LiveChat/ReloadButton.h"
 #include "platform/Foundation/Observed.h"
+#include "platform/UIKit/UIScrollView.h"
 
 namespace zuvi {
 
@@ -20,6 +21,7 @@ public:
 private:
   std::shared_ptr<ReloadButton> reloadButton_;
   std::shared_ptr<UILabel> label_;
+  std::shared_ptr<UIScrollView> text_; ///< around the label
 };
 
 } // namespace zuvi

@@ -2,6 +2,7 @@
 
 #include "kit/Helper/LiveChat/Manager.h"
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
+#include "platform/WebKit/WKWebView.h"
 
 namespace zuvi {
 
@@ -19,11 +20,25 @@ void LiveChat::updateConfiguration() {
       **licenseId, groupId->value_or("0"), name->value_or(""), email->value_or("")};
 }
 
-const std::optional<CustomVariables>& LiveChat::allCustomVariables() {
-  return *Manager::sharedInstance().customVariables;
+static std::optional<CustomVariables>& keptVariables() {
+  static auto* kept = new std::optional<CustomVariables>;
+  return *kept;
 }
 
-void LiveChat::setAllCustomVariables(const std::optional<CustomVariables>&) {}
+const std::optional<CustomVariables>& LiveChat::allCustomVariables() {
+  return keptVariables() ? keptVariables() : *Manager::sharedInstance().customVariables;
+}
+
+void LiveChat::setAllCustomVariables(const std::optional<CustomVariables>& variables) {
+  keptVariables() = variables;
+}
+
+Observed<bool> LiveChat::requiresSandbox(false,
+                                         [] { WKWebView::setRequiresSandbox(*requiresSandbox); });
+
+std::optional<bool> LiveChat::isSandboxed() {
+  return WKWebView::isSandboxed();
+}
 
 bool LiveChat::isChatPresented() {
   return Manager::sharedInstance().overlayViewController()->chatState() == ChatState::Presented;

@@ -24,10 +24,19 @@ public:
   /// Who hears of the chat, held weakly.
   static Observed<std::weak_ptr<LiveChatDelegate>> delegate;
 
-  /// What `setVariable` has gathered; absent before its first call.
+  /// What was set here; until then what `setVariable` has gathered. The page is told only the
+  /// latter.
+  /// @{
   static const std::optional<CustomVariables>& allCustomVariables();
-  /// Has no effect: variables are set one by one.
   static void setAllCustomVariables(const std::optional<CustomVariables>& variables);
+  /// @}
+
+  /// Whether the page runs in a sandbox, walled off from the machine; absent while nobody knows
+  /// yet, as the chat was not opened so far.
+  static std::optional<bool> isSandboxed();
+  /// False at start: on a machine that allows no sandbox the chat runs without, and a line says so.
+  /// True, set before the chat is first opened: there it says "Invalid url" instead.
+  static Observed<bool> requiresSandbox;
 
   /// True from when the chat has come all the way in until it has gone.
   static bool isChatPresented();

@@ -2,6 +2,8 @@
 
 #include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/ZVBundle.h"
+#include "kit/Helper/ZVLocalization.h"
+#include "platform/UIKit/UIAlertController.h"
 #include "platform/UIKit/UIScreen.h"
 
 namespace zuvi {
@@ -65,6 +67,13 @@ void LiveChatOverlayViewController::closedChatView() {
   chatState_ = ChatState::Hidden;
   preloadingWindow_->addSubview(chatView_);
   if (const auto to = delegate.lock()) to->closedChatView();
+}
+
+void LiveChatOverlayViewController::tell(const std::string& text) {
+  if (chatState_ != ChatState::Presented || presentedViewController()) return;
+  const auto alert = make<UIAlertController>("", text);
+  alert->addAction({spoken("close"), UIAlertAction::Style::Cancel, {}});
+  present(alert, true);
 }
 
 void LiveChatOverlayViewController::handleURL(const URL& url) {

@@ -37,6 +37,7 @@ public:
   bool accessibilityPerformEscape() override;
   void closedChatView() override;
   void handleURL(const URL& url) override;
+  void tell(const std::string& text) override;
 
 private:
   std::shared_ptr<ChatView> chatView_;

@@ -43,6 +43,7 @@ void LoadingView::stopAnimation() {
 void LoadingView::displayLoadingError(const std::string& message) {
   errorView_->message = message;
   show(errorView_, *activityIndicator_);
+  closeButton_->layer()->removeAllAnimations(); // else its late way in goes on
   closeButton_->setAlpha(1.0);
   stopAnimation();
   layoutAtOnce();

@@ -48,8 +48,10 @@ void Manager::presentChat(bool animated, const Completion& completion) {
   UIWindow* key = UIApplication::shared().keyWindow();
   previousKeyWindow_ =
       key ? std::static_pointer_cast<UIWindow>(key->weak_from_this().lock()) : nullptr;
-  UIView* focused = UIApplication::shared().firstResponder();
-  previousFocus_ = focused ? focused->weak_from_this() : std::weak_ptr<UIView>();
+  if (key != window_.get()) { // else it is presented already, or on its way in
+    UIView* focused = UIApplication::shared().firstResponder();
+    previousFocus_ = focused ? focused->weak_from_this() : std::weak_ptr<UIView>();
+  }
   UIApplication::shared().setFirstResponder(nullptr); // it is not for what lies below
   window_->makeKeyAndVisible();
   const std::weak_ptr<Manager> weak = weak_from_this();

@@ -1,11 +1,12 @@
 #include "kit/Helper/LiveChat/ReloadButton.h"
 
 #include "kit/Helper/LiveChat/LoadingViewDrawing.h"
+#include "kit/Helper/ZVLocalization.h"
 
 namespace zuvi {
 
 ReloadButton::ReloadButton() {
-  setTitle("Reload");
+  setTitle(localized("chatReload"));
   setTitleColor(darkGrey);
   setTitleColor(UIColor::white(), UIControlState::Highlighted);
   setBackgroundColor(UIColor::white());

@@ -42,7 +42,7 @@ void WebViewBridge::handle(const Value::Dictionary& message) {
     handleNewMessage(message);
   } else if (*type == "hideChatWindow") {
     if (const auto to = delegate.lock()) to->hideChatWindow();
-  } else {
+  } else if (*type != "ready") { // of our own script: the sign of life is all of it
     print("WebViewBridge unknown messageType: " + Value(message).description());
   }
 }
