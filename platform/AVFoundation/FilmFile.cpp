@@ -84,9 +84,13 @@ std::optional<Error> FilmFile::open() {
 }
 
 std::optional<Error> FilmFile::make() {
+  if (path_.empty()) {
+    errno = ENOENT;
+    return failure();
+  }
   const std::string folder = folderOf(path_);
   removeAbandoned(folder);
-  descriptor_ = path_.empty() ? -1 : ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+  descriptor_ = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
   // What a kernel or a file system without such files says.
   if (descriptor_ < 0 && (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL))
     descriptor_ = makeHidden(folder, hidden_);

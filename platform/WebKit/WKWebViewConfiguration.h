@@ -24,7 +24,7 @@ struct WKUserScript {
 class WKWebView;
 
 /// What a page's main frame posted through
-/// `window.webkit.messageHandlers.<name>.postMessage(body)`. Frames within a page have no handlers.
+/// `window.webkit.messageHandlers.NAME.postMessage(body)`. Frames within a page have no handlers.
 struct WKScriptMessage {
   std::string name;                   ///< of the handler
   Value body;                         ///< what was posted
