@@ -156,7 +156,7 @@ void ZVRootViewController::viewDidLoad() {
 
 void ZVRootViewController::wasDismissed() {
   const auto host = hostsChatDelegate_.lock();
-  if (host && isChatDelegate()) LiveChat::delegate = host;
+  if (host && LiveChat::delegate->lock().get() == this) LiveChat::delegate = host;
   // The frame is kept until the next run; its steps, and the camera of one, go once none of them is
   // in the midst of a call.
   DispatchQueue::main().async(
@@ -297,10 +297,6 @@ void ZVRootViewController::configureLiveChat() {
   LiveChat::delegate = std::static_pointer_cast<ZVRootViewController>(shared_from_this());
 }
 
-bool ZVRootViewController::isChatDelegate() const {
-  return LiveChat::delegate->lock().get() == this;
-}
-
 void ZVRootViewController::received(const LiveChatMessage& message) {
   if (LiveChat::isChatPresented()) return;
   auto& waiting = ZVKYCHelper::instance().supportMessages;
@@ -314,9 +310,7 @@ void ZVRootViewController::received(const LiveChatMessage& message) {
 void ZVRootViewController::showNextMessage() {
   auto& waiting = ZVKYCHelper::instance().supportMessages;
   if (LiveChat::isChatPresented()) waiting.clear(); // it shows them all
-  if (waiting.empty() || !isChatDelegate() || appearance() != Appearance::Appeared ||
-      presentedViewController())
-    return;
+  if (waiting.empty() || appearance() != Appearance::Appeared || presentedViewController()) return;
   const auto alert = make<UIAlertController>("Support", waiting.front());
   waiting.pop_front();
   alert->addAction({"Go to Chat", UIAlertAction::Style::Default, [] {

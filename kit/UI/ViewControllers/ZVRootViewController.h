@@ -86,7 +86,6 @@ private:
   void bottomButtonTap();
   void infoButtonTap();
   void configureLiveChat();
-  bool isChatDelegate() const;
   void showNextMessage();
   void registerNotifications();
   void keyboardWillShow(const Notification& notification);
