@@ -22,7 +22,7 @@ namespace zuvi {
 namespace {
 
 constexpr int mostRedirects = 10;
-constexpr long longestIdle = 1; // seconds, before an upload
+constexpr long longestIdle = 1;           // seconds, before an upload
 constexpr long uploadBuffer = 512L << 10; // films are long; the usual 64 KiB cost a third more time
 
 // These belong to the transport; a caller's value would contradict what is really sent.

@@ -28,7 +28,8 @@ public:
   std::optional<URL> url(const std::string& text) override { return URL::fromString(text); }
   std::optional<Value> value(std::string_view json) override {
     constexpr std::size_t deepest = 2048; // pages nest deeper than answers of servers
-    return JSONSerialization::jsonObject(json, JSONSerialization::Fragments::Allow, {.depth = deepest});
+    return JSONSerialization::jsonObject(json, JSONSerialization::Fragments::Allow,
+                                         {.depth = deepest});
   }
   std::string additionalAuthorities() override {
     return URLSession::additionalAuthorities().string();

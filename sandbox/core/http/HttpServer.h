@@ -23,7 +23,7 @@ struct HttpOptions {
   std::uint16_t port = 0; ///< 0 takes a free one
   std::optional<TlsCredentials> tls;
   std::uint64_t bodyLimit = 256ULL << 20;
-  unsigned idleSeconds = 60; ///< until a connection that says nothing is closed
+  unsigned idleSeconds = 60;        ///< until a connection that says nothing is closed
   std::filesystem::path bodyFolder; ///< where long bodies wait; empty: in memory
   /// Each answer ends its connection, so that no client takes a dropped one for a stale one and
   /// silently asks again.
