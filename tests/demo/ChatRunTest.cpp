@@ -187,6 +187,7 @@ tap infoButton
 wait LiveChatOverlayViewController
 script "document.querySelectorAll('.line').length" 1 30
 expect loadingView.alpha 0 10
+sleep 1
 script "document.getElementById('hide').click()"
 wait ZVMainViewController
 )drive");
