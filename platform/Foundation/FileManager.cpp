@@ -120,7 +120,7 @@ std::optional<std::string> FileManager::documentsDirectory() {
   const auto places = documentsPlaces();
   const auto found = std::find_if(places.begin(), places.end(), canHoldDocuments);
   const bool usual = ProcessInfo::userDataFolder() && found == places.begin();
-  const auto folder = found == places.end() ? std::nullopt : std::optional(*found);
+  auto folder = found == places.end() ? std::nullopt : std::optional(*found);
   if (usual) return folder;
   static std::optional<std::optional<std::string>> told;
   if (told != folder) {
