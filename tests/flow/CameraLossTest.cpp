@@ -9,21 +9,7 @@ class CameraLossTest : public FlowTest {
 protected:
   void open() {
     registerMerchant(R"({"required":["passport"],"optional":[]})", "fr");
-    launch();
-    tapBottom();
-    ASSERT_EQ(top(), "ZVLiveCameraViewController");
-  }
-  void openDocument() {
-    open();
-    record();
-    tapBottom();
-    arrive("ZVKYCCameraViewController");
-  }
-  /// What is said over the preview; empty when nothing is in sight.
-  static std::string notice() {
-    const auto label =
-        std::dynamic_pointer_cast<UILabel>(demo::findView("cameraNoticeLabel", false));
-    return label && demo::isShown(*label) ? label->text().value_or("") : "";
+    openRecorder();
   }
   static void changeDevices() {
     NotificationCenter::defaultCenter().post(AVCaptureDevicesDidChange);
@@ -80,38 +66,18 @@ TEST_F(CameraLossTest, RecorderWaitsForTheCameraThatWasPulledOut) {
 }
 
 TEST_F(CameraLossTest, RefusalSaysNothing) {
-  cameras->status = AVAuthorizationStatus::NotDetermined;
-  open();
-  cameras->status = AVAuthorizationStatus::Denied;
-  front->refuse();
-  time.advance(10);
-  EXPECT_EQ(notice(), "");
-  EXPECT_EQ(front->starts, 1) << "nobody tries again";
-}
-
-TEST_F(CameraLossTest, DocumentScreenWaitsForTheCameraThatWasPulledOut) {
-  openDocument();
-  EXPECT_TRUE(back->isRunning());
-  back->answersStills = false;
-  tapBottom();
-  back->unplug();
-  cameras->back = nullptr;
-  changeDevices();
-  settle();
-  EXPECT_EQ(notice(), localized("cameraGone"));
-  tapBottom(); // takes nothing
-  // Another one takes its place.
-  const auto other = cameras->back = make<ScriptedCamera>();
-  other->id = "another";
-  other->still = Data(jpeg(0));
-  changeDevices();
-  settle();
-  EXPECT_EQ(notice(), "");
-  EXPECT_TRUE(other->isRunning());
-  ASSERT_EQ(top(), "ZVKYCCameraViewController");
-  tapBottom();
-  arrive("ZVVerifiedViewController");
-  EXPECT_FALSE(other->isRunning() || back->isRunning());
+  for (const bool atFirst : {true, false}) { // nobody has asked for the camera yet, or just now
+    using Status = AVAuthorizationStatus;
+    cameras->status = atFirst ? Status::Denied : Status::NotDetermined;
+    front->opens = !atFirst;
+    open();
+    cameras->status = Status::Denied;
+    front->refuse();
+    time.advance(10);
+    EXPECT_EQ(notice(), "");
+    EXPECT_EQ(front->starts, !atFirst) << "nobody tries again";
+    leave();
+  }
 }
 
 TEST_F(CameraLossTest, CameraThatComesLateIsTakenUp) {
@@ -138,37 +104,18 @@ TEST_F(CameraLossTest, CameraThatComesLateIsTakenUp) {
   back->fails = false;
   time.advance(2.5);
   EXPECT_EQ(notice(), "");
-  back->fails = true; // pulled out, and listed all the same
+  back->fails = true; // pulled out while a picture is on its way, and listed all the same
+  back->answersStills = false;
+  tapBottom();
   back->unplug();
   time.advance(10);
   EXPECT_EQ(notice(), localized("cameraGone"));
   back->fails = false;
+  back->answersStills = true;
   time.advance(2.5);
   EXPECT_EQ(notice(), "");
   shoot(jpeg(0));
   arrive("ZVVerifiedViewController");
-}
-
-TEST_F(CameraLossTest, ForbiddenCameraSaysWhatToDoWhereNoSettingsOpen) {
-  cameras->status = AVAuthorizationStatus::Denied;
-  front->opens = back->opens = false;
-  open();
-  time.advance(5);
-  EXPECT_EQ(notice(), "") << "nobody has asked for it yet";
-  cameras->status = AVAuthorizationStatus::Authorized;
-  front->opens = true;
-  time.advance(2.5);
-  record();
-  cameras->status = AVAuthorizationStatus::Denied;
-  tapBottom();
-  arrive("ZVKYCCameraViewController");
-  tapBottom();
-  EXPECT_EQ(opened.back(), UIApplicationOpenSettingsURLString);
-  EXPECT_EQ(notice(), "");
-  UIApplication::shared().setURLOpener([](const URL&) { return false; });
-  tapBottom();
-  EXPECT_EQ(notice(), localized("cameraForbidden"));
-  EXPECT_EQ(top(), "ZVKYCCameraViewController");
 }
 
 } // namespace

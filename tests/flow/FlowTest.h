@@ -14,8 +14,6 @@
 #include "platform/UIKit/UIWindow.h"
 #include "tests/kit/KitTest.h"
 
-#include <algorithm>
-
 namespace zuvi {
 
 /// A host with the launch button on its only screen, and a person who taps through the flow.
@@ -39,25 +37,19 @@ protected:
     settle();
     if (host->presentedViewController()) host->dismiss(false);
     settle();
-    EXPECT_FALSE(front->isRunning() || back->isRunning()) << "a camera outlives the flow";
     ZVKYCHelper::instance().rootVC = make<ZVRootViewController>();
-    // A request that still runs holds its screen until the answer.
-    time.waitUntil(
-        [this] {
-          return std::all_of(watched_.begin(), watched_.end(),
-                             [](const auto& entry) { return entry.second.expired(); });
-        },
-        3);
-    for (const auto& [name, screen] : watched_)
-      EXPECT_TRUE(screen.expired()) << name << " lives on";
+    for (const auto& [name, screen] : watched_) // a request holds its screen until the answer
+      EXPECT_TRUE(time.waitUntil([&screen = screen] { return screen.expired(); }, 3))
+          << name << " lives on";
     window->setVisible(false);
     KitTest::TearDown();
   }
 
   /// Registers with a merchant of this JSON, of which `documents` is an object.
-  void registerMerchant(const std::string& documentsJson, const std::string& language = "en") {
-    backend.answer(R"({"name":"M","configurations":[{"color":"green","language":")" + language +
-                   R"(","documents":)" + documentsJson + "}]}");
+  void registerMerchant(const std::string& documentsJson, const std::string& language = "en",
+                        const std::string& color = "green") {
+    backend.answer(R"({"name":"M","configurations":[{"color":")" + color + R"(","language":")" +
+                   language + R"(","documents":)" + documentsJson + "}]}");
     registerClient("client");
     backend.answer(&FlowTest::succeed);
   }
@@ -106,10 +98,21 @@ protected:
     if (host->presentedViewController()) watch();
   }
   void tapBottom() { tap("bottomButton"); }
+  /// What is said over a camera's preview; empty when nothing is in sight.
+  static std::string notice() {
+    const auto label =
+        std::dynamic_pointer_cast<UILabel>(demo::findView("cameraNoticeLabel", false));
+    return label && demo::isShown(*label) ? label->text().value_or("") : "";
+  }
   /// Takes the whole flow away.
   void leave() {
     host->dismiss(false);
     settle();
+  }
+  void openRecorder() {
+    launch();
+    tapBottom();
+    ASSERT_EQ(top(), "ZVLiveCameraViewController");
   }
   /// From the recorder to the review.
   void record() {
@@ -130,8 +133,7 @@ protected:
   }
   /// From the launch button to the upload of the film.
   void launchToUpload() {
-    launch();
-    tapBottom();
+    openRecorder();
     record();
     tapBottom();
   }

@@ -75,8 +75,7 @@ protected:
     step == "upload" || step == "verified" ? backend.release() : backend.hold();
   }
 
-  /// Through the whole flow, in every language on every screen.
-  void walkEverywhere();
+  std::string place_;
 
 private:
   void inspect(const std::string& screen) {
@@ -143,26 +142,29 @@ private:
   }
 
   static constexpr double leastCard = 96; // points; in a smaller one nobody can aim
-  std::string place_;
   std::vector<Item> items_;
 };
 
-void LayoutTest::walkEverywhere() {
+TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreenAndWithTheLargestText) {
   const struct {
     CGSize size;
     UIEdgeInsets safe;
+    double textScale = 1;
   } screens[] = {{{320, 568}, {20, 0, 0, 0}},
                  {{375, 812}, {44, 0, 34, 0}},
                  {{768, 1024}, {}},
                  {{700, 320}, {}},
-                 {{240, 480}, {}}}; // the low ones at texts' own size
+                 {{240, 480}, {}},
+                 {{320, 568}, {20, 0, 0, 0}, 9}, // more than anybody gets
+                 {{375, 812}, {44, 0, 34, 0}, 9},
+                 {{768, 1024}, {}, 9}};
   const std::string all = R"(["national-id","proof-of-residency","driving-license","passport"])";
   for (const auto& screen : screens) {
-    if (textScale() > 1 && screen.size.height < 500) continue;
     UIScreen::main().configure(screen.size, 2, screen.safe);
+    UIScreen::main().setTextScale(screen.textScale);
     for (const auto& language : RawValues<ZVLanguage>::all) {
       place_ = std::string(language.text) + " " + std::to_string(int(screen.size.width)) + " x " +
-               std::to_string(int(screen.size.height));
+               std::to_string(int(screen.size.height)) + " " + std::to_string(textScale());
       registerMerchant(R"({"required":)" + all + R"(,"optional":)" + all + "}",
                        std::string(language.text));
       launch();
@@ -170,16 +172,6 @@ void LayoutTest::walkEverywhere() {
       tapBottom();
     }
   }
-}
-
-TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreen) {
-  walkEverywhere();
-}
-
-TEST_F(LayoutTest, HoldsWithTheLargestText) {
-  UIScreen::main().setTextScale(9);
-  EXPECT_EQ(textScale(), UIScreen::largestText);
-  walkEverywhere();
   UIScreen::main().setTextScale(1);
 }
 

