@@ -43,20 +43,18 @@ protected:
   const ScopedEnvironment config{"XDG_CONFIG_HOME", folder.path()};
 };
 
-TEST_F(OpeningTest, StartsTheProgramOfTheScheme) {
-  const ScopedEnvironment bus("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+TEST_F(OpeningTest, StartsTheProgramOfTheSchemeAndWaitsForNoBus) {
+  ScopedEnvironment bus("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
   EXPECT_EXIT((open("nobody-knows", false), open("zuvi-test", true), waitForMark()),
               testing::ExitedWithCode(0), "");
-}
 
-TEST_F(OpeningTest, WaitsForNoBus) {
-  sockaddr_un address{AF_UNIX, {}};
+  sockaddr_un address{AF_UNIX, {}}; // where nobody answers
   const std::string path = folder.path("bus");
   path.copy(address.sun_path, sizeof address.sun_path - 1);
   const int silent = ::socket(AF_UNIX, SOCK_STREAM, 0);
   ASSERT_EQ(::bind(silent, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
   ASSERT_EQ(::listen(silent, 8), 0);
-  const ScopedEnvironment bus("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + path);
+  const ScopedEnvironment quiet("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + path);
   EXPECT_EXIT((open("zuvi-test", true), ::_exit(0)), testing::ExitedWithCode(0), "");
   ::close(silent);
 }

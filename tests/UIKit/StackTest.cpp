@@ -21,27 +21,26 @@ TEST_F(StackTest, RootOfAWindowAppearsWithIt) {
   const auto a = watch("a", make<Screen>("a", log)), b = watch("b", make<Screen>("b", log));
   window->setRootViewController(a);
   window->setRootViewController(b);
-  EXPECT_EQ(take(), "a* a+ a+! a- a-! b* b+ b+!");
   window->setVisible(false);
   window->setVisible(true);
   window->setRootViewController(nullptr);
-  EXPECT_EQ(take(), "b- b-! b+ b+! b- b-!");
+  EXPECT_EQ(take(), "a* a+ a+! a- a-! b* b+ b+! b- b-! b+ b+! b- b-!");
 }
 
 TEST_F(StackTest, PushAndPopInOrder) {
   const auto nav = shownStack();
   nav->pushViewController(screenNamed("b", bluePaint), false);
-  EXPECT_EQ(take(), "a- b+ a-! b+!");
   EXPECT_EQ(nav->popViewController(false)->view()->superview(), nullptr);
-  EXPECT_EQ(take(), "b- a+ b-! a+!");
+  EXPECT_EQ(take(), "a- b+ a-! b+! b- a+ b-! a+!");
   const auto c = screenNamed("c", bluePaint);
   nav->pushViewController(c, true);
   EXPECT_EQ(take(), "a-~ c+~");
   time.advance(0.1);
   const Pixels seen = screen(); // one slides over the other
-  EXPECT_GT(seen.count(red), 0);
-  EXPECT_GT(seen.count(blue), 0);
+  EXPECT_TRUE(seen.count(red) > 0 && seen.count(blue) > 0);
+  UIScreen::main().configure({400, 600}, 2, {}); // in the middle of the movement
   EXPECT_EQ(finish(), "a-!~ c+!~");
+  EXPECT_EQ(c->view()->frame(), (CGRect{0, 0, 400, 600}));
   EXPECT_TRUE(middle().isNear(blue));
   nav->popViewController(true);
   EXPECT_EQ(take(), "c-~ a+~");
@@ -56,17 +55,14 @@ TEST_F(StackTest, ChangeDuringAMovementEndsThatMovementFirst) {
   time.advance(0.1);
   nav->pushViewController(screenNamed("c", bluePaint), true);
   EXPECT_EQ(take(), "a-~ b+~ a-!~ b+!~ b-~ c+~");
-  EXPECT_EQ(finish(), "b-!~ c+!~");
-  nav->pushViewController(screenNamed("d"), true);
   time.advance(0.1);
   nav->popViewController(true);
-  EXPECT_EQ(take(), "c-~ d+~ c-!~ d+!~ d-~ c+~");
-  EXPECT_EQ(finish(), "d-!~ c+!~");
+  EXPECT_EQ(finish(), "b-!~ c+!~ c-~ b+~ c-!~ b+!~");
   // One that answers its own appearance with the next push.
   const auto e = screenNamed("e");
   e->onDidAppear = [this, &nav] { nav->pushViewController(screenNamed("f", greenPaint), true); };
   nav->pushViewController(e, true);
-  EXPECT_EQ(finish(), "c-~ e+~ c-!~ e+!~ e-~ f+~ e-!~ f+!~");
+  EXPECT_EQ(finish(), "b-~ e+~ b-!~ e+!~ e-~ f+~ e-!~ f+!~");
   EXPECT_TRUE(middle().isNear(green));
 }
 
@@ -76,31 +72,9 @@ TEST_F(StackTest, TabsAppearWhenTheyAreChosen) {
                                       {"A", a}, {"none", nullptr}, {"B", b}}));
   window->setRootViewController(tabs);
   tap({240, 450}); // the second of two, above the safe area
+  tabs->setSelectedIndex(9);
   EXPECT_EQ(take(), "a+ a+! a- b+ a-! b+!");
   EXPECT_TRUE(middle().isNear(blue));
-  tabs->setSelectedIndex(9);
-  EXPECT_EQ(take(), "");
-  // Chosen while the bar itself is on its way in.
-  const auto root = screenNamed("r");
-  window->setRootViewController(root);
-  take();
-  root->present(tabs, true);
-  tabs->setSelectedIndex(0);
-  EXPECT_EQ(finish(), "r-~ b+~ b- a+ b-! a+! r-!~");
-}
-
-TEST_F(StackTest, ResizeReachesEveryScreenThatIsUp) {
-  const auto root = screenNamed("r"), pushed = screenNamed("p"), sheet = screenNamed("s");
-  const auto nav = stack(root);
-  window->setRootViewController(nav);
-  nav->pushViewController(pushed, true);
-  UIScreen::main().configure({400, 600}, 2, {}); // in the middle of a movement
-  time.advance(1);
-  EXPECT_EQ(pushed->view()->frame(), (CGRect{0, 0, 400, 600}));
-  nav->present(sheet, true);
-  UIScreen::main().configure({320, 480}, 2, {});
-  time.advance(1);
-  EXPECT_EQ(sheet->view()->frame(), (CGRect{0, 0, 320, 480}));
 }
 
 } // namespace
