@@ -12,22 +12,17 @@ namespace {
 
 using Format = CGImage::Format;
 
-TEST(ImageTest, SizesThatDoNotFitAreRefused) {
+TEST(ImageTest, SizesThatDoNotFitAndDamagedFilesAreRefused) {
   const Data eight(std::string(8, 'x'));
-  EXPECT_TRUE(CGImage::fromPixels(eight, 2, 1, 8, Format::BGRA));
-  EXPECT_FALSE(CGImage::fromPixels(eight, 0, 1, 8, Format::BGRA));
-  EXPECT_FALSE(CGImage::fromPixels(eight, 2, -1, 8, Format::BGRA));
-  EXPECT_FALSE(CGImage::fromPixels(eight, 3, 1, 8, Format::BGRA));
-  EXPECT_FALSE(CGImage::fromPixels({}, 1, 1, 4, Format::RGB));
-}
-
-TEST(ImageTest, DamagedFilesAreNone) {
-  const auto image = CGImage::fromPixels(Data(std::string(256, '7')), 8, 8, 32, Format::BGRA);
+  const auto image = CGImage::fromPixels(eight, 2, 1, 8, Format::BGRA);
+  ASSERT_TRUE(image);
+  for (const auto& [width, height] : {std::pair(0, 1), {2, -1}, {3, 1}, {2, 2}})
+    EXPECT_FALSE(CGImage::fromPixels(eight, width, height, 8, Format::BGRA)) << width;
   const Data png = encodePNG(*image);
   EXPECT_TRUE(decodeImage(png));
-  EXPECT_FALSE(decodeImage({}));
-  EXPECT_FALSE(decodeImage(Data(png.string().substr(0, 40))));
-  EXPECT_FALSE(decodeImage(Data(std::string(1000, '\xff'))));
+  for (const std::string& damaged :
+       {std::string(), png.string().substr(0, 40), std::string(1000, '\xff')})
+    EXPECT_FALSE(decodeImage(Data(damaged))) << damaged.size();
 }
 
 constexpr const char* svg = R"(<svg xmlns="http://www.w3.org/2000/svg" width="20" height="10">
@@ -49,35 +44,32 @@ TextLayout layoutOf(const std::string& text, double width, int lines) {
   return {{text, {}}, {CTFont::system(16), {}, NSTextAlignment::Left, lines}, width};
 }
 
-TEST(TextTest, CharactersAreCountedNotBytes) {
-  EXPECT_EQ(characterCount("Zürich €5 😀"), 11U);
-}
-
 TEST(TextTest, WrappingAndTruncation) {
   const std::string text = "several words that take more than one line";
   const CGSize natural = layoutOf(text, -1, 1).size();
-  const double line = natural.height;
   EXPECT_GT(natural.width, 200);
-  EXPECT_FALSE(layoutOf(text, -1, 1).isTruncated());
-  EXPECT_FALSE(layoutOf(text, natural.width, 1).isTruncated());
-  const auto wrapped = layoutOf(text, natural.width / 2 + 20, 0);
-  EXPECT_NEAR(wrapped.size().height, 2 * line, 2);
-  EXPECT_FALSE(wrapped.isTruncated());
-  const auto cut = layoutOf(text, 80, 2);
-  EXPECT_NEAR(cut.size().height, 2 * line, 2);
-  EXPECT_TRUE(cut.isTruncated());
-  EXPECT_GT(layoutOf(std::string(40, 'w'), 100, 0).size().height, 3 * line); // a word is broken
-  EXPECT_GT(layoutOf("x", 0, 0).size().height, 0);
-}
-
-TEST(TextTest, LinesAreCountedOverAllParagraphs) {
-  const double line = layoutOf("x", -1, 1).size().height;
-  for (const int lines : {1, 2}) {
-    const auto cut = layoutOf("first\nsecond\nthird", 200, lines);
-    EXPECT_NEAR(cut.size().height, lines * line, 2) << lines;
-    EXPECT_TRUE(cut.isTruncated()) << lines;
+  const double half = natural.width / 2 + 20;
+  const struct {
+    std::string text;
+    double width;
+    int lines, expected;
+    bool truncated;
+  } rows[] = {{text, -1, 1, 1, false},
+              {text, natural.width, 1, 1, false},
+              {text, half, 0, 2, false},
+              {text, 80, 2, 2, true},
+              {"first\nsecond\nthird", 200, 1, 1, true}, // counted over all paragraphs
+              {"first\nsecond\nthird", 200, 2, 2, true},
+              {"first\nsecond\nthird", 200, 0, 3, false},
+              {"x", 0, 0, 1, false}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(&row - rows);
+    const TextLayout layout = layoutOf(row.text, row.width, row.lines);
+    EXPECT_NEAR(layout.size().height, row.expected * natural.height, 3);
+    EXPECT_EQ(layout.isTruncated(), row.truncated);
   }
-  EXPECT_NEAR(layoutOf("first\nsecond\nthird", 200, 0).size().height, 3 * line, 3);
+  EXPECT_GT(layoutOf(std::string(40, 'w'), 100, 0).size().height, 3 * natural.height)
+      << "a word is broken";
 }
 
 TEST(TextTest, BytesThatAreNoTextShowAsMarks) {

@@ -6,7 +6,6 @@
 
 #include <atomic>
 #include <limits>
-#include <set>
 #include <thread>
 #include <vector>
 
@@ -54,30 +53,26 @@ TEST_F(MainQueueTest, TurnsLeaveWhatTheyAddToTheNextAndMayNest) {
 }
 
 TEST_F(MainQueueTest, CancelledWorkNeitherRunsNorLives) {
-  auto held = std::make_shared<int>(1);
-  const std::weak_ptr<int> watch = held;
   WorkId second = 0;
   queue_.async([&] { queue_.cancel(second); });
   // What the work holds comes back to the queue while it dies.
-  const std::shared_ptr<void> reentrant(nullptr, [this](void*) { queue_.async(note("z")); });
-  second = queue_.async([held = std::move(held), reentrant] { FAIL() << *held; });
+  std::shared_ptr<void> held(nullptr, [this](void*) { queue_.async(note("died")); });
+  second = queue_.async([held = std::move(held)] { FAIL() << held.get(); });
   queue_.cancel(0);
   queue_.cancel(second + 1000);
   time_.settle();
-  EXPECT_TRUE(watch.expired());
+  EXPECT_EQ(log_, "died");
 }
 
 TEST_F(MainQueueTest, OtherThreadsPostInOrderAndWakeTheWaiter) {
-  constexpr int each = 500;
   std::vector<int> next(4);
   std::vector<std::jthread> threads;
   for (int t = 0; t < 4; ++t)
     threads.emplace_back([&, t] {
-      for (int i = 0; i < each; ++i)
+      for (int i = 0; i < 500; ++i)
         queue_.async([&, t, i] { EXPECT_EQ(next[t]++, i); });
-      EXPECT_FALSE(queue_.isCurrent());
     });
-  EXPECT_TRUE(time_.waitUntil([&] { return next == std::vector<int>(4, each); }));
+  EXPECT_TRUE(time_.waitUntil([&] { return next == std::vector<int>(4, 500); }));
 }
 
 TEST_F(MainQueueTest, GlobalQueueRunsOffTheMainThread) {
@@ -95,16 +90,14 @@ TEST_F(MainQueueTest, GlobalQueueRunsOffTheMainThread) {
 
 TEST_F(MainQueueTest, DelayedCallsGoByNameAndDieWithTheirOwner) {
   auto calls = std::make_unique<DelayedCalls>();
-  calls->perform("a", 1, note("a1"));
-  calls->perform("a", 1, note("a2"));
-  calls->perform("b", 1, note("b1"));
+  for (const char* name : {"a", "b", "a"})
+    calls->perform(name, 1, note(name));
   calls->cancel("b");
   time_.advance(1);
   calls->perform("end", 1, [&] { calls.reset(); });
   calls->perform("late", 2, note("late"));
   time_.advance(5);
-  EXPECT_EQ(calls, nullptr);
-  EXPECT_EQ(log_, "a1a2");
+  EXPECT_EQ(log_, "aa");
 }
 
 TEST(AssertMainQueueTest, TellsWhereWhatWasTouchedBelongs) {
@@ -120,32 +113,25 @@ TEST(MainLoopTest, RunsWorkInOrderAndIsWokenFromAsleep) {
   MainLoop::attach();
   std::string log;
   const double start = queue.now();
-  double ended = 0;
+  const auto end = [&](const char* word) {
+    log += word;
+    MainLoop::stop();
+  };
   queue.asyncAfter(3600, [] { FAIL(); });
   queue.asyncAfter(0.05, [&] {
-    log += "2";
     EXPECT_GE(queue.now() - start, 0.05);
-    std::thread([&queue, &log, &ended] {
-      queue.async([&] {
-        log += "3";
-        EXPECT_TRUE(queue.isCurrent());
-        ended = queue.now();
-        MainLoop::stop();
-      });
-    }).detach();
+    log += "2";
+    std::thread([&] { queue.async([&] { end("3"); }); }).detach();
   });
   queue.async([&] {
     log += "1";
-    queue.async([&] {
-      log += "n";
-      MainLoop::stop();
-    });
+    queue.async([&] { end("n"); });
     MainLoop::run(); // such as a dialogue's
     log += "N";
   });
   MainLoop::run();
   EXPECT_EQ(log, "1nN23");
-  EXPECT_LT(ended - start, 60); // and not at the next deadline, an hour away
+  EXPECT_LT(queue.now() - start, 60); // and not at the next deadline, an hour away
   queue.removeAll();
 }
 
