@@ -237,7 +237,7 @@ WKNavigationAction Page::actionOf(WebKitNavigationAction* action) const {
 bool Page::isByPerson(WebKitNavigationAction* action) const {
   // The engine takes what a script of ours sets going, even by a timer of the page's, for a
   // person's doing.
-  constexpr gint64 scriptLasts = 2 * G_USEC_PER_SEC;
+  constexpr gint64 scriptLasts = 2 * gint64(G_USEC_PER_SEC);
   const bool scripted =
       *scriptedAt_ > touchedAt_ && g_get_monotonic_time() - *scriptedAt_ < scriptLasts;
   return webkit_navigation_action_is_user_gesture(action) && !scripted;

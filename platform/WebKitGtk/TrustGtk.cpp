@@ -48,6 +48,7 @@ bool isTrusted(GTlsCertificate* certificate, const std::string& host,
   const auto chain = chainOf(certificate);
   if (chain.empty() || authorities.empty()) return false;
   std::vector<gnutls_x509_crt_t> certificates;
+  certificates.reserve(chain.size());
   for (const auto& link : chain)
     certificates.push_back(link.get());
   gnutls_x509_trust_list_t trust = nullptr;
