@@ -32,45 +32,30 @@ protected:
 };
 
 TEST_F(AddressTest, IsBuiltWithBothEscapings) {
-  struct Case {
-    std::string templateURL;
-    LiveChatConfiguration configuration;
-    std::optional<CustomVariables> variables;
-    std::string address; ///< empty: none
+  const auto built = [](const std::string& text, const LiveChatConfiguration& configuration,
+                        const std::optional<CustomVariables>& variables = {}) {
+    const auto url = buildUrl(text, configuration, variables, 2000);
+    return url ? url->absoluteString() : "";
   };
+  EXPECT_EQ(
+      built("chat-host/open?license={%license%}&group={%group%}", {"4173052", "0", "Guest User"}),
+      "https://chat-host/open?license=4173052&group=0&native_platform=ios&name=Guest%20User");
+  EXPECT_EQ(built("h/{%group%}?g={%group%}&l={%license%}", {"{%group%}", "7"}),
+            "https://h/7?g=7&l=7&native_platform=ios");
   const std::string begin = "https://h/o?a=1&native_platform=ios";
-  const Case cases[] = {
-      {"chat-host/open?license={%license%}&group={%group%}",
-       {"4173052", "0", "Guest User", ""},
-       {},
-       "https://chat-host/open?license=4173052&group=0&native_platform=ios&name=Guest%20User"},
-      {"h/{%group%}?g={%group%}&l={%license%}",
-       {"{%group%}", "7", "", ""},
-       {},
-       "https://h/7?g=7&l=7&native_platform=ios"},
-      {"h/o?a=1",
-       {"1", "0", " ", "a&b=c+d@e.f/?"},
-       {},
-       begin + "&name=%20&email=a&b=c+d%40e.f%2F%3F"},
-      {"h/o?a=1",
-       {"1", "0", "Zoë [x]:;", "\xff"},
-       CustomVariables{},
-       begin + "&name=Zo%C3%AB%20[x]:;&params="},
-      {"h/o?a=1", {"1"}, {{{"Merchant", "a b"}}}, begin + "&params=Merchant%3Da%2520b"},
-      {"h/o?a=1",
-       {"1"},
-       {{{"b", "100%"}, {"a&", "x=y\n"}}},
-       begin + "&params=a%2526%3Dx%253Dy%250A%26b%3D100%2525"},
-      {"h/o?a=1",
-       {"1"},
+  const std::tuple<const char*, const char*, std::optional<CustomVariables>, const char*> rows[] = {
+      {" ", "a&b=c+d@e.f/?", {}, "&name=%20&email=a&b=c+d%40e.f%2F%3F"},
+      {"Zoë [x]:;", "\xff", CustomVariables{}, "&name=Zo%C3%AB%20[x]:;&params="},
+      {"", "", {{{"Merchant", "a b"}}}, "&params=Merchant%3Da%2520b"},
+      {"", "", {{{"b", "100%"}, {"a&", "x=y\n"}}}, "&params=a%2526%3Dx%253Dy%250A%26b%3D100%2525"},
+      {"",
+       "",
        {{{"k", "ë\u3000,;:+'[]~"}, {"lost", "\xff"}}},
-       begin + "&params=k%3Dë%25E3%2580%2580,;:+'[]~"},
-      {"h/o?a=1", {"1"}, {{{"tab", "\t"}}}, ""},
+       "&params=k%3Dë%25E3%2580%2580,;:+'[]~"},
   };
-  for (const Case& each : cases) {
-    const auto url = buildUrl(each.templateURL, each.configuration, each.variables, 2000);
-    EXPECT_EQ(url ? url->absoluteString() : "", each.address) << each.templateURL;
-  }
+  for (const auto& [name, email, variables, end] : rows)
+    EXPECT_EQ(built("h/o?a=1", {"1", "0", name, email}, variables), begin + end);
+  EXPECT_EQ(built("h/o?a=1", {"1"}, {{{"tab", "\t"}}}), "");
   const LiveChatConfiguration longOne{"1", "0", std::string(5000, 'x'), ""};
   EXPECT_GT(buildUrl("h/o?a=1", longOne, {}, 2000)->absoluteString().size(), 5000U);
 }
@@ -102,27 +87,6 @@ TEST_F(AddressTest, TemplateIsFetchedOnceAndKeptWhileItIsGood) {
   EXPECT_THAT(printed(), IsEmpty());
   ZVEndpoints::chatTemplateURL() = "no address";
   EXPECT_TRUE(request(*std::make_shared<JSONRequestCache>())->second);
-}
-
-TEST_F(AddressTest, ANewRequestCancelsTheOldOneWhichForgetsTheTemplate) {
-  answer({200, {}, "", Reply::Mode::NeverAnswer});
-  auto cache = std::make_shared<JSONRequestCache>();
-  std::atomic<int> cancelled = 0, calls = 0;
-  cache->request([&](const auto& templateURL, const auto& error) {
-    cancelled = !templateURL && error && error->code == NSURLErrorCancelled;
-  });
-  const auto old = cache->currentTask();
-  EXPECT_EQ(old->state(), URLSessionTaskState::Running);
-  cache->request([&](const auto&, const auto&) { calls++; });
-  EXPECT_TRUE(time.waitUntil([&] { return cancelled == 1; }));
-  EXPECT_NE(cache->currentTask(), old);
-  const auto last = cache->currentTask();
-  cache = nullptr; // nobody is left to be told
-  last->cancel();
-  EXPECT_TRUE(time.waitUntil([&] { return last->state() == URLSessionTaskState::Completed; }));
-  answer({});
-  request(*std::make_shared<JSONRequestCache>()); // all before it has been told
-  EXPECT_EQ(calls, 0);
 }
 
 } // namespace

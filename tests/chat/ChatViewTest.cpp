@@ -103,18 +103,6 @@ TEST_F(ChatViewTest, NothingOfThePageIsFetchedBeforeItWasOpenedOnce) {
   EXPECT_EQ(page()->userAgent, "Engine/1 WebView_Widget_iOS/2.0.7") << "no longer than at first";
 }
 
-TEST_F(ChatViewTest, ARequestUnderWayServes) {
-  configure();
-  answer({200, {}, "", Reply::Mode::NeverAnswer});
-  reloadLater();
-  EXPECT_TRUE(time.waitUntil([&] { return server.requests().size() == 1; }));
-  reloadLater();
-  view->presentChat(false);
-  answer({});
-  EXPECT_FALSE(
-      time.waitUntil([&] { return server.requests().size() > 1 || !page()->loads.empty(); }, 0.2));
-}
-
 TEST_F(ChatViewTest, ReloadsForWhatChangesAndNothingElse) {
   preload();
   configure(); // equal

@@ -54,27 +54,6 @@ protected:
   std::vector<bool> ends;
 };
 
-TEST_F(KeyboardTest, NoticesHaveDefaultsForWhatTheyLack) {
-  const auto holds = [](const Value& frame, const Value& number) {
-    return KeyboardNotification({"",
-                                 {{UIKeyboardFrameBeginUserInfoKey, frame},
-                                  {UIKeyboardFrameEndUserInfoKey, frame},
-                                  {UIKeyboardAnimationDurationUserInfoKey, number},
-                                  {UIKeyboardAnimationCurveUserInfoKey, number}}});
-  };
-  const auto good = holds(rect(1, 212, 375, 300), 2);
-  EXPECT_EQ(good.frameEndForView(*super), (CGRect{1, 112, 375, 300}));
-  EXPECT_EQ(good.animationDuration(), 2);
-  EXPECT_EQ(good.animationCurve(), 2);
-  for (const Value& wrong :
-       {Value(), Value("7"), Value(true), Value(Value::Dictionary{{"x", 1}})}) {
-    const auto bad = holds(wrong, wrong);
-    EXPECT_EQ(bad.screenFrameEnd(), CGRect{}) << wrong.description();
-    EXPECT_EQ(bad.animationDuration(), 0.25) << wrong.description();
-    EXPECT_EQ(bad.animationCurve(), 0) << wrong.description();
-  }
-}
-
 TEST_F(KeyboardTest, APictureCarriesTheEyeToTheNewFrame) {
   // Comes: covers nothing before, 288 points of the view after (800 - 512).
   coordinate(keyboard(812, 512));

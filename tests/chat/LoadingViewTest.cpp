@@ -12,24 +12,15 @@ struct Presser final : LoadingViewDelegate {
   void close() override { heard += "close "; }
 };
 
-class LoadingViewTest : public ScreenFixture {
-protected:
-  LoadingViewTest() {
-    view->delegate = presser;
-    view->startAnimation();
-    time.settle();
-  }
-  void TearDown() override {
-    view = nullptr;
-    ScreenFixture::TearDown();
-  }
-  bool isShown(const UIView& part) const { return part.superview() == view.get(); }
-
-  std::shared_ptr<LoadingView> view = add<LoadingView>({0, 0, 320, 400});
-  std::shared_ptr<Presser> presser = std::make_shared<Presser>();
-};
+using LoadingViewTest = ScreenFixture;
 
 TEST_F(LoadingViewTest, TheWayOutComesLateWithTheSpinnerAndAtOnceWithAnError) {
+  const auto presser = std::make_shared<Presser>();
+  const auto view = add<LoadingView>({0, 0, 320, 400});
+  view->delegate = presser;
+  view->startAnimation();
+  time.settle();
+  const auto isShown = [&](const UIView& part) { return part.superview() == view.get(); };
   const CGPoint close = view->closeButton()->center();
   EXPECT_TRUE(isShown(*view->activityIndicator()) && !isShown(*view->errorView()));
   time.advance(2.9);

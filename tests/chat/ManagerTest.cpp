@@ -1,7 +1,6 @@
 // What stands behind the door to the chat: windows, states, counters and the delegate.
 
 #include "kit/Helper/LiveChat/Manager.h"
-#include "kit/Helper/LiveChat/LiveChat.h"
 #include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
@@ -56,17 +55,6 @@ protected:
   std::vector<bool> ends;
 };
 
-TEST_F(ManagerTest, GivesTheKeyBackWhateverComesBetween) {
-  manager->presentChat(false, {});
-  manager->presentChat(false, {}); // as a host's own button may
-  manager->dismissChat(true, note());
-  time.advance(0.1);
-  UIScreen::main().configure({400, 600}, 2); // a person resizes the window
-  time.advance(0.2);
-  EXPECT_THAT(ends, ElementsAre(true));
-  EXPECT_EQ(key(), host.get());
-}
-
 TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
   say("a");
   host->setFrame({0, 0, 300, 400});
@@ -118,23 +106,18 @@ TEST_F(ManagerTest, APresentOnTheWayInEndsLikeOne) {
 
 TEST_F(ManagerTest, TheCloseButtonLeavesTheCounterToTheDismissal) {
   manager->presentChat(false, {});
+  manager->presentChat(false, {}); // as a host's own button may
   say("a");
   listener->heard.clear();
   manager->overlayViewController()->chatView()->loadingView()->closeButton()->sendActions(
       UIControlEvent::TouchUpInside);
-  time.advance(0.3);
+  time.advance(0.1);
+  UIScreen::main().configure({400, 600}, 2); // a person resizes the window
+  time.advance(0.2);
   EXPECT_FALSE(isPresented() || manager->window()->isVisible());
   EXPECT_EQ(key(), host.get());
   EXPECT_EQ(UnreadMessagesCounter::counterValue(), 1);
   EXPECT_THAT(listener->heard, IsEmpty());
-}
-
-TEST_F(ChatTest, TheHostsVariablesAreItsOwn) {
-  const CustomVariables some{{"a", "b"}};
-  LiveChat::setAllCustomVariables(some);
-  EXPECT_EQ(LiveChat::allCustomVariables(), some);
-  LiveChat::setAllCustomVariables(std::nullopt);
-  EXPECT_EQ(LiveChat::allCustomVariables(), std::nullopt);
 }
 
 TEST_F(ChatTest, CountersHoldOverDamagedDefaults) {
