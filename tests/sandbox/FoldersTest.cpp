@@ -50,23 +50,18 @@ TEST_F(Persistence, DamagedDatabasesAreRefused) {
   EXPECT_THAT(started.error().message, HasSubstr("damaged"));
 }
 
-constexpr std::time_t day = 24L * 3600;
-
-class Tls : public ServerFixture {
-protected:
-  fs::path tls_ = folder_.path("tls");
-  std::string authority() const { return zuvi::test::TemporaryFolder::read(tls_ / "ca.pem"); }
-};
-
-TEST_F(Tls, IsMadeOnceAndRenewedBeforeItEnds) {
+TEST_F(Persistence, CredentialsAreMadeOnceAndRenewedBeforeTheyEnd) {
+  constexpr std::time_t day = 24L * 3600;
+  const fs::path tls = folder_.path("tls");
+  const auto authority = [&] { return zuvi::test::TemporaryFolder::read(tls / "ca.pem"); };
   const std::time_t now = std::time(nullptr);
-  const auto first = serverCredentials(tls_, now);
+  const auto first = serverCredentials(tls, now);
   ASSERT_TRUE(first) << first.error().message;
   for (const char* key : {"ca-key.pem", "server-key.pem"})
-    EXPECT_EQ(fs::status(tls_ / key).permissions(), fs::perms(0600)) << key;
+    EXPECT_EQ(fs::status(tls / key).permissions(), fs::perms(0600)) << key;
   const std::string trusted = authority();
-  EXPECT_EQ(serverCredentials(tls_, now + 300 * day)->certificate, first->certificate);
-  EXPECT_NE(serverCredentials(tls_, now + 380 * day)->certificate, first->certificate);
+  EXPECT_EQ(serverCredentials(tls, now + 300 * day)->certificate, first->certificate);
+  EXPECT_NE(serverCredentials(tls, now + 380 * day)->certificate, first->certificate);
   EXPECT_EQ(authority(), trusted) << "a client goes on trusting it";
 }
 

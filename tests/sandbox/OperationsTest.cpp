@@ -42,9 +42,14 @@ TEST_F(Operations, OnlyClientsAndThePagesOfThisServerMayAsk) {
   EXPECT_EQ(ask("GET", "/arrivals.json", {{"Origin", own}}).status, 200);
 }
 
-TEST_F(Operations, LongBodiesWaitOnTheDisk) {
+TEST_F(Operations, LongBodiesWaitOnTheDiskAndHaveALimit) {
+  ServerOptions options;
+  options.bodyLimit = 3'500'000;
+  start(std::move(options));
   SampleForm form = SampleForm::ofFilm();
-  form.bytes.resize(3'000'000, 'x');
+  form.bytes.resize(4'000'000, 'x');
+  EXPECT_EQ(upload("POST", "/v1/identities", form).status, 413);
+  form.bytes.resize(3'000'000);
   upload("POST", "/v1/identities", form);
   const auto arrived = server_->arrivals()->identities;
   ASSERT_EQ(arrived.size(), 1U);
@@ -145,14 +150,26 @@ TEST_F(Operations, TheChatRefusesWhatIsNoMessage) {
   EXPECT_EQ(ask("GET", "/chat/news?visitor=v-1&after=x").status, 400);
 }
 
-TEST_F(Operations, BodiesHaveALimit) {
-  ServerOptions options;
-  options.bodyLimit = 1000;
-  start(std::move(options));
-  SampleForm form = SampleForm::ofFilm();
-  form.bytes += std::string(5000, 'x');
-  EXPECT_EQ(upload("POST", "/v1/identities", form).status, 413);
-  EXPECT_EQ(upload("POST", "/v1/identities", SampleForm::ofFilm()).status, 201);
+TEST_F(Operations, NeverEndWithTheClientOrTheServer) {
+  start({"merchant:*:never"});
+  timeout_ = 0.1;
+  EXPECT_EQ(ask("GET", "/api/v1/merchants/me").error, NSURLErrorTimedOut);
+
+  auto request = to(server_->address() + "/api/v1/merchants/me");
+  request.allHTTPHeaderFields = {{"Authorization", "Bearer demo"}};
+  const auto waiting = SessionFixture::start(request);
+  EXPECT_FALSE(waiting.within(std::chrono::milliseconds(150)));
+  server_->stop();
+  EXPECT_NE(waiting.outcome().code(), 0);
+  EXPECT_EQ(server_->requests().size(), 2U) << "both handlers came to their end";
+}
+
+TEST(FailRules, RefuseWhatDoesNotParse) {
+  for (const std::string rule :
+       {"", "identity", "film:1:drop", "identity:0:drop", "identity:4-2:drop", "identity:1-:drop",
+        "identity:99999999999:drop", "identity:1:explode", "identity:1:drop=1",
+        "identity:1:status=99", "identity:1:delay=nan"})
+    EXPECT_FALSE(FailRule::parse(rule)) << rule;
 }
 
 } // namespace

@@ -9,12 +9,10 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-class Page : public ServerFixture {
-protected:
-  void SetUp() override { start(); }
-};
+using Page = ServerFixture;
 
 TEST_F(Page, ShowsWhatArrivedAsText) {
+  start();
   // One of everything, with text that would do harm if it were taken as markup.
   SampleForm form = SampleForm::ofFilm();
   form.fields = {{"metadata[<img src=x>]", "\"><script>alert(1)</script>"}};
@@ -39,6 +37,7 @@ TEST_F(Page, ShowsWhatArrivedAsText) {
 }
 
 TEST_F(Page, FilesAreServedAndNothingElse) {
+  start();
   newIdentity();
   const std::string film = "/files/" + server_->arrivals()->identities[0].film.name;
   const auto whole = ask("GET", film);

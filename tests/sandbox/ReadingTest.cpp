@@ -1,4 +1,3 @@
-#include "sandbox/core/api/Tracking.h"
 #include "sandbox/core/http/Multipart.h"
 #include "tests/sandbox/Samples.h"
 
@@ -51,23 +50,6 @@ TEST(Multipart, RefusesWhatIsNotFramedToTheLetter) {
     EXPECT_NE(faultOf(body, other), "none") << other;
   for (std::size_t length = 0; length < body.size(); ++length)
     EXPECT_FALSE(readForm(formType, std::string_view(body).substr(0, length))) << length;
-}
-
-TEST(Tracking, SaysWhichLayerIsWrong) {
-  const std::pair<const char*, const char*> rows[] = {
-      {"", "no key"},
-      {"data=e30%3", "percent"},
-      {"data=e30", "Base64"},
-      {"data=e30%0A=", "Base64"},               // a line feed of its own
-      {"data=e30 ", "Base64"},                  // a plus sign that became a space
-      {"data=W10=", "no JSON object"},          // []
-      {"data=e30=", "no name"},                 // {}
-      {"data=eyJldmVudCI6ImEifQ==", "object"}}; // {"event":"a"}
-  for (const auto& [query, fault] : rows) {
-    const auto event = readTrackedEvent(query);
-    ASSERT_FALSE(event) << query;
-    EXPECT_THAT(event.error().message, HasSubstr(fault)) << query;
-  }
 }
 
 } // namespace
