@@ -1,5 +1,4 @@
 #include "platform/Dispatch/VirtualTime.h"
-#include "platform/Foundation/Bundle.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/ProcessInfo.h"
 #include "platform/Foundation/PropertyList.h"
@@ -169,19 +168,6 @@ TEST(FileManagerTest, DocumentsAreTheUsersAloneAlsoWhereTheHomeCannotBeWritten) 
     EXPECT_EQ(mode(*documents), 0700U);
     EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), home ? 0 : 1) << "told once: " << told;
   }
-}
-
-TEST(BundleTest, FindsOnlyFilesOfItsOwn) {
-  const TemporaryFolder folder;
-  std::filesystem::create_directory(folder.path("in"));
-  folder.write("secret.txt", "x");
-  const std::string script = folder.write("in/script.js", "x");
-  const Bundle bundle(folder.path("in"));
-  EXPECT_EQ(bundle.path("script", "js"), script);
-  for (const char* name : {"", "missing", "../secret", "x/../../secret"})
-    EXPECT_EQ(bundle.path(name, "txt"), std::nullopt) << name;
-  EXPECT_EQ(bundle.path(folder.path("secret"), "txt"), std::nullopt);
-  EXPECT_EQ(bundle.path(".", ""), std::nullopt);
 }
 
 TEST(PropertyListTest, ReadsValuesAndRefusesWhatIsNone) {

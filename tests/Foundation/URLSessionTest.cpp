@@ -17,7 +17,15 @@ using test::Reply;
 using test::Request;
 using Mode = Reply::Mode;
 
-class URLSessionTest : public SessionFixture {};
+class URLSessionTest : public SessionFixture {
+protected:
+  std::latch arrived{1}; ///< what waits for an answer that never comes
+  const LoopbackServer patient{[this](const Request& request) {
+    if (request.path != "/wait") return Reply{};
+    arrived.count_down();
+    return Reply{200, {}, "", Mode::NeverAnswer};
+  }};
+};
 
 Reply echo(const Request& request) {
   return {200, {{"X-Answer", "one"}, {"x-answer", "two"}}, request.body};
@@ -129,9 +137,8 @@ TEST_F(URLSessionTest, AnUploadIsNotSentTwiceWhenAKeptConnectionDies) {
 }
 
 TEST_F(URLSessionTest, SilenceTimesOutAndProgressDoesNot) {
-  const LoopbackServer server([](const Request&) { return Reply{200, {}, "", Mode::NeverAnswer}; });
   using std::chrono::steady_clock;
-  auto request = to(server.url("/silent"));
+  auto request = to(patient.url("/wait"));
   request.timeoutInterval = 0.5;
   const auto start = steady_clock::now();
   EXPECT_EQ(send(request).code(), NSURLErrorTimedOut);
@@ -161,14 +168,8 @@ TEST_F(URLSessionTest, SilenceTimesOutAndProgressDoesNot) {
 }
 
 TEST_F(URLSessionTest, CancellingCompletesOnceInEveryState) {
-  std::latch arrived(1);
-  const LoopbackServer server([&](const Request& request) {
-    if (request.path != "/wait") return Reply{};
-    arrived.count_down();
-    return Reply{200, {}, "", Mode::NeverAnswer};
-  });
   Pending waiting, unstarted, done;
-  auto task = session().dataTask(to(server.url("/wait")), waiting.completion());
+  auto task = session().dataTask(to(patient.url("/wait")), waiting.completion());
   EXPECT_EQ(task->state(), URLSessionTaskState::Suspended);
   task->resume();
   task->resume();
@@ -178,31 +179,25 @@ TEST_F(URLSessionTest, CancellingCompletesOnceInEveryState) {
   EXPECT_NE(task->state(), URLSessionTaskState::Running);
   task->cancel();
   EXPECT_EQ(waiting.outcome().code(), NSURLErrorCancelled);
-  task = session().dataTask(to(server.url("/")), unstarted.completion());
+  task = session().dataTask(to(patient.url("/")), unstarted.completion());
   task->cancel();
   task->resume();
   EXPECT_EQ(unstarted.outcome().code(), NSURLErrorCancelled);
-  task = session().dataTask(to(server.url("/")), done.completion());
+  task = session().dataTask(to(patient.url("/")), done.completion());
   task->resume();
   EXPECT_EQ(done.outcome().code(), 0);
   task->cancel();
   EXPECT_EQ(task->state(), URLSessionTaskState::Completed);
-  EXPECT_EQ(send(to(server.url("/"))).code(), 0); // later orders have been obeyed
+  EXPECT_EQ(send(to(patient.url("/"))).code(), 0); // later orders have been obeyed
   EXPECT_EQ(waiting.calls() + unstarted.calls() + done.calls(), 3);
-  EXPECT_EQ(server.requests().size(), 3U);
+  EXPECT_EQ(patient.requests().size(), 3U);
 }
 
 TEST_F(URLSessionTest, ASessionMayEndMeanwhileAndWithinItsCompletion) {
-  std::latch arrived(1);
-  const LoopbackServer server([&](const Request& request) {
-    if (request.path != "/wait") return Reply{};
-    arrived.count_down();
-    return Reply{200, {}, "", Mode::NeverAnswer};
-  });
   const auto held = std::make_shared<int>();
   auto own = std::make_unique<URLSession>(URLSessionConfiguration());
   const auto task =
-      own->dataTask(to(server.url("/wait")), [held](auto...) { FAIL() << "it is silenced"; });
+      own->dataTask(to(patient.url("/wait")), [held](auto...) { FAIL() << "it is silenced"; });
   task->resume();
   arrived.wait();
   own.reset();
@@ -212,7 +207,7 @@ TEST_F(URLSessionTest, ASessionMayEndMeanwhileAndWithinItsCompletion) {
   own = std::make_unique<URLSession>(URLSessionConfiguration());
   Pending pending;
   const auto completion = pending.completion();
-  own->dataTask(to(server.url("/")),
+  own->dataTask(to(patient.url("/")),
                 [&](auto... outcome) {
                   own.reset();
                   completion(outcome...);

@@ -1,5 +1,5 @@
 #include "sandbox/core/tls/ServerCredentials.h"
-#include "tests/support/ChildProcess.h"
+#include "tests/support/BadServer.h"
 #include "tests/support/SessionFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -138,7 +138,6 @@ TEST_F(URLSessionTrustTest, WhatIsMeantForOneHostGoesToNoOther) {
 
 /// Real servers that were set up badly, all of an authority that is trusted.
 TEST_F(URLSessionTrustTest, AWeakConnectionSeesNoRequest) {
-  // Bits of the key, purpose of the certificate, options of the server.
   const std::pair<std::string, int> rows[] = {
       {"2048 serverAuth", 0},
       {"2048 serverAuth -tls1_2 -cipher ECDHE-RSA-AES128-SHA", 0},
@@ -147,25 +146,10 @@ TEST_F(URLSessionTrustTest, AWeakConnectionSeesNoRequest) {
       {"1024 serverAuth -cipher ALL:@SECLEVEL=0", NSURLErrorServerCertificateUntrusted},
       {"2048 clientAuth", NSURLErrorServerCertificateUntrusted},
   };
-  const auto script = folder_.write("serve", R"(cd "${0%/*}"
-    printf '[req]\ndistinguished_name=n\n[n]\n[v3]\nbasicConstraints=CA:FALSE\nsubjectAltName=IP:127.0.0.1\nextendedKeyUsage=%s\n' $2 >config
-    openssl req -config config -x509 -extensions v3 -newkey rsa:$1 -nodes -keyout key -out cert \
-      -subj /CN=bad -CA known/ca.pem -CAkey known/ca-key.pem
-    shift 2
-    exec openssl s_server -www -accept 127.0.0.1:0 -key key -cert cert "$@")");
-  for (const auto& [options, code] : rows) {
-    SCOPED_TRACE(options);
-    const std::string log = folder_.write("log", ""), begin = "ACCEPT 127.0.0.1:";
-    const test::ChildProcess server({"sh", "-c", "set -- " + options + "; . " + script, script},
-                                    log);
-    std::string said;
-    const auto listens = [&] {
-      said = test::TemporaryFolder::read(log);
-      return said.find(begin) != std::string::npos && said.back() == '\n';
-    };
-    ASSERT_TRUE(test::comesToHold(listens, [&] { return server.isRunning(); })) << said;
-    const auto port = std::to_string(std::stoi(said.substr(said.find(begin) + begin.size())));
-    const auto outcome = send(to("https://127.0.0.1:" + port + "/"));
+  for (const auto& [setup, code] : rows) {
+    SCOPED_TRACE(setup);
+    const test::BadServer server(folder_, setup);
+    const auto outcome = send(to(server.url()));
     EXPECT_EQ(outcome.code(), code) << outcome.text();
   }
 }
