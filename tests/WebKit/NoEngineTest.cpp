@@ -1,5 +1,3 @@
-#include "platform/Dispatch/VirtualTime.h"
-#include "platform/UIKit/OffscreenSurface.h"
 #include "platform/WebKit/MachineEngine.h"
 #include "tests/WebKit/WebFixtureGtk.h"
 
@@ -7,42 +5,36 @@ namespace zuvi::test {
 
 namespace {
 
-/// What a program sees that can't show pages.
-void expectFailures(const std::function<void()>& wait) {
-  EXPECT_FALSE(WKWebView::isAvailable());
-  const auto listener = std::make_shared<Listener>();
-  const auto view = make<WKWebView>(CGRect{0, 0, 10, 10}, WKWebViewConfiguration{});
-  view->navigationDelegate = listener;
-  int answers = 0;
-  view->load(URLRequest(*URL::fromString("https://example.com/")));
-  view->reload();
-  view->setOpaque(false);
-  view->setCustomUserAgent("x");
-  view->evaluateJavaScript(
-      "1", [&](const auto& value, const auto& error) { answers += !value && error; });
-  WKWebsiteDataStore::defaultStore().fetchDataRecords(
-      [&](const auto& records) { answers += records.empty(); });
-  WKWebsiteDataStore::defaultStore().removeData({{"a"}}, [&] { answers++; });
-  EXPECT_TRUE(listener->lines.empty()) << "told before the call was over";
-  wait();
-  EXPECT_EQ(listener->lines, std::vector<std::string>{"provisional failure"});
-  EXPECT_EQ(answers, 3);
-  EXPECT_FALSE(view->drawHierarchy({10, 10}));
-  EXPECT_FALSE(view->url());
-}
+class NoEngineTest : public WebTest {
+protected:
+  /// What a program sees that can't show pages.
+  static void expectFailures() {
+    EXPECT_FALSE(WKWebView::isAvailable());
+    const auto listener = std::make_shared<Listener>();
+    const auto view = make<WKWebView>(CGRect{0, 0, 10, 10}, WKWebViewConfiguration{});
+    view->navigationDelegate = listener;
+    int answers = 0;
+    view->load(URLRequest(*URL::fromString("https://example.com/")));
+    view->reload();
+    view->setOpaque(false);
+    view->setCustomUserAgent("x");
+    view->evaluateJavaScript(
+        "1", [&](const auto& value, const auto& error) { answers += !value && error; });
+    WKWebsiteDataStore::defaultStore().fetchDataRecords(
+        [&](const auto& records) { answers += records.empty(); });
+    WKWebsiteDataStore::defaultStore().removeData({{"a"}}, [&] { answers++; });
+    EXPECT_TRUE(listener->lines.empty()) << "told before the call was over";
+    runFor(0.1);
+    EXPECT_EQ(listener->lines, std::vector<std::string>{"provisional failure"});
+    EXPECT_EQ(answers, 3);
+    EXPECT_FALSE(view->drawHierarchy({10, 10}));
+    EXPECT_FALSE(view->url());
+  }
+};
 
-TEST(NoEngineTest, FailsWithoutADisplay) {
-  VirtualTime time;
-  const OffscreenSurface surface({320, 480}, 1);
-  expectFailures([&] { time.advance(1); });
-}
-
-using BrokenEngineTest = WebTest;
-
-TEST_F(BrokenEngineTest, FailsWithoutItsModule) {
-  const auto wait = [] { runFor(0.1); };
+TEST_F(NoEngineTest, FailsWithoutItsModule) {
   WebEngine::install(makeMachineEngine(""));
-  expectFailures(wait);
+  expectFailures();
   const auto broken = makeMachineEngine("/dev/null");
   WebEngine::install(broken);
   EXPECT_TRUE(WKWebView::isAvailable()); // nothing was loaded yet
@@ -54,7 +46,7 @@ TEST_F(BrokenEngineTest, FailsWithoutItsModule) {
   EXPECT_TRUE(waitFor([&] { return !WKWebView::isAvailable() && failures == 1; }));
   EXPECT_EQ(listener->lines, std::vector<std::string>{"provisional failure"});
   view->removeFromSuperview();
-  expectFailures(wait);
+  expectFailures();
 }
 
 } // namespace

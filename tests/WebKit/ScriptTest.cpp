@@ -1,7 +1,5 @@
 #include "tests/WebKit/WebFixtureGtk.h"
 
-#include <algorithm>
-
 namespace zuvi::test {
 
 namespace {
@@ -42,20 +40,9 @@ TEST_F(ScriptTest, MessagesKeepTheirTypes) {
       [&] { return !listener->messages.empty() && listener->messages.back() == Value("last"); }));
   const auto& messages = listener->messages;
   ASSERT_EQ(messages.size(), 13U);
-  const std::vector<Value> first{Value::Dictionary{{"method", "ready"},
-                                                   {"count", 2},
-                                                   {"nested", Value::Dictionary{{"yes", true}}}},
-                                 Value::List{1, "two"},
-                                 "text",
-                                 7,
-                                 -1.5,
-                                 true,
-                                 false,
-                                 nullptr,
-                                 "half \xef\xbf\xbd of one",
-                                 "a \\ud800 b"};
-  EXPECT_TRUE(std::equal(first.begin(), first.end(), messages.begin()))
-      << Value(Value::List(messages.begin(), messages.begin() + 10)).description();
+  EXPECT_EQ(Value(Value::List(messages.begin(), messages.begin() + 10)).description(),
+            R"([["count": 2, "method": "ready", "nested": ["yes": true]], [1, "two"], "text", 7, )"
+            R"(-1.5, true, false, nil, "half � of one", "a \\ud800 b"])");
   int depth = 0;
   for (const Value* at = &messages[10]; at->list(); at = &at->list()->front())
     depth++;

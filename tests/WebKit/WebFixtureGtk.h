@@ -27,7 +27,6 @@ public:
   std::vector<Error> errors;
   std::vector<Value> messages;
   WKNavigationActionPolicy linkPolicy = WKNavigationActionPolicy::Allow;
-  std::function<std::shared_ptr<WKWebView>(WKWebView&, const WKWebViewConfiguration&)> open;
   std::function<void()> onFinish;
 
   bool has(const std::string& line) const { return count(line) > 0; }
@@ -56,12 +55,6 @@ public:
     lines.emplace_back("provisional failure");
     errors.push_back(error);
   }
-  std::shared_ptr<WKWebView> createWebView(WKWebView& opener, const WKWebViewConfiguration& like,
-                                           const WKNavigationAction& action) override {
-    lines.push_back("window for " + pathOf(action));
-    return open ? open(opener, like) : nullptr;
-  }
-  void webViewDidClose(WKWebView&) override { lines.emplace_back("close"); }
   void didRefuseFiles(WKWebView&) override { lines.emplace_back("no files"); }
   void didChangeResponsiveness(WKWebView&, bool responds) override {
     lines.emplace_back(responds ? "responds" : "hangs");
