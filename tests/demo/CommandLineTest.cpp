@@ -6,29 +6,7 @@
 namespace zuvi::demo {
 namespace {
 
-TEST(DriveScript, SaysWhichLineIsWrong) {
-  const std::pair<const char*, const char*> wrong[] = {{"tap launchButton\nfly away", "2: "},
-                                                       {"tap", "1: "},
-                                                       {"\n\nsleep soon", "3: "},
-                                                       {"tap \"open", "1: "},
-                                                       {"expect a b", "1: "},
-                                                       {"wait Screen -1", "1: "},
-                                                       {"expect a.b c soon", "1: "},
-                                                       {"dump a b", "1: "}};
-  for (const auto& [text, where] : wrong) {
-    const auto parsed = parseDriveScript(text);
-    EXPECT_EQ(std::get<std::string>(parsed).rfind(where, 0), 0u) << std::get<std::string>(parsed);
-  }
-  const auto parsed =
-      parseDriveScript("# nothing\n tap \"Say \\\"hi\\\"\" # quoted\r\nsleep 0.5\n");
-  const auto& commands = std::get<std::vector<DriveCommand>>(parsed);
-  ASSERT_EQ(commands.size(), 2u);
-  EXPECT_EQ(commands[0].word(0), "Say \"hi\"");
-  EXPECT_TRUE(commands[0].words[0].quoted);
-  EXPECT_EQ(commands[1].line, 3);
-}
-
-/// A window with two buttons, one of them half out of reach, and a label.
+/// A window with a button and a label.
 class DriverTest : public test::ScreenFixture {
 protected:
   void SetUp() override {

@@ -9,31 +9,21 @@
 namespace zuvi::sandbox::test {
 namespace {
 
-class DesktopLanguageTest : public ProgramFixture {
-protected:
-  /// What the C library knows of the locale that the program gets, which is made here: a machine
-  /// may have none but its own.
-  std::string decimalPoint() {
-    const std::string make = "localedef -i tr_TR -f UTF-8 " + folder_.path("tr_TR.UTF-8");
-    EXPECT_EQ(std::system(make.c_str()), 0);
-    const locale_t turkish = newlocale(LC_ALL_MASK, "tr_TR.UTF-8", nullptr);
-    if (!turkish) return "no such locale";
-    std::string point = nl_langinfo_l(RADIXCHAR, turkish);
-    freelocale(turkish);
-    return point;
-  }
-
-  const zuvi::test::ScopedEnvironment turkish_[2]{{"LOCPATH", folder_.path()},
-                                                  {"LC_ALL", "tr_TR.UTF-8"}};
-};
+using DesktopLanguageTest = ProgramFixture;
 
 // In Turkish a comma stands before fractions, and the upper case of i has a dot. The toolkit takes
 // the locale up for the whole program when it opens a window.
 TEST_F(DesktopLanguageTest, ChangesNeitherNumbersNorTheMerchantsTexts) {
-  ASSERT_EQ(decimalPoint(), ",");
-  startWith({}, *Merchants::fromText(R"({"demo": {
-            "name": "Casa", "photo": "", "configurations": [{"color": "blue", "language": "en",
-            "documents": {"required": [], "optional": ["driving-license"]}}]}})"));
+  // A machine may have no locale but its own.
+  const std::string make = "localedef -i tr_TR -f UTF-8 " + folder_.path("tr_TR.UTF-8");
+  EXPECT_EQ(std::system(make.c_str()), 0);
+  const zuvi::test::ScopedEnvironment where("LOCPATH", folder_.path()),
+      turkish("LC_ALL", "tr_TR.UTF-8");
+  const locale_t made = newlocale(LC_ALL_MASK, "tr_TR.UTF-8", nullptr);
+  ASSERT_TRUE(made);
+  ASSERT_STREQ(nl_langinfo_l(RADIXCHAR, made), ",");
+  freelocale(made);
+  startWith({}, merchant("en", R"({"required": [], "optional": ["driving-license"]})"));
   launch(R"drive(
 wait HostViewController
 sleep 0.5

@@ -10,10 +10,18 @@ namespace zuvi::sandbox::test {
 /// does; the test is the world around it.
 class ProgramFixture : public ServerFixture {
 protected:
+  /// The merchant "demo", whose texts are in that language.
+  static Merchants merchant(const std::string& language,
+                            const std::string& documents = R"({"required": ["passport"],
+                                                               "optional": []})") {
+    return *Merchants::fromText(
+        R"({"demo": {"name": "Casa & Mar = 100 %", "photo": "", "configurations": [{"color": "blue",
+        "documents": )" +
+        documents + R"(, "language": ")" + language + "\"}]}}");
+  }
+
   void startWith(const std::vector<std::string>& failRules = {},
-                 Merchants merchants = *Merchants::fromText(R"({"demo": {
-            "name": "Casa & Mar = 100 %", "photo": "", "configurations": [{"color": "blue",
-            "language": "es", "documents": {"required": ["passport"], "optional": []}}]}})")) {
+                 Merchants merchants = merchant("es")) {
     ServerOptions options;
     options.tlsFolder = folder_.path("tls");
     options.failRules = *FailPlan::parse(failRules);
@@ -37,31 +45,21 @@ protected:
       script.replace(i, 4, folder_.path());
     const std::string address = server_->address();
     events_ = folder_.path("events-") + std::to_string(++runs_);
-    std::vector<std::string> command{ZUVI_DEMO_PROGRAM,
-                                     "--client-id",
-                                     "demo",
-                                     "--server",
-                                     address + "/",
-                                     "--tracking",
-                                     address + "/track/",
-                                     "--chat-template",
-                                     address + "/app/mobile/urls.json",
-                                     "--ca",
-                                     server_->certificateAuthority(),
-                                     "--chat-name",
-                                     "Ana Lú + 100 %",
-                                     "--chat-email",
-                                     "ana+1@example.org",
-                                     "--chat-license",
-                                     "77",
-                                     "--chat-group",
-                                     "3",
-                                     "--pictures",
-                                     folder_.path("pictures"),
-                                     "--drive",
-                                     folder_.write("a.drive", script),
-                                     "--events",
-                                     events_};
+    std::vector<std::string> command{ZUVI_DEMO_PROGRAM};
+    for (const auto& [option, value] :
+         std::map<std::string, std::string>{{"--client-id", "demo"},
+                                            {"--server", address + "/"},
+                                            {"--tracking", address + "/track/"},
+                                            {"--chat-template", address + "/app/mobile/urls.json"},
+                                            {"--ca", server_->certificateAuthority()},
+                                            {"--chat-name", "Ana Lú + 100 %"},
+                                            {"--chat-email", "ana+1@example.org"},
+                                            {"--chat-license", "77"},
+                                            {"--chat-group", "3"},
+                                            {"--pictures", folder_.path("pictures")},
+                                            {"--drive", folder_.write("a.drive", script)},
+                                            {"--events", events_}})
+      command.insert(command.end(), {option, value});
     command.insert(command.end(), cameras.begin(), cameras.end());
     program_.emplace(std::move(command));
   }
