@@ -10,20 +10,14 @@ namespace zuvi::test {
 class DesktopFixture : public sandbox::test::ProgramFixture {
 protected:
   /// A desktop whose outputs have that size, and a back end.
-  void open(CGSize output, int outputs = 1, sandbox::Merchants merchants = onePassport()) {
+  void open(CGSize output, int outputs = 1) {
     size_ = output;
     compositor_.emplace(output, outputs);
     ASSERT_TRUE(compositor_->isThere());
     runtime_.emplace("XDG_RUNTIME_DIR", compositor_->runtimeFolder());
     wayland_.emplace("WAYLAND_DISPLAY", Compositor::display);
     x_.emplace("DISPLAY", std::nullopt);
-    ASSERT_NO_FATAL_FAILURE(startWith({}, std::move(merchants)));
-  }
-
-  static sandbox::Merchants onePassport() {
-    return *sandbox::Merchants::fromText(R"({"demo": {"name": "Casa & Mar", "photo": "",
-        "configurations": [{"color": "blue", "language": "en",
-        "documents": {"required": ["passport"], "optional": []}}]}})");
+    ASSERT_NO_FATAL_FAILURE(startWith({}, merchant("en")));
   }
 
   void moveWhenDumped(const std::string& dump, const std::string& view) {

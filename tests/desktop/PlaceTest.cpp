@@ -7,21 +7,16 @@ namespace {
 
 class PlaceTest : public DesktopFixture {
 protected:
-  /// Opens the start of the flow, with its pictures, in a window of one size whatever the output.
-  void openStart() {
-    open({900, 900}, 2);
-    compositor_->run("for_window [title=\"Harbour Rentals\"] floating enable");
-    launch(intoStart);
-    dumped("start");
-    place();
-  }
-  void again() {
+  /// What a program shows of the start of the flow that has never known another scale.
+  Pixels startedAt(const std::string& factor) {
     program_.reset();
+    compositor_->run("output * scale " + factor);
     compositor_->run("focus output HEADLESS-1");
     std::filesystem::remove(folder_.path("start"));
     launch(intoStart);
     dumped("start");
     place();
+    return settled();
   }
   /// Small enough for the output at each of its scales, or the window would be made smaller.
   void place() {
@@ -39,10 +34,6 @@ protected:
       return difference.empty();
     });
     return same ? testing::AssertionSuccess() : testing::AssertionFailure() << difference;
-  }
-  bool comesToHide(const Pixels& former) {
-    return reaches(
-        [&] { return !Pixels::difference(compositor_->picture(), former, slack).empty(); });
   }
   /// What stands on the first output once it no longer changes.
   Pixels settled() {
@@ -70,45 +61,29 @@ sleep 600
 )drive";
 };
 
-TEST_F(PlaceTest, PicturesAreSharpAtEachScaleThatTheOutputTakes) {
-  // What a program draws that has never known another scale
-  openStart();
-  scale("2");
-  again();
-  const Pixels two = settled();
-  scale("1.5");
-  again();
-  const Pixels between = settled();
-  scale("1");
-  again();
-  const Pixels one = settled();
+TEST_F(PlaceTest, PicturesAreSharpAndWholeWhereverTheWindowGoes) {
+  open({900, 900}, 2);
+  compositor_->run("for_window " + window + "floating enable");
+  const Pixels two = startedAt("2"), between = startedAt("1.5"), one = startedAt("1");
   EXPECT_NE(Pixels::difference(one, two, 100), "");
-  scale("2");
-  EXPECT_TRUE(comesToShow(two));
-  scale("1.5");
-  EXPECT_TRUE(comesToShow(between));
-  scale("1");
-  EXPECT_TRUE(comesToShow(one));
-}
-
-TEST_F(PlaceTest, ComesBackWholeFromOtherPlaces) {
-  openStart();
-  const Pixels here = settled();
-  compositor_->run(window + "move container to output HEADLESS-2");
-  compositor_->run("output HEADLESS-2 scale 2");
-  EXPECT_TRUE(comesToHide(here));
-  compositor_->run("output HEADLESS-2 scale 1; " + window + "move container to output HEADLESS-1");
-  place();
-  EXPECT_TRUE(comesToShow(here)) << "after another output";
-  compositor_->run("focus output HEADLESS-1; workspace hidden");
-  EXPECT_TRUE(comesToHide(here));
-  compositor_->run("workspace 1");
-  EXPECT_TRUE(comesToShow(here)) << "after another workspace";
-  compositor_->run(window + "fullscreen enable");
-  EXPECT_TRUE(comesToHide(here));
-  compositor_->run(window + "fullscreen disable");
-  place();
-  EXPECT_TRUE(comesToShow(here)) << "after full screen";
+  for (const auto& [factor, picture] : {std::pair("2", two), {"1.5", between}, {"1", one}}) {
+    scale(factor);
+    EXPECT_TRUE(comesToShow(picture)) << factor;
+  }
+  // Each way out of sight, and back.
+  for (const auto& [away, home] :
+       {std::pair(window + "move container to output HEADLESS-2; output HEADLESS-2 scale 2",
+                  "output HEADLESS-2 scale 1; " + window + "move container to output HEADLESS-1"),
+        {"focus output HEADLESS-1; workspace hidden", "workspace 1"},
+        {window + "fullscreen enable", window + "fullscreen disable"}}) {
+    compositor_->run(away);
+    EXPECT_TRUE(reaches([&] {
+      return Pixels::difference(compositor_->picture(), one, slack) != "";
+    })) << away;
+    compositor_->run(home);
+    place();
+    EXPECT_TRUE(comesToShow(one)) << home;
+  }
 }
 
 } // namespace
