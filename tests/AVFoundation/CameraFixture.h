@@ -58,13 +58,13 @@ struct Surface : LayerHost {
   std::shared_ptr<CALayer> layer;
 };
 
-/// A session with all outputs.
+/// A session with all outputs, or for stills alone, as that of a document.
 struct Rig {
-  explicit Rig(const std::shared_ptr<AVCaptureDevice>& device) {
+  explicit Rig(const std::shared_ptr<AVCaptureDevice>& device, bool films = true) {
     input = AVCaptureDeviceInput::withDevice(device);
     session->addInput(input);
     session->addOutput(stills);
-    session->addOutput(film);
+    if (films) session->addOutput(film);
   }
 
   std::shared_ptr<AskedStill> askStill() const {
@@ -84,17 +84,6 @@ struct Rig {
   std::shared_ptr<AVCaptureSession> session = make<AVCaptureSession>();
   std::shared_ptr<AVCaptureStillImageOutput> stills = make<AVCaptureStillImageOutput>();
   std::shared_ptr<AVCaptureMovieFileOutput> film = make<AVCaptureMovieFileOutput>();
-};
-
-/// A session for stills alone, as that of a document.
-struct StillRig : Rig {
-  explicit StillRig(const std::shared_ptr<AVCaptureDevice>& device) : Rig(nullptr) {
-    session = make<AVCaptureSession>();
-    stills = make<AVCaptureStillImageOutput>();
-    input = AVCaptureDeviceInput::withDevice(device);
-    session->addInput(input);
-    session->addOutput(stills);
-  }
 };
 
 class CameraTest : public ::testing::Test {

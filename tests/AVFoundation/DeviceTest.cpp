@@ -28,14 +28,6 @@ protected:
   }
 };
 
-TEST_F(HostCameraTest, SaysWhatIsWrongWithASource) {
-  for (const auto& text : {std::string("Simulated"), folder.path("missing.mov"), folder.path(),
-                           folder.write("empty", "")}) {
-    const auto line = std::get<Error>(parseCameraSource(text)).description;
-    EXPECT_NE(line.find("'" + text + "'"), std::string::npos) << line;
-  }
-}
-
 TEST_F(HostCameraTest, PermissionRoads) {
   const std::tuple<const char*, Status, Status> roads[] = {
       {"authorized", Status::Authorized, Status::Authorized},
@@ -70,23 +62,6 @@ TEST_F(HostCameraTest, PermissionRoads) {
   EXPECT_TRUE(std::holds_alternative<Error>(parseCameraPermission("yes")));
 }
 
-TEST_F(HostCameraTest, SidesDifferAndMayBeMissing) {
-  useHost(simulated());
-  std::vector<int> colours;
-  for (auto side : {AVCaptureDevicePosition::Front, AVCaptureDevicePosition::Back}) {
-    Rig rig(device(side));
-    rig.session->startRunning();
-    const auto image = decodeImage(take(rig)->jpeg.value());
-    EXPECT_EQ(std::pair(image->width(), image->height()), std::pair(1280, 720));
-    colours.push_back(image->pixels().bytes()[0] / 16);
-  }
-  EXPECT_NE(colours[0], colours[1]);
-  auto cameras = simulated();
-  cameras.front.kind = CameraSourceDescription::Kind::None;
-  useHost(cameras);
-  EXPECT_FALSE(device(AVCaptureDevicePosition::Front));
-}
-
 TEST_F(HostCameraTest, FilmIsShownOverAndOver) {
   // A short film of the simulated camera is the next camera's source.
   useHost(simulated());
@@ -112,22 +87,6 @@ TEST_F(HostCameraTest, FileThatIsNoFilmEndsTheRun) {
   auto gone = back();
   std::filesystem::remove(folder.path("text.mov"));
   EXPECT_FALSE(AVCaptureDeviceInput::withDevice(gone));
-}
-
-TEST(DeviceTest, PositionIsTheDriversWord) {
-  startGStreamer();
-  using Position = AVCaptureDevicePosition;
-  const std::pair<std::string, Position> rows[] = {
-      {"api.libcamera.location=(string)front", Position::Front},
-      {"api.libcamera.Location=(string)CameraLocationBack", Position::Back},
-      {"device.position=(string)Front", Position::Front},
-      {"api.libcamera.location=(string)external", Position::Unspecified},
-      {"device.path=(string)/dev/video0", Position::Unspecified}};
-  for (const auto& [text, position] : rows) {
-    auto* properties = gst_structure_from_string(("p, " + text).c_str(), nullptr);
-    EXPECT_EQ(positionOf(properties), position) << text;
-    gst_structure_free(properties);
-  }
 }
 
 /// "NAME=side" of each listed camera, in the order of the list.
@@ -167,84 +126,31 @@ TEST(DeviceTest, SidesAreServedAsAPersonExpects) {
 }
 
 TEST(DeviceTest, PlaceIsWhatTheKernelKnows) {
+  using enum AVCaptureDevicePosition;
   const test::TemporaryFolder sys;
-  const auto port = std::string("devices/pci0000:00/usb1/1-7");
-  const auto camera = [&](const char* name, const std::string& place) {
-    std::filesystem::create_directories(sys.path(place));
-    std::filesystem::create_directories(sys.path(std::string("class/video4linux/") + name));
-    std::filesystem::create_directory_symlink(
-        sys.path(place), sys.path(std::string("class/video4linux/") + name + "/device"));
-    return placeOf(sys.path(name), sys.path());
-  };
+  const std::string port = "devices/pci0000:00/usb1/1-7", camera = port + "/1-7:1.0";
   std::filesystem::create_directories(sys.path(port + "/physical_location"));
-  sys.write(port + "/removable", "fixed\n");
-  sys.write(port + "/physical_location/panel", "front\n");
-  const auto lid = camera("video0", port + "/1-7:1.0");
-  EXPECT_EQ(lid.position, AVCaptureDevicePosition::Front);
-  EXPECT_EQ(lid.builtIn, true);
-  sys.write(port + "/physical_location/panel", "back\n");
-  sys.write(port + "/removable", "removable\n");
-  const auto plugged = camera("video1", port + "/1-7:1.0");
-  EXPECT_EQ(plugged.position, AVCaptureDevicePosition::Unspecified);
-  EXPECT_EQ(plugged.builtIn, false);
-  sys.write(port + "/removable", "unknown\n");
-  EXPECT_EQ(camera("video2", port + "/1-7:1.0").builtIn, std::nullopt);
-  EXPECT_EQ(camera("video3", "devices/platform/isp").builtIn, true);
-  EXPECT_EQ(camera("video4", "devices/virtual/loop").builtIn, false);
-  EXPECT_EQ(placeOf("/dev/nothing", sys.path()).builtIn, std::nullopt);
-}
-
-/// A listed camera whose class only makes elements, as GStreamer's own of the kernel's cameras.
-struct ListedCamera {
-  GstDevice parent;
-};
-struct ListedCameraClass {
-  GstDeviceClass parent;
-};
-G_DEFINE_TYPE(ListedCamera, listed_camera, GST_TYPE_DEVICE) // NOLINT: the macro's own code
-void listed_camera_init(ListedCamera*) {}                   // NOLINT: named by the macro
-void listed_camera_class_init(ListedCameraClass* type) {    // NOLINT: named by the macro
-  type->parent.create_element = [](GstDevice*, const char* name) {
-    return gst_element_factory_make("v4l2src", name);
-  };
-}
-
-FoundCamera listed(const char* offers) {
-  startGStreamer();
-  const GstMini<GstCaps> caps(gst_caps_from_string(offers));
-  auto* properties = gst_structure_new("p", "device.path", G_TYPE_STRING, "/dev/video7", nullptr);
-  auto* device = GST_DEVICE(g_object_new(listed_camera_get_type(), "caps", caps.get(), "properties",
-                                         properties, "device-class", "Video/Source",
-                                         nullptr)); // without a name to show
-  gst_structure_free(properties);
-  return describeDevice({GST_DEVICE(gst_object_ref_sink(device)), GstUnref()});
-}
-
-TEST(DeviceTest, ListedCameraIsTheOneThatIsOpened) {
-  const auto camera = listed("image/jpeg,width=1280,height=720,framerate=30/1");
-  EXPECT_EQ(camera.element.factory, "v4l2src");
-  const GstRef<GstElement> source(
-      GST_ELEMENT(gst_object_ref_sink(gst_element_factory_make("v4l2src", nullptr))));
-  camera.element.configure(source.get());
-  char* path = nullptr;
-  g_object_get(source.get(), "device", &path, nullptr);
-  EXPECT_STREQ(path, "/dev/video7");
-  g_free(path);
-  EXPECT_EQ(listed("video/x-raw(memory:DMABuf),width=640,height=480").element.factory, "")
-      << "one without usable pictures is passed over";
-}
-
-TEST(DeviceTest, InfraredCamerasHaveNoColour) {
-  startGStreamer();
-  const std::pair<const char*, bool> rows[] = {
-      {"video/x-raw,format=GRAY8,width=640,height=480;video/x-raw,format=GRAY16_LE", false},
-      {"video/x-raw,format=GRAY8,width=640;video/x-raw,format=YUY2,width=640", true},
-      {"image/jpeg,width=640", true}};
-  for (const auto& [offers, colour] : rows) {
-    const GstMini<GstCaps> caps(gst_caps_from_string(offers));
-    EXPECT_EQ(hasColour(caps.get()), colour) << offers;
+  const std::tuple<std::string, const char*, const char*, AVCaptureDevicePosition,
+                   std::optional<bool>>
+      rows[] = {{camera, "fixed\n", "front\n", Front, true},
+                {camera, "removable\n", "back\n", Unspecified, false},
+                {camera, "unknown\n", "back\n", Unspecified, std::nullopt},
+                {"devices/platform/isp", "", "", Unspecified, true},
+                {"devices/virtual/loop", "", "", Unspecified, false}};
+  for (const auto& [device, removable, panel, position, builtIn] : rows) {
+    SCOPED_TRACE(device + removable);
+    sys.write(port + "/removable", removable);
+    sys.write(port + "/physical_location/panel", panel);
+    const std::string link = sys.path("class/video4linux/video0");
+    std::filesystem::remove_all(link);
+    std::filesystem::create_directories(sys.path(device));
+    std::filesystem::create_directories(link);
+    std::filesystem::create_directory_symlink(sys.path(device), link + "/device");
+    const auto place = placeOf(sys.path("video0"), sys.path());
+    EXPECT_EQ(place.position, position);
+    EXPECT_EQ(place.builtIn, builtIn);
   }
-  EXPECT_TRUE(hasColour(nullptr));
+  EXPECT_EQ(placeOf("/dev/nothing", sys.path()).builtIn, std::nullopt);
 }
 
 TEST_F(HostCameraTest, CannotGrantWhatTheSystemForbids) {

@@ -234,7 +234,7 @@ protected:
           end->told = true;
         },
         std::move(encoders));
-    auto picture = solidFrame(width, height, colour, 0);
+    auto picture = solidFrame(width, height, 0xffc83c28);
     written->begin();
     film(0.3); // the pipeline is up
     const auto start = monotonicTime();
@@ -250,7 +250,7 @@ protected:
     EXPECT_FALSE(file->keep());
     return end->told ? end->error : Error{"test", 0, "The film's end was never told."};
   }
-  const Rgb colour{200, 60, 40};
+  const Rgb colour{0xc8, 0x3c, 0x28};
   double length = 0;
 };
 

@@ -59,22 +59,17 @@ inline FilmFacts readFilm(const std::string& path) {
   return facts;
 }
 
-/// A picture of one colour.
-inline CameraFrame solidFrame(int width, int height, Rgb colour, GstClockTime time) {
+/// A picture of one colour, 0xffRRGGBB.
+inline CameraFrame solidFrame(int width, int height, unsigned colour) {
   startGStreamer();
-  GstVideoInfo info;
-  gst_video_info_set_format(&info, GST_VIDEO_FORMAT_RGBx, width, height);
-  info.fps_n = 30;
-  info.fps_d = 1;
-  GstMini<GstCaps> caps(gst_video_info_to_caps(&info));
-  GstMini<GstBuffer> buffer(gst_buffer_new_allocate(nullptr, info.size, nullptr));
-  GstMapInfo map;
-  gst_buffer_map(buffer.get(), &map, GST_MAP_WRITE);
-  for (gsize i = 0; i + 3 < map.size; i += 4)
-    for (int part = 0; part < 3; part++)
-      map.data[i + part] = static_cast<guint8>(colour[part]);
-  gst_buffer_unmap(buffer.get(), &map);
-  return {{gst_sample_new(buffer.get(), caps.get(), nullptr, nullptr), GstMiniUnref()}, time};
+  auto made = Pipeline::launch(
+      "videotestsrc num-buffers=1 pattern=solid-color foreground-color=" + std::to_string(colour) +
+          " ! video/x-raw,format=RGBx,framerate=30/1,width=" + std::to_string(width) +
+          ",height=" + std::to_string(height) + " ! appsink name=out",
+      [](const Pipeline::Event&) {});
+  auto& pipeline = std::get<std::unique_ptr<Pipeline>>(made);
+  pipeline->play();
+  return {{gst_app_sink_pull_sample(GST_APP_SINK(pipeline->element("out"))), GstMiniUnref()}, 0};
 }
 
 } // namespace zuvi

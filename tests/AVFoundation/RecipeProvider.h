@@ -11,9 +11,13 @@ namespace zuvi {
 /// A camera made of the given elements, which counts how often it is opened and closed.
 class RecipeProvider final : public CameraProvider {
 public:
-  explicit RecipeProvider(const std::string& elements) {
+  explicit RecipeProvider(const std::string& elements)
+      : RecipeProvider([elements](CameraUse) { return elements; }) {}
+  explicit RecipeProvider(std::function<std::string(CameraUse)> elements,
+                          AVCaptureDevicePosition position = AVCaptureDevicePosition::Back)
+      : position_(position) {
     recipe_.key = "test:" + std::to_string(++made_);
-    recipe_.launch = [elements](CameraUse) { return elements; };
+    recipe_.launch = std::move(elements);
     // The camera may be closed after this object has gone.
     recipe_.configure = [counts = counts_](const Pipeline& pipeline) {
       counts->opened++;
@@ -33,9 +37,7 @@ public:
 
   AVAuthorizationStatus authorizationStatus() override { return AVAuthorizationStatus::Authorized; }
   void requestAccess(std::function<void(bool)> answer) override { answer(true); }
-  std::vector<CameraDescription> devices() override {
-    return {{"test", "Test", AVCaptureDevicePosition::Back, true}};
-  }
+  std::vector<CameraDescription> devices() override { return {{"test", "Test", position_, true}}; }
   std::shared_ptr<CameraStream> open(const std::string&) override {
     CameraOpening opening;
     opening.recipe = [recipe = recipe_] { return std::optional(recipe); };
@@ -47,6 +49,7 @@ private:
     std::atomic<int> opened = 0, closed = 0;
   };
   const std::shared_ptr<Counts> counts_ = std::make_shared<Counts>();
+  const AVCaptureDevicePosition position_;
   SourceRecipe recipe_;
   static inline std::atomic<int> made_ = 0;
 };

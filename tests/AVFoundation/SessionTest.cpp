@@ -46,45 +46,16 @@ TEST_F(SessionTest, SharesOneCameraAndFreesItAfterTheLastStop) {
   EXPECT_EQ(camera->closed(), 0);
   recorder.session->stopRunning();
   EXPECT_TRUE(time.waitUntil([&] { return camera->closed() == 1; }, freeWithin));
+  for (int i = 0; i < 5; i++) {
+    recorder.session->startRunning();
+    recorder.session->stopRunning();
+  }
   recorder.session->startRunning();
   ASSERT_TRUE(warm(recorder));
-  EXPECT_EQ(camera->opened(), 2);
-}
-
-TEST_F(SessionTest, FreesTheCameraWhenDroppedWhileFilmingOrRestarted) {
-  auto camera = use(steadyCamera);
-  {
-    const auto rig = running();
-    rig->film->startRecording(folder.path("film.mov"), {});
-    film(0.2);
-  }
-  EXPECT_TRUE(time.waitUntil([&] { return camera->closed() == 1; }, freeWithin));
-  Rig rig(back());
-  for (int i = 0; i < 5; i++) {
-    rig.session->startRunning();
-    rig.session->stopRunning();
-  }
-  rig.session->startRunning();
-  EXPECT_TRUE(warm(rig));
   EXPECT_EQ(camera->opened() - camera->closed(), 1);
-}
-
-TEST_F(SessionTest, StopNeverWaitsForTheMainThreadNorMakesItWait) {
-  use(steadyCamera);
-  for (int i = 0; i < 20; i++) {
-    Rig rig(back());
-    auto layer = make<AVCaptureVideoPreviewLayer>(rig.session);
-    Surface surface(layer);
-    rig.session->startRunning();
-    if (i % 2) warm(rig);
-    rig.film->startRecording(folder.path("film.mov"), {});
-    const auto start = std::chrono::steady_clock::now();
-    if (i % 3) rig.session->stopRunning();
-    rig.session.reset();
-    rig.input.reset();
-    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    EXPECT_LT(took.count(), 0.1);
-  }
+  recorder.film->startRecording(folder.path("dropped.mov"), {});
+  recorder.session.reset();
+  EXPECT_TRUE(time.waitUntil([&] { return camera->closed() == camera->opened(); }, freeWithin));
 }
 
 TEST_F(SessionTest, VanishingCameraEndsTheRunAndCanBeStartedAgain) {

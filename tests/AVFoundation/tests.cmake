@@ -1,2 +1,2 @@
 zuvi_test(AVFoundation REALTIME LINKS zuvi_avfoundation zuvi_test_support GTest::gtest_main
-          PACKAGES gstreamer-1.0 gstreamer-app-1.0 gstreamer-base-1.0 gstreamer-video-1.0)
+          PACKAGES gstreamer-1.0 gstreamer-app-1.0 gstreamer-video-1.0)

@@ -88,7 +88,7 @@ TEST_F(KernelCameraTest, PreviewsPhotographsAndFilms) {
     EXPECT_NEAR(facts.seconds, 7, 1);
     EXPECT_GE(facts.frames, 7);
 
-    StillRig document(device); // on the same camera
+    Rig document(device, false); // on the same camera
     document.session->startRunning();
     EXPECT_TRUE(time.waitUntil(
         [&] {
