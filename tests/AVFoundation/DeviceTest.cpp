@@ -89,6 +89,22 @@ TEST_F(HostCameraTest, FileThatIsNoFilmEndsTheRun) {
   EXPECT_FALSE(AVCaptureDeviceInput::withDevice(gone));
 }
 
+TEST(DeviceTest, PositionIsTheDriversWord) {
+  startGStreamer();
+  using Position = AVCaptureDevicePosition;
+  const std::pair<std::string, Position> rows[] = {
+      {"api.libcamera.location=(string)front", Position::Front},
+      {"api.libcamera.Location=(string)CameraLocationBack", Position::Back},
+      {"device.position=(string)Front", Position::Front},
+      {"api.libcamera.location=(string)external", Position::Unspecified},
+      {"device.path=(string)/dev/video0", Position::Unspecified}};
+  for (const auto& [text, position] : rows) {
+    auto* properties = gst_structure_from_string(("p, " + text).c_str(), nullptr);
+    EXPECT_EQ(positionOf(properties), position) << text;
+    gst_structure_free(properties);
+  }
+}
+
 /// "NAME=side" of each listed camera, in the order of the list.
 std::string sides(const std::vector<CameraCandidate>& cameras) {
   std::string text;
