@@ -7,8 +7,7 @@ namespace {
 using test::VirtualCamera;
 
 TEST_F(PipeWireTest, FrontAndBackRunTogetherWhileTheListIsAsked) {
-  const VirtualCamera front("Front", {"front", "red"}),
-      back("Back", {"CameraLocationBack", "blue"});
+  const VirtualCamera front("Front", {"front", "red"}), back("Back", {"back", "blue"});
   ASSERT_TRUE(serves(Position::Front, "Front") && serves(Position::Back, "Back"));
   EXPECT_FALSE(device(Position::Front)->isSimulated());
   const auto recorder = start(Position::Front);
