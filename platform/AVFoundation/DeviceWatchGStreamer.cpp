@@ -6,6 +6,7 @@
 #include "platform/Foundation/Print.h"
 
 #include <algorithm>
+#include <atomic>
 #include <future>
 #include <poll.h>
 #include <thread>
@@ -18,6 +19,12 @@ namespace {
 // Milliseconds until a media server that is not there is looked for again, twice as long each time
 // until one stayed for the longest of these.
 constexpr int firstSearch = 1000, longestSearch = 60000;
+
+std::atomic<bool> programEnds = false;
+
+void heedTheEnd() {
+  SerialQueue::camera().whenProgramEnds([] { programEnds = true; });
+}
 
 void endCamera(const std::string& key) {
   CameraSource::endFor(
@@ -71,6 +78,7 @@ struct DeviceWatch::Source {
 DeviceWatch& DeviceWatch::machine() {
   static auto& watch = *[] {
     auto* made = new DeviceWatch;
+    heedTheEnd();
     std::thread([made] { made->watchMachine(); }).detach();
     return made;
   }();
@@ -79,6 +87,7 @@ DeviceWatch& DeviceWatch::machine() {
 
 DeviceWatch& DeviceWatch::remote(std::function<int()> connect) {
   auto* made = new DeviceWatch;
+  heedTheEnd();
   std::thread([made, connect = std::move(connect)] { made->watchBehind(connect()); }).detach();
   return *made;
 }
@@ -172,6 +181,9 @@ void DeviceWatch::follow(const Source& source, const MediaServerLink* link, int 
   for (;;) {
     pollfd waiting[] = {{heard.fd, POLLIN, 0}, {link ? link->descriptor() : -1, 0, 0}};
     const int ready = ::poll(waiting, 2, patience);
+    // A server that ends with the program, as at the end of a session, finds no library any more.
+    while (programEnds)
+      ::pause();
     while (hear(source, 0))
       announce();
     if (ready == 0 || waiting[1].revents != 0) return;
