@@ -111,7 +111,11 @@ std::optional<Form> pixelsOf(const GstStructure* offer, const std::string& forma
     constexpr std::string_view known[] = {"bggr", "gbrg", "grbg", "rggb"};
     if (std::ranges::find(known, format) == std::end(known) || !hasElement("bayer2rgb"))
       return std::nullopt;
-    return Form{caps, " ! bayer2rgb", 0.3};
+    // GStreamer 1.26's takes too little room for its pictures, unless what follows lends it some.
+    return Form{caps,
+                " ! bayer2rgb ! video/x-raw,format=(string)BGRx ! videoconvert ! "
+                "video/x-raw,format=(string)I420",
+                0.3};
   }
   if (name != "video/x-raw") return std::nullopt;
   if (format.empty()) return Form{caps, "", 0};

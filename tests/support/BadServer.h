@@ -33,7 +33,7 @@ private:
     openssl req -config config -x509 -extensions v3 -newkey rsa:$1 -nodes -keyout key -out cert \
       -subj /CN=bad -CA known/ca.pem -CAkey known/ca-key.pem
     shift 2
-    exec openssl s_server -www -accept localhost:0 -key key -cert cert "$@")";
+    exec openssl s_server -www -accept 127.0.0.1:0 -key key -cert cert "$@")";
 
   const std::string log_;
   const ChildProcess server_;
