@@ -53,6 +53,16 @@ private:
       std::filesystem::create_directory(folder_.path(part));
       ::setenv(name, folder_.path(part).c_str(), 1);
     }
+    // Without systemd's folders, as in a container, the manager would end for want of sessions; its
+    // version 0.4 reads the first of these, 0.5 the other.
+    for (const auto& [file, text] :
+         {std::pair("config/wireplumber/bluetooth.lua.d/51-here.lua",
+                    "bluez_monitor.properties[\"with-logind\"] = false\n"),
+          {"config/wireplumber/wireplumber.conf.d/here.conf",
+           "wireplumber.profiles = { main = { support.logind = disabled } }\n"}}) {
+      std::filesystem::create_directories(std::filesystem::path(folder_.path(file)).parent_path());
+      folder_.write(file, text);
+    }
     std::filesystem::permissions(folder_.path("run"), std::filesystem::perms::owner_all);
     ::unsetenv("PIPEWIRE_REMOTE");
     ::unsetenv("PIPEWIRE_RUNTIME_DIR");
