@@ -1,4 +1,5 @@
 #include "platform/AVFoundation/CameraFormatGStreamer.h"
+#include "platform/AVFoundation/DevicesGStreamer.h"
 #include "platform/AVFoundation/SourceRecipesGStreamer.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "tests/AVFoundation/CameraFixture.h"
@@ -137,6 +138,15 @@ TEST_F(CameraFormatTest, FilmIsNear720pAndStillsAreLarge) {
   }
   for (const char* unusable : {driverMemory, "video/x-h264,width=1280,height=720,framerate=30/1"})
     EXPECT_EQ(chosen(unusable), "");
+}
+
+TEST_F(CameraFormatTest, OnlyGreyIsNoColour) {
+  startGStreamer();
+  for (const char* offers : {infrared, greyFirst, bayer, packedAndRaw}) {
+    const GstMini<GstCaps> caps(gst_caps_from_string(offers));
+    EXPECT_EQ(hasColour(caps.get()), offers != infrared) << offers;
+  }
+  EXPECT_TRUE(hasColour(nullptr)) << "nobody knows";
 }
 
 TEST_F(CameraFormatTest, EveryFormGivesTruePictures) {
