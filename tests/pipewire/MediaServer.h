@@ -85,7 +85,6 @@ public:
   struct Traits {
     std::string location = {};  ///< "front", "back" or "external"; empty: it tells none
     std::string colour = "red"; ///< "red", "green" or "blue"
-    std::string offers = "video/x-raw,format=YUY2,width=1280,height=720,framerate=30/1";
   };
 
   /// Returns once it gives pictures: one that is asked before may never give any.
@@ -93,7 +92,8 @@ public:
       : log_(MediaServer::instance().folder().path(name + ".log")),
         process_(
             {"gst-launch-1.0", "videotestsrc", "is-live=true", "pattern=" + traits.colour, "!",
-             traits.offers, "!", "pipewiresink", "mode=provide",
+             "video/x-raw,format=YUY2,width=1280,height=720,framerate=30/1", "!", "pipewiresink",
+             "mode=provide",
              "stream-properties=p,media.class=Video/Source,media.role=Camera,node.name=" + name +
                  ",node.description=" + name +
                  (traits.location.empty() ? "" : ",api.libcamera.location=" + traits.location)},
