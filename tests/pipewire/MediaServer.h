@@ -87,19 +87,11 @@ public:
     std::string colour = "red"; ///< "red", "green" or "blue"
   };
 
-  /// Returns once it gives pictures: one that is asked before may never give any.
+  /// Returns once the media server has it.
   VirtualCamera(const std::string& name, Traits traits)
       : log_(MediaServer::instance().folder().path(name + ".log")),
-        process_(
-            {"gst-launch-1.0", "videotestsrc", "is-live=true", "pattern=" + traits.colour, "!",
-             "video/x-raw,format=YUY2,width=1280,height=720,framerate=30/1", "!", "pipewiresink",
-             "mode=provide",
-             "stream-properties=p,media.class=Video/Source,media.role=Camera,node.name=" + name +
-                 ",node.description=" + name +
-                 (traits.location.empty() ? "" : ",api.libcamera.location=" + traits.location)},
-            log_) {
-    if (!comesToHold(
-            [this] { return TemporaryFolder::read(log_).find("New clock") != std::string::npos; }))
+        process_({ZUVI_VIRTUAL_CAMERA, name, traits.colour, traits.location}, log_) {
+    if (!comesToHold([this] { return !TemporaryFolder::read(log_).empty(); }))
       throw std::runtime_error("the camera " + name + " does not start");
   }
   ~VirtualCamera() {
