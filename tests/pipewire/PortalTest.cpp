@@ -27,6 +27,7 @@ protected:
     const test::ScopedEnvironment desktop("XDG_CURRENT_DESKTOP", std::string("zuvitest"));
     portal_.emplace(std::vector<std::string>{"/usr/libexec/xdg-desktop-portal"},
                     test::MediaServer::instance().folder().path("portal.log"));
+    EXPECT_EQ(std::system("gdbus wait --session --timeout 60 org.freedesktop.portal.Desktop"), 0);
   }
   /// 1 granted, 0 refused, -1 no answer yet.
   static std::shared_ptr<std::atomic<int>> startAsking() {
