@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <poll.h>
 #include <thread>
@@ -19,6 +20,10 @@ namespace {
 // Milliseconds until a media server that is not there is looked for again, twice as long each time
 // until one stayed for the longest of these.
 constexpr int firstSearch = 1000, longestSearch = 60000;
+
+// GStreamer's list of the media server's devices crashes when it is stopped before its own thread
+// has heard that the server is gone, and does not tell when it has.
+constexpr auto timeToHear = std::chrono::seconds(1);
 
 std::atomic<bool> programEnds = false;
 
@@ -58,9 +63,20 @@ struct DeviceWatch::Source {
     return source;
   }
 
+  /// The factory would give the one that it gave before, which may still stop.
+  static GstDeviceProvider* ownProvider(const char* name) {
+    const GstRef<GstPluginFeature> known(
+        GST_PLUGIN_FEATURE(gst_device_provider_factory_find(name)));
+    const GstRef<GstPluginFeature> loaded(known ? gst_plugin_feature_load(known.get()) : nullptr);
+    if (!loaded) return nullptr;
+    const auto type = gst_device_provider_factory_get_device_provider_type(
+        GST_DEVICE_PROVIDER_FACTORY(loaded.get()));
+    return GST_DEVICE_PROVIDER(gst_object_ref_sink(g_object_new(type, nullptr)));
+  }
+
   static Source remote(int descriptor) {
     Source source;
-    source.provider.reset(gst_device_provider_factory_get_by_name("pipewiredeviceprovider"));
+    source.provider.reset(ownProvider("pipewiredeviceprovider"));
     if (!source.provider) {
       print("Cameras behind the portal need the package gstreamer1.0-pipewire.");
       ::close(descriptor);
@@ -254,6 +270,7 @@ void DeviceWatch::serverHasGone() {
   });
   ended.get_future().wait();
   announce();
+  std::this_thread::sleep_for(timeToHear);
 }
 
 void DeviceWatch::announce() {
