@@ -74,7 +74,7 @@ TEST_F(PlaceTest, PicturesAreSharpAndWholeWhereverTheWindowGoes) {
   for (const auto& [away, home] :
        {std::pair(window + "move container to output HEADLESS-2; output HEADLESS-2 scale 2",
                   "output HEADLESS-2 scale 1; " + window + "move container to output HEADLESS-1"),
-        {"focus output HEADLESS-1; workspace hidden", "workspace 1"},
+        {"focus output HEADLESS-1; workspace hidden", "workspace back_and_forth"},
         {window + "fullscreen enable", window + "fullscreen disable"}}) {
     compositor_->run(away);
     EXPECT_TRUE(reaches([&] {
