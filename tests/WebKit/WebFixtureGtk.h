@@ -6,6 +6,7 @@
 #include "platform/UIKit/UIWindow.h"
 #include "platform/WebKit/WKWebView.h"
 #include "tests/UIKit/Pixels.h"
+#include "tests/support/EngineAsRoot.h"
 #include "tests/support/LoopbackServer.h"
 
 #include <gtest/gtest.h>

@@ -2,6 +2,7 @@
 
 #include "tests/demo/ProgramFixture.h"
 #include "tests/desktop/Compositor.h"
+#include "tests/support/EngineAsRoot.h"
 
 namespace zuvi::test {
 
