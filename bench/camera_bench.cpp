@@ -1,15 +1,15 @@
 // Cameras at 30 pictures a second: processor time of preview and film against the bare pipeline of
 // the same elements, and the gaps between the drawn camera's pictures, alone and while filming.
 
+#include <ZuviSDK/AVFoundation/HostCameraProvider.h>
+#include <ZuviSDK/Foundation/Make.h>
 #include "bench/Measure.h"
 #include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
 #include "platform/AVFoundation/FilmEncoderGStreamer.h"
-#include "platform/AVFoundation/HostCameraProvider.h"
 #include "platform/AVFoundation/SourceRecipesGStreamer.h"
-#include "platform/Foundation/Make.h"
 #include "tests/AVFoundation/RecipeProvider.h"
 
 #include <filesystem>

@@ -2,16 +2,16 @@
 // until the page has finished, messages of the page, memory, and the second opening. Each opening
 // is a process of its own with an empty profile. Wants a display.
 
+#include <ZuviSDK/LiveChat.h>
+#include <ZuviSDK/LiveChatMessage.h>
+#include <ZuviSDK/UIKit/ScreenWidget.h>
+#include <ZuviSDK/UIKit/UIImage.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "bench/BarePage.h"
 #include "bench/ChatScripts.h"
 #include "bench/Measure.h"
-#include "kit/Helper/LiveChat/LiveChat.h"
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/LiveChat/Manager.h"
-#include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/UIKit/ScreenPicture.h"
-#include "platform/UIKit/ScreenWidget.h"
-#include "platform/UIKit/UIImage.h"
 #include "platform/UIKit/UIScreen.h"
 #include "sandbox/core/Server.h"
 #include "tests/UIKit/Pixels.h"

@@ -3,16 +3,16 @@
 // one core; and what a message takes that the page posts. The baselines are copying as many pixels
 // and a set in memory.
 
+#include <ZuviSDK/LiveChat.h>
+#include <ZuviSDK/LiveChatMessage.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "bench/Measure.h"
-#include "kit/Helper/LiveChat/LiveChat.h"
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/LiveChat/Manager.h"
-#include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/Dispatch/VirtualTime.h"
 #include "platform/Foundation/UserDefaults.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIImageView.h"
 #include "tests/support/LoopbackServer.h"
 #include "tests/support/ScriptedWebEngine.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,6 +1,8 @@
 // One frame of each screen at 375 x 812 points, scale 2, without a display: drawn whole, and after
 // one label changed. Processor time of one core. The baseline is filling as many pixels.
 
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "bench/Measure.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
@@ -12,11 +14,9 @@
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 #include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
-#include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/AVFoundation/ScriptedCamera.h"
 #include "platform/Dispatch/VirtualTime.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <cstring>
 #include <memory>

@@ -2,13 +2,14 @@
 // cameras, real pipelines, the sandbox in a process of its own, a clock that runs eight times as
 // fast.   memory_bench [RUNS [SPEED]]
 
+#include <ZuviSDK/UIKit/UIWindow.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "bench/Measure.h"
 #include "demo/core/DemoCameras.h"
 #include "demo/core/Driver.h"
 #include "demo/core/HostViewController.h"
-#include "kit/Main/Private/ZVEndpoints.h"
+#include "platform/Dispatch/Clock.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "platform/UIKit/UIWindow.h"
 #include "sandbox/core/Server.h"
 
 #include <malloc.h>

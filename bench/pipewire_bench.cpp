@@ -2,20 +2,20 @@
 // longest time without a frame while a camera screen is pushed, the first time and again. Films are
 // compared by camera_bench.
 
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "bench/Measure.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVLiveCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
-#include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
 #include "platform/AVFoundation/PipelineGStreamer.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "platform/UIKit/UIWindow.h"
 #include "tests/pipewire/MediaServer.h"
 
 using namespace zuvi;

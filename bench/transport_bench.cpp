@@ -1,9 +1,9 @@
 // A film of 16 MiB becomes an identity: the kit's operation beside bare libcurl sending the same
 // bytes from memory, over http and https, turn by turn; and what the kit's upload takes of memory.
 
+#include <ZuviSDK/ZVEndpoints.h>
 #include "bench/Measure.h"
 #include "bench/UploadSink.h"
-#include "kit/Main/Private/ZVEndpoints.h"
 #include "kit/Manager/ZVKYCManager.h"
 #include "platform/Dispatch/VirtualTime.h"
 #include "sandbox/core/tls/ServerCredentials.h"

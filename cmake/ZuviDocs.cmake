@@ -1,13 +1,12 @@
 # The reference for integrators: what the public headers say, with README.md and docs/, as HTML in
 # the build folder. What lacks a comment is an error.
-include(PublicHeaders)
 find_package(Doxygen)
 if(NOT DOXYGEN_FOUND)
   return()
 endif()
 
-set(umbrella kit/include/ZuviSDK/ZuviSDK.h)
-zuvi_public_headers(public_headers ${umbrella})
+file(GLOB_RECURSE public_headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}
+  ${PROJECT_SOURCE_DIR}/kit/include/*.h ${PROJECT_SOURCE_DIR}/platform/include/*.h)
 file(GLOB pages CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/docs/*.md)
 
 set(DOXYGEN_PROJECT_BRIEF "Identity-verification kit")
@@ -27,7 +26,7 @@ set(DOXYGEN_SHOW_HEADERFILE NO)
 set(DOXYGEN_QUIET YES)
 set(DOXYGEN_WARN_IF_UNDOCUMENTED YES)
 set(DOXYGEN_WARN_AS_ERROR FAIL_ON_WARNINGS)
-doxygen_add_docs(docs README.md ${pages} ${umbrella} ${public_headers}
+doxygen_add_docs(docs README.md ${pages} ${public_headers}
   WORKING_DIRECTORY ${PROJECT_SOURCE_DIR} COMMENT "Writing the reference")
 
 if(ZUVI_TESTS)

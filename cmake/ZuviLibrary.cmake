@@ -1,10 +1,12 @@
-# One static library a folder: every .cpp below it, includes rooted at the repository.
+# One static library a folder: every .cpp below it. Public headers are included as <ZuviSDK/...>,
+# private ones from the repository's root.
 #
 #   zuvi_library(<name> LINKS <library>... PACKAGES <pkg-config name>...)
 #   zuvi_program(<name> LINKS <library>... PACKAGES <pkg-config name>...)
 
 add_library(zuvi_options INTERFACE)
-target_include_directories(zuvi_options INTERFACE ${PROJECT_SOURCE_DIR})
+set(ZUVI_PUBLIC_HEADERS ${PROJECT_SOURCE_DIR}/kit/include ${PROJECT_SOURCE_DIR}/platform/include)
+target_include_directories(zuvi_options INTERFACE ${PROJECT_SOURCE_DIR} ${ZUVI_PUBLIC_HEADERS})
 # As a part of somebody else's project the kit imposes no warnings, and takes none.
 if(PROJECT_IS_TOP_LEVEL)
   target_compile_options(zuvi_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor

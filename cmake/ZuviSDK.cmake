@@ -1,10 +1,7 @@
 # What a host links, and its installation: the objects of the folders' libraries as one shared and
 # one static library.
-include(PublicHeaders)
 find_package(GIF 5 REQUIRED)
 
-set(umbrella kit/include/ZuviSDK/ZuviSDK.h)
-zuvi_public_headers(public_headers ${umbrella})
 set(folders zuvi_dispatch zuvi_foundation zuvi_coregraphics zuvi_imageio zuvi_coretext
             zuvi_coretelephony zuvi_quartzcore zuvi_uikit zuvi_avfoundation zuvi_webkit zuvi_kit)
 list(TRANSFORM folders REPLACE "(.+)" "$<TARGET_OBJECTS:\\1>" OUTPUT_VARIABLE objects)
@@ -30,23 +27,12 @@ if(ZUVI_SANITIZE)
 else()
   target_link_options(zuvi_sdk PRIVATE -Wl,-z,defs)
 endif()
-# The headers as they are installed, and no others: a host in the same build sees what any host sees.
-set(include_folder ${PROJECT_BINARY_DIR}/include)
-foreach(header IN LISTS public_headers)
-  get_filename_component(folder ${include_folder}/ZuviSDK/${header} DIRECTORY)
-  file(MAKE_DIRECTORY ${folder})
-  file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${header} ${include_folder}/ZuviSDK/${header} SYMBOLIC)
-endforeach()
-file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${umbrella} ${include_folder}/ZuviSDK/ZuviSDK.h SYMBOLIC)
-
 foreach(library zuvi_sdk zuvi_sdk_static)
   set_target_properties(${library} PROPERTIES OUTPUT_NAME zuvisdk LINKER_LANGUAGE CXX)
   target_compile_features(${library} INTERFACE cxx_std_20)
-  # Headers name one another from the repository's root.
+  # What lies in these folders is public: a host in the same build sees what any host sees.
   target_include_directories(${library} SYSTEM INTERFACE
-    $<BUILD_INTERFACE:${include_folder}> $<BUILD_INTERFACE:${include_folder}/ZuviSDK>
-    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
-    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/ZuviSDK>)
+    "$<BUILD_INTERFACE:${ZUVI_PUBLIC_HEADERS}>" $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   foreach(package IN LISTS packages)
     string(MAKE_C_IDENTIFIER "PKG_${package}" prefix)
     pkg_check_modules(${prefix} REQUIRED IMPORTED_TARGET ${package})
@@ -76,12 +62,8 @@ if(TARGET zuvi_webkitgtk)
 endif()
 
 install(TARGETS zuvi_sdk_static EXPORT ZuviSDKStaticTargets ARCHIVE COMPONENT development)
-install(FILES ${PROJECT_SOURCE_DIR}/${umbrella}
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ZuviSDK COMPONENT development)
-foreach(header IN LISTS public_headers)
-  get_filename_component(folder ${header} DIRECTORY)
-  install(FILES ${PROJECT_SOURCE_DIR}/${header}
-    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ZuviSDK/${folder} COMPONENT development)
+foreach(folder IN LISTS ZUVI_PUBLIC_HEADERS)
+  install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 endforeach()
 foreach(export ZuviSDKTargets ZuviSDKStaticTargets)
   install(EXPORT ${export} NAMESPACE ZuviSDK:: DESTINATION ${cmake_folder} COMPONENT development)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <ZuviSDK/ZuviSDK.h>
+#include <ZuviSDK/ZuviUI.h>
 
 #include <cstdlib>
 #include <map>

@@ -1,12 +1,12 @@
 // A hostile chat page: posts anything of any shape, loads, fails, hangs, dies, opens windows and
 // clicks links, in any order, while a person opens and closes the chat.
 
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "fuzz/Json.h"
 #include "kit/Helper/LiveChat/Manager.h"
-#include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/Dispatch/VirtualTime.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "platform/UIKit/UIApplication.h"
 #include "tests/support/ScriptedWebEngine.h"
 
 #include <cstdio>

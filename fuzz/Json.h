@@ -1,7 +1,7 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Value.h>
 #include "platform/Foundation/JSONSerialization.h"
-#include "platform/Foundation/Value.h"
 
 #include <cstddef>
 #include <cstdint>

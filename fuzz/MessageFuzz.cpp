@@ -1,7 +1,7 @@
 // What the chat's page posts, of any shape.
 
+#include <ZuviSDK/LiveChatMessage.h>
 #include "fuzz/Json.h"
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
 #include "kit/Helper/LiveChat/WebViewBridge.h"
 
 #include <cstdio>

@@ -1,13 +1,13 @@
 // Nibs, of any bytes: made, connected, laid out and drawn.
 
+#include <ZuviSDK/Foundation/Bundle.h>
+#include <ZuviSDK/UIKit/NibDeclaration.h>
+#include <ZuviSDK/UIKit/UINib.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "fuzz/Json.h"
 #include "platform/Dispatch/VirtualTime.h"
-#include "platform/Foundation/Bundle.h"
-#include "platform/UIKit/NibDeclaration.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "platform/UIKit/UINib.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 #include "tests/support/TemporaryFolder.h"
 
 using namespace zuvi;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Foundation/Data.h"
-#include "platform/Foundation/Timer.h"
+#include <ZuviSDK/Foundation/Data.h>
+#include <ZuviSDK/Foundation/Timer.h>
 
 #include <functional>
 #include <memory>

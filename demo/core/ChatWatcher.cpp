@@ -1,6 +1,6 @@
 #include "demo/core/ChatWatcher.h"
 
-#include "kit/Helper/LiveChat/LiveChat.h"
+#include <ZuviSDK/LiveChat.h>
 
 #include <utility>
 

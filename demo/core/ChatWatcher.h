@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kit/Helper/LiveChat/LiveChatDelegate.h"
-#include "platform/Foundation/Timer.h"
+#include <ZuviSDK/Foundation/Timer.h>
+#include <ZuviSDK/LiveChatDelegate.h>
 
 #include <functional>
 #include <memory>

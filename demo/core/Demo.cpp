@@ -1,13 +1,13 @@
 #include "demo/core/Demo.h"
 
+#include <ZuviSDK/LiveChat.h>
+#include <ZuviSDK/LiveChatMessage.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "demo/core/DemoCameras.h"
-#include "kit/Helper/LiveChat/LiveChat.h"
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
-#include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "platform/UIKit/ScreenPicture.h"
-#include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/URLOpener.h"
 
 #include <cstdio>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "demo/core/CardReview.h"
 #include "demo/core/ChatWatcher.h"
 #include "demo/core/Driver.h"
@@ -7,7 +8,6 @@
 #include "demo/core/HostViewController.h"
 #include "demo/core/Options.h"
 #include "demo/core/ScreenWatcher.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <functional>
 #include <memory>

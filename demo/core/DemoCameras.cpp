@@ -1,9 +1,9 @@
 #include "demo/core/DemoCameras.h"
 
-#include "platform/AVFoundation/AVCaptureDevice.h"
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/Foundation/Make.h"
-#include "platform/Foundation/Print.h"
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/Make.h>
+#include <ZuviSDK/Foundation/Print.h>
 
 namespace zuvi::demo {
 

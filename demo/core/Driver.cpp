@@ -1,13 +1,13 @@
 #include "demo/core/Driver.h"
 
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIView.h>
 #include "demo/core/ScreenWatcher.h"
 #include "demo/core/ViewTree.h"
 #include "kit/Helper/LiveChat/Manager.h"
 #include "platform/Foundation/Decimal.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/JSONSerialization.h"
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIView.h"
 #include "platform/WebKit/WKWebView.h"
 
 #include <algorithm>

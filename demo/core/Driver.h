@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Timer.h>
 #include "demo/core/DriveScript.h"
 #include "demo/core/Keyboard.h"
-#include "platform/Foundation/Timer.h"
 
 #include <functional>
 #include <optional>

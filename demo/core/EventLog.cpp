@@ -1,8 +1,8 @@
 #include "demo/core/EventLog.h"
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/Print.h>
 #include "platform/Foundation/JSONSerialization.h"
-#include "platform/Foundation/Print.h"
 
 #include <cmath>
 #include <mutex>

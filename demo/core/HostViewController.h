@@ -1,8 +1,8 @@
 #pragma once
 
-#include "kit/Main/Public/ZVKYC.h"
-#include "kit/Main/Public/ZVKYCButton.h"
-#include "platform/UIKit/UIViewController.h"
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/ZVKYC.h>
+#include <ZuviSDK/ZVKYCButton.h>
 
 #include <functional>
 #include <optional>

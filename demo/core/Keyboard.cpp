@@ -1,8 +1,8 @@
 #include "demo/core/Keyboard.h"
 
-#include "platform/Foundation/NotificationCenter.h"
-#include "platform/Foundation/Timer.h"
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/Foundation/Timer.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "platform/UIKit/UIScreen.h"
 
 #include <utility>

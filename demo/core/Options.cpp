@@ -1,8 +1,8 @@
 #include "demo/core/Options.h"
 
+#include <ZuviSDK/Foundation/URL.h>
 #include "platform/Foundation/Decimal.h"
 #include "platform/Foundation/FileManager.h"
-#include "platform/Foundation/URL.h"
 
 #include <algorithm>
 #include <functional>

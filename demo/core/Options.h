@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/AVFoundation/HostCameraProvider.h"
-#include "platform/CoreGraphics/CGGeometry.h"
-#include "platform/Foundation/Value.h"
+#include <ZuviSDK/AVFoundation/HostCameraProvider.h>
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
+#include <ZuviSDK/Foundation/Value.h>
 
 #include <optional>
 #include <string>

@@ -1,10 +1,10 @@
 #include "demo/core/ScreenWatcher.h"
 
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UINavigationController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/Foundation/ClassName.h"
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UINavigationController.h"
 #include "platform/UIKit/UITabBarController.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Foundation/Timer.h"
+#include <ZuviSDK/Foundation/Timer.h>
 
 #include <functional>
 #include <memory>

@@ -1,11 +1,11 @@
 #include "demo/core/ViewTree.h"
 
+#include <ZuviSDK/UIKit/UIControl.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "demo/core/ScreenWatcher.h"
 #include "platform/Foundation/ClassName.h"
-#include "platform/UIKit/UIControl.h"
 #include "platform/UIKit/UIScreen.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 
 namespace zuvi::demo {
 

@@ -1,7 +1,7 @@
 #include "demo/program/DemoWindow.h"
 
-#include "platform/Dispatch/MainLoop.h"
-#include "platform/UIKit/ScreenWidget.h"
+#include <ZuviSDK/Dispatch/MainLoop.h>
+#include <ZuviSDK/UIKit/ScreenWidget.h>
 
 #include <cstdio>
 

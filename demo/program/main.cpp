@@ -1,6 +1,6 @@
+#include <ZuviSDK/Dispatch/MainLoop.h>
 #include "demo/core/Demo.h"
 #include "demo/program/DemoWindow.h"
-#include "platform/Dispatch/MainLoop.h"
 #include "platform/UIKit/OffscreenSurface.h"
 
 #include <cstdio>

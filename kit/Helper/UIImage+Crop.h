@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UIKit/UIImage.h"
+#include <ZuviSDK/UIKit/UIImage.h>
 
 #include <memory>
 

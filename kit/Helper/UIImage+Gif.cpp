@@ -1,9 +1,9 @@
 #include "kit/Helper/UIImage+Gif.h"
 
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/Print.h>
 #include "kit/Helper/ZVBundle.h"
-#include "platform/Dispatch/DispatchQueue.h"
 #include "platform/Foundation/FileManager.h"
-#include "platform/Foundation/Print.h"
 #include "platform/Foundation/URLSession.h"
 
 #include <chrono>

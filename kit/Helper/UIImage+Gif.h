@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Foundation/Data.h"
+#include <ZuviSDK/Foundation/Data.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
 #include "platform/ImageIO/CGImageSource.h"
-#include "platform/UIKit/UIImageView.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,9 +1,9 @@
 #include "kit/Helper/ZVAnalyticsManager.h"
 
+#include <ZuviSDK/Foundation/Bundle.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "kit/Helper/ZVJSONHandler.h"
-#include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
-#include "platform/Foundation/Bundle.h"
 #include "platform/Foundation/Locale.h"
 #include "platform/Foundation/URLSession.h"
 #include "platform/Foundation/UUID.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Foundation/Value.h"
+#include <ZuviSDK/Foundation/Value.h>
 
 #include <optional>
 #include <string>

@@ -1,5 +1,6 @@
 #include "kit/Helper/ZVBundle.h"
 
+#include <ZuviSDK/UIKit/UINib.h>
 #include "kit/Helper/ZVCardGuideView.h"
 #include "kit/Helper/ZVColumnView.h"
 #include "kit/Helper/ZVField.h"
@@ -9,7 +10,6 @@
 #include "kit/UI/Views/ZVDocumentButton.h"
 #include "kit/UI/Views/ZVDocumentTableViewCell.h"
 #include "platform/Foundation/ProcessInfo.h"
-#include "platform/UIKit/UINib.h"
 
 #include <filesystem>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Foundation/Bundle.h"
+#include <ZuviSDK/Foundation/Bundle.h>
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #include "kit/Helper/ZVCardGuideView.h"
 
-#include "platform/UIKit/UIImageView.h"
-#include "platform/UIKit/UILabel.h"
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "kit/Helper/ZVColumnView.h"
 
-#include "platform/UIKit/UIButton.h"
-#include "platform/UIKit/UIImageView.h"
+#include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
 
 #include <algorithm>
 

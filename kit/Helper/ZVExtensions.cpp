@@ -1,14 +1,14 @@
 #include "kit/Helper/ZVExtensions.h"
 
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UINavigationController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "kit/Helper/ZVBundle.h"
-#include "platform/Dispatch/DispatchQueue.h"
 #include "platform/Foundation/FileManager.h"
-#include "platform/Foundation/Print.h"
 #include "platform/Foundation/URLSession.h"
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UINavigationController.h"
 #include "platform/UIKit/UITabBarController.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <cctype>
 #include <cmath>

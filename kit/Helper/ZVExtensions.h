@@ -1,10 +1,10 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIColor.h>
+#include <ZuviSDK/UIKit/UIFont.h>
+#include <ZuviSDK/UIKit/UIImage.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
 #include "kit/Main/Private/RawValue.h"
-#include "platform/UIKit/UIColor.h"
-#include "platform/UIKit/UIFont.h"
-#include "platform/UIKit/UIImage.h"
-#include "platform/UIKit/UIViewController.h"
 
 #include <functional>
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIView.h>
 #include "kit/Helper/ZVExtensions.h"
 #include "platform/QuartzCore/CAGradientLayer.h"
-#include "platform/UIKit/UIView.h"
 
 #include <iterator>
 #include <sstream>

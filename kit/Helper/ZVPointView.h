@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UIKit/UIView.h"
+#include <ZuviSDK/UIKit/UIView.h>
 
 namespace zuvi {
 

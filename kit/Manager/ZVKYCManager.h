@@ -1,9 +1,9 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Data.h>
 #include "kit/Main/Private/ZVKYCMerchant.h"
 #include "kit/Main/Private/ZVOCRResult.h"
 #include "kit/Manager/ZVKYCNetworkManager.h"
-#include "platform/Foundation/Data.h"
 
 #include <functional>
 #include <memory>

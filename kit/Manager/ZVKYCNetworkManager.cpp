@@ -1,7 +1,7 @@
 #include "kit/Manager/ZVKYCNetworkManager.h"
 
-#include "kit/Main/Private/ZVEndpoints.h"
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "platform/Foundation/Ascii.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/UUID.h"

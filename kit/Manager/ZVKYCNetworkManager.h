@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Foundation/Observed.h"
+#include <ZuviSDK/Foundation/Observed.h>
+#include <ZuviSDK/Foundation/Value.h>
 #include "platform/Foundation/URLSession.h"
-#include "platform/Foundation/Value.h"
 
 #include <functional>
 #include <map>

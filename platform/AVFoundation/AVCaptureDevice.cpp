@@ -1,8 +1,8 @@
-#include "platform/AVFoundation/AVCaptureDevice.h"
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
 
-#include "platform/AVFoundation/CameraProvider.h"
-#include "platform/AVFoundation/SystemCameraProvider.h"
-#include "platform/Foundation/Make.h"
+#include <ZuviSDK/AVFoundation/CameraProvider.h>
+#include <ZuviSDK/AVFoundation/SystemCameraProvider.h>
+#include <ZuviSDK/Foundation/Make.h>
 
 #include <mutex>
 

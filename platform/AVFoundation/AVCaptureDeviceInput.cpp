@@ -1,9 +1,9 @@
 #include "platform/AVFoundation/AVCaptureDeviceInput.h"
 
-#include "platform/AVFoundation/AVCaptureDevice.h"
-#include "platform/AVFoundation/CameraProvider.h"
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/AVFoundation/CameraProvider.h>
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/CameraStream.h"
-#include "platform/Foundation/Make.h"
 
 namespace zuvi {
 

@@ -1,8 +1,8 @@
 #include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
 
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/MovieRecording.h"
-#include "platform/Foundation/Make.h"
 
 namespace zuvi {
 

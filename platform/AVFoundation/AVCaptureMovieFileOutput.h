@@ -1,7 +1,7 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Error.h>
 #include "platform/AVFoundation/AVCaptureOutput.h"
-#include "platform/Foundation/Error.h"
 
 #include <memory>
 #include <optional>

@@ -1,9 +1,9 @@
 #include "platform/AVFoundation/AVCaptureOutput.h"
 
+#include <ZuviSDK/AVFoundation/CameraProvider.h>
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/AVCaptureSession.h"
-#include "platform/AVFoundation/CameraProvider.h"
 #include "platform/AVFoundation/CameraStream.h"
-#include "platform/Foundation/Make.h"
 
 namespace zuvi {
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include "platform/AVFoundation/AVCaptureConnection.h"
 #include "platform/AVFoundation/CameraStream.h"
-#include "platform/Dispatch/DispatchQueue.h"
 
 #include <memory>
 #include <vector>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Error.h>
+#include <ZuviSDK/Foundation/Value.h>
 #include "platform/AVFoundation/AVCaptureOutput.h"
 #include "platform/AVFoundation/CMSampleBuffer.h"
-#include "platform/Foundation/Error.h"
-#include "platform/Foundation/Value.h"
 
 #include <functional>
 #include <optional>

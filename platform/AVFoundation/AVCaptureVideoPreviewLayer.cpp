@@ -1,11 +1,11 @@
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
 
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/AVCaptureConnection.h"
-#include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/PreviewFeed.h"
-#include "platform/Foundation/Make.h"
 
 namespace zuvi {
 

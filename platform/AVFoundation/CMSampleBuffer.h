@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Foundation/Data.h"
+#include <ZuviSDK/Foundation/Data.h>
 
 #include <string>
 

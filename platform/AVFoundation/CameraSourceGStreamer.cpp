@@ -1,8 +1,8 @@
 #include "platform/AVFoundation/CameraSourceGStreamer.h"
 
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/SerialQueue.h"
-#include "platform/Foundation/Make.h"
 #include "platform/Foundation/ProcessInfo.h"
 
 #include <gst/app/gstappsink.h>

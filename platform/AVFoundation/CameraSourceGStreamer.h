@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AVFoundation/AVCaptureDevice.h"
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
 #include "platform/AVFoundation/CameraStream.h"
 #include "platform/AVFoundation/PipelineGStreamer.h"
 

@@ -1,4 +1,4 @@
-#include "platform/AVFoundation/HostCameraProvider.h"
+#include <ZuviSDK/AVFoundation/HostCameraProvider.h>
 
 #include "platform/AVFoundation/AVError.h"
 

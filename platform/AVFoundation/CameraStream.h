@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGImage.h"
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/Foundation/Data.h"
-#include "platform/Foundation/Error.h"
+#include <ZuviSDK/CoreGraphics/CGImage.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/Data.h>
+#include <ZuviSDK/Foundation/Error.h>
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "platform/AVFoundation/CameraStreamGStreamer.h"
 
-#include "platform/Foundation/Make.h"
+#include <ZuviSDK/Foundation/Make.h>
 
 namespace zuvi {
 

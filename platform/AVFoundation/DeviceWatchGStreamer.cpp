@@ -1,9 +1,9 @@
 #include "platform/AVFoundation/DeviceWatchGStreamer.h"
 
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/Foundation/Print.h>
 #include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/SerialQueue.h"
-#include "platform/Foundation/NotificationCenter.h"
-#include "platform/Foundation/Print.h"
 
 #include <algorithm>
 #include <atomic>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Foundation/Error.h"
+#include <ZuviSDK/Foundation/Error.h>
 
 #include <memory>
 #include <mutex>

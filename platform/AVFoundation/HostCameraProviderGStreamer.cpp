@@ -1,10 +1,10 @@
-#include "platform/AVFoundation/HostCameraProvider.h"
+#include <ZuviSDK/AVFoundation/HostCameraProvider.h>
 
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/CameraStreamGStreamer.h"
 #include "platform/AVFoundation/DeviceAccess.h"
 #include "platform/AVFoundation/DevicesGStreamer.h"
 #include "platform/AVFoundation/SourceRecipesGStreamer.h"
-#include "platform/Foundation/Make.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
 #include "platform/AVFoundation/PipelineGStreamer.h"
 
+#include <ZuviSDK/Foundation/Print.h>
 #include "platform/AVFoundation/AVError.h"
-#include "platform/Foundation/Print.h"
 
 #include <map>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <ZuviSDK/CoreGraphics/CGImage.h>
 #include "platform/AVFoundation/PointersGStreamer.h"
-#include "platform/CoreGraphics/CGImage.h"
 
 #include <gst/video/video.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AVFoundation/CameraProvider.h"
+#include <ZuviSDK/AVFoundation/CameraProvider.h>
 #include "platform/AVFoundation/CameraStream.h"
 
 #include <optional>

@@ -1,5 +1,7 @@
 #include "platform/AVFoundation/SerialQueue.h"
 
+#include "platform/Dispatch/Clock.h"
+
 #include <chrono>
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 
 #include <condition_variable>
 #include <map>

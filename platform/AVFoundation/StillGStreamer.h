@@ -1,7 +1,7 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Data.h>
 #include "platform/AVFoundation/PointersGStreamer.h"
-#include "platform/Foundation/Data.h"
 
 #include <optional>
 

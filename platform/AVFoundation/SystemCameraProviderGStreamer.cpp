@@ -1,11 +1,11 @@
-#include "platform/AVFoundation/SystemCameraProvider.h"
+#include <ZuviSDK/AVFoundation/SystemCameraProvider.h>
 
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/CameraPortal.h"
 #include "platform/AVFoundation/CameraSides.h"
 #include "platform/AVFoundation/CameraStreamGStreamer.h"
 #include "platform/AVFoundation/DeviceAccess.h"
 #include "platform/AVFoundation/DeviceWatchGStreamer.h"
-#include "platform/Foundation/Make.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "platform/CoreGraphics/CGGeometry.h"
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
 
 #include <algorithm>
 #include <cmath>

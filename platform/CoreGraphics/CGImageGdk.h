@@ -2,7 +2,7 @@
 
 // How a picture is held for drawing; only for files that draw or decode.
 
-#include "platform/CoreGraphics/CGImage.h"
+#include <ZuviSDK/CoreGraphics/CGImage.h>
 
 #include <gdk/gdk.h>
 

@@ -1,4 +1,4 @@
-#include "platform/CoreGraphics/CGPath.h"
+#include <ZuviSDK/CoreGraphics/CGPath.h>
 
 #include <algorithm>
 #include <cmath>

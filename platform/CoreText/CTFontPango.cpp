@@ -1,7 +1,7 @@
-#include "platform/CoreText/CTFont.h"
+#include <ZuviSDK/CoreText/CTFont.h>
 
+#include <ZuviSDK/Foundation/NotificationCenter.h>
 #include "platform/CoreText/TextLayoutPango.h"
-#include "platform/Foundation/NotificationCenter.h"
 
 #include <fontconfig/fontconfig.h>
 #include <pango/pangofc-fontmap.h>

@@ -1,33 +1,16 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGColor.h"
-#include "platform/CoreGraphics/CGGeometry.h"
-#include "platform/CoreText/CTFont.h"
-#include "platform/Export.h"
+#include <ZuviSDK/CoreGraphics/CGColor.h>
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
+#include <ZuviSDK/CoreText/AttributedString.h>
+#include <ZuviSDK/CoreText/CTFont.h>
+#include <ZuviSDK/Export.h>
 
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace zuvi {
-
-/// Text in which ranges bear a colour of their own.
-struct AttributedString {
-  /// Characters in a row and their colour. What lies beyond the text's end is ignored.
-  struct ColorRange {
-    std::size_t location = 0; ///< in characters
-    std::size_t length = 0;   ///< in characters
-    CGColor color;            ///< without its alpha
-    /// Equal when place and colour are.
-    bool operator==(const ColorRange&) const = default;
-  };
-  std::string text;               ///< UTF-8
-  std::vector<ColorRange> colors; ///< the rest has the label's own
-
-  /// Equal when text and colours are.
-  bool operator==(const AttributedString&) const = default;
-};
 
 /// The number of characters (not bytes) of a UTF-8 text.
 ZUVI_API std::size_t characterCount(const std::string& text);
@@ -38,9 +21,6 @@ ZUVI_API std::size_t characterCount(const std::string& text);
 double textScale();
 void setTextScale(double scale);
 /// @endcond
-
-/// Where lines stand that are shorter than their room.
-enum class NSTextAlignment { Left, Center, Right };
 
 /// A text broken into lines. Bytes that are no UTF-8 show as replacement marks. Main
 /// thread.

@@ -1,6 +1,6 @@
 #include "platform/Dispatch/AssertMainQueue.h"
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 
 #include <atomic>
 #include <cstdio>

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "platform/Export.h"
+#include <ZuviSDK/Dispatch/TimeInterval.h>
+#include <ZuviSDK/Export.h>
 
 #include <atomic>
 
 namespace zuvi {
-
-/// Seconds since an arbitrary fixed moment; never runs backwards.
-using TimeInterval = double;
 
 /// Where the main queue, and with it every timer and animation, reads the time.
 class ZUVI_API Clock {

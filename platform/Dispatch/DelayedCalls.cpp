@@ -1,4 +1,4 @@
-#include "platform/Dispatch/DelayedCalls.h"
+#include <ZuviSDK/Dispatch/DelayedCalls.h>
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 
 #include <algorithm>
 #include <condition_variable>

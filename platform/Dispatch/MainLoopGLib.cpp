@@ -1,5 +1,5 @@
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/Dispatch/MainLoop.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Dispatch/MainLoop.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,5 @@
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include "platform/Dispatch/Clock.h"
 
 #include <algorithm>
 #include <atomic>

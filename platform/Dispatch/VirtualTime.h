@@ -1,6 +1,7 @@
 #pragma once
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include "platform/Dispatch/Clock.h"
 
 #include <functional>
 

@@ -1,4 +1,4 @@
-#include "platform/Foundation/Bundle.h"
+#include <ZuviSDK/Foundation/Bundle.h>
 
 #include "platform/Foundation/ProcessInfo.h"
 

@@ -1,4 +1,4 @@
-#include "platform/Foundation/Data.h"
+#include <ZuviSDK/Foundation/Data.h>
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "platform/Foundation/Date.h"
+#include <ZuviSDK/Foundation/Date.h>
 
 #include <chrono>
 

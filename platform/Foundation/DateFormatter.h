@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Foundation/Date.h"
+#include <ZuviSDK/Foundation/Date.h>
 
 #include <optional>
 #include <string>

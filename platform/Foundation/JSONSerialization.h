@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Foundation/Data.h"
-#include "platform/Foundation/Value.h"
+#include <ZuviSDK/Foundation/Data.h>
+#include <ZuviSDK/Foundation/Value.h>
 
 #include <optional>
 #include <string_view>

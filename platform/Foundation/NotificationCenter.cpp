@@ -1,4 +1,4 @@
-#include "platform/Foundation/NotificationCenter.h"
+#include <ZuviSDK/Foundation/NotificationCenter.h>
 
 #include "platform/Dispatch/AssertMainQueue.h"
 

@@ -1,4 +1,4 @@
-#include "platform/Foundation/Print.h"
+#include <ZuviSDK/Foundation/Print.h>
 
 #include <cstdio>
 #include <mutex>

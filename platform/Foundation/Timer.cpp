@@ -1,4 +1,4 @@
-#include "platform/Foundation/Timer.h"
+#include <ZuviSDK/Foundation/Timer.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "platform/Foundation/URL.h"
+#include <ZuviSDK/Foundation/URL.h>
 
 #include "platform/Foundation/PercentEncoding.h"
 #include "platform/Foundation/Utf8.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Foundation/Data.h"
-#include "platform/Foundation/Error.h"
-#include "platform/Foundation/URL.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/Foundation/Data.h>
+#include <ZuviSDK/Foundation/Error.h>
+#include <ZuviSDK/Foundation/URL.h>
 
 #include <functional>
 #include <map>

@@ -1,6 +1,6 @@
 #include "platform/Foundation/URLSession.h"
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include "platform/Foundation/CurlTransport.h"
 #include "platform/Foundation/CurlTrust.h"
 

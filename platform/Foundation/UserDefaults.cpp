@@ -1,6 +1,6 @@
 #include "platform/Foundation/UserDefaults.h"
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/ProcessInfo.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Foundation/Value.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/Foundation/Value.h>
 
 #include <memory>
 #include <string>

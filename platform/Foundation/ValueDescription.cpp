@@ -1,4 +1,4 @@
-#include "platform/Foundation/Value.h"
+#include <ZuviSDK/Foundation/Value.h>
 
 #include <charconv>
 #include <chrono>

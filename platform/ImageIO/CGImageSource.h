@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGImage.h"
-#include "platform/Foundation/Value.h"
+#include <ZuviSDK/CoreGraphics/CGImage.h>
+#include <ZuviSDK/Foundation/Value.h>
 
 #include <cstddef>
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGGeometry.h"
-#include "platform/CoreGraphics/CGImage.h"
-#include "platform/Export.h"
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
+#include <ZuviSDK/CoreGraphics/CGImage.h>
+#include <ZuviSDK/Export.h>
 
 #include <memory>
 

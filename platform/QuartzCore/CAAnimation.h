@@ -1,9 +1,10 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGColor.h"
-#include "platform/CoreGraphics/CGGeometry.h"
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/Export.h"
+#include <ZuviSDK/CoreGraphics/CGColor.h>
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/QuartzCore/AnimationCurve.h>
 
 #include <array>
 #include <functional>
@@ -24,38 +25,26 @@ enum class LayerProperty {
 };
 
 /// The value of one property, as numbers that can be mixed.
-using LayerValue = std::array<double, 6>;
+struct LayerValue : std::array<double, 6> {};
 
 /// The numbers of a value in the order of its fields; those that are left are 0.
 /// @{
 inline LayerValue layerValue(double v) {
-  return {v};
+  return {{{v}}};
 }
 inline LayerValue layerValue(CGPoint p) {
-  return {p.x, p.y};
+  return {{{p.x, p.y}}};
 }
 inline LayerValue layerValue(const CGRect& r) {
-  return {r.x, r.y, r.width, r.height};
+  return {{{r.x, r.y, r.width, r.height}}};
 }
 inline LayerValue layerValue(const CGColor& c) {
-  return {c.red, c.green, c.blue, c.alpha};
+  return {{{c.red, c.green, c.blue, c.alpha}}};
 }
 inline LayerValue layerValue(const CGAffineTransform& t) {
-  return {t.a, t.b, t.c, t.d, t.tx, t.ty};
+  return {{{t.a, t.b, t.c, t.d, t.tx, t.ty}}};
 }
 /// @}
-
-/// How progress runs from 0 to 1 over an animation.
-struct ZUVI_API AnimationCurve {
-  /// Where it is slow: nowhere, at the start, at the end, at both; or it swings like a spring.
-  enum class Kind { Linear, EaseIn, EaseOut, EaseInOut, Spring };
-  Kind kind = Kind::EaseInOut; ///< ease in and out
-  double damping = 1;          ///< spring only: ratio; 1 and above does not overshoot
-  double initialVelocity = 0;  ///< spring only: distances a second at the start
-
-  /// Progress after the share `t` (0 to 1) of an animation of `duration` seconds.
-  double progress(double t, double duration) const;
-};
 
 /// A block of changes that are animated together and end together. Main queue only.
 class ZUVI_API AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {

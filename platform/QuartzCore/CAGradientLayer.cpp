@@ -1,6 +1,6 @@
 #include "platform/QuartzCore/CAGradientLayer.h"
 
-#include "platform/QuartzCore/DrawingContext.h"
+#include <ZuviSDK/QuartzCore/DrawingContext.h>
 
 namespace zuvi {
 

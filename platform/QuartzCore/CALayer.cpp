@@ -1,4 +1,4 @@
-#include "platform/QuartzCore/CALayer.h"
+#include <ZuviSDK/QuartzCore/CALayer.h>
 
 #include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/QuartzCore/CALayerCache.h"
@@ -130,7 +130,7 @@ CGAffineTransform CALayer::transformToSuperlayer() const {
 }
 
 CGAffineTransform CALayer::presentedTransformToSuperlayer() const {
-  if (animations_.empty()) return transformToSuperlayer();
+  if (cache_->animations.empty()) return transformToSuperlayer();
   const LayerValue b = presented(LayerProperty::Bounds), p = presented(LayerProperty::Position);
   const LayerValue t = presented(LayerProperty::Transform);
   return placement({b[0], b[1], b[2], b[3]}, {t[0], t[1], t[2], t[3], t[4], t[5]},

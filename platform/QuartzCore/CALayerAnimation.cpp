@@ -1,4 +1,4 @@
-#include "platform/QuartzCore/CALayer.h"
+#include <ZuviSDK/QuartzCore/CALayer.h>
 
 #include "platform/QuartzCore/AnimationRetargeting.h"
 #include "platform/QuartzCore/CALayerCache.h"
@@ -56,7 +56,7 @@ LayerValue CALayer::model(LayerProperty property) const {
 }
 
 LayerValue CALayer::presented(LayerProperty property) const {
-  for (const auto& [key, running] : animations_)
+  for (const auto& [key, running] : cache_->animations)
     if (running.animation.property == property)
       return running.animation.valueAt(DispatchQueue::main().now());
   return model(property);
@@ -65,8 +65,8 @@ LayerValue CALayer::presented(LayerProperty property) const {
 void CALayer::willChange(LayerProperty property, const LayerValue& to) {
   AnimationGroup* group = AnimationGroup::current();
   if (!group || group->duration <= 0) {
-    const auto running = animations_.find(keyOf(property));
-    if (running == animations_.end()) return;
+    const auto running = cache_->animations.find(keyOf(property));
+    if (running == cache_->animations.end()) return;
     if (AnimationRetargeting::isOn())
       running->second.animation.to = to;
     else
@@ -87,42 +87,50 @@ void CALayer::willChange(LayerProperty property, const LayerValue& to) {
 void CALayer::addAnimation(const std::string& key, CABasicAnimation animation) {
   // Counted before an older animation of the same group is cut short, lest the group end there.
   if (animation.group) animation.group->added();
-  const auto older = animations_.find(key);
+  const auto older = cache_->animations.find(key);
   // A block that sets a value twice has not been cut short.
-  finish(key, older != animations_.end() && animation.group &&
+  finish(key, older != cache_->animations.end() && animation.group &&
                   older->second.animation.group == animation.group);
-  Running running{std::move(animation), 0};
+  Cache::Running running{std::move(animation), 0};
   const CABasicAnimation& added = running.animation;
   if (!added.repeatsForever) {
     MainQueue& queue = DispatchQueue::main();
     running.end = queue.asyncAfter(added.beginTime + added.duration - queue.now(),
                                    [this, key] { finish(key, true); });
   }
-  animations_.emplace(key, std::move(running));
+  cache_->animations.emplace(key, std::move(running));
   cache_->placementChanged = cache_->contentChanged = true;
   bubbleDirty();
 }
 
 void CALayer::finish(const std::string& key, bool finished) {
-  const auto found = animations_.find(key);
-  if (found == animations_.end()) return;
-  Running running = std::move(found->second);
-  animations_.erase(found);
+  const auto found = cache_->animations.find(key);
+  if (found == cache_->animations.end()) return;
+  Cache::Running running = std::move(found->second);
+  cache_->animations.erase(found);
   if (running.end) DispatchQueue::main().cancel(running.end);
   cache_->placementChanged = cache_->contentChanged = true;
   bubbleDirty();
   if (running.animation.group) running.animation.group->ended(finished);
 }
 
+bool CALayer::hasAnimations() const {
+  return !cache_->animations.empty();
+}
+
+double CALayer::presentedOpacity() const {
+  return presented(LayerProperty::Opacity)[0];
+}
+
 bool CALayer::isAnimating(LayerProperty property) const {
-  return std::any_of(animations_.begin(), animations_.end(), [property](const auto& entry) {
-    return entry.second.animation.property == property;
-  });
+  return std::any_of(
+      cache_->animations.begin(), cache_->animations.end(),
+      [property](const auto& entry) { return entry.second.animation.property == property; });
 }
 
 const CABasicAnimation* CALayer::animation(const std::string& key) const {
-  const auto found = animations_.find(key);
-  return found == animations_.end() ? nullptr : &found->second.animation;
+  const auto found = cache_->animations.find(key);
+  return found == cache_->animations.end() ? nullptr : &found->second.animation;
 }
 
 void CALayer::removeAnimation(const std::string& key) {
@@ -130,8 +138,8 @@ void CALayer::removeAnimation(const std::string& key) {
 }
 
 void CALayer::removeAllAnimations() {
-  while (!animations_.empty())
-    finish(animations_.begin()->first, false);
+  while (!cache_->animations.empty())
+    finish(cache_->animations.begin()->first, false);
 }
 
 } // namespace zuvi

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/QuartzCore/CALayer.h"
-#include "platform/QuartzCore/DrawingContext.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/QuartzCore/CALayer.h>
+#include <ZuviSDK/QuartzCore/DrawingContext.h>
 
 namespace zuvi {
 

@@ -1,6 +1,7 @@
 #include "platform/QuartzCore/DrawingContextGsk.h"
 
 #include "platform/CoreGraphics/CGImageGdk.h"
+#include "platform/CoreText/TextLayout.h"
 
 #include <cmath>
 #include <numbers>

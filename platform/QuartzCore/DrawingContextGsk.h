@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/QuartzCore/DrawingContext.h"
+#include <ZuviSDK/QuartzCore/DrawingContext.h>
 
 #include <gtk/gtk.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/QuartzCore/CALayer.h"
+#include <ZuviSDK/QuartzCore/CALayer.h>
 
 #include <gtk/gtk.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGColor.h"
-#include "platform/CoreGraphics/CGGeometry.h"
+#include <ZuviSDK/CoreGraphics/CGColor.h>
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
 
 #include <gtk/gtk.h>
 

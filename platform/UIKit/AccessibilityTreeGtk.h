@@ -2,7 +2,7 @@
 
 // What the desktop's assistive technology sees of the screen; only for the widget that shows it.
 
-#include "platform/UIKit/UIAccessibility.h"
+#include <ZuviSDK/UIKit/UIAccessibility.h>
 
 #include <map>
 #include <memory>

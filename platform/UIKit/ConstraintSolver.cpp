@@ -1,6 +1,6 @@
 #include "platform/UIKit/ConstraintSolver.h"
 
-#include "platform/UIKit/UIView.h"
+#include <ZuviSDK/UIKit/UIView.h>
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGGeometry.h"
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
 
 #include <map>
 #include <optional>

@@ -1,11 +1,11 @@
 #include "platform/UIKit/ForeignWidgetGtk.h"
 
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIImage.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/QuartzCore/DrawingContextGsk.h"
 #include "platform/UIKit/NodePictureGsk.h"
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIImage.h"
 #include "platform/UIKit/UIScreen.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 // How a widget of another library takes part in the screen; only for files that speak the
 // toolkit's language.
 
-#include "platform/CoreGraphics/CGGeometry.h"
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
 
 #include <memory>
 

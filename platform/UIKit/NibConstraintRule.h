@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UIKit/NSLayoutConstraint.h"
+#include <ZuviSDK/UIKit/NSLayoutConstraint.h>
 
 #include <optional>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/UIKit/UIColor.h"
-#include "platform/UIKit/UIFont.h"
+#include <ZuviSDK/UIKit/UIColor.h>
+#include <ZuviSDK/UIKit/UIFont.h>
 
 #include <memory>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGGeometry.h"
-#include "platform/CoreGraphics/CGImage.h"
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
+#include <ZuviSDK/CoreGraphics/CGImage.h>
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGImage.h"
-#include "platform/Export.h"
+#include <ZuviSDK/CoreGraphics/CGImage.h>
+#include <ZuviSDK/Export.h>
 #include "platform/UIKit/UIScreen.h"
 
 #include <memory>

@@ -1,10 +1,10 @@
 #include "platform/UIKit/Presentation.h"
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/UIKit/Transition.h"
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGImage.h"
+#include <ZuviSDK/CoreGraphics/CGImage.h>
 
 #include <memory>
 

@@ -1,10 +1,10 @@
-#include "platform/UIKit/ScreenWidget.h"
+#include <ZuviSDK/UIKit/ScreenWidget.h>
 
-#include "platform/Dispatch/MainLoop.h"
+#include <ZuviSDK/Dispatch/MainLoop.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "platform/QuartzCore/LayerRendererGsk.h"
 #include "platform/UIKit/AccessibilityTreeGtk.h"
 #include "platform/UIKit/ForeignWidgetGtk.h"
-#include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
 
 #include <utility>

@@ -1,9 +1,9 @@
 #include "platform/UIKit/StandardNibClasses.h"
 
-#include "platform/UIKit/UIActivityIndicatorView.h"
-#include "platform/UIKit/UIButton.h"
-#include "platform/UIKit/UIImageView.h"
-#include "platform/UIKit/UILabel.h"
+#include <ZuviSDK/UIKit/UIActivityIndicatorView.h>
+#include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "platform/UIKit/UIPageControl.h"
 #include "platform/UIKit/UIScrollView.h"
 #include "platform/UIKit/UITableView.h"

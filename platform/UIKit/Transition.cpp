@@ -1,7 +1,7 @@
 #include "platform/UIKit/Transition.h"
 
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIView.h"
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIView.h>
 
 #include <memory>
 #include <utility>

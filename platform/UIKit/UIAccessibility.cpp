@@ -1,9 +1,9 @@
-#include "platform/UIKit/UIAccessibility.h"
+#include <ZuviSDK/UIKit/UIAccessibility.h>
 
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIScrollView.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <map>
 #include <utility>

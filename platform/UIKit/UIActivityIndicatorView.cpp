@@ -1,5 +1,7 @@
-#include "platform/UIKit/UIActivityIndicatorView.h"
+#include <ZuviSDK/UIKit/UIActivityIndicatorView.h>
 
+#include "platform/QuartzCore/CAAnimation.h"
+#include "platform/QuartzCore/CAShapeLayer.h"
 #include "platform/UIKit/NibValues.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
-#include "platform/UIKit/UIAlertController.h"
+#include <ZuviSDK/UIKit/UIAlertController.h>
 
-#include "platform/UIKit/UIButton.h"
+#include <ZuviSDK/UIKit/UIButton.h>
 #include "platform/UIKit/UIScrollView.h"
 
 #include <algorithm>

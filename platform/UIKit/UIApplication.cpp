@@ -1,10 +1,10 @@
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/UIKit/UIApplication.h>
 
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/Dispatch/AssertMainQueue.h"
-#include "platform/Foundation/NotificationCenter.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIScrollView.h"
-#include "platform/UIKit/UIWindow.h"
 #include "platform/UIKit/URLOpener.h"
 
 #include <utility>

@@ -1,11 +1,11 @@
 // Keys, and how the focus goes among the views.
 
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIControl.h"
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIControl.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIScrollView.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "platform/UIKit/UIButton.h"
+#include <ZuviSDK/UIKit/UIButton.h>
 
 #include "platform/UIKit/NibValues.h"
 #include "platform/UIKit/UIImageNames.h"

@@ -1,4 +1,4 @@
-#include "platform/UIKit/UIColor.h"
+#include <ZuviSDK/UIKit/UIColor.h>
 
 #include <charconv>
 #include <cmath>

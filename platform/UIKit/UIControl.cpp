@@ -1,8 +1,8 @@
-#include "platform/UIKit/UIControl.h"
+#include <ZuviSDK/UIKit/UIControl.h>
 
-#include "platform/UIKit/KeyPress.h"
+#include <ZuviSDK/UIKit/KeyPress.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "platform/UIKit/NibValues.h"
-#include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScrollView.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/QuartzCore/DrawingContext.h"
-#include "platform/UIKit/UIImage.h"
+#include <ZuviSDK/QuartzCore/DrawingContext.h>
+#include <ZuviSDK/UIKit/UIImage.h>
 
 #include <functional>
 #include <memory>

@@ -1,7 +1,8 @@
-#include "platform/UIKit/UIImage.h"
+#include <ZuviSDK/UIKit/UIImage.h>
 
 #include "platform/Foundation/FileManager.h"
 #include "platform/ImageIO/ImageFile.h"
+#include "platform/ImageIO/SvgImage.h"
 #include "platform/UIKit/UIImageNames.h"
 
 #include <cmath>

@@ -1,6 +1,6 @@
-#include "platform/UIKit/UIImageView.h"
+#include <ZuviSDK/UIKit/UIImageView.h>
 
-#include "platform/QuartzCore/DrawingContext.h"
+#include <ZuviSDK/QuartzCore/DrawingContext.h>
 #include "platform/UIKit/UIImageNames.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
-#include "platform/UIKit/UILabel.h"
+#include <ZuviSDK/UIKit/UILabel.h>
 
-#include "platform/QuartzCore/DrawingContext.h"
+#include <ZuviSDK/QuartzCore/DrawingContext.h>
+#include "platform/CoreText/TextLayout.h"
 #include "platform/UIKit/NibValues.h"
 
 #include <algorithm>

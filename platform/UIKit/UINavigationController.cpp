@@ -1,7 +1,7 @@
-#include "platform/UIKit/UINavigationController.h"
+#include <ZuviSDK/UIKit/UINavigationController.h>
 
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "platform/UIKit/Transition.h"
-#include "platform/UIKit/UIApplication.h"
 
 #include <algorithm>
 #include <utility>

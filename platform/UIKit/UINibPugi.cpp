@@ -1,10 +1,10 @@
-#include "platform/UIKit/UINib.h"
+#include <ZuviSDK/UIKit/UINib.h>
 
+#include <ZuviSDK/UIKit/UIControl.h>
 #include "platform/Foundation/ClassName.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/UIKit/NibConstraintRule.h"
 #include "platform/UIKit/StandardNibClasses.h"
-#include "platform/UIKit/UIControl.h"
 #include "platform/UIKit/UIImageNames.h"
 
 #include <pugixml.hpp>

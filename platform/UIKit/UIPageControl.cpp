@@ -1,6 +1,6 @@
 #include "platform/UIKit/UIPageControl.h"
 
-#include "platform/QuartzCore/DrawingContext.h"
+#include <ZuviSDK/QuartzCore/DrawingContext.h>
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "platform/UIKit/UIScreen.h"
 
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/CoreText/TextLayout.h"
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGGeometry.h"
-#include "platform/Export.h"
-#include "platform/QuartzCore/CALayer.h"
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/QuartzCore/CALayer.h>
 
 #include <memory>
 #include <string>

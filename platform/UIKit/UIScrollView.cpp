@@ -1,6 +1,6 @@
 #include "platform/UIKit/UIScrollView.h"
 
-#include "platform/UIKit/KeyPress.h"
+#include <ZuviSDK/UIKit/KeyPress.h>
 
 #include <algorithm>
 #include <map>

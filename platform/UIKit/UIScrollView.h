@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/UIKit/UIView.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/UIKit/UIView.h>
 
 namespace zuvi {
 

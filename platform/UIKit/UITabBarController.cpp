@@ -1,6 +1,6 @@
 #include "platform/UIKit/UITabBarController.h"
 
-#include "platform/UIKit/UIButton.h"
+#include <ZuviSDK/UIKit/UIButton.h>
 
 namespace zuvi {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/UIKit/UIViewController.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
 
 #include <string>
 #include <vector>

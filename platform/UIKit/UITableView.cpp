@@ -1,8 +1,8 @@
 #include "platform/UIKit/UITableView.h"
 
-#include "platform/Foundation/Print.h"
-#include "platform/UIKit/KeyPress.h"
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/UIKit/KeyPress.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 
 #include <algorithm>
 

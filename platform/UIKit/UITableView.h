@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Foundation/Bundle.h"
-#include "platform/UIKit/UINib.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/Foundation/Bundle.h>
+#include <ZuviSDK/UIKit/UINib.h>
 #include "platform/UIKit/UIScrollView.h"
 
 #include <map>

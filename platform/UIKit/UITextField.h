@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/UIKit/UIControl.h"
-#include "platform/UIKit/UILabel.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/UIKit/UIControl.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 
 #include <string>
 

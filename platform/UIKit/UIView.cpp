@@ -1,11 +1,12 @@
-#include "platform/UIKit/UIView.h"
+#include <ZuviSDK/UIKit/UIView.h>
 
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/QuartzCore/AnimationRetargeting.h"
-#include "platform/UIKit/UIApplication.h"
+#include "platform/QuartzCore/CAAnimation.h"
 #include "platform/UIKit/UIScreen.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <algorithm>
 #include <limits>

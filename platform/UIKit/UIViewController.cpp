@@ -1,12 +1,13 @@
-#include "platform/UIKit/UIViewController.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
 
-#include "platform/Foundation/Print.h"
+#include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/UIKit/UINavigationController.h>
+#include <ZuviSDK/UIKit/UINib.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/UIKit/Presentation.h"
-#include "platform/UIKit/UINavigationController.h"
-#include "platform/UIKit/UINib.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UITabBarController.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <utility>
 

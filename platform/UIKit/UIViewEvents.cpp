@@ -1,7 +1,7 @@
 // How views hear touches, keys and focus.
 
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIView.h"
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIView.h>
 
 namespace zuvi {
 

@@ -1,12 +1,12 @@
 // How views come to their frames.
 
+#include <ZuviSDK/UIKit/UIView.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/QuartzCore/AnimationRetargeting.h"
 #include "platform/UIKit/ConstraintSolver.h"
 #include "platform/UIKit/UIScreen.h"
-#include "platform/UIKit/UIView.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The attributes of a nib that every view understands.
 
+#include <ZuviSDK/UIKit/UIView.h>
 #include "platform/UIKit/NibValues.h"
-#include "platform/UIKit/UIView.h"
 
 namespace zuvi {
 

@@ -1,8 +1,8 @@
-#include "platform/UIKit/UIWindow.h"
+#include <ZuviSDK/UIKit/UIWindow.h>
 
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
 #include "platform/UIKit/UIScreen.h"
-#include "platform/UIKit/UIViewController.h"
 
 #include <utility>
 

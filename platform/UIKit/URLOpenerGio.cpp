@@ -1,6 +1,6 @@
 #include "platform/UIKit/URLOpener.h"
 
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/UIKit/UIApplication.h>
 
 #include <filesystem>
 

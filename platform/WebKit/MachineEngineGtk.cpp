@@ -1,8 +1,8 @@
 #include "platform/WebKit/MachineEngine.h"
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/Print.h>
 #include "platform/Foundation/JSONSerialization.h"
-#include "platform/Foundation/Print.h"
 #include "platform/Foundation/ProcessInfo.h"
 #include "platform/WebKit/BorrowedEnvironment.h"
 #include "platform/WebKit/SandboxTrialGtk.h"

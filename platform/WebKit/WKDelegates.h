@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Foundation/Error.h"
-#include "platform/Foundation/URL.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/Foundation/Error.h>
+#include <ZuviSDK/Foundation/URL.h>
 
 #include <memory>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "platform/WebKit/WKWebView.h"
 
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "platform/UIKit/UIScreen.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Foundation/Error.h"
-#include "platform/Foundation/NotificationCenter.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/Foundation/Error.h>
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/Foundation/Value.h>
+#include <ZuviSDK/UIKit/UIImage.h>
 #include "platform/Foundation/URLSession.h"
-#include "platform/Foundation/Value.h"
-#include "platform/UIKit/UIImage.h"
 #include "platform/UIKit/UIScrollView.h"
 #include "platform/WebKit/WKDelegates.h"
 #include "platform/WebKit/WKWebViewConfiguration.h"

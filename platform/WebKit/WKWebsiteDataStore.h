@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Export.h"
+#include <ZuviSDK/Export.h>
 
 #include <functional>
 #include <string>

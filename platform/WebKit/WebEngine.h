@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/Export.h"
-#include "platform/Foundation/Error.h"
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/Foundation/Error.h>
+#include <ZuviSDK/Foundation/Value.h>
+#include <ZuviSDK/UIKit/UIImage.h>
 #include "platform/Foundation/URLSession.h"
-#include "platform/Foundation/Value.h"
-#include "platform/UIKit/UIImage.h"
 #include "platform/WebKit/WKDelegates.h"
 #include "platform/WebKit/WKWebViewConfiguration.h"
 #include "platform/WebKit/WKWebsiteDataStore.h"

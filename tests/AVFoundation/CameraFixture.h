@@ -1,13 +1,13 @@
 #pragma once
 
+#include <ZuviSDK/AVFoundation/HostCameraProvider.h>
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureStillImageOutput.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
-#include "platform/AVFoundation/HostCameraProvider.h"
 #include "platform/Dispatch/VirtualTime.h"
-#include "platform/Foundation/Make.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <chrono>

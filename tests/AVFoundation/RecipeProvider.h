@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/AVFoundation/CameraProvider.h"
+#include <ZuviSDK/AVFoundation/CameraProvider.h>
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/CameraStreamGStreamer.h"
-#include "platform/Foundation/Make.h"
 
 #include <atomic>
 

@@ -1,5 +1,5 @@
+#include <ZuviSDK/Foundation/Print.h>
 #include "platform/AVFoundation/AVError.h"
-#include "platform/Foundation/Print.h"
 #include "tests/AVFoundation/CameraFixture.h"
 #include "tests/AVFoundation/MediaReaderGStreamer.h"
 #include "tests/AVFoundation/RecipeProvider.h"

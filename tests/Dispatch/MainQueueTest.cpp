@@ -1,7 +1,7 @@
+#include <ZuviSDK/Dispatch/DelayedCalls.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Dispatch/MainLoop.h>
 #include "platform/Dispatch/AssertMainQueue.h"
-#include "platform/Dispatch/DelayedCalls.h"
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/Dispatch/MainLoop.h"
 #include "platform/Dispatch/VirtualTime.h"
 
 #include <atomic>

@@ -1,8 +1,8 @@
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/Foundation/Timer.h>
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
 #include "platform/CoreTelephony/CarrierProvider.h"
 #include "platform/Dispatch/VirtualTime.h"
-#include "platform/Foundation/NotificationCenter.h"
-#include "platform/Foundation/Timer.h"
 #include "tests/support/BusServiceGio.h"
 #include "tests/support/ScopedEnvironment.h"
 

@@ -1,6 +1,6 @@
+#include <ZuviSDK/Foundation/URL.h>
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/Foundation/Locale.h"
-#include "platform/Foundation/URL.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,9 @@
 // A frame draws no more than what has changed, and no less.
 
-#include "platform/UIKit/UIActivityIndicatorView.h"
-#include "platform/UIKit/UILabel.h"
+#include <ZuviSDK/QuartzCore/AnimationCurve.h>
+#include <ZuviSDK/UIKit/UIActivityIndicatorView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
+#include "platform/QuartzCore/CAShapeLayer.h"
 #include "tests/UIKit/ScreenFixture.h"
 
 #include <random>

@@ -1,7 +1,8 @@
 // What people find who don't see the screen, or don't point at it.
 
-#include "platform/UIKit/UIAlertController.h"
-#include "platform/UIKit/UIButton.h"
+#include <ZuviSDK/QuartzCore/AnimationCurve.h>
+#include <ZuviSDK/UIKit/UIAlertController.h>
+#include <ZuviSDK/UIKit/UIButton.h>
 #include "platform/UIKit/UIScrollView.h"
 #include "tests/UIKit/ControllerFixture.h"
 

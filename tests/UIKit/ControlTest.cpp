@@ -1,6 +1,6 @@
 // What controls hear of fingers and keys, and who has the focus.
 
-#include "platform/UIKit/UIButton.h"
+#include <ZuviSDK/UIKit/UIButton.h>
 #include "platform/UIKit/UITextField.h"
 #include "tests/UIKit/ScreenFixture.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UIKit/UINavigationController.h"
+#include <ZuviSDK/UIKit/UINavigationController.h>
 #include "tests/UIKit/ScreenFixture.h"
 
 namespace zuvi::test {

@@ -1,8 +1,8 @@
 // What nibs make, what they are refused for, and the frames that follow from their rules.
 
+#include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UINib.h>
 #include "platform/UIKit/NibConstraintRule.h"
-#include "platform/UIKit/UIButton.h"
-#include "platform/UIKit/UINib.h"
 #include "tests/UIKit/ScreenFixture.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,8 +1,8 @@
 // How addresses leave the program, with the desktop's own files.
 
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/Dispatch/MainLoop.h"
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Dispatch/MainLoop.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "tests/support/ScopedEnvironment.h"
 #include "tests/support/TemporaryFolder.h"
 

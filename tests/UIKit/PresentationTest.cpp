@@ -1,6 +1,6 @@
 // Screens laid over others.
 
-#include "platform/UIKit/UIAlertController.h"
+#include <ZuviSDK/UIKit/UIAlertController.h>
 #include "platform/UIKit/UIScrollView.h"
 #include "platform/UIKit/UITextField.h"
 #include "tests/UIKit/ControllerFixture.h"

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/Dispatch/VirtualTime.h"
 #include "platform/UIKit/OffscreenSurface.h"
 #include "platform/UIKit/ScreenPicture.h"
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 #include "tests/UIKit/Pixels.h"
 
 #include <gtest/gtest.h>

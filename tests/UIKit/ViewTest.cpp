@@ -1,5 +1,6 @@
 // The tree of views: edits, frames, and which view a touch finds.
 
+#include "platform/QuartzCore/CAAnimation.h"
 #include "tests/UIKit/ScreenFixture.h"
 
 #include <numbers>

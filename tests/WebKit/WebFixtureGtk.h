@@ -1,9 +1,9 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/ScreenWidget.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/UIKit/ScreenPicture.h"
-#include "platform/UIKit/ScreenWidget.h"
 #include "platform/UIKit/UIScreen.h"
-#include "platform/UIKit/UIWindow.h"
 #include "platform/WebKit/WKWebView.h"
 #include "tests/UIKit/Pixels.h"
 #include "tests/support/EngineAsRoot.h"

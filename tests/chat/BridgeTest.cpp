@@ -1,6 +1,6 @@
 // What the page says to the kit and the kit to the page.
 
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
+#include <ZuviSDK/LiveChatMessage.h>
 #include "kit/Helper/LiveChat/WebViewBridge.h"
 #include "tests/chat/ChatTest.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "kit/Helper/LiveChat/LiveChatConfiguration.h"
 #include "platform/Foundation/UserDefaults.h"
 #include "platform/UIKit/UIScreen.h"
-#include "platform/UIKit/UIWindow.h"
 #include "tests/kit/KitTest.h"
 
 namespace zuvi::test {

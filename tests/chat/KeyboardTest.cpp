@@ -1,7 +1,8 @@
 // How the page makes room for the keyboard, in numbers.
 
+#include <ZuviSDK/UIKit/UIImageView.h>
 #include "kit/Helper/LiveChat/WebViewAnimationCoordinator.h"
-#include "platform/UIKit/UIImageView.h"
+#include "platform/QuartzCore/CAAnimation.h"
 #include "tests/chat/ChatTest.h"
 
 namespace zuvi::test {

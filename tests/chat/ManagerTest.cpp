@@ -1,11 +1,11 @@
 // What stands behind the door to the chat: windows, states, counters and the delegate.
 
 #include "kit/Helper/LiveChat/Manager.h"
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
+#include <ZuviSDK/LiveChatMessage.h>
+#include <ZuviSDK/UIKit/UIAlertController.h>
 #include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
 #include "kit/Helper/ZVLocalization.h"
-#include "platform/UIKit/UIAlertController.h"
 #include "tests/chat/ChatTest.h"
 
 namespace zuvi::test {

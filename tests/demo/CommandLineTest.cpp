@@ -1,6 +1,6 @@
+#include <ZuviSDK/UIKit/UIButton.h>
 #include "demo/core/Driver.h"
 #include "demo/core/Options.h"
-#include "platform/UIKit/UIButton.h"
 #include "tests/UIKit/ScreenFixture.h"
 
 namespace zuvi::demo {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CoreGraphics/CGGeometry.h"
+#include <ZuviSDK/CoreGraphics/CGGeometry.h>
 #include "tests/sandbox/ServerFixture.h"
 #include "tests/support/ChildProcess.h"
 

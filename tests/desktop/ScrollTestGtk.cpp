@@ -1,11 +1,11 @@
 // A host's own window, in which the kit's screen stands above other contents: what the wheel and
 // the touchpad move.
 
-#include "platform/UIKit/ScreenWidget.h"
-#include "platform/UIKit/UIApplication.h"
+#include <ZuviSDK/UIKit/ScreenWidget.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/UIKit/UIScrollView.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 #include "tests/desktop/Compositor.h"
 #include "tests/support/ScopedEnvironment.h"
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIWindow.h>
+#include <ZuviSDK/ZVKYCButton.h>
 #include "demo/core/ViewTree.h"
 #include "kit/Helper/ZVLocalization.h"
-#include "kit/Main/Public/ZVKYCButton.h"
 #include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
 #include "kit/UI/ViewControllers/ZVDocumentListViewController.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
@@ -11,7 +12,6 @@
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 #include "platform/Foundation/ClassName.h"
-#include "platform/UIKit/UIWindow.h"
 #include "tests/kit/KitTest.h"
 
 namespace zuvi {

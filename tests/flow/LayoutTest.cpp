@@ -2,6 +2,7 @@
 // as a person may ask for: nothing is cut off, nothing collides.
 
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
+#include "platform/CoreText/TextLayout.h"
 #include "tests/flow/FlowTest.h"
 
 namespace zuvi {

@@ -1,12 +1,12 @@
 // The frame of the flow: what steps publish, its buttons, the keyboard, and the plain screens.
 
-#include "kit/Helper/LiveChat/LiveChat.h"
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
+#include <ZuviSDK/LiveChat.h>
+#include <ZuviSDK/LiveChatMessage.h>
+#include <ZuviSDK/UIKit/UIAlertController.h>
 #include "kit/Helper/LiveChat/Manager.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/Views/ZVDocumentButton.h"
 #include "platform/Foundation/UserDefaults.h"
-#include "platform/UIKit/UIAlertController.h"
 #include "tests/flow/FlowTest.h"
 
 namespace zuvi {

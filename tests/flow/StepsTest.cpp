@@ -1,7 +1,8 @@
 // Two tables: what each step shows in the frame and on itself, and which event each tap sends.
 
-#include "kit/Helper/LiveChat/LiveChat.h"
+#include <ZuviSDK/LiveChat.h>
 #include "kit/Helper/ZVExtensions.h"
+#include "platform/CoreText/TextLayout.h"
 #include "sandbox/core/api/Tracking.h"
 #include "tests/flow/FlowTest.h"
 

@@ -1,6 +1,7 @@
-// Loads the support chat's browser engine from where the kit is installed.
+// Opens the support chat, whose browser engine is loaded from where the kit is installed.
 
 #include <ZuviSDK/ZuviSDK.h>
+#include <ZuviSDK/ZuviUI.h>
 
 using namespace zuvi;
 
@@ -9,14 +10,18 @@ int main() {
   GtkWidget* window = gtk_window_new();
   gtk_window_set_child(GTK_WINDOW(window), screenWidgetNew());
   gtk_window_present(GTK_WINDOW(window));
-  bool loaded = false;
-  if (WKWebView::isAvailable())
-    WKWebsiteDataStore::defaultStore().fetchDataRecords([&](const auto&) {
-      loaded = WKWebView::isAvailable(); // no longer so where the module could not be loaded
-      MainLoop::stop();
-    });
-  else
-    MainLoop::attach();
-  if (WKWebView::isAvailable()) MainLoop::run();
-  return loaded ? 0 : 1;
+  const auto surface = make<UIWindow>();
+  surface->setRootViewController(make<UIViewController>());
+  surface->makeKeyAndVisible();
+  ZVEndpoints::chatTemplateURL() = "https://127.0.0.1:1/";
+  LiveChat::licenseId = "1";
+  LiveChat::presentChat(false);
+  LiveChat::clearSession(); // asks the engine what it has stored
+  // Known from when the engine's module was loaded.
+  const auto loaded = Timer::scheduled(0.1, Timer::Repeats::Yes, [] {
+    if (LiveChat::isSandboxed()) MainLoop::stop();
+  });
+  const auto late = Timer::scheduled(60, Timer::Repeats::No, &MainLoop::stop);
+  MainLoop::run();
+  return LiveChat::isSandboxed() ? 0 : 1;
 }

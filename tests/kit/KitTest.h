@@ -1,20 +1,20 @@
 #pragma once
 
-#include "kit/Main/Private/ZVEndpoints.h"
+#include <ZuviSDK/Foundation/Bundle.h>
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/ZVEndpoints.h>
+#include <ZuviSDK/ZVKYC.h>
 #include "kit/Main/Private/ZVKYCHelper.h"
-#include "kit/Main/Public/ZVKYC.h"
 #include "kit/Manager/ZVKYCManager.h"
 #include "platform/AVFoundation/ScriptedCamera.h"
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
 #include "platform/CoreTelephony/CarrierProvider.h"
 #include "platform/Dispatch/VirtualTime.h"
-#include "platform/Foundation/Bundle.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/JSONSerialization.h"
-#include "platform/Foundation/NotificationCenter.h"
-#include "platform/Foundation/Print.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "platform/UIKit/UIApplication.h"
 #include "tests/kit/Backend.h"
 #include "tests/support/ScriptedWebEngine.h"
 #include "tests/support/TemporaryFolder.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/AVFoundation/SystemCameraProvider.h"
+#include <ZuviSDK/AVFoundation/SystemCameraProvider.h>
 #include "platform/ImageIO/ImageFile.h"
 #include "tests/AVFoundation/CameraFixture.h"
 #include "tests/UIKit/Pixels.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Dispatch/DispatchQueue.h"
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include "platform/WebKit/WKWebView.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // The road from a camera of the kernel to preview, still and film, and what happens when it is
 // pulled out. Emulated machines are slow: a picture may be late, but it comes.
 
-#include "platform/AVFoundation/SystemCameraProvider.h"
+#include <ZuviSDK/AVFoundation/SystemCameraProvider.h>
 #include "platform/ImageIO/ImageFile.h"
 #include "tests/AVFoundation/CameraFixture.h"
 #include "tests/AVFoundation/MediaReaderGStreamer.h"

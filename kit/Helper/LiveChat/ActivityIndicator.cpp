@@ -1,8 +1,9 @@
 #include "kit/Helper/LiveChat/ActivityIndicator.h"
 
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "kit/Helper/LiveChat/LoadingViewDrawing.h"
 #include "kit/Helper/ZVLocalization.h"
-#include "platform/UIKit/UIApplication.h"
+#include "platform/QuartzCore/CAAnimation.h"
 
 #include <algorithm>
 #include <numbers>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "kit/Helper/LiveChat/ActivityIndicatorLayer.h"
-#include "platform/Foundation/NotificationCenter.h"
-#include "platform/UIKit/UILabel.h"
 
 namespace zuvi {
 

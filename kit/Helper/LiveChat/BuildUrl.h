@@ -1,7 +1,7 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/URL.h>
 #include "kit/Helper/LiveChat/LiveChatConfiguration.h"
-#include "platform/Foundation/URL.h"
 
 #include <optional>
 #include <string>

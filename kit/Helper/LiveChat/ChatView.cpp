@@ -1,13 +1,14 @@
 #include "kit/Helper/LiveChat/ChatView.h"
 
+#include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/QuartzCore/AnimationCurve.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/LiveChat/WebViewAnimationCoordinator.h"
 #include "kit/Helper/ZVLocalization.h"
-#include "kit/Main/Private/ZVEndpoints.h"
 #include "platform/Foundation/FileManager.h"
-#include "platform/Foundation/Print.h"
 #include "platform/Foundation/Utf8.h"
-#include "platform/UIKit/UIApplication.h"
 #include "platform/WebKit/WKWebsiteDataStore.h"
 
 #include <utility>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <ZuviSDK/Dispatch/DelayedCalls.h>
+#include <ZuviSDK/Foundation/Bundle.h>
 #include "kit/Helper/LiveChat/BuildUrl.h"
 #include "kit/Helper/LiveChat/ChatViewDelegate.h"
 #include "kit/Helper/LiveChat/JSONRequestCache.h"
@@ -7,8 +9,6 @@
 #include "kit/Helper/LiveChat/LiveChatConfiguration.h"
 #include "kit/Helper/LiveChat/LoadingView.h"
 #include "kit/Helper/LiveChat/WebViewBridge.h"
-#include "platform/Dispatch/DelayedCalls.h"
-#include "platform/Foundation/Bundle.h"
 #include "platform/WebKit/WKWebView.h"
 
 #include <functional>

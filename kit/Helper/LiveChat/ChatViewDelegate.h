@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Foundation/URL.h"
+#include <ZuviSDK/Foundation/URL.h>
 
 namespace zuvi {
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIButton.h>
 #include "platform/QuartzCore/CAShapeLayer.h"
-#include "platform/UIKit/UIButton.h"
 
 namespace zuvi {
 

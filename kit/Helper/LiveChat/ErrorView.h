@@ -1,7 +1,7 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Observed.h>
 #include "kit/Helper/LiveChat/ReloadButton.h"
-#include "platform/Foundation/Observed.h"
 #include "platform/UIKit/UIScrollView.h"
 
 namespace zuvi {

@@ -1,8 +1,8 @@
 #include "kit/Helper/LiveChat/JSONRequestCache.h"
 
-#include "kit/Main/Private/ZVEndpoints.h"
+#include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/ZVEndpoints.h>
 #include "platform/Foundation/JSONSerialization.h"
-#include "platform/Foundation/Print.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #include "kit/Helper/LiveChat/KeyboardNotification.h"
 
-#include "platform/UIKit/UIApplication.h"
-#include "platform/UIKit/UIWindow.h"
+#include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 
 #include <cmath>
 #include <limits>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/Foundation/NotificationCenter.h"
-#include "platform/UIKit/UIView.h"
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/UIKit/UIView.h>
 
 namespace zuvi {
 

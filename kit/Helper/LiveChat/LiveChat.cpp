@@ -1,4 +1,4 @@
-#include "kit/Helper/LiveChat/LiveChat.h"
+#include <ZuviSDK/LiveChat.h>
 
 #include "kit/Helper/LiveChat/Manager.h"
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <map>
+#include <ZuviSDK/CustomVariables.h>
+
 #include <string>
 
 namespace zuvi {
-
-/// What the page is told about the visitor, by name.
-using CustomVariables = std::map<std::string, std::string>;
 
 /// Whose chat it is, and who the visitor is.
 struct LiveChatConfiguration {

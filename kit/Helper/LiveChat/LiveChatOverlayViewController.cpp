@@ -1,9 +1,9 @@
 #include "kit/Helper/LiveChat/LiveChatOverlayViewController.h"
 
+#include <ZuviSDK/UIKit/UIAlertController.h>
 #include "kit/Helper/LiveChat/LiveChatState.h"
 #include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVLocalization.h"
-#include "platform/UIKit/UIAlertController.h"
 #include "platform/UIKit/UIScreen.h"
 
 namespace zuvi {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "kit/Helper/LiveChat/ChatState.h"
 #include "kit/Helper/LiveChat/ChatView.h"
 #include "kit/Helper/LiveChat/LiveChatOverlayViewControllerDelegate.h"
-#include "platform/UIKit/UIViewController.h"
-#include "platform/UIKit/UIWindow.h"
 
 namespace zuvi {
 

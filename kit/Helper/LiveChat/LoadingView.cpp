@@ -1,7 +1,8 @@
 #include "kit/Helper/LiveChat/LoadingView.h"
 
+#include <ZuviSDK/QuartzCore/AnimationCurve.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
 #include "kit/Helper/ZVLocalization.h"
-#include "platform/UIKit/UIWindow.h"
 
 namespace zuvi {
 

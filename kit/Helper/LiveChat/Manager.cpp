@@ -1,8 +1,8 @@
 #include "kit/Helper/LiveChat/Manager.h"
 
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
+#include <ZuviSDK/LiveChatMessage.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
-#include "platform/UIKit/UIApplication.h"
 #include "platform/UIKit/UIScreen.h"
 
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/Helper/LiveChat/LiveChatDelegate.h"
+#include <ZuviSDK/LiveChatDelegate.h>
 #include "kit/Helper/LiveChat/LiveChatOverlayViewController.h"
 #include "kit/Helper/LiveChat/PassThroughWindow.h"
 

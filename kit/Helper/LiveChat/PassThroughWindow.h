@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UIKit/UIWindow.h"
+#include <ZuviSDK/UIKit/UIWindow.h>
 
 namespace zuvi {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UIKit/UIButton.h"
+#include <ZuviSDK/UIKit/UIButton.h>
 
 namespace zuvi {
 

@@ -1,6 +1,6 @@
 #include "kit/Helper/LiveChat/WebViewAnimationCoordinator.h"
 
-#include "platform/UIKit/UIImageView.h"
+#include <ZuviSDK/UIKit/UIImageView.h>
 
 #include <algorithm>
 #include <utility>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ZuviSDK/QuartzCore/AnimationCurve.h>
 #include "kit/Helper/LiveChat/KeyboardNotification.h"
 #include "platform/WebKit/WKWebView.h"
 

@@ -1,7 +1,7 @@
 #include "kit/Helper/LiveChat/WebViewBridge.h"
 
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
-#include "platform/Foundation/Print.h"
+#include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/LiveChatMessage.h>
 #include "platform/WebKit/WKWebView.h"
 
 #include <charconv>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Observed.h>
+#include <ZuviSDK/Foundation/Value.h>
 #include "kit/Helper/LiveChat/WebViewBridgeDelegate.h"
-#include "platform/Foundation/Observed.h"
-#include "platform/Foundation/Value.h"
 
 #include <memory>
 #include <string>

@@ -1,4 +1,4 @@
-#include "kit/Main/Private/ZVEndpoints.h"
+#include <ZuviSDK/ZVEndpoints.h>
 
 #include "platform/Foundation/URLSession.h"
 

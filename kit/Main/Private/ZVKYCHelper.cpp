@@ -1,15 +1,15 @@
 #include "kit/Main/Private/ZVKYCHelper.h"
 
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/ZVEndpoints.h>
+#include <ZuviSDK/ZVKYC.h>
 #include "kit/Helper/ZVExtensions.h"
-#include "kit/Main/Private/ZVEndpoints.h"
-#include "kit/Main/Public/ZVKYC.h"
 #include "kit/Manager/ZVKYCManager.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/AVFoundation/FilmFile.h"
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
-#include "platform/Dispatch/DispatchQueue.h"
 #include "platform/Foundation/FileManager.h"
-#include "platform/Foundation/NotificationCenter.h"
 
 #include <algorithm>
 #include <cstdio>

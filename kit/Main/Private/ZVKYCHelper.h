@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Observed.h>
+#include <ZuviSDK/Foundation/Value.h>
 #include "kit/Main/Private/ZVKYCMerchant.h"
-#include "platform/Foundation/Observed.h"
-#include "platform/Foundation/Value.h"
 
 #include <deque>
 #include <memory>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Value.h>
+#include <ZuviSDK/UIKit/UIColor.h>
 #include "kit/Main/Private/ZVDocument.h"
 #include "kit/Main/Private/ZVLanguage.h"
-#include "platform/Foundation/Value.h"
-#include "platform/UIKit/UIColor.h"
 
 #include <optional>
 #include <string>

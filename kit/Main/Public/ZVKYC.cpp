@@ -1,8 +1,8 @@
-#include "kit/Main/Public/ZVKYC.h"
+#include <ZuviSDK/ZVKYC.h>
 
+#include <ZuviSDK/UIKit/UINib.h>
+#include <ZuviSDK/ZVKYCButton.h>
 #include "kit/Main/Private/ZVKYCHelper.h"
-#include "kit/Main/Public/ZVKYCButton.h"
-#include "platform/UIKit/UINib.h"
 
 #include <utility>
 

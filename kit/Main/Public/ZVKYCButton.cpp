@@ -1,5 +1,6 @@
-#include "kit/Main/Public/ZVKYCButton.h"
+#include <ZuviSDK/ZVKYCButton.h>
 
+#include <ZuviSDK/Foundation/Print.h>
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
@@ -7,7 +8,6 @@
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/CoreText/TextLayout.h"
-#include "platform/Foundation/Print.h"
 
 #include <algorithm>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "platform/AVFoundation/AVCaptureDevice.h"
-#include "platform/Dispatch/DelayedCalls.h"
-#include "platform/Foundation/Error.h"
-#include "platform/Foundation/NotificationCenter.h"
-#include "platform/UIKit/UILabel.h"
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/Dispatch/DelayedCalls.h>
+#include <ZuviSDK/Foundation/Error.h>
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 
 #include <functional>
 #include <memory>

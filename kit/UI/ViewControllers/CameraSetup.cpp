@@ -1,11 +1,11 @@
 #include "kit/UI/ViewControllers/CameraSetup.h"
 
-#include "platform/AVFoundation/AVCaptureDevice.h"
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/AVCaptureDeviceInput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/Foundation/Make.h"
 
 #include <utility>
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Data.h>
+#include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "kit/UI/ViewControllers/ZVScreen.h"
-#include "platform/Foundation/Data.h"
-#include "platform/UIKit/UIButton.h"
-#include "platform/UIKit/UIImageView.h"
-#include "platform/UIKit/UILabel.h"
 
 #include <string>
 

@@ -5,6 +5,7 @@
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/CoreText/TextLayout.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,5 +1,8 @@
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
@@ -7,12 +10,9 @@
 #include "kit/UI/ViewControllers/CameraSetup.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
-#include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureStillImageOutput.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
-#include "platform/Dispatch/DispatchQueue.h"
-#include "platform/UIKit/UIApplication.h"
 
 namespace zuvi {
 

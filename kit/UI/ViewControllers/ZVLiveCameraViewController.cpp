@@ -1,5 +1,8 @@
 #include "kit/UI/ViewControllers/ZVLiveCameraViewController.h"
 
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/Foundation/Timer.h>
 #include "kit/Helper/UIImage+Gif.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVLocalization.h"
@@ -8,14 +11,11 @@
 #include "kit/UI/ViewControllers/CameraSetup.h"
 #include "kit/UI/ViewControllers/ZVLivenessVerifyViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
-#include "platform/AVFoundation/AVCaptureDevice.h"
 #include "platform/AVFoundation/AVCaptureMovieFileOutput.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
-#include "platform/Dispatch/DispatchQueue.h"
 #include "platform/Foundation/DateFormatter.h"
 #include "platform/Foundation/FileManager.h"
-#include "platform/Foundation/Timer.h"
 
 #include <charconv>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Data.h>
+#include <ZuviSDK/UIKit/UIButton.h>
 #include "kit/UI/ViewControllers/ZVScreen.h"
-#include "platform/Foundation/Data.h"
-#include "platform/UIKit/UIButton.h"
 
 #include <optional>
 

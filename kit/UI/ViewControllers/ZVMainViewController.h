@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "kit/UI/ViewControllers/ZVScreen.h"
-#include "platform/UIKit/UIImageView.h"
-#include "platform/UIKit/UILabel.h"
 
 namespace zuvi {
 

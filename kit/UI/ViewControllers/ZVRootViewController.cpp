@@ -1,7 +1,10 @@
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 
-#include "kit/Helper/LiveChat/LiveChat.h"
-#include "kit/Helper/LiveChat/LiveChatMessage.h"
+#include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/LiveChat.h>
+#include <ZuviSDK/LiveChatMessage.h>
+#include <ZuviSDK/UIKit/UIAlertController.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
@@ -10,9 +13,7 @@
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVMainViewController.h"
 #include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
-#include "platform/AVFoundation/AVCaptureDevice.h"
-#include "platform/UIKit/UIAlertController.h"
-#include "platform/UIKit/UIApplication.h"
+#include "platform/CoreText/TextLayout.h"
 #include "platform/UIKit/UIScreen.h"
 
 #include <algorithm>

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "kit/Helper/LiveChat/LiveChatDelegate.h"
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/Foundation/Observed.h>
+#include <ZuviSDK/LiveChatDelegate.h>
+#include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UINavigationController.h>
 #include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
 #include "kit/UI/ViewControllers/ZVScreen.h"
-#include "platform/Foundation/NotificationCenter.h"
-#include "platform/Foundation/Observed.h"
-#include "platform/UIKit/UIButton.h"
-#include "platform/UIKit/UINavigationController.h"
 #include "platform/UIKit/UIPageControl.h"
 
 #include <functional>

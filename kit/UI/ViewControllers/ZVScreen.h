@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UIKit/UIViewController.h"
+#include <ZuviSDK/UIKit/UIViewController.h>
 
 #include <functional>
 #include <string>

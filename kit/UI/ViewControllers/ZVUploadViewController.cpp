@@ -1,5 +1,6 @@
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/Manager/ZVKYCManager.h"
@@ -8,7 +9,6 @@
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
-#include "platform/Dispatch/DispatchQueue.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Data.h>
+#include <ZuviSDK/UIKit/UIActivityIndicatorView.h>
+#include <ZuviSDK/UIKit/UIButton.h>
 #include "kit/UI/ViewControllers/ZVScreen.h"
-#include "platform/Foundation/Data.h"
-#include "platform/UIKit/UIActivityIndicatorView.h"
-#include "platform/UIKit/UIButton.h"
 
 #include <functional>
 #include <optional>

@@ -2,6 +2,7 @@
 
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/Views/ZVDocumentButton.h"
+#include "platform/CoreText/TextLayout.h"
 
 namespace zuvi {
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/Observed.h>
+#include <ZuviSDK/UIKit/UIButton.h>
 #include "kit/Main/Private/ZVDocument.h"
-#include "platform/Foundation/Observed.h"
-#include "platform/UIKit/UIButton.h"
 #include "platform/UIKit/UITableView.h"
 
 namespace zuvi {

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/Foundation/NotificationCenter.h>
+#include <ZuviSDK/Foundation/Observed.h>
+#include <ZuviSDK/UIKit/UIButton.h>
+
+#include <string>
+
+namespace zuvi {
+
+/// The launch button: put on a screen of the host, it wears the merchant's colour and starts a
+/// verification over whatever is showing. It needs nothing of the host but
+/// `ZVKYC::registerWithClientId`. Made with `make<ZVKYCButton>()`, or in a nib by its class name; a
+/// title and a background that the nib gives do not show. Main queue only.
+class ZUVI_API ZVKYCButton : public UIButton {
+public:
+  /// Without a frame the button is empty until layout or `setFrame` gives it a size.
+  /// @{
+  ZVKYCButton();
+  explicit ZVKYCButton(const CGRect& frame);
+  /// @}
+
+  /// The text. The default follows the merchant's language; one that the host sets stays.
+  Observed<std::string> title;
+
+  /// 280 x 60 points.
+  CGSize intrinsicContentSize() const override;
+  void layoutSubviews() override;
+  void awakeFromNib() override;
+  UIAccessibilityElement accessibilityElement() const override;
+  void describe(Value::Dictionary& description) const override;
+
+private:
+  void initialize();
+  void dress();
+  void takeFont();
+  void tapAction();
+  void merchantUpdated();
+
+  // What layout reckons with at the least, in points, however small the frame.
+  const double minimumHeight_ = 30;
+  const double minimumWidth_ = 200;
+  std::shared_ptr<UIImageView> leftBackgroundImageView_;
+  std::shared_ptr<UIImageView> leftIconImageView_;
+  std::shared_ptr<UIImageView> rightIconImageView_;
+  std::shared_ptr<UILabel> label_;
+  NotificationObserver merchantObserver_, fontObserver_;
+};
+
+} // namespace zuvi

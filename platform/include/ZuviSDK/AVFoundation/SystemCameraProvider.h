@@ -1,0 +1,48 @@
+#pragma once
+
+#include <ZuviSDK/AVFoundation/CameraProvider.h>
+#include <ZuviSDK/Export.h>
+
+#include <map>
+#include <mutex>
+
+namespace zuvi {
+
+class DeviceWatch;
+
+/// The machine's own cameras, which is what holds without `AVCaptureDevice::setProvider`. In a
+/// sandbox the camera portal asks for the permission and hands them over; elsewhere the permission
+/// is that to open a camera's device file.
+class ZUVI_API SystemCameraProvider final
+    : public CameraProvider,
+      public std::enable_shared_from_this<SystemCameraProvider> {
+public:
+  /// How the cameras are reached.
+  enum class Access { Devices, Portal };
+
+  /// `positions` tells by device file, unique id or name which way a camera looks whose device does
+  /// not say so. A side that is left without a camera is served as a person would expect: by the
+  /// only camera there is; of several, by a built-in one for the person and another for documents.
+  explicit SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions = {});
+  /// For tests; the other constructor finds out by itself.
+  SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions, Access access);
+
+  AVAuthorizationStatus authorizationStatus() override;
+  void requestAccess(std::function<void(bool granted)> answer) override;
+  std::vector<CameraDescription> devices() override;
+  bool areDevicesKnown() override;
+  std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
+
+private:
+  DeviceWatch* watch();
+  std::vector<CameraDescription> listed(const DeviceWatch& watch) const;
+  void answered(bool granted);
+
+  const std::map<std::string, AVCaptureDevicePosition> positions_;
+  const Access access_;
+  std::mutex mutex_;                    // guards what follows
+  DeviceWatch* behindPortal_ = nullptr; ///< once the user has granted the cameras
+  std::vector<std::function<void(bool)>> asking_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace zuvi {
+
+/// Seconds, also since an arbitrary fixed moment; never runs backwards.
+using TimeInterval = double;
+
+} // namespace zuvi

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/Foundation/Value.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// A folder of resources. Any thread, but for the info dictionary and the language, which are the
+/// main one's.
+class ZUVI_API Bundle {
+public:
+  /// The folder need not exist: then nothing is found in it.
+  explicit Bundle(std::string folder) : folder_(std::move(folder)) {}
+
+  /// The host program: the folder of its executable, and the information it gave about itself.
+  static Bundle& main();
+
+  /// The path of `name`.`type` in the bundle; absent when there is no such file. A name that would
+  /// leave the folder is never found.
+  std::optional<std::string> path(const std::string& name, const std::string& type) const;
+
+  /// The path as it was given.
+  const std::string& folder() const { return folder_; }
+  /// Empty until the host has said something.
+  const Value::Dictionary& infoDictionary() const { return info_; }
+  /// What the host says about itself, such as "CFBundleVersion".
+  void setInfoDictionary(Value::Dictionary info) { info_ = std::move(info); }
+
+  /// Which language its nibs are made in; empty unless somebody says.
+  std::string language() const { return language_ ? language_() : std::string(); }
+  /// Asked at each nib.
+  void setLanguage(std::function<std::string()> language) { language_ = std::move(language); }
+
+private:
+  std::string folder_;
+  Value::Dictionary info_;
+  std::function<std::string()> language_;
+};
+
+} // namespace zuvi

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <ZuviSDK/CoreGraphics/CGColor.h>
+#include <ZuviSDK/Export.h>
+
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// A colour as views take it.
+using UIColor = CGColor;
+
+/// "#RRGGBB" or "#RRGGBBAA" as nibs write it; absent for anything else.
+ZUVI_API std::optional<UIColor> colorFromText(const std::string& text);
+/// The text that `colorFromText` reads; without alpha when opaque.
+ZUVI_API std::string textFromColor(const UIColor& color);
+
+} // namespace zuvi

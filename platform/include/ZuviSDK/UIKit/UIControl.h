@@ -1,0 +1,75 @@
+#pragma once
+
+#include <ZuviSDK/Export.h>
+#include <ZuviSDK/UIKit/UIView.h>
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace zuvi {
+
+/// What a control tells its targets: a finger came down on it, was lifted on it (or less than 48
+/// points beside it) or further away; its value or text was changed by the person.
+enum class UIControlEvent {
+  TouchDown,
+  TouchUpInside,
+  TouchUpOutside,
+  ValueChanged,
+  EditingChanged
+};
+
+/// A view that acts when it is touched, or when Space or Return is pressed while it has the focus.
+class ZUVI_API UIControl : public UIView {
+public:
+  /// @cond
+  using UIView::UIView;
+  /// @endcond
+
+  /// `target` holds its receiver weakly, or is owned by it.
+  void addTarget(UIControlEvent event, std::function<void()> target);
+  /// Calls the targets of that event in the order in which they were added; they may take the
+  /// control off the screen.
+  void sendActions(UIControlEvent event);
+
+  /// True at start. Disabling ends a touch under way; a disabled control is not heard and takes no
+  /// focus.
+  /// @{
+  bool isEnabled() const { return enabled_; }
+  virtual void setEnabled(bool enabled);
+  /// @}
+  /// Whether a finger is down on it, or within its reach.
+  bool isHighlighted() const { return highlighted_; }
+  /// While a finger is down on it. Runs also when the value does not change.
+  virtual void setHighlighted(bool highlighted);
+
+  /// The action that the nib names; empty: none.
+  std::string actionName;
+
+  UIView* hitTest(CGPoint point) override;
+  void touchBegan(CGPoint point) override;
+  void touchMoved(CGPoint point) override;
+  void touchEnded(CGPoint point) override;
+  void touchCancelled() override;
+  bool canBecomeFirstResponder() const override { return enabled_; }
+  void didChangeFirstResponder(bool focused) override;
+  void layoutSubviews() override;
+  bool keyPressed(const KeyPress& key) override;
+  bool accessibilityActivate() override;
+  UIAccessibilityElement accessibilityElement() const override;
+  void describe(Value::Dictionary& description) const override;
+  bool setNibAttribute(const std::string& name, const std::string& value) override;
+
+private:
+  bool reaches(CGPoint point) const;
+  bool handOver(CGPoint point);
+
+  std::multimap<UIControlEvent, std::function<void()>> targets_;
+  bool enabled_ = true;
+  bool highlighted_ = false;
+  bool tracking_ = false;
+  CGPoint touchStart_;
+  std::shared_ptr<CALayer> focusRing_;
+};
+
+} // namespace zuvi
