@@ -10,7 +10,7 @@ namespace zuvi {
 
 /// A screen in memory, for machines without a display. One at a time; while it lives the screen
 /// draws here. Main queue only.
-class ZUVI_API OffscreenSurface final : public ScreenSurface {
+class ZUVI_API OffscreenSurface : public ScreenSurface {
 public:
   /// `size` in points, `scale` pixels a point.
   OffscreenSurface(CGSize size, double scale, UIEdgeInsets safeArea = {});

@@ -69,6 +69,7 @@ TEST_F(URLSessionTest, NoHeaderCanBeInjected) {
     request.allHTTPHeaderFields = fields;
     EXPECT_NE(send(request).code(), 0) << fields.begin()->first;
   }
+  EXPECT_EQ(send(to("http:///path")).code(), NSURLErrorBadURL);
   auto request = to(server.url("/"));
   request.httpMethod = "GET / HTTP/1.1" + evil + "\r\n\r\nGET";
   EXPECT_NE(send(request).code(), 0);
@@ -86,14 +87,15 @@ std::string gzipped(const std::string& bytes) {
 }
 
 TEST_F(URLSessionTest, AnswersAreBoundedUncompressed) {
-  const std::string most(1000, 'a'), tooMuch(1001, 'a');
+  const std::string most(1000, 'a'), tooMuch(1001, 'a'), kilobytes(90 << 10, 'a');
   const std::map<std::string, std::string> zipped{{"Content-Encoding", "gzip"}},
-      moved{{"Location", "/"}};
+      moved{{"Location", "/"}}, longHead{{"A", kilobytes}, {"B", kilobytes}, {"C", kilobytes}};
   const std::pair<Reply, bool> rows[] = {{{200, {}, most}, true},
                                          {{200, {}, tooMuch}, false},
                                          {{200, zipped, gzipped(most)}, true},
                                          {{200, zipped, gzipped(std::string(1 << 20, 'a'))}, false},
-                                         {{302, moved, tooMuch}, false}};
+                                         {{302, moved, tooMuch}, false},
+                                         {{200, longHead, most}, false}};
   for (const auto& [reply, taken] : rows) {
     const LoopbackServer server([&answer = reply](const Request&) { return answer; });
     auto request = to(server.url("/"));

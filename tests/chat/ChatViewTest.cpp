@@ -252,7 +252,12 @@ TEST_F(ChatViewTest, MovesInAndOutWithTheirCallbacks) {
   EXPECT_TRUE(ends.empty()) << "one movement at a time";
   time.advance(0.02);
   EXPECT_THAT(ends, ElementsAre(true));
+  EXPECT_EQ(web().frame().height, whole.height - 1) << "which makes the page lay itself out";
   time.advance(0.1);
+  EXPECT_EQ(web().frame(), whole);
+  web().setFrame({});
+  NotificationCenter::defaultCenter().post(UIKeyboardDidChangeFrameNotification);
+  time.advance(0);
   EXPECT_EQ(web().frame(), whole);
 
   UIApplication::shared().setActive(true);

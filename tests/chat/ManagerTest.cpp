@@ -16,6 +16,7 @@ struct Listener final : LiveChatDelegate {
   void received(const LiveChatMessage& message) override { heard.push_back(message.text); }
   void chatPresented() override { heard.emplace_back("presented"); }
   void chatDismissed() override { heard.emplace_back("dismissed"); }
+  void handleURL(const URL& url) override { heard.push_back(url.absoluteString()); }
 };
 
 /// The answers never matter here, so nothing is asked of the network.
@@ -69,6 +70,9 @@ TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
   EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0);
   say("b");
   EXPECT_THAT(listener->heard, ElementsAre("text a", "presented", "text b")) << "seen or not";
+  page()->client.decidePolicy(
+      {WKNavigationType::LinkActivated, URL::fromString("mailto:a@b"), true, true});
+  EXPECT_EQ(listener->heard.back(), "mailto:a@b");
   page()->client.didRefuseFiles();
   const auto overlay = manager->overlayViewController();
   const auto alert =

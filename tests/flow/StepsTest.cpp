@@ -1,4 +1,5 @@
-// Two tables: what each step shows in the frame and on itself, and which event each tap sends.
+// Two tables: what each step shows in the frame and on itself and says, and which event each tap
+// sends.
 
 #include <ZuviSDK/LiveChat.h>
 #include "kit/Helper/ZVExtensions.h"
@@ -38,7 +39,8 @@ protected:
     const auto camera = this->step<ZVKYCCameraViewController>();
     const std::string outline =
         camera ? "; " + camera->cardImageView.lock()->image()->name() : std::string();
-    seen.emplace(step + (page() == 3 ? " back" : ""), shown() + " | " + texts() + outline);
+    seen.emplace(step + (page() == 3 ? " back" : ""),
+                 shown() + " | " + texts() + outline + " | " + surface.spoken);
     EXPECT_EQ(back->isRunning(), camera != nullptr) << step;
     if (const auto upload = this->step<ZVUploadViewController>()) {
       EXPECT_EQ(textFromColor(upload->activityIndicator.lock()->color()), "#FFBD00");
@@ -73,6 +75,7 @@ TEST_F(StepsTest, EachShowsWhatItIsToShow) {
   tap("closeButtonTap");
   EXPECT_EQ(texts(),
             localized("cancelTitle") + "; " + localized("continue") + "; " + localized("cancel"));
+  EXPECT_EQ(surface.spoken, localized("cancelTitle"));
   const auto cancelText = std::dynamic_pointer_cast<UILabel>(demo::findView("cancelLabel", false));
   const auto fullStop = chrome.titleLabel.lock()->attributedText()->colors.at(0);
   EXPECT_EQ(fullStop.location, characterCount(title()) - 1);
@@ -90,12 +93,12 @@ TEST_F(StepsTest, EachShowsWhatItIsToShow) {
   tap("continueButton");
   const auto frame = [](const std::string& title, const std::string& more, const char* before,
                         const std::string& bottom, const std::string& dots,
-                        const std::vector<std::string>& texts) {
+                        const std::vector<std::string>& texts, const std::string& said = "") {
     std::string all = title + " | " + more + " |" + before + " infoButton closeButton | " + bottom +
                       " | " + dots + " | ";
     for (const std::string& text : texts)
       all += (&text == &texts.front() ? "" : "; ") + text;
-    return all;
+    return all + " | " + (said.empty() ? title : said);
   };
   const auto in = [](const char* key) { return localized(key); };
   const char *none = "", *goesBack = " backButton";
@@ -105,21 +108,28 @@ TEST_F(StepsTest, EachShowsWhatItIsToShow) {
       {"start", frame(in("startTitle"), "-", none, in("startButton"), first,
                       {in("startStepTitle"), "1", in("startStep1"), "2", in("startStep2"),
                        in("startInfo")})},
-      {"recorder", frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {in("record")})},
-      {"count-down", frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {"5", "00:07"})},
-      {"recording", frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {"00:05"})},
+      {"recorder", frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {in("record")},
+                         in("livenessCameraTitle") + " " + spoken("instruction"))},
+      {"count-down",
+       frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {"5", "00:07"}, "5")},
+      {"recording", frame(in("livenessCameraTitle"), "-", goesBack, "-", first, {"00:05"},
+                          spoken("recordingBegins"))},
       {"review", frame(in("livenessTitle"), "-", goesBack, in("continue"), "-",
-                       {in("livenessConfirmText"), in("retake")})},
-      {"upload",
-       frame(in("livenessTitle"), "-", goesBack, "-", "-", {in("uploadText"), in("retake")})},
+                       {in("livenessConfirmText"), in("retake")},
+                       in("livenessTitle") + " " + in("livenessConfirmText"))},
+      {"upload", frame(in("livenessTitle"), "-", goesBack, "-", "-",
+                       {in("uploadText"), in("retake")}, in("uploadText"))},
       {"national-id", frame(id, in("documentDescription"), goesBack, in("takePhoto"), "2 " + red,
-                            {in("frontSide"), side[0], side[1], "ZVFrontIneCard"})},
+                            {in("frontSide"), side[0], side[1], "ZVFrontIneCard"},
+                            in("frontSide") + ". " + id + " " + in("documentDescription"))},
       {"national-id back", frame(id, in("documentDescription"), goesBack, in("takePhoto"),
-                                 "3 " + red, {in("backSide"), side[0], side[1], "ZVBackIneCard"})},
+                                 "3 " + red, {in("backSide"), side[0], side[1], "ZVBackIneCard"},
+                                 in("backSide") + ". " + id + " " + in("documentDescription"))},
       {"list", frame(in("documentsTitle"), "-", goesBack, "-", "2 " + red,
                      {"PASSAPORTE", "CARTA DE CONDUÇÃO", "2 lados"})},
       {"passport", frame(in("passport") + ".", in("documentDescription"), goesBack, in("takePhoto"),
-                         "2 " + red, {" ", side[0], side[1], "ZVFrontIneCard"})},
+                         "2 " + red, {" ", side[0], side[1], "ZVFrontIneCard"},
+                         in("passport") + ". " + in("documentDescription"))},
       {"verified", frame(in("verifiedTitle"), "-", none, in("done"), "-", {})},
   };
   tapBottom();

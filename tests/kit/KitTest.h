@@ -39,6 +39,12 @@ private:
   }
 };
 
+struct SpeakingSurface final : OffscreenSurface {
+  using OffscreenSurface::OffscreenSurface;
+  std::string spoken; ///< what was announced last
+  void announce(const std::string& text) override { spoken = text; }
+};
+
 struct ScriptedCarrier final : CarrierProvider {
   std::optional<CTCarrier> carrier;
   std::optional<CTCarrier> subscriberCellularProvider() override { return carrier; }
@@ -124,7 +130,7 @@ protected:
   VirtualTime time;
   test::TemporaryFolder folder;
   const std::string documents = folder.path("documents");
-  OffscreenSurface surface{{375, 812}, 2, {44, 0, 34, 0}};
+  SpeakingSurface surface{{375, 812}, 2, {44, 0, 34, 0}};
   std::shared_ptr<ScriptedCameraProvider> cameras = make<ScriptedCameraProvider>();
   const std::shared_ptr<ScriptedCamera> front = cameras->front, back = cameras->back;
   std::shared_ptr<ScriptedCarrier> carrier = make<ScriptedCarrier>();

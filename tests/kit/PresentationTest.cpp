@@ -42,6 +42,25 @@ TEST_F(PresentationTest, FallsBackToEnglishThenToTheKey) {
     EXPECT_EQ(ZVLocalizationManager(path).translation("both"), "both");
 }
 
+TEST_F(PresentationTest, DownloadsPictures) {
+  const std::string picture = R"(<svg xmlns="http://www.w3.org/2000/svg" width="8" height="4"/>)";
+  backend.answer(picture);
+  const std::pair<std::string, bool> rows[] = {
+      {backend.url("/picture"), true},
+      {"file://" + folder.write("picture.svg", picture), true},
+      {"file://" + folder.write("text", "no picture"), false},
+      {"file://" + folder.path("none"), false},
+      {"ftp://host/", false}};
+  for (const auto& row : rows) {
+    std::optional<std::shared_ptr<const UIImage>> image;
+    downloadImage(URL::fromString(row.first).value(), [&](auto given) { image = given; });
+    ASSERT_TRUE(time.waitUntil([&] { return image.has_value(); })) << row.first;
+    EXPECT_EQ(*image != nullptr, row.second) << row.first;
+  }
+  EXPECT_THAT(printed, testing::Each(testing::StartsWith("Unable to load data: ")));
+  EXPECT_EQ(printed.size(), 2U);
+}
+
 TEST_F(PresentationTest, HasEveryTextInEveryLanguage) {
   const auto list = propertyListFromFile(zvKitBundle()->path("Localization", "plist").value());
   for (const auto& [key, texts] : *list.value().dictionary())
