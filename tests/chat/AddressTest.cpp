@@ -76,6 +76,8 @@ TEST_F(AddressTest, TemplateIsFetchedOnceAndKeptWhileItIsGood) {
   const auto fresh = std::make_shared<JSONRequestCache>();
   EXPECT_FALSE(request(*fresh)->first);
   EXPECT_THAT(printed(), ElementsAre("error: The answer is not JSON."));
+  answer({200, {}, R"({"chat_url":"a.b/c"})" + std::string(1 << 16, ' ')});
+  EXPECT_FALSE(request(*fresh)->first) << "too long for an address";
   for (const char* document : {R"({"chat_url":7})", "{}", "[1]"}) {
     answer({200, {}, document});
     EXPECT_FALSE(request(*fresh)) << document << " is never answered";

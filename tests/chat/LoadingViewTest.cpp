@@ -3,6 +3,8 @@
 #include "kit/Helper/LiveChat/LoadingView.h"
 #include "tests/UIKit/ScreenFixture.h"
 
+#include <numbers>
+
 namespace zuvi::test {
 namespace {
 
@@ -23,7 +25,10 @@ TEST_F(LoadingViewTest, TheWayOutComesLateWithTheSpinnerAndAtOnceWithAnError) {
   const auto isShown = [&](const UIView& part) { return part.superview() == view.get(); };
   const CGPoint close = view->closeButton()->center();
   EXPECT_TRUE(isShown(*view->activityIndicator()) && !isShown(*view->errorView()));
-  time.advance(2.9);
+  time.advance(0.25);
+  const auto ring = view->activityIndicator()->layer()->sublayers().front();
+  EXPECT_NEAR(ring->presented(LayerProperty::Rotation)[0], std::numbers::pi / 2, 1e-6);
+  time.advance(2.65);
   EXPECT_EQ(view->closeButton()->layer()->presentedOpacity(), 0);
   tap(close);
   EXPECT_EQ(presser->heard, "") << "it can't be seen yet";
@@ -39,6 +44,10 @@ TEST_F(LoadingViewTest, TheWayOutComesLateWithTheSpinnerAndAtOnceWithAnError) {
   EXPECT_EQ(view->closeButton()->layer()->presentedOpacity(), 1);
   EXPECT_TRUE(!isShown(*view->activityIndicator()) && isShown(*view->errorView()));
   EXPECT_FALSE(view->activityIndicator()->animating());
+  std::string texts;
+  for (const auto& item : UIAccessibility::items())
+    texts += item.element.name + "; ";
+  EXPECT_NE(texts.find("No; "), std::string::npos) << texts;
   const auto reload = view->errorView()->reloadButton();
   tap(reload->convertToScreen(reload->bounds()).center());
   EXPECT_TRUE(isShown(*view->activityIndicator()) && view->activityIndicator()->animating());

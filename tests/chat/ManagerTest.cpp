@@ -81,11 +81,19 @@ TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
   EXPECT_EQ(alert->message(), localized("chatTakesNoFiles"));
   alert->choose(0);
   time.advance(1);
-  manager->webViewBridge()->handle({{"messageType", "hideChatWindow"}});
-  time.advance(0.3);
-  EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0);
-  EXPECT_EQ(listener->heard.back(), "dismissed");
-  EXPECT_EQ(key(), host.get());
+  const std::function<void()> ways[] = {
+      [&] {
+        manager->webViewBridge()->handle({{"messageType", "hideChatWindow"}});
+      },
+      [&] { overlay->accessibilityPerformEscape(); }};
+  for (const auto& leave : ways) {
+    manager->presentChat(false, {});
+    leave();
+    time.advance(0.3);
+    EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0);
+    EXPECT_EQ(listener->heard.back(), "dismissed");
+    EXPECT_EQ(key(), host.get());
+  }
 }
 
 TEST_F(ManagerTest, APresentOnTheWayInEndsLikeOne) {

@@ -132,6 +132,14 @@ TEST_F(LaunchButtonTest, StandsInAHostsNib) {
   EXPECT_FALSE(isClipped("Verify yourself", 1.5)) << "larger text shrinks to fit";
   EXPECT_TRUE(isClipped("Verify your identity now", 1)) << "at its own size it does not";
 
+  button->setFrame({0, 0, 344, 68});
+  button->layoutIfNeeded();
+  const double icon = 344 * 26.0 / 334, left = 48 + icon + 4;
+  const CGRect places[] = {
+      {24, 4, icon, 60}, {344 - 27 - 24, 4, 27, 60}, {left, 0, 344 - 2 * left, 68}};
+  const auto parts = button->subviews();
+  const CGRect frames[] = {parts[2]->subviews()[0]->frame(), parts[3]->frame(), label->frame()};
+  EXPECT_THAT(frames, testing::ElementsAreArray(places));
   // Never laid out for less than 200 x 30; the words stand between the pictures.
   button->setFrame({0, 0, 100, 20});
   button->layoutIfNeeded();

@@ -78,6 +78,13 @@ TEST_F(GifTest, SaysWhatItCannotRead) {
                   "SwiftGif: The image has no frames"));
 }
 
+TEST_F(GifTest, ComesOverTheNetwork) {
+  backend.answer(makeGif(1, 1, {{.colors = "1", .delay = 30}}).string());
+  const auto image = gifFromURL(backend.url("/a.gif"));
+  ASSERT_TRUE(image);
+  EXPECT_DOUBLE_EQ(image->duration(), 0.3);
+}
+
 TEST_F(GifTest, KeepsNoProcessFromEnding) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(

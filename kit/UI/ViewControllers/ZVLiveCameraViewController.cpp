@@ -174,7 +174,6 @@ void ZVLiveCameraViewController::showIdle() {
 void ZVLiveCameraViewController::recordButtonTap() {
   if (takeUnderWay_) return;        // one timer, one film
   if (timer_) timer_->invalidate(); // of a take that gave no film
-  timer_ = nullptr;
   ZVAnalyticsManager::track(MixpanelEvent::livenessRecordClicked);
   if (const auto figure = startTimerLabel.lock()) {
     // An earlier take that gave no film has left it at zero or below.
