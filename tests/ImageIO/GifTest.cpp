@@ -1,4 +1,5 @@
 #include "platform/ImageIO/CGImageSource.h"
+#include "platform/ImageIO/ImageFile.h"
 #include "tests/support/GifBytes.h"
 
 #include <gtest/gtest.h>
@@ -76,6 +77,21 @@ TEST(Gif, SurvivesBytesThatLie) {
   EXPECT_TRUE(large->createImageAtIndex(0));
   EXPECT_EQ(pixelsOf(*large, 1), "none");
   EXPECT_EQ(CGImageSource::createWithData(makeGif(1, 1, {}))->count(), 0U);
+}
+
+TEST(Jpeg, IsDecodedWhenItsSizeCanBeBorne) {
+  // Grey, with one code in each table; what its data lack is grey as well.
+  const auto jpeg = [](char high, char low) {
+    const std::string code = '\1' + std::string(16, '\0'), size{high, low};
+    return Data("\xff\xd8\xff\xdb" + std::string("\0\x43\0", 3) + std::string(64, '\1') +
+                std::string("\xff\xc0\0\x0b\x8", 5) + size + size + std::string("\1\1\x11\0", 4) +
+                std::string("\xff\xc4\0\x14\0", 5) + code + std::string("\xff\xc4\0\x14\x10", 5) +
+                code + std::string("\xff\xda\0\x8\1\1\0\0\x3f\0\x3f\xff\xd9", 13));
+  };
+  const auto small = decodeImage(jpeg(0, 8));
+  ASSERT_TRUE(small);
+  EXPECT_EQ(small->width(), 8);
+  EXPECT_FALSE(decodeImage(jpeg(0x23, 0x28))) << "9000 by 9000";
 }
 
 } // namespace

@@ -18,7 +18,6 @@ LoadingView::LoadingView()
   errorView_->outletName = "errorView";
   closeButton_->outletName = "closeButton";
   addSubview(activityIndicator_);
-  addSubview(errorView_);
   addSubview(closeButton_);
 }
 
