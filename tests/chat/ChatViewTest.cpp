@@ -95,6 +95,8 @@ TEST_F(ChatViewTest, NothingOfThePageIsFetchedBeforeItWasOpenedOnce) {
   time.settle();
   EXPECT_THAT(page()->loads, ElementsAre(address + "&params=Merchant%3Da%2520b"));
   EXPECT_EQ(page()->userAgent, "Engine/1 WebView_Widget_iOS/2.0.7");
+  EXPECT_FALSE(page()->opaque);
+  EXPECT_EQ(page()->configuration.userContentController->userScripts().size(), 1U);
   time.advance(1);
   EXPECT_EQ(server.requests().size(), 1U) << "one request for all";
   view->customVariables = *view->customVariables;
@@ -227,6 +229,8 @@ TEST_F(ChatViewTest, NoPageLeavesAPersonWithoutAWayOut) {
 
   closeButton(*web().subviews().back())->sendActions(UIControlEvent::TouchUpInside);
   EXPECT_EQ(engine->pages.size(), 1U) << "the window has a way out of its own";
+  open()->client.didClose();
+  EXPECT_EQ(engine->pages.size(), 1U);
   open();
   page()->client.didCommit();
   EXPECT_EQ(engine->pages.size(), 1U) << "it goes with the page that opened it";
@@ -247,6 +251,8 @@ TEST_F(ChatViewTest, MovesInAndOutWithTheirCallbacks) {
   view->presentChat(true, note());
   const CGRect whole{0, 44, 375, 812 - 44 - 34};
   EXPECT_EQ(web().frame(), whole);
+  const LayerValue from = web().layer()->presented(LayerProperty::Position);
+  EXPECT_EQ(std::pair(from[0], from[1]), std::pair(375 / 2.0, 812 * 1.5)) << "below the screen";
   view->dismissChat(true, note());
   time.advance(0.49);
   EXPECT_TRUE(ends.empty()) << "one movement at a time";
@@ -259,6 +265,14 @@ TEST_F(ChatViewTest, MovesInAndOutWithTheirCallbacks) {
   NotificationCenter::defaultCenter().post(UIKeyboardDidChangeFrameNotification);
   time.advance(0);
   EXPECT_EQ(web().frame(), whole);
+  const auto at = [](int y) {
+    return Value::Dictionary{{"x", 0}, {"y", y}, {"width", 375}, {"height", 300}};
+  };
+  NotificationCenter::defaultCenter().post(
+      UIKeyboardWillShowNotification,
+      {{UIKeyboardFrameBeginUserInfoKey, at(812)}, {UIKeyboardFrameEndUserInfoKey, at(512)}});
+  time.advance(0);
+  EXPECT_THAT(page()->pictured, ElementsAre(whole.size())) << "it goes along";
 
   UIApplication::shared().setActive(true);
   UIApplication::shared().setActive(false);

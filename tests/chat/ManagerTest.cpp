@@ -67,7 +67,11 @@ TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
   EXPECT_EQ(UnreadMessagesCounter::counterValue(), 1);
   time.advance(0.6);
   EXPECT_TRUE(isPresented());
+  EXPECT_GT(manager->window()->windowLevel(), host->windowLevel());
   EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0);
+  manager->window()->setFrame({0, 0, 500, 600});
+  manager->window()->layoutIfNeeded();
+  EXPECT_EQ(manager->overlayViewController()->chatView()->frame(), (CGRect{0, 0, 500, 600}));
   say("b");
   EXPECT_THAT(listener->heard, ElementsAre("text a", "presented", "text b")) << "seen or not";
   page()->client.decidePolicy(
@@ -93,6 +97,8 @@ TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
     EXPECT_EQ(UnreadMessagesCounter::counterValue(), 0);
     EXPECT_EQ(listener->heard.back(), "dismissed");
     EXPECT_EQ(key(), host.get());
+    page()->client.didRefuseFiles();
+    EXPECT_FALSE(isPresented() || overlay->presentedViewController()) << "nobody is there to read";
   }
 }
 

@@ -1,4 +1,5 @@
 #include "kit/Helper/ZVLocalization.h"
+#include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
 #include "tests/flow/FlowTest.h"
 
 #include <regex>
@@ -45,6 +46,10 @@ TEST_F(RecorderTest, CountsSecondBySecond) {
   const std::string idle = "- " + localized("record");
   EXPECT_EQ(page(), 0) << "the dots stay as they were";
   EXPECT_EQ(shown(), idle);
+  const auto screen = step<ZVLiveCameraViewController>();
+  EXPECT_TRUE(std::dynamic_pointer_cast<AVCaptureVideoPreviewLayer>(
+      screen->view()->layer()->sublayers().front()));
+  EXPECT_EQ(screen->recordButton.lock()->accessibilityLabel, localized("record"));
   tap("recordButton");
   const char* expected[] = {"5 00:07", "4 00:07", "3 00:07", "2 00:07", "1 00:07", "- 00:07",
                             "- 00:06", "- 00:05", "- 00:04", "- 00:03", "- 00:02", "- 00:01"};

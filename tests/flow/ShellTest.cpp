@@ -153,6 +153,10 @@ TEST_F(ShellTest, ListsTheOptionalDocuments) {
     const auto row = std::dynamic_pointer_cast<ZVDocumentTableViewCell>(table->cellForRow(i));
     EXPECT_EQ(row->iconImageView.lock()->image(),
               icon(i == 1 ? ZVDocument::nationalId : ZVDocument::passport));
+    EXPECT_EQ(row->documentButton.lock()->layer()->borderWidth(), 1);
+    EXPECT_EQ(row->accessibilityLabel,
+              i == 1 ? name(ZVDocument::nationalId) + ", 2 " + localized("sides")
+                     : name(ZVDocument::passport));
     row->documentButton.lock()->sendActions(UIControlEvent::TouchUpInside);
     settle();
     EXPECT_EQ(step<ZVKYCCameraViewController>()->index, i == 1 ? 1 : 0);

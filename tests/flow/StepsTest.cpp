@@ -76,6 +76,7 @@ TEST_F(StepsTest, EachShowsWhatItIsToShow) {
   EXPECT_EQ(texts(),
             localized("cancelTitle") + "; " + localized("continue") + "; " + localized("cancel"));
   EXPECT_EQ(surface.spoken, localized("cancelTitle"));
+  EXPECT_EQ(demo::findView("cancelButton", false)->accessibilityLabel, localized("cancel"));
   const auto cancelText = std::dynamic_pointer_cast<UILabel>(demo::findView("cancelLabel", false));
   const auto fullStop = chrome.titleLabel.lock()->attributedText()->colors.at(0);
   EXPECT_EQ(fullStop.location, characterCount(title()) - 1);

@@ -134,12 +134,14 @@ TEST_F(LaunchButtonTest, StandsInAHostsNib) {
 
   button->setFrame({0, 0, 344, 68});
   button->layoutIfNeeded();
-  const double icon = 344 * 26.0 / 334, left = 48 + icon + 4;
+  const double side = 344 * 26.0 / 334, left = 48 + side + 4;
   const CGRect places[] = {
-      {24, 4, icon, 60}, {344 - 27 - 24, 4, 27, 60}, {left, 0, 344 - 2 * left, 68}};
+      {24, 4, side, 60}, {344 - 27 - 24, 4, 27, 60}, {left, 0, 344 - 2 * left, 68}};
   const auto parts = button->subviews();
   const CGRect frames[] = {parts[2]->subviews()[0]->frame(), parts[3]->frame(), label->frame()};
   EXPECT_THAT(frames, testing::ElementsAreArray(places));
+  for (const auto& icon : {parts[2]->subviews()[0], parts[3]})
+    EXPECT_TRUE(std::dynamic_pointer_cast<UIImageView>(icon)->image());
   // Never laid out for less than 200 x 30; the words stand between the pictures.
   button->setFrame({0, 0, 100, 20});
   button->layoutIfNeeded();
