@@ -17,6 +17,8 @@ LiveChatOverlayViewController::LiveChatOverlayViewController()
 void LiveChatOverlayViewController::viewDidLoad() {
   UIViewController::viewDidLoad();
   chatView_->delegate = std::static_pointer_cast<LiveChatOverlayViewController>(shared_from_this());
+  preloadingWindow_->setAlpha(0);
+  preloadingWindow_->setWindowLevel(UIWindow::levelNormal - 100.0);
   preloadingWindow_->addSubview(chatView_);
 }
 

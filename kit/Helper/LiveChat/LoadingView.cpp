@@ -18,6 +18,7 @@ LoadingView::LoadingView()
   errorView_->outletName = "errorView";
   closeButton_->outletName = "closeButton";
   addSubview(activityIndicator_);
+  addSubview(errorView_);
   addSubview(closeButton_);
 }
 

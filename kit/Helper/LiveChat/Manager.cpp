@@ -25,6 +25,7 @@ Manager::Manager()
 
 void Manager::didMake() {
   window_->setBackgroundColor(UIColor::clear());
+  window_->setFrame(UIScreen::main().bounds());
   window_->setWindowLevel(UIWindow::levelNormal + 1.0);
   window_->setRootViewController(overlayViewController_);
   webViewBridge_->delegate = weak_from_this();

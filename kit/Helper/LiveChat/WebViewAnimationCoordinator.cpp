@@ -83,6 +83,7 @@ void WebViewAnimationCoordinator::performAnimation(const std::shared_ptr<WKWebVi
   superView->addSubview(mask);
   mask->layer()->removeAllAnimations();
   webView->setTransform(webViewTransform);
+  webView->layer()->removeAllAnimations();
   UIView::animate(
       duration, 0, curve,
       [&] {

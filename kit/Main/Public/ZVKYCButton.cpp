@@ -31,6 +31,7 @@ void ZVKYCButton::initialize() {
                                  [this](const Notification&) { takeFont(); });
   addTarget(UIControlEvent::TouchUpInside, [this] { tapAction(); });
 
+  leftBackgroundImageView_->setClipsToBounds(true);
   addSubview(leftBackgroundImageView_);
   leftIconImageView_->setContentMode(UIViewContentMode::ScaleAspectFit);
   leftBackgroundImageView_->addSubview(leftIconImageView_);
