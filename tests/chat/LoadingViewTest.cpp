@@ -1,6 +1,7 @@
 // The view over a page that is not there and its ways out.
 
 #include "kit/Helper/LiveChat/LoadingView.h"
+#include "kit/Helper/LiveChat/LoadingViewDrawing.h"
 #include "tests/UIKit/ScreenFixture.h"
 
 #include <numbers>
@@ -25,6 +26,9 @@ TEST_F(LoadingViewTest, TheWayOutComesLateWithTheSpinnerAndAtOnceWithAnError) {
   const auto isShown = [&](const UIView& part) { return part.superview() == view.get(); };
   const CGPoint close = view->closeButton()->center();
   EXPECT_TRUE(isShown(*view->activityIndicator()) && !isShown(*view->errorView()));
+  EXPECT_EQ(view->activityIndicator()->center(), (CGPoint{160, 180}));
+  EXPECT_EQ(view->activityIndicator()->backgroundColor(), UIColor::white());
+  EXPECT_EQ(view->closeButton()->frame(), (CGRect{266, 10, 44, 44}));
   time.advance(0.25);
   const auto ring = view->activityIndicator()->layer()->sublayers().front();
   EXPECT_NEAR(ring->presented(LayerProperty::Rotation)[0], std::numbers::pi / 2, 1e-6);
@@ -48,7 +52,13 @@ TEST_F(LoadingViewTest, TheWayOutComesLateWithTheSpinnerAndAtOnceWithAnError) {
   for (const auto& item : UIAccessibility::items())
     texts += item.element.name + "; ";
   EXPECT_NE(texts.find("No; "), std::string::npos) << texts;
+  EXPECT_EQ(view->errorView()->center(), (CGPoint{160, 200}));
   const auto reload = view->errorView()->reloadButton();
+  EXPECT_EQ(reload->layer()->borderColor(), darkGrey);
+  EXPECT_EQ(reload->titleLabel()->textColor(), darkGrey);
+  reload->setHighlighted(true);
+  EXPECT_EQ(reload->backgroundColor(), darkGrey.withAlpha(0.5));
+  reload->setHighlighted(false);
   tap(reload->convertToScreen(reload->bounds()).center());
   EXPECT_TRUE(isShown(*view->activityIndicator()) && view->activityIndicator()->animating());
 

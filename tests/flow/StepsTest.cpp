@@ -44,7 +44,9 @@ protected:
     seen.emplace(step + (isDocument ? " back" : ""),
                  shown() + " | " + texts() + outline + " | " + surface.spoken);
     EXPECT_EQ(back->isRunning(), camera != nullptr) << step;
-    if (upload) EXPECT_EQ(textFromColor(upload->activityIndicator.lock()->color()), "#FFBD00");
+    if (upload) {
+      EXPECT_EQ(textFromColor(upload->activityIndicator.lock()->color()), "#FFBD00");
+    }
     step == "upload" ? backend.release() : backend.hold(); // it stays until it was seen
   }
 
