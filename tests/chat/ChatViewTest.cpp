@@ -4,6 +4,7 @@
 #include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "platform/QuartzCore/CAAnimation.h"
 #include "tests/chat/ChatTest.h"
 
 namespace zuvi::test {

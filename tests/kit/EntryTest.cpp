@@ -135,11 +135,14 @@ TEST_F(LaunchButtonTest, StandsInAHostsNib) {
   button->setFrame({0, 0, 344, 68});
   button->layoutIfNeeded();
   const double side = 344 * 26.0 / 334, left = 48 + side + 4;
-  const CGRect places[] = {
-      {24, 4, side, 60}, {344 - 27 - 24, 4, 27, 60}, {left, 0, 344 - 2 * left, 68}};
   const auto parts = button->subviews();
-  const CGRect frames[] = {parts[2]->subviews()[0]->frame(), parts[3]->frame(), label->frame()};
-  EXPECT_THAT(frames, testing::ElementsAreArray(places));
+  const std::pair<CGRect, CGRect> places[] = {{parts[2]->subviews()[0]->frame(), {24, 4, side, 60}},
+                                              {parts[3]->frame(), {344 - 27 - 24, 4, 27, 60}},
+                                              {label->frame(), {left, 0, 344 - 2 * left, 68}}};
+  for (const auto& [frame, place] : places)
+    for (const double miss : {frame.x - place.x, frame.y - place.y, frame.width - place.width,
+                              frame.height - place.height})
+      EXPECT_NEAR(miss, 0, 1e-9) << place.x;
   for (const auto& icon : {parts[2]->subviews()[0], parts[3]})
     EXPECT_TRUE(std::dynamic_pointer_cast<UIImageView>(icon)->image());
   // Never laid out for less than 200 x 30; the words stand between the pictures.
