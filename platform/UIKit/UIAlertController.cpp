@@ -9,7 +9,7 @@
 namespace zuvi {
 
 namespace {
-constexpr double boxWidth = 280, margin = 20, gap = 6, buttonHeight = 48; // points
+constexpr double largestWidth = 280, edge = 8, margin = 20, gap = 6, buttonHeight = 48; // points
 }
 
 UIAlertController::UIAlertController(std::string title, std::string message)
@@ -75,6 +75,9 @@ bool UIAlertController::accessibilityPerformEscape() {
 
 void UIAlertController::viewDidLayoutSubviews() {
   UIViewController::viewDidLayoutSubviews();
+  const CGRect all = view()->bounds();
+  const UIEdgeInsets safe = view()->safeAreaInsets();
+  const double boxWidth = std::min(largestWidth, all.width - safe.left - safe.right - 2 * edge);
   double y = margin;
   for (const auto& text : texts_) {
     const double height = text->sizeThatFits({boxWidth - 2 * margin, -1}).height;
@@ -83,8 +86,6 @@ void UIAlertController::viewDidLayoutSubviews() {
   }
   y += margin - gap;
   // A long text scrolls; the answers are always in sight.
-  const CGRect all = view()->bounds();
-  const UIEdgeInsets safe = view()->safeAreaInsets();
   const double room = all.height - safe.top - safe.bottom;
   const double answers = static_cast<double>(buttons_.size()) * buttonHeight;
   scroller_->setContentSize({boxWidth, y});

@@ -135,7 +135,13 @@ UIAccessibilityElement UILabel::accessibilityElement() const {
 void UILabel::describe(Value::Dictionary& description) const {
   UIView::describe(description);
   if (text_) description["text"] = text_->text;
+  if (text_ && !text_->colors.empty())
+    description["markColor"] = textFromColor(text_->colors.front().color) + " at " +
+                               std::to_string(text_->colors.front().location);
   description["textColor"] = textFromColor(color_);
+  std::ostringstream font;
+  font << font_->name() << ' ' << font_->pointSize();
+  description["font"] = font.str();
   description["clipped"] = isClipped();
 }
 

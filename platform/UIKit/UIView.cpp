@@ -200,6 +200,8 @@ void UIView::setContentMode(UIViewContentMode mode) {
 
 void UIView::describe(Value::Dictionary& description) const {
   if (backgroundColor().alpha > 0) description["color"] = textFromColor(backgroundColor());
+  if (layer_->cornerRadius() > 0) description["corner"] = layer_->cornerRadius();
+  if (layer_->borderWidth() > 0) description["border"] = textFromColor(layer_->borderColor());
 }
 
 UIAccessibilityElement UIView::accessibilityElement() const {

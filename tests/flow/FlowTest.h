@@ -145,6 +145,7 @@ protected:
     std::size_t told = 0;
     for (int count = 0; count < 20; count++) {
       const std::string screen = top();
+      EXPECT_EQ(back->isRunning(), screen == "ZVKYCCameraViewController");
       // An upload may be over before anybody looks.
       const auto& stack = shell().mainNC()->viewControllers();
       for (; told + 1 < stack.size(); told++)

@@ -1,1 +1,23 @@
 zuvi_test(flow LINKS zuvi_kit zuvi_demo_core zuvi_test_support GTest::gtest_main)
+
+# The layouts, in a folder of their own whose bundle has fonts that are alike on every machine.
+zuvi_test(flow/layout LINKS zuvi_kit zuvi_demo_core zuvi_test_support GTest::gtest_main)
+set(layout ${CMAKE_CURRENT_BINARY_DIR}/flow/layout)
+set(fonts ${layout}/fonts/ZVSFProText-Regular.otf ${layout}/fonts/ZVSFProText-Semibold.otf
+          ${layout}/fonts/ZVSFProText-Bold.otf)
+file(WRITE ${layout}/fonts.conf "<fontconfig><dir>${layout}/fonts</dir>"
+     "<cachedir>${layout}/cache</cachedir></fontconfig>\n")
+add_custom_command(
+  OUTPUT ${fonts}
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${layout}/fonts
+  COMMAND ${ZUVI_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/layout/make_fonts.py ${layout}/fonts
+  DEPENDS ${CMAKE_CURRENT_LIST_DIR}/layout/make_fonts.py)
+add_custom_target(zuvi_layout_bundle
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${PROJECT_BINARY_DIR}/ZuviSDK.bundle ${layout}/ZuviSDK.bundle
+  COMMAND ${CMAKE_COMMAND} -E copy ${fonts} ${layout}/ZuviSDK.bundle
+  DEPENDS ${fonts} VERBATIM)
+add_dependencies(zuvi_layout_bundle zuvi_bundle)
+add_dependencies(test_flow_layout zuvi_layout_bundle)
+set_target_properties(test_flow_layout PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${layout})
+target_compile_definitions(test_flow_layout PRIVATE
+  ZUVI_LAYOUTS="${CMAKE_CURRENT_LIST_DIR}/layout" ZUVI_LAYOUT_FOLDER="${layout}")

@@ -27,6 +27,8 @@ public:
 
   void layoutSubviews() override;
   CGSize intrinsicContentSize() const override { return {36, 36}; }
+  /// What it lies over stays in reach.
+  UIView* hitTest(CGPoint) override { return nullptr; }
   UIAccessibilityElement accessibilityElement() const override;
   void describe(Value::Dictionary& description) const override;
   bool setNibAttribute(const std::string& name, const std::string& value) override;
