@@ -2,18 +2,30 @@
 
 #include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/QuartzCore/CALayerCache.h"
+#include "platform/QuartzCore/LiveLayers.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace zuvi {
 
-CALayer::CALayer() : cache_(std::make_unique<Cache>()) {}
+namespace {
+std::size_t live = 0;
+}
+
+CALayer::CALayer() : cache_(std::make_unique<Cache>()) {
+  live++;
+}
 
 CALayer::~CALayer() {
+  live--;
   for (const auto& sublayer : sublayers_)
     sublayer->superlayer_ = nullptr;
   removeAllAnimations();
+}
+
+std::size_t liveLayers() {
+  return live;
 }
 
 void CALayer::draw(DrawingContext&) {}
