@@ -9,6 +9,7 @@
 #include "demo/core/DemoCameras.h"
 #include "demo/core/Driver.h"
 #include "demo/core/HostViewController.h"
+#include "platform/Dispatch/Clock.h"
 #include "platform/QuartzCore/LiveLayers.h"
 #include "platform/UIKit/OffscreenSurface.h"
 #include "sandbox/core/Server.h"
