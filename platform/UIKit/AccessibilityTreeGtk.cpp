@@ -20,39 +20,39 @@ constexpr guint updateAfter = 50; // milliseconds, in which changes gather
 // A widget with nothing of its own. The toolkit shows assistive technology an action for each that
 // the class has: hence a second class, for what can be clicked.
 
-struct ElementWidget {
+struct ZuviElementWidget {
   GtkWidget parent;
   std::weak_ptr<UIView>* view; ///< made and deleted with the widget
 };
-struct ElementWidgetClass {
+struct ZuviElementWidgetClass {
   GtkWidgetClass parent;
 };
-struct ClickableWidget {
-  ElementWidget parent;
+struct ZuviClickableWidget {
+  ZuviElementWidget parent;
 };
-struct ClickableWidgetClass {
-  ElementWidgetClass parent;
+struct ZuviClickableWidgetClass {
+  ZuviElementWidgetClass parent;
 };
 
-G_DEFINE_TYPE(ElementWidget, element_widget, GTK_TYPE_WIDGET)               // NOLINT
-G_DEFINE_TYPE(ClickableWidget, clickable_widget, element_widget_get_type()) // NOLINT
+G_DEFINE_TYPE(ZuviElementWidget, zuvi_element_widget, GTK_TYPE_WIDGET)                    // NOLINT
+G_DEFINE_TYPE(ZuviClickableWidget, zuvi_clickable_widget, zuvi_element_widget_get_type()) // NOLINT
 
 void dispose(GObject* object) {
   while (GtkWidget* child = gtk_widget_get_first_child(GTK_WIDGET(object)))
     gtk_widget_unparent(child);
-  G_OBJECT_CLASS(element_widget_parent_class)->dispose(object);
+  G_OBJECT_CLASS(zuvi_element_widget_parent_class)->dispose(object);
 }
 
-void element_widget_init(ElementWidget* me) { // NOLINT: named by the macro
+void zuvi_element_widget_init(ZuviElementWidget* me) { // NOLINT: named by the macro
   me->view = new std::weak_ptr<UIView>;
 }
 
 void finalize(GObject* object) {
-  delete reinterpret_cast<ElementWidget*>(object)->view;
-  G_OBJECT_CLASS(element_widget_parent_class)->finalize(object);
+  delete reinterpret_cast<ZuviElementWidget*>(object)->view;
+  G_OBJECT_CLASS(zuvi_element_widget_parent_class)->finalize(object);
 }
 
-void element_widget_class_init(ElementWidgetClass* type) { // NOLINT: named by the macro
+void zuvi_element_widget_class_init(ZuviElementWidgetClass* type) { // NOLINT: named by the macro
   gtk_widget_class_set_css_name(GTK_WIDGET_CLASS(type), "zuvi-element"); // no theme's margins
   G_OBJECT_CLASS(type)->dispose = dispose;
   G_OBJECT_CLASS(type)->finalize = finalize;
@@ -61,17 +61,18 @@ void element_widget_class_init(ElementWidgetClass* type) { // NOLINT: named by t
 void click(GtkWidget* widget, const char*, GVariant*) {
   UIApplication& application = UIApplication::shared();
   if (application.isIgnoringInteractionEvents()) return;
-  const auto view = reinterpret_cast<ElementWidget*>(widget)->view->lock();
+  const auto view = reinterpret_cast<ZuviElementWidget*>(widget)->view->lock();
   if (!view) return;
   application.setKeyboardInUse(true); // the focus is to follow the screens
   view->accessibilityActivate();
 }
 
-void clickable_widget_class_init(ClickableWidgetClass* type) { // NOLINT: named by the macro
+void zuvi_clickable_widget_class_init(
+    ZuviClickableWidgetClass* type) { // NOLINT: named by the macro
   gtk_widget_class_install_action(GTK_WIDGET_CLASS(type), "click", nullptr, click);
 }
 
-void clickable_widget_init(ClickableWidget*) {} // NOLINT: named by the macro
+void zuvi_clickable_widget_init(ZuviClickableWidget*) {} // NOLINT: named by the macro
 
 GtkAccessibleRole toolkitRole(Role role) {
   switch (role) {
@@ -105,9 +106,9 @@ bool takesFocus(Role role) {
 }
 
 GType typeOf(Role role) {
-  if (takesFocus(role)) return clickable_widget_get_type();
+  if (takesFocus(role)) return zuvi_clickable_widget_get_type();
   // What has a value must be of a class that has one.
-  return role == Role::PageControl ? GTK_TYPE_LEVEL_BAR : element_widget_get_type();
+  return role == Role::PageControl ? GTK_TYPE_LEVEL_BAR : zuvi_element_widget_get_type();
 }
 
 /// Hidden, and the caller's own.
@@ -239,8 +240,8 @@ void AccessibilityTree::refresh(Entry& entry, const UIAccessibility::Item& item)
   const UIAccessibilityElement& now = item.element;
   const UIAccessibilityElement before = std::exchange(entry.element, now);
   GtkWidget* widget = entry.widget;
-  if (G_TYPE_CHECK_INSTANCE_TYPE(widget, element_widget_get_type()))
-    *reinterpret_cast<ElementWidget*>(widget)->view = item.view->weak_from_this();
+  if (G_TYPE_CHECK_INSTANCE_TYPE(widget, zuvi_element_widget_get_type()))
+    *reinterpret_cast<ZuviElementWidget*>(widget)->view = item.view->weak_from_this();
   if (now.name != before.name) setText(widget, GTK_ACCESSIBLE_PROPERTY_LABEL, now.name);
   if (now.value != before.value) setText(widget, GTK_ACCESSIBLE_PROPERTY_DESCRIPTION, now.value);
   if (now.enabled != before.enabled) {
@@ -302,7 +303,7 @@ void AccessibilityTree::speak(const std::string& text) {
                           GTK_ACCESSIBLE_ANNOUNCEMENT_PRIORITY_MEDIUM);
 #else
   silence();
-  if (!alert_) alert_ = makeWidget(GTK_ACCESSIBLE_ROLE_ALERT, element_widget_get_type());
+  if (!alert_) alert_ = makeWidget(GTK_ACCESSIBLE_ROLE_ALERT, zuvi_element_widget_get_type());
   setText(alert_, GTK_ACCESSIBLE_PROPERTY_LABEL, text);
   insert(alert_, screen_, gtk_widget_get_last_child(screen_));
   GtkRoot* top = gtk_widget_get_root(screen_);

@@ -13,7 +13,7 @@ using namespace zuvi;
 
 namespace {
 
-struct ScreenWidget {
+struct ZuviScreenWidget {
   GtkWidget parent;
   UIEdgeInsets safeArea;
   ScreenSurface* surface;
@@ -25,11 +25,11 @@ struct ScreenWidget {
   guint32 moved;    ///< `pressed` of the Tab that has moved the focus
 };
 
-struct ScreenWidgetClass {
+struct ZuviScreenWidgetClass {
   GtkWidgetClass parent;
 };
 
-G_DEFINE_TYPE(ScreenWidget, screen_widget, GTK_TYPE_WIDGET) // NOLINT: the macro's own code
+G_DEFINE_TYPE(ZuviScreenWidget, zuvi_screen_widget, GTK_TYPE_WIDGET) // NOLINT: the macro's own code
 
 /// The one that shows the screen; another may take it over before the first is gone.
 GtkWidget* current = nullptr;
@@ -38,8 +38,8 @@ GtkWidget* current = nullptr;
 enum class Phase { Idle, Layout, Drawing };
 Phase phase = Phase::Idle;
 
-ScreenWidget* self(gpointer widget) {
-  return reinterpret_cast<ScreenWidget*>(widget);
+ZuviScreenWidget* self(gpointer widget) {
+  return reinterpret_cast<ZuviScreenWidget*>(widget);
 }
 
 void requestFrame(GtkWidget* widget) {
@@ -98,7 +98,7 @@ void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
   screen.takeDamage(); // the toolkit finds out by itself what differs
   if (frame.node) gtk_snapshot_append_node(snapshot, frame.node);
   // The frame clock runs just as long as something moves by itself.
-  ScreenWidget* me = self(widget);
+  ZuviScreenWidget* me = self(widget);
   if (frame.animating && !me->tick)
     me->tick = gtk_widget_add_tick_callback(widget, onTick, nullptr, nullptr);
   if (!frame.animating && me->tick) {
@@ -190,7 +190,7 @@ gboolean onKeyComing(GtkEventControllerKey* controller, guint, guint, GdkModifie
   return FALSE;
 }
 
-gboolean handKey(ScreenWidget* me, const KeyPress& key) {
+gboolean handKey(ZuviScreenWidget* me, const KeyPress& key) {
   UIApplication& application = UIApplication::shared();
   if (key.isTab()) me->moved = me->pressed;
   me->leaving = key.isTab() && application.isFocusAtEnd(key.isBackTab());
@@ -202,7 +202,7 @@ gboolean handKey(ScreenWidget* me, const KeyPress& key) {
 
 gboolean onKey(GtkEventControllerKey*, guint value, guint code, GdkModifierType state,
                gpointer widget) {
-  ScreenWidget* me = self(widget);
+  ZuviScreenWidget* me = self(widget);
   KeyPress key;
   key.repeats = code != 0 && std::exchange(me->held, code) == code; // the toolkit does not say
   if (const char* name = gdk_keyval_name(value)) key.name = name;
@@ -229,7 +229,7 @@ void onFocusGone(GtkEventControllerFocus*, gpointer widget) {
 /// Among our layers the focus goes its own way: a widget that has no more use for Tab says so here.
 /// WebKit 2.50 then sends the key on to `onKey` as well, 2.54 does not; each key moves once.
 gboolean focus(GtkWidget* widget, GtkDirectionType direction) {
-  ScreenWidget* me = self(widget);
+  ZuviScreenWidget* me = self(widget);
   const bool within = gtk_widget_is_focus(widget) || gtk_widget_get_focus_child(widget);
   if (within && me->leaving) return FALSE;
   if (within && (gtk_widget_is_focus(widget) || me->moved == me->pressed))
@@ -264,7 +264,7 @@ void onFontResolution(GtkSettings* settings, GParamSpec*, gpointer widget) {
 }
 
 void root(GtkWidget* widget) {
-  GTK_WIDGET_CLASS(screen_widget_parent_class)->root(widget);
+  GTK_WIDGET_CLASS(zuvi_screen_widget_parent_class)->root(widget);
   GtkSettings* settings = gtk_widget_get_settings(widget);
   g_signal_handlers_disconnect_by_func(settings, gpointer(onFontResolution), widget);
   g_signal_connect_object(settings, "notify::gtk-xft-dpi", G_CALLBACK(onFontResolution), widget,
@@ -279,11 +279,11 @@ void root(GtkWidget* widget) {
 void unroot(GtkWidget* widget) {
   g_signal_handlers_disconnect_by_func(gtk_widget_get_root(widget), gpointer(onActive), widget);
   if (widget == current) UIApplication::shared().setActive(false);
-  GTK_WIDGET_CLASS(screen_widget_parent_class)->unroot(widget);
+  GTK_WIDGET_CLASS(zuvi_screen_widget_parent_class)->unroot(widget);
 }
 
 void realize(GtkWidget* widget) {
-  GTK_WIDGET_CLASS(screen_widget_parent_class)->realize(widget);
+  GTK_WIDGET_CLASS(zuvi_screen_widget_parent_class)->realize(widget);
   const char* changes = GTK_CHECK_VERSION(4, 12, 0) ? "notify::scale" : "notify::scale-factor";
   GdkSurface* surface = gtk_native_get_surface(gtk_widget_get_native(widget));
   g_signal_handlers_disconnect_by_func(surface, gpointer(onScale), widget);
@@ -292,7 +292,7 @@ void realize(GtkWidget* widget) {
 }
 
 void dispose(GObject* object) {
-  ScreenWidget* me = self(object);
+  ZuviScreenWidget* me = self(object);
   if (me->surface) {
     if (current == GTK_WIDGET(object)) {
       ForeignWidget::setScreen(nullptr);
@@ -304,10 +304,10 @@ void dispose(GObject* object) {
     delete me->tree;
     me->tree = nullptr;
   }
-  G_OBJECT_CLASS(screen_widget_parent_class)->dispose(object);
+  G_OBJECT_CLASS(zuvi_screen_widget_parent_class)->dispose(object);
 }
 
-void screen_widget_class_init(ScreenWidgetClass* type) { // NOLINT: named by the macro
+void zuvi_screen_widget_class_init(ZuviScreenWidgetClass* type) { // NOLINT: named by the macro
   GtkWidgetClass* widget = GTK_WIDGET_CLASS(type);
   widget->snapshot = snapshot;
   widget->size_allocate = sizeAllocate;
@@ -318,7 +318,7 @@ void screen_widget_class_init(ScreenWidgetClass* type) { // NOLINT: named by the
   G_OBJECT_CLASS(type)->dispose = dispose;
 }
 
-void screen_widget_init(ScreenWidget* me) { // NOLINT: named by the macro
+void zuvi_screen_widget_init(ZuviScreenWidget* me) { // NOLINT: named by the macro
   GtkWidget* widget = GTK_WIDGET(me);
   gtk_widget_set_focusable(widget, TRUE);
   gtk_widget_set_hexpand(widget, TRUE);
@@ -357,10 +357,10 @@ void screen_widget_init(ScreenWidget* me) { // NOLINT: named by the macro
 
 } // namespace
 
-GtkWidget* zuvi::screenWidgetNew(double top, double right, double bottom, double left) {
+GtkWidget* zuvi::screenWidgetNew(UIEdgeInsets safeArea) {
   MainLoop::attach();
-  auto* widget = GTK_WIDGET(g_object_new(screen_widget_get_type(), nullptr));
-  self(widget)->safeArea = {top, left, bottom, right};
+  auto* widget = GTK_WIDGET(g_object_new(zuvi_screen_widget_get_type(), nullptr));
+  self(widget)->safeArea = safeArea;
   if (current) self(current)->tree->clear();
   current = widget;
   UIScreen::main().setSurface(self(widget)->surface);

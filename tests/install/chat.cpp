@@ -1,4 +1,5 @@
-// Opens the support chat, whose browser engine is loaded from where the kit is installed.
+// Opens the support chat, whose browser engine is loaded from where the kit is installed, in a
+// program that has types of its own under plain names.
 
 #include <ZuviSDK/ZuviSDK.h>
 #include <ZuviSDK/ZuviUI.h>
@@ -7,6 +8,9 @@ using namespace zuvi;
 
 int main() {
   gtk_init();
+  for (const char* name : {"ScreenWidget", "ElementWidget", "ClickableWidget", "PageWidget"})
+    g_type_register_static_simple(GTK_TYPE_BOX, name, sizeof(GtkBoxClass), nullptr, sizeof(GtkBox),
+                                  nullptr, GTypeFlags(0));
   GtkWidget* window = gtk_window_new();
   gtk_window_set_child(GTK_WINDOW(window), screenWidgetNew());
   gtk_window_present(GTK_WINDOW(window));
