@@ -1,4 +1,4 @@
-zuvi_bench(chat_frame_bench LINKS zuvi_kit zuvi_sandbox_core)
+zuvi_bench(chat_frame_bench LINKS zuvi_kit zuvi_testing_dispatch zuvi_sandbox_core)
 if(NOT ZUVI_CHAT)
   return()
 endif()

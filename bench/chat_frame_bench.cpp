@@ -10,11 +10,11 @@
 #include <ZuviSDK/ZVEndpoints.h>
 #include "bench/Measure.h"
 #include "kit/Helper/LiveChat/Manager.h"
-#include "platform/Dispatch/VirtualTime.h"
 #include "platform/Foundation/UserDefaults.h"
 #include "platform/UIKit/OffscreenSurface.h"
+#include "testing/Dispatch/VirtualTime.h"
+#include "testing/WebKit/ScriptedWebEngine.h"
 #include "tests/support/LoopbackServer.h"
-#include "tests/support/ScriptedWebEngine.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>

@@ -14,9 +14,9 @@
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 #include "kit/UI/ViewControllers/ZVVerifiedViewController.h"
-#include "platform/AVFoundation/ScriptedCamera.h"
-#include "platform/Dispatch/VirtualTime.h"
 #include "platform/UIKit/OffscreenSurface.h"
+#include "testing/AVFoundation/ScriptedCamera.h"
+#include "testing/Dispatch/VirtualTime.h"
 
 #include <cstring>
 #include <memory>

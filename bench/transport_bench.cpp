@@ -5,8 +5,8 @@
 #include "bench/Measure.h"
 #include "bench/UploadSink.h"
 #include "kit/Manager/ZVKYCManager.h"
-#include "platform/Dispatch/VirtualTime.h"
 #include "sandbox/core/tls/ServerCredentials.h"
+#include "testing/Dispatch/VirtualTime.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <curl/curl.h>

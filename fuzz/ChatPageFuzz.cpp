@@ -5,9 +5,9 @@
 #include <ZuviSDK/ZVEndpoints.h>
 #include "fuzz/Json.h"
 #include "kit/Helper/LiveChat/Manager.h"
-#include "platform/Dispatch/VirtualTime.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "tests/support/ScriptedWebEngine.h"
+#include "testing/Dispatch/VirtualTime.h"
+#include "testing/WebKit/ScriptedWebEngine.h"
 
 #include <cstdio>
 #include <cstdlib>

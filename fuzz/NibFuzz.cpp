@@ -6,8 +6,8 @@
 #include <ZuviSDK/UIKit/UIViewController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
 #include "fuzz/Json.h"
-#include "platform/Dispatch/VirtualTime.h"
 #include "platform/UIKit/OffscreenSurface.h"
+#include "testing/Dispatch/VirtualTime.h"
 #include "tests/support/TemporaryFolder.h"
 
 using namespace zuvi;

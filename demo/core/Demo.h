@@ -7,7 +7,7 @@
 #include "demo/core/EventLog.h"
 #include "demo/core/HostViewController.h"
 #include "demo/core/Options.h"
-#include "demo/core/ScreenWatcher.h"
+#include "testing/UIKit/ScreenWatcher.h"
 
 #include <functional>
 #include <memory>

@@ -2,13 +2,13 @@
 
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include <ZuviSDK/UIKit/UIView.h>
-#include "demo/core/ScreenWatcher.h"
-#include "demo/core/ViewTree.h"
 #include "kit/Helper/LiveChat/Manager.h"
 #include "platform/Foundation/Decimal.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/WebKit/WKWebView.h"
+#include "testing/UIKit/ScreenWatcher.h"
+#include "testing/UIKit/ViewTree.h"
 
 #include <algorithm>
 #include <utility>

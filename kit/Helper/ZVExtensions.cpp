@@ -4,11 +4,11 @@
 #include <ZuviSDK/Foundation/Print.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include <ZuviSDK/UIKit/UINavigationController.h>
+#include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
 #include "kit/Helper/ZVBundle.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/URLSession.h"
-#include "platform/UIKit/UITabBarController.h"
 
 #include <cctype>
 #include <cmath>

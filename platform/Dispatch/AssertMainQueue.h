@@ -1,11 +1,9 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
-
 namespace zuvi {
 
 /// Says so when `what` is touched on another thread than the main one: in a debug build by ending
 /// the program, else in one line on standard error, once.
-ZUVI_API void assertMainQueue(const char* what);
+void assertMainQueue(const char* what);
 
 } // namespace zuvi

@@ -1,4 +1,4 @@
-#include "platform/UIKit/UITabBarController.h"
+#include <ZuviSDK/UIKit/UITabBarController.h>
 
 #include <ZuviSDK/UIKit/UIButton.h>
 

@@ -4,10 +4,10 @@
 #include <ZuviSDK/Foundation/Print.h>
 #include <ZuviSDK/UIKit/UINavigationController.h>
 #include <ZuviSDK/UIKit/UINib.h>
+#include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/UIKit/Presentation.h"
 #include "platform/UIKit/UIScreen.h"
-#include "platform/UIKit/UITabBarController.h"
 
 #include <utility>
 

@@ -7,7 +7,7 @@
 #include "platform/AVFoundation/AVCaptureSession.h"
 #include "platform/AVFoundation/AVCaptureStillImageOutput.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
-#include "platform/Dispatch/VirtualTime.h"
+#include "testing/Dispatch/VirtualTime.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <chrono>

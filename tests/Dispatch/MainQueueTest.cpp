@@ -1,8 +1,7 @@
 #include <ZuviSDK/Dispatch/DelayedCalls.h>
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/Dispatch/MainLoop.h>
-#include "platform/Dispatch/AssertMainQueue.h"
-#include "platform/Dispatch/VirtualTime.h"
+#include "testing/Dispatch/VirtualTime.h"
 
 #include <atomic>
 #include <limits>
@@ -98,13 +97,6 @@ TEST_F(MainQueueTest, DelayedCallsGoByNameAndDieWithTheirOwner) {
   calls->perform("late", 2, note("late"));
   time_.advance(5);
   EXPECT_EQ(log_, "aa");
-}
-
-TEST(AssertMainQueueTest, TellsWhereWhatWasTouchedBelongs) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  assertMainQueue("A view");
-  EXPECT_DEATH(std::thread([] { assertMainQueue("A view"); }).join(),
-               "A view .*DispatchQueue::main\\(\\)\\.async");
 }
 
 TEST(MainLoopTest, RunsWorkInOrderAndIsWokenFromAsleep) {

@@ -2,7 +2,7 @@
 #include <ZuviSDK/Foundation/Timer.h>
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
 #include "platform/CoreTelephony/CarrierProvider.h"
-#include "platform/Dispatch/VirtualTime.h"
+#include "testing/Dispatch/VirtualTime.h"
 #include "tests/support/BusServiceGio.h"
 #include "tests/support/ScopedEnvironment.h"
 

@@ -1,2 +1,2 @@
-zuvi_test(Foundation LINKS zuvi_foundation zuvi_coretelephony zuvi_test_support GTest::gtest_main
+zuvi_test(Foundation LINKS zuvi_foundation zuvi_coretelephony zuvi_testing_dispatch zuvi_test_support GTest::gtest_main
           PACKAGES gio-2.0)

@@ -1,8 +1,8 @@
 // What layers present while they move, and when the movement counts as ended.
 
 #include <ZuviSDK/QuartzCore/CALayer.h>
-#include "platform/Dispatch/VirtualTime.h"
 #include "platform/QuartzCore/CAAnimation.h"
+#include "testing/Dispatch/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

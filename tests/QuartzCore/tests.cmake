@@ -1,1 +1,1 @@
-zuvi_test(QuartzCore LINKS zuvi_uikit GTest::gtest_main)
+zuvi_test(QuartzCore LINKS zuvi_uikit zuvi_testing_dispatch GTest::gtest_main)

@@ -3,9 +3,9 @@
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include <ZuviSDK/UIKit/UIViewController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
-#include "platform/Dispatch/VirtualTime.h"
 #include "platform/UIKit/OffscreenSurface.h"
 #include "platform/UIKit/ScreenPicture.h"
+#include "testing/Dispatch/VirtualTime.h"
 #include "tests/UIKit/Pixels.h"
 
 #include <gtest/gtest.h>

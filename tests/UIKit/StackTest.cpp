@@ -1,6 +1,6 @@
 // Roots of windows, stacks and tabs: which screen hears what, in which order.
 
-#include "platform/UIKit/UITabBarController.h"
+#include <ZuviSDK/UIKit/UITabBarController.h>
 #include "tests/UIKit/ControllerFixture.h"
 
 namespace zuvi::test {

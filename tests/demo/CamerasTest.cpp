@@ -1,7 +1,7 @@
 #include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
 #include <ZuviSDK/Foundation/Make.h>
 #include "demo/core/DemoCameras.h"
-#include "platform/Dispatch/VirtualTime.h"
+#include "testing/Dispatch/VirtualTime.h"
 
 #include <gtest/gtest.h>
 

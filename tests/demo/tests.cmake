@@ -1,4 +1,5 @@
-zuvi_test(demo WINDOWS RENDERERS LINKS zuvi_demo_core zuvi_test_support GTest::gtest_main PACKAGES nlohmann_json)
+zuvi_test(demo WINDOWS RENDERERS LINKS zuvi_demo_core zuvi_testing_dispatch
+          zuvi_test_support GTest::gtest_main PACKAGES nlohmann_json)
 if(NOT ZUVI_CHAT)
   set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/ChatRunTest.cpp PROPERTIES HEADER_FILE_ONLY ON)
 endif()

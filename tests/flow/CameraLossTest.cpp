@@ -28,7 +28,7 @@ TEST_F(CameraLossTest, RecorderWaitsForTheCameraThatWasPulledOut) {
     front->unplug();
     settle();
     EXPECT_EQ(notice(), localized("cameraGone"));
-    EXPECT_EQ(demo::findView("recordLabel", false)->alpha(), 1);
+    EXPECT_EQ(findView("recordLabel", false)->alpha(), 1);
     EXPECT_EQ(filesLeft(), 0U);
     time.advance(30);
     ASSERT_EQ(top(), "ZVLiveCameraViewController");

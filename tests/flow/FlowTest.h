@@ -2,7 +2,6 @@
 
 #include <ZuviSDK/UIKit/UIWindow.h>
 #include <ZuviSDK/ZVKYCButton.h>
-#include "demo/core/ViewTree.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
 #include "kit/UI/ViewControllers/ZVDocumentListViewController.h"
@@ -12,6 +11,7 @@
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 #include "platform/Foundation/ClassName.h"
+#include "testing/UIKit/ViewTree.h"
 #include "tests/kit/KitTest.h"
 
 namespace zuvi {
@@ -85,8 +85,8 @@ protected:
   /// Touches the middle of a view as a finger does, by outlet, action, or text.
   void tap(const std::string& name, bool isText = false) {
     if (UIApplication::shared().isIgnoringInteractionEvents()) settle(); // nobody is that quick
-    const auto view = demo::findView(name, isText);
-    ASSERT_TRUE(view && demo::isShown(*view)) << name << " is not in sight";
+    const auto view = findView(name, isText);
+    ASSERT_TRUE(view && isShown(*view)) << name << " is not in sight";
     const CGPoint middle = view->convertToScreen(view->bounds()).center();
     const UIView* hit = UIApplication::shared().hitTest(middle);
     ASSERT_TRUE(hit &&
@@ -100,9 +100,8 @@ protected:
   void tapBottom() { tap("bottomButton"); }
   /// What is said over a camera's preview; empty when nothing is in sight.
   static std::string notice() {
-    const auto label =
-        std::dynamic_pointer_cast<UILabel>(demo::findView("cameraNoticeLabel", false));
-    return label && demo::isShown(*label) ? label->text().value_or("") : "";
+    const auto label = std::dynamic_pointer_cast<UILabel>(findView("cameraNoticeLabel", false));
+    return label && isShown(*label) ? label->text().value_or("") : "";
   }
   /// Takes the whole flow away.
   void leave() {

@@ -14,7 +14,7 @@ TEST_F(StepsTest, NoWayLeadsBackIntoTheFilmOfAHostsOwnIdentity) {
   ZVKYC::instance().identityId = "own";
   launchToUpload();
   arrive("ZVKYCCameraViewController");
-  EXPECT_FALSE(demo::isShown(*demo::findView("backButton", false)));
+  EXPECT_FALSE(isShown(*findView("backButton", false)));
   EXPECT_EQ(page(), 0) << "its own steps are all that is left";
   shoot(jpeg(1));
   arrive("ZVVerifiedViewController");

@@ -1,7 +1,9 @@
-zuvi_test(flow LINKS zuvi_kit zuvi_demo_core zuvi_test_support GTest::gtest_main)
+zuvi_test(flow LINKS zuvi_kit zuvi_testing_dispatch zuvi_testing_avfoundation zuvi_testing_uikit
+          zuvi_test_support GTest::gtest_main)
 
 # The layouts, in a folder of their own whose bundle has fonts that are alike on every machine.
-zuvi_test(flow/layout LINKS zuvi_kit zuvi_demo_core zuvi_test_support GTest::gtest_main)
+zuvi_test(flow/layout LINKS zuvi_kit zuvi_testing_dispatch zuvi_testing_avfoundation zuvi_testing_uikit
+          zuvi_test_support GTest::gtest_main)
 set(layout ${CMAKE_CURRENT_BINARY_DIR}/flow/layout)
 set(fonts ${layout}/fonts/ZVSFProText-Regular.otf ${layout}/fonts/ZVSFProText-Semibold.otf
           ${layout}/fonts/ZVSFProText-Bold.otf)

@@ -1,12 +1,12 @@
 // How a host registers, and the button that starts the flow.
 
 #include <ZuviSDK/UIKit/UINib.h>
+#include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
 #include <ZuviSDK/ZVKYCButton.h>
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
-#include "platform/UIKit/UITabBarController.h"
 #include "tests/kit/KitTest.h"
 
 namespace zuvi {

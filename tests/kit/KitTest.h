@@ -8,15 +8,15 @@
 #include <ZuviSDK/ZVKYC.h>
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/Manager/ZVKYCManager.h"
-#include "platform/AVFoundation/ScriptedCamera.h"
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
 #include "platform/CoreTelephony/CarrierProvider.h"
-#include "platform/Dispatch/VirtualTime.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/JSONSerialization.h"
 #include "platform/UIKit/OffscreenSurface.h"
+#include "testing/AVFoundation/ScriptedCamera.h"
+#include "testing/Dispatch/VirtualTime.h"
+#include "testing/WebKit/ScriptedWebEngine.h"
 #include "tests/kit/Backend.h"
-#include "tests/support/ScriptedWebEngine.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cmath>

@@ -2,12 +2,12 @@
 // as a person may ask for: nothing is cut off, nothing collides, and in a choice of these
 // everything stands as it is stored beside this file.   scripts/renew-layouts
 
-#include "demo/core/ScreenText.h"
 #include "kit/Helper/LiveChat/LoadingView.h"
 #include "kit/Helper/LiveChat/Manager.h"
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 #include "platform/CoreText/TextLayout.h"
 #include "platform/Foundation/UserDefaults.h"
+#include "testing/UIKit/ScreenText.h"
 #include "tests/flow/FlowTest.h"
 
 #include <fstream>
@@ -118,7 +118,7 @@ protected:
   }
 
   void inspect(const std::string& screen) {
-    const std::string text = "announced \"" + surface.spoken + "\"\n" + demo::screenText();
+    const std::string text = "announced \"" + surface.spoken + "\"\n" + screenText();
     EXPECT_GE(linesOf(text).size(), 3U) << screen;
     for (const std::string& line : linesOf(text))
       EXPECT_EQ(line.find("FAULT"), std::string::npos) << screen << " " << place_ << line;

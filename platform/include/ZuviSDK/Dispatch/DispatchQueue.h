@@ -19,14 +19,14 @@ using Work = std::function<void()>;
 /// A queue of closures. `main()` runs them one after the other on the main thread, ordered by
 /// deadline and, within one deadline, by arrival; `global()` runs them on a small pool of threads
 /// in no promised order. All members may be called from any thread.
-class ZUVI_API DispatchQueue {
+class DispatchQueue {
 public:
   virtual ~DispatchQueue() = default;
 
   /// The one queue of its kind, made on first use.
   /// @{
-  static class MainQueue& main();
-  static DispatchQueue& global();
+  ZUVI_API static class MainQueue& main();
+  ZUVI_API static DispatchQueue& global();
   /// @}
 
   /// Runs `work` as soon as its turn comes; never before this call has returned.
@@ -36,22 +36,22 @@ public:
 /// The main thread's queue. Somebody has to drive it: `MainLoop` in a program, `VirtualTime` in a
 /// test. `adoptCurrentThread`, `runDue`, `nextDeadline`, `waitForWork` and `removeAll` are for
 /// whoever does, on the main thread.
-class ZUVI_API MainQueue final : public DispatchQueue {
+class MainQueue final : public DispatchQueue {
 public:
   /// An empty one, for tests; the program's own is `DispatchQueue::main`.
   MainQueue();
   ~MainQueue() override;
 
-  WorkId async(Work work) override;
+  ZUVI_API WorkId async(Work work) override;
 
   /// Runs `work` `delay` seconds from now; a negative delay counts as 0.
-  WorkId asyncAfter(TimeInterval delay, Work work);
+  ZUVI_API WorkId asyncAfter(TimeInterval delay, Work work);
 
   /// Runs `work` when the clock reaches `deadline`; one that has passed counts as now.
   WorkId asyncAt(TimeInterval deadline, Work work);
 
   /// Forgets work that has not begun; any other id is ignored.
-  void cancel(WorkId id);
+  ZUVI_API void cancel(WorkId id);
 
   /// The clock's time, in seconds.
   TimeInterval now() const;

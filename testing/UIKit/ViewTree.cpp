@@ -1,13 +1,13 @@
-#include "demo/core/ViewTree.h"
+#include "testing/UIKit/ViewTree.h"
 
 #include <ZuviSDK/UIKit/UIControl.h>
 #include <ZuviSDK/UIKit/UIViewController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
-#include "demo/core/ScreenWatcher.h"
 #include "platform/Foundation/ClassName.h"
 #include "platform/UIKit/UIScreen.h"
+#include "testing/UIKit/ScreenWatcher.h"
 
-namespace zuvi::demo {
+namespace zuvi {
 
 Value::Dictionary describeView(const UIView& view) {
   Value::Dictionary description;
@@ -81,4 +81,4 @@ bool isShown(const UIView& view) {
   return true;
 }
 
-} // namespace zuvi::demo
+} // namespace zuvi

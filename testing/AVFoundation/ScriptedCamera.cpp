@@ -1,8 +1,8 @@
-#include "platform/AVFoundation/ScriptedCamera.h"
+#include "testing/AVFoundation/ScriptedCamera.h"
 
 #include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/AVError.h"
-#include "platform/AVFoundation/ScriptedStream.h"
+#include "testing/AVFoundation/ScriptedStream.h"
 
 #include <algorithm>
 #include <utility>

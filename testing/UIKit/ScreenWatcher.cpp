@@ -1,14 +1,14 @@
-#include "demo/core/ScreenWatcher.h"
+#include "testing/UIKit/ScreenWatcher.h"
 
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include <ZuviSDK/UIKit/UINavigationController.h>
+#include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/Foundation/ClassName.h"
-#include "platform/UIKit/UITabBarController.h"
 
 #include <utility>
 
-namespace zuvi::demo {
+namespace zuvi {
 
 std::vector<std::shared_ptr<UIViewController>> screenStack() {
   std::vector<std::shared_ptr<UIViewController>> stack;
@@ -62,4 +62,4 @@ void ScreenWatcher::look() {
   if (std::exchange(shown_, top) != top && top) changed_(className(*stack.back()));
 }
 
-} // namespace zuvi::demo
+} // namespace zuvi

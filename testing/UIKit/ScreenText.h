@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace zuvi::demo {
+namespace zuvi {
 
 /// What a person sees in front, the sheet on top, as text: one view a line, indented below the one
 /// that it stands in; its class and outlet, its frame on the screen in points, and what its class
@@ -13,4 +13,4 @@ namespace zuvi::demo {
 /// what lies off the screen or is cut off, and what lies over something else to read or touch.
 std::string screenText();
 
-} // namespace zuvi::demo
+} // namespace zuvi

@@ -1,8 +1,8 @@
-#include "platform/AVFoundation/ScriptedFilm.h"
+#include "testing/AVFoundation/ScriptedFilm.h"
 
 #include "platform/AVFoundation/AVError.h"
 #include "platform/AVFoundation/FilmFile.h"
-#include "platform/AVFoundation/ScriptedCamera.h"
+#include "testing/AVFoundation/ScriptedCamera.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "platform/Dispatch/VirtualTime.h"
+#include "testing/Dispatch/VirtualTime.h"
 
 #include <algorithm>
 #include <chrono>

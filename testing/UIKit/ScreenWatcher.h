@@ -8,10 +8,8 @@
 #include <vector>
 
 namespace zuvi {
-class UIViewController;
-}
 
-namespace zuvi::demo {
+class UIViewController;
 
 /// The screens from the window's root to the one in front: presented over one another, stacked, or
 /// framed. Containers stand in it too.
@@ -32,4 +30,4 @@ private:
   std::shared_ptr<Timer> timer_;
 };
 
-} // namespace zuvi::demo
+} // namespace zuvi

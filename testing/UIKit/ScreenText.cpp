@@ -1,19 +1,19 @@
-#include "demo/core/ScreenText.h"
+#include "testing/UIKit/ScreenText.h"
 
 #include <ZuviSDK/UIKit/UIButton.h>
 #include <ZuviSDK/UIKit/UILabel.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
-#include "demo/core/ViewTree.h"
 #include "platform/Foundation/ClassName.h"
 #include "platform/UIKit/UIPageControl.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/UIKit/UIScrollView.h"
+#include "testing/UIKit/ViewTree.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 
-namespace zuvi::demo {
+namespace zuvi {
 
 namespace {
 
@@ -200,4 +200,4 @@ std::string screenText() {
   return reader.text();
 }
 
-} // namespace zuvi::demo
+} // namespace zuvi

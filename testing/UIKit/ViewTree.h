@@ -7,10 +7,8 @@
 #include <string>
 
 namespace zuvi {
-class UIView;
-}
 
-namespace zuvi::demo {
+class UIView;
 
 /// What can be said of one view in words: class, outlet, frame on the screen in points, alpha,
 /// hidden, and what its class adds (text, title, color, image, page, enabled and so on).
@@ -28,4 +26,4 @@ std::shared_ptr<UIView> findView(const std::string& name, bool isText);
 /// Whether this view and all above it are shown at least faintly.
 bool isShown(const UIView& view);
 
-} // namespace zuvi::demo
+} // namespace zuvi

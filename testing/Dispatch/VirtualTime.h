@@ -3,9 +3,21 @@
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include "platform/Dispatch/Clock.h"
 
+#include <atomic>
 #include <functional>
 
 namespace zuvi {
+
+/// A clock that stands still until it is moved.
+class VirtualClock final : public Clock {
+public:
+  TimeInterval now() const override { return now_; }
+  /// Any thread. Work that is due now runs when the queue is driven, not from here.
+  void set(TimeInterval now) { now_ = now; }
+
+private:
+  std::atomic<TimeInterval> now_ = 1000.0; // other threads post, and so read it
+};
 
 /// Drives the main queue in a test: time moves only when told to. One at a time; the queue is
 /// empty and on the virtual clock from construction, and back on the system clock afterwards.

@@ -1,9 +1,9 @@
-#include "platform/AVFoundation/ScriptedStream.h"
+#include "testing/AVFoundation/ScriptedStream.h"
 
 #include <ZuviSDK/Foundation/Make.h>
 #include "platform/AVFoundation/AVError.h"
-#include "platform/AVFoundation/ScriptedCamera.h"
-#include "platform/AVFoundation/ScriptedFilm.h"
+#include "testing/AVFoundation/ScriptedCamera.h"
+#include "testing/AVFoundation/ScriptedFilm.h"
 
 #include <utility>
 
