@@ -21,7 +21,9 @@ set_target_properties(zuvi_sdk PROPERTIES
   # Beside the bundle and the engine's module, where the library looks for them.
   LIBRARY_OUTPUT_DIRECTORY $<1:${PROJECT_BINARY_DIR}>) # also with many configurations
 set_target_properties(zuvi_sdk_static PROPERTIES EXPORT_NAME Static)
-target_link_options(zuvi_sdk PRIVATE -Wl,--as-needed)
+set(exports ${CMAKE_CURRENT_LIST_DIR}/abi/zuvisdk.map)
+target_link_options(zuvi_sdk PRIVATE -Wl,--as-needed -Wl,--version-script=${exports})
+set_target_properties(zuvi_sdk PROPERTIES LINK_DEPENDS ${exports})
 if(ZUVI_SANITIZE)
   target_link_options(zuvi_sdk PRIVATE -fsanitize=${ZUVI_SANITIZE})
 else()

@@ -6,30 +6,34 @@
 #include <ZuviSDK/ZuviUI.h>
 
 #include <cstdlib>
-#include <map>
+#include <cstring>
 #include <string>
 
-using CommandLine = std::map<std::string, std::string>; ///< values by option
-
-/// Points the kit to what the options name. Others are the caller's.
-inline CommandLine readCommandLine(int argc, char** argv) {
-  CommandLine options{{"--client-id", "demo"}};
+/// The value of that option; null without one, unless `otherwise` says else.
+inline const char* option(int argc, char** argv, const char* name,
+                          const char* otherwise = nullptr) {
   for (int i = 1; i + 1 < argc; i += 2)
-    options[argv[i]] = argv[i + 1];
-  if (options.contains("--server")) {
-    zuvi::ZVEndpoints::serverURL() = options["--server"];
-    zuvi::ZVEndpoints::trackingURL() = options["--server"] + "track/";
+    if (std::strcmp(argv[i], name) == 0) return argv[i + 1];
+  return otherwise;
+}
+
+/// Points the kit to what the options name, and gives the client id.
+inline std::string readCommandLine(int argc, char** argv) {
+  if (const char* server = option(argc, argv, "--server")) {
+    zuvi::ZVEndpoints::serverURL() = server;
+    zuvi::ZVEndpoints::trackingURL() = std::string(server) + "track/";
   }
-  if (options.contains("--ca")) zuvi::ZVEndpoints::setAdditionalAuthorities(options["--ca"]);
-  if (options.contains("--cameras")) {
-    const auto read = zuvi::parseCameraSource(options["--cameras"]);
+  if (const char* file = option(argc, argv, "--ca"))
+    zuvi::ZVEndpoints::setAdditionalAuthorities(file);
+  if (const char* cameras = option(argc, argv, "--cameras")) {
+    const auto read = zuvi::parseCameraSource(cameras);
     if (const auto* problem = std::get_if<zuvi::Error>(&read)) {
       zuvi::print(problem->description);
       std::exit(2);
     }
-    const auto camera = std::get<zuvi::CameraSourceDescription>(read);
+    const auto camera = *std::get_if<zuvi::CameraSourceDescription>(&read);
     zuvi::AVCaptureDevice::setProvider(
         std::make_shared<zuvi::HostCameraProvider>(zuvi::HostCameras{camera, camera}));
   }
-  return options;
+  return option(argc, argv, "--client-id", "demo");
 }

@@ -61,7 +61,7 @@ private:
 int main(int argc, char** argv) {
   const auto desk = std::make_shared<Desk>();
   ZVKYC::instance().delegate = desk;
-  ZVKYC::registerWithClientId(readCommandLine(argc, argv)["--client-id"]);
+  ZVKYC::registerWithClientId(readCommandLine(argc, argv));
   // The screen's widget attaches the kit to this loop: there is no other.
   GtkApplication* application =
       gtk_application_new("org.example.Reception", G_APPLICATION_NON_UNIQUE);

@@ -76,7 +76,6 @@ void watch(GtkWidget* window, Kiosk& kiosk) {
 
 int main(int argc, char** argv) {
   gtk_init();
-  CommandLine options = readCommandLine(argc, argv);
   GtkWidget* window = gtk_window_new();
   gtk_window_set_title(GTK_WINDOW(window), "Kiosk");
   gtk_window_set_decorated(GTK_WINDOW(window), FALSE);
@@ -84,10 +83,9 @@ int main(int argc, char** argv) {
   gtk_window_set_child(GTK_WINDOW(window), screenWidgetNew());
   gtk_window_fullscreen(GTK_WINDOW(window));
 
-  const std::string seconds = options["--idle-seconds"];
-  const auto kiosk = make<Kiosk>(seconds.empty() ? 90 : std::atof(seconds.c_str()));
+  const auto kiosk = make<Kiosk>(std::atof(option(argc, argv, "--idle-seconds", "90")));
   ZVKYC::instance().delegate = kiosk;
-  ZVKYC::registerWithClientId(options["--client-id"]);
+  ZVKYC::registerWithClientId(readCommandLine(argc, argv));
   const auto surface = make<UIWindow>();
   surface->setRootViewController(kiosk);
   surface->makeKeyAndVisible();

@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
   gtk_window_set_child(GTK_WINDOW(window), screenWidgetNew());
   const auto host = std::make_shared<Host>();
   ZVKYC::instance().delegate = host;
-  ZVKYC::registerWithClientId(readCommandLine(argc, argv)["--client-id"]);
+  ZVKYC::registerWithClientId(readCommandLine(argc, argv));
   const auto screen = make<UIViewController>();
   screen->view()->addSubview(make<ZVKYCButton>(CGRect{47, 722, 280, 60}));
   const auto surface = make<UIWindow>();

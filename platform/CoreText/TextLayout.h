@@ -4,7 +4,6 @@
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
 #include <ZuviSDK/CoreText/AttributedString.h>
 #include <ZuviSDK/CoreText/CTFont.h>
-#include <ZuviSDK/Export.h>
 
 #include <cstddef>
 #include <memory>
@@ -13,7 +12,7 @@
 namespace zuvi {
 
 /// The number of characters (not bytes) of a UTF-8 text.
-ZUVI_API std::size_t characterCount(const std::string& text);
+std::size_t characterCount(const std::string& text);
 
 /// @cond
 /// How much larger than its fonts say all text is, 1 at start. What was laid out before keeps its
@@ -24,7 +23,7 @@ void setTextScale(double scale);
 
 /// A text broken into lines. Bytes that are no UTF-8 show as replacement marks. Main
 /// thread.
-class ZUVI_API TextLayout {
+class TextLayout {
 public:
   /// How the text looks.
   struct Style {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/Foundation/Data.h>
 #include <ZuviSDK/Foundation/Error.h>
 #include <ZuviSDK/Foundation/URL.h>
@@ -50,7 +49,7 @@ struct URLSessionConfiguration {
 enum class URLSessionTaskState { Suspended, Running, Canceling, Completed };
 
 /// One request on its way. Cancelling is the only thing to do with it besides starting it.
-class ZUVI_API URLSessionDataTask {
+class URLSessionDataTask {
 public:
   virtual ~URLSessionDataTask() = default;
   /// Completed from just before the completion comes.
@@ -66,7 +65,7 @@ public:
 /// keys that a later theft does not open. Redirects are followed. To another host, or from https to
 /// http, they carry no `Authorization` and no body. Answers may come compressed; cookies are kept
 /// until the process ends. All members may be called from any thread.
-class ZUVI_API URLSession {
+class URLSession {
 public:
   /// What an answer brings: data and response, or an error.
   using Completion = std::function<void(

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/Foundation/Value.h>
 
 #include <memory>
@@ -12,7 +11,7 @@ namespace zuvi {
 /// as empty and is kept aside under another name; one that can't be read stays as it is. What other
 /// processes write to the file meanwhile stays too, and is seen by the next one that starts. Main
 /// queue only.
-class ZUVI_API UserDefaults {
+class UserDefaults {
 public:
   /// The file of the running program, below the user's configuration folder.
   static UserDefaults& standard();

@@ -2,14 +2,13 @@
 
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
 #include <ZuviSDK/CoreGraphics/CGImage.h>
-#include <ZuviSDK/Export.h>
 
 #include <memory>
 
 namespace zuvi {
 
 /// A drawing that is sharp at every size. Main thread.
-class ZUVI_API SvgImage {
+class SvgImage {
 public:
   /// Null when the bytes are no SVG.
   static std::shared_ptr<const SvgImage> fromData(const Data& bytes);

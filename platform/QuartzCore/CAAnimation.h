@@ -3,7 +3,6 @@
 #include <ZuviSDK/CoreGraphics/CGColor.h>
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/QuartzCore/AnimationCurve.h>
 
 #include <array>
@@ -47,7 +46,7 @@ inline LayerValue layerValue(const CGAffineTransform& t) {
 /// @}
 
 /// A block of changes that are animated together and end together. Main queue only.
-class ZUVI_API AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {
+class AnimationGroup : public std::enable_shared_from_this<AnimationGroup> {
 public:
   TimeInterval duration = 0.25; ///< in seconds; 0: changes take effect at once
   TimeInterval delay = 0;       ///< seconds until they begin to move
@@ -74,7 +73,7 @@ private:
 };
 
 /// One property on its way.
-struct ZUVI_API CABasicAnimation {
+struct CABasicAnimation {
   LayerProperty property = LayerProperty::Opacity; ///< what moves
   /// Where it begins and ends, as `layerValue` gives it.
   /// @{

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/QuartzCore/CALayer.h>
 #include <ZuviSDK/QuartzCore/DrawingContext.h>
 
 namespace zuvi {
 
 /// A layer that shows an outline, filled and stroked.
-class ZUVI_API CAShapeLayer : public CALayer {
+class CAShapeLayer : public CALayer {
 public:
   /// In the layer's coordinates; empty at start.
   /// @{

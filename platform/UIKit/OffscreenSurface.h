@@ -1,7 +1,6 @@
 #pragma once
 
 #include <ZuviSDK/CoreGraphics/CGImage.h>
-#include <ZuviSDK/Export.h>
 #include "platform/UIKit/UIScreen.h"
 
 #include <memory>
@@ -10,7 +9,7 @@ namespace zuvi {
 
 /// A screen in memory, for machines without a display. One at a time; while it lives the screen
 /// draws here. Main queue only.
-class ZUVI_API OffscreenSurface : public ScreenSurface {
+class OffscreenSurface : public ScreenSurface {
 public:
   /// `size` in points, `scale` pixels a point.
   OffscreenSurface(CGSize size, double scale, UIEdgeInsets safeArea = {});

@@ -21,8 +21,6 @@ template <class Map> auto inState(const Map& values, UIControlState state) {
 
 } // namespace
 
-UIButton::UIButton() : UIButton(CGRect{}) {}
-
 UIButton::UIButton(const CGRect& frame)
     : UIControl(frame), titleLabel_(make<UILabel>()), imageView_(make<UIImageView>()) {
   titleLabel_->setTextAlignment(NSTextAlignment::Center);

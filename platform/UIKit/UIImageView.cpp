@@ -8,11 +8,8 @@
 
 namespace zuvi {
 
-UIImageView::UIImageView() {
+UIImageView::UIImageView(std::shared_ptr<const UIImage> image) {
   setUserInteractionEnabled(false);
-}
-
-UIImageView::UIImageView(std::shared_ptr<const UIImage> image) : UIImageView() {
   setImage(std::move(image));
 }
 

@@ -22,8 +22,6 @@ bool breaksWord(const std::string& text, const TextLayout::Style& style, double 
 
 } // namespace
 
-UILabel::UILabel() : UILabel(CGRect{}) {}
-
 UILabel::UILabel(const CGRect& frame) : UIView(frame), font_(UIFont::system(17)) {}
 
 std::optional<std::string> UILabel::text() const {

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/UIKit/UIView.h>
 
 namespace zuvi {
 
 /// A row of dots, one of them marked.
-class ZUVI_API UIPageControl : public UIView {
+class UIPageControl : public UIView {
 public:
   /// 0 at start; a negative number counts as 0.
   /// @{

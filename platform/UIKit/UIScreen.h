@@ -1,7 +1,6 @@
 #pragma once
 
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/QuartzCore/CALayer.h>
 
 #include <memory>
@@ -13,7 +12,7 @@ namespace zuvi {
 class UIWindow;
 
 /// What shows the screen: a widget, or memory.
-class ZUVI_API ScreenSurface {
+class ScreenSurface {
 public:
   virtual ~ScreenSurface() = default;
   /// The screen has changed: draw a frame when it suits. May come many times before one.
@@ -23,7 +22,7 @@ public:
 };
 
 /// The one surface on which the windows stack. Main queue only.
-class ZUVI_API UIScreen final : public LayerHost {
+class UIScreen final : public LayerHost {
 public:
   /// 375 x 812 points at two pixels a point until somebody shows it.
   static UIScreen& main();

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/UIKit/UIView.h>
 
 namespace zuvi {
 
 /// A view onto contents that are larger than itself, moved by finger, wheel or keys. While there is
 /// more above or below, a bar at its right edge shows which part is seen.
-class ZUVI_API UIScrollView : public UIView {
+class UIScrollView : public UIView {
 public:
   /// Of no size and without contents; what lies outside its bounds is cut off.
   UIScrollView();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/Foundation/Bundle.h>
 #include <ZuviSDK/UIKit/UINib.h>
 #include "platform/UIKit/UIScrollView.h"
@@ -14,7 +13,7 @@ namespace zuvi {
 class UITableView;
 
 /// One row. It is laid out anew and given new contents each time it is used.
-class ZUVI_API UITableViewCell : public UIView {
+class UITableViewCell : public UIView {
 public:
   /// Empty; rows are usually made from a nib whose topmost view is a subclass.
   UITableViewCell() { accessibilityRole = UIAccessibilityRole::ListItem; }
@@ -23,7 +22,7 @@ public:
 };
 
 /// Who knows what a table shows. Main queue.
-class ZUVI_API UITableViewDataSource {
+class UITableViewDataSource {
 public:
   virtual ~UITableViewDataSource() = default;
   /// Asked once at each `UITableView::reloadData`.
@@ -34,7 +33,7 @@ public:
 };
 
 /// Who knows how a table looks. Main queue.
-class ZUVI_API UITableViewDelegate {
+class UITableViewDelegate {
 public:
   virtual ~UITableViewDelegate() = default;
   /// In points; asked for every row at each `UITableView::reloadData`.
@@ -42,7 +41,7 @@ public:
 };
 
 /// Rows below one another. Only those in sight are made; rows that leave are used again.
-class ZUVI_API UITableView : public UIScrollView {
+class UITableView : public UIScrollView {
 public:
   /// Shows nothing before `reloadData`.
   UITableView() { accessibilityRole = UIAccessibilityRole::List; }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/UIKit/UIControl.h>
 #include <ZuviSDK/UIKit/UILabel.h>
 
@@ -11,7 +10,7 @@ namespace zuvi {
 /// One line of text that a person can type. The caret stays at its end: keys add to it there, and
 /// BackSpace takes the last character away. No selection, no clipboard, no dead keys and no input
 /// methods: a host that asks for names in every script does so with a widget of its toolkit.
-class ZUVI_API UITextField : public UIControl {
+class UITextField : public UIControl {
 public:
   /// Empty, in the system's face at 17 points, without a frame around the text.
   /// @{

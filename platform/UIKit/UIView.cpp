@@ -26,8 +26,6 @@ public:
 
 } // namespace
 
-UIView::UIView() : UIView(CGRect{}) {}
-
 UIView::UIView(const CGRect& frame) : UIView(frame, std::make_shared<ViewLayer>()) {
   static_cast<ViewLayer&>(*layer_).view = this;
 }

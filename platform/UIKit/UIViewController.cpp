@@ -6,6 +6,7 @@
 #include <ZuviSDK/UIKit/UINib.h>
 #include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/UIKit/Presentation.h"
 #include "platform/UIKit/UIScreen.h"
 
@@ -13,8 +14,14 @@
 
 namespace zuvi {
 
+UIViewController::UIViewController() {
+  assertMainQueue("A screen");
+}
+
 UIViewController::UIViewController(std::string nibName, std::shared_ptr<const Bundle> bundle)
-    : nibName_(std::move(nibName)), bundle_(std::move(bundle)) {}
+    : nibName_(std::move(nibName)), bundle_(std::move(bundle)) {
+  assertMainQueue("A screen");
+}
 
 UIViewController::~UIViewController() {
   if (view_) view_->controller_ = nullptr;
@@ -24,6 +31,7 @@ UIViewController::~UIViewController() {
 }
 
 const std::shared_ptr<UIView>& UIViewController::view() {
+  assertMainQueue("A screen");
   if (!view_) {
     loadView();
     if (!view_) setView(make<UIView>(UIScreen::main().bounds()));

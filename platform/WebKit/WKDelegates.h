@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/Foundation/Error.h>
 #include <ZuviSDK/Foundation/URL.h>
 
@@ -27,7 +26,7 @@ struct WKNavigationAction {
 enum class WKNavigationActionPolicy { Cancel, Allow };
 
 /// Decides where a page may go and hears how it fared. Main queue.
-class ZUVI_API WKNavigationDelegate {
+class WKNavigationDelegate {
 public:
   virtual ~WKNavigationDelegate() = default;
   /// Asked before each load, redirect and new window; allows all unless an override says else.
@@ -51,7 +50,7 @@ public:
 };
 
 /// What a page asks of the screen around it. Main queue.
-class ZUVI_API WKUIDelegate {
+class WKUIDelegate {
 public:
   virtual ~WKUIDelegate() = default;
   /// A view for the window that the page opens, made with that configuration; null: none is opened.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/Foundation/Error.h>
 #include <ZuviSDK/Foundation/NotificationCenter.h>
 #include <ZuviSDK/Foundation/Value.h>
@@ -24,7 +23,7 @@ namespace zuvi {
 /// which wait in their order while the engine is loaded. It lives as long as the view, wherever the
 /// view is moved, and ends above the keyboard while that covers a part of the view. Main queue
 /// only.
-class ZUVI_API WKWebView : public UIView, private WebPageClient {
+class WKWebView : public UIView, private WebPageClient {
 public:
   /// The configuration is copied; its content controller is shared.
   WKWebView(const CGRect& frame, const WKWebViewConfiguration& configuration);

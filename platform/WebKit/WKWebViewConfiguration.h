@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/Foundation/Value.h>
 
 #include <map>
@@ -32,7 +31,7 @@ struct WKScriptMessage {
 };
 
 /// Hears what pages post. Main queue.
-class ZUVI_API WKScriptMessageHandler {
+class WKScriptMessageHandler {
 public:
   virtual ~WKScriptMessageHandler() = default;
   /// Comes in the order in which the page posted.

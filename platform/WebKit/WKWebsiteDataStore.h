@@ -1,7 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
-
 #include <functional>
 #include <string>
 #include <vector>
@@ -14,7 +12,7 @@ struct WKWebsiteDataRecord {
 };
 
 /// What sites left on this machine. Completions come once, on the main queue.
-class ZUVI_API WKWebsiteDataStore {
+class WKWebsiteDataStore {
 public:
   /// The one that all web views use.
   static WKWebsiteDataStore& defaultStore();

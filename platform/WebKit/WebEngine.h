@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/Foundation/Error.h>
 #include <ZuviSDK/Foundation/Value.h>
 #include <ZuviSDK/UIKit/UIImage.h>
@@ -21,7 +20,7 @@ class UIView;
 class WebPage;
 
 /// Who is told what happens in a page: the web view that shows it. Main queue.
-class ZUVI_API WebPageClient {
+class WebPageClient {
 public:
   virtual ~WebPageClient() = default;
   /// As `WKNavigationDelegate` hears it.
@@ -45,7 +44,7 @@ public:
 };
 
 /// One page of an engine. Main queue only.
-class ZUVI_API WebPage {
+class WebPage {
 public:
   virtual ~WebPage() = default;
   /// As `WKWebView` has it. `done` comes once, never before the call has returned.
@@ -73,7 +72,7 @@ public:
 
 /// What makes and runs pages: the browser engine of the machine, or a scripted one. Main queue
 /// only.
-class ZUVI_API WebEngine {
+class WebEngine {
 public:
   virtual ~WebEngine() = default;
   /// Why no page can be made, with what mends it; empty when pages can be made. Asked often, so it

@@ -1,5 +1,7 @@
 // How a host registers, and the button that starts the flow.
 
+#include <ZuviSDK/LiveChat.h>
+#include <ZuviSDK/UIKit/UIApplication.h>
 #include <ZuviSDK/UIKit/UINib.h>
 #include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
@@ -7,7 +9,10 @@
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "tests/kit/KitTest.h"
+
+#include <thread>
 
 namespace zuvi {
 namespace {
@@ -45,6 +50,22 @@ TEST_F(SessionEntryTest, RegistersInOrder) {
   registerClient("3");
   EXPECT_EQ(moved.requests().size(), 1U);
   EXPECT_EQ(backend.requests().size(), 2U);
+}
+
+TEST(MainThreadTest, IsWhereTheKitIsTouched) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const std::pair<const char*, void (*)()> rows[] = {
+      {"ZVKYC", [] { ZVKYC::instance(); }},
+      {"The support chat", [] { LiveChat::dismissChat(); }},
+      {"The support chat", [] { LiveChat::unreadMessagesCount(); }},
+      {"A screen", [] { make<UIViewController>(); }},
+      {"A view", [] { make<UIView>(); }},
+      {"The application", [] { UIApplication::shared(); }},
+      {"The notification centre", [] { NotificationCenter::defaultCenter().post("any"); }}};
+  assertMainQueue("This one"); // makes the queue on this thread
+  for (const auto& [what, touch] : rows)
+    EXPECT_DEATH(std::thread(touch).join(),
+                 std::string(what) + " .*DispatchQueue::main\\(\\)\\.async");
 }
 
 TEST_F(SessionEntryTest, SaysAtOnceWhatCannotBeSent) {

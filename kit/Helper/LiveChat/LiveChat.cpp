@@ -2,6 +2,7 @@
 
 #include "kit/Helper/LiveChat/Manager.h"
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/WebKit/WKWebView.h"
 
 namespace zuvi {
@@ -37,6 +38,7 @@ Observed<bool> LiveChat::requiresSandbox(false,
                                          [] { WKWebView::setRequiresSandbox(*requiresSandbox); });
 
 std::optional<bool> LiveChat::isSandboxed() {
+  assertMainQueue("The support chat");
   return WKWebView::isSandboxed();
 }
 
@@ -45,6 +47,7 @@ bool LiveChat::isChatPresented() {
 }
 
 int LiveChat::unreadMessagesCount() {
+  assertMainQueue("The support chat");
   return UnreadMessagesCounter::counterValue();
 }
 

@@ -3,6 +3,7 @@
 #include <ZuviSDK/LiveChatMessage.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include "kit/Helper/LiveChat/UnreadMessagesCounter.h"
+#include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/UIKit/UIScreen.h"
 
 #include <utility>
@@ -10,6 +11,7 @@
 namespace zuvi {
 
 Manager& Manager::sharedInstance() {
+  assertMainQueue("The support chat");
   // Never destroyed: what it watches may outlive `main`.
   static auto* shared = new std::shared_ptr<Manager>(make<Manager>());
   return **shared;

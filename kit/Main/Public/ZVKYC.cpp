@@ -3,6 +3,7 @@
 #include <ZuviSDK/UIKit/UINib.h>
 #include <ZuviSDK/ZVKYCButton.h>
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "platform/Dispatch/AssertMainQueue.h"
 
 #include <utility>
 
@@ -16,6 +17,7 @@ namespace zuvi {
 ZVKYC::ZVKYC() : helper_(ZVKYCHelper::instance()) {}
 
 ZVKYC& ZVKYC::instance() {
+  assertMainQueue("ZVKYC");
   // Never destroyed: screens may outlive `main`.
   static auto* instance = new ZVKYC;
   return *instance;

@@ -13,8 +13,6 @@
 
 namespace zuvi {
 
-ZVKYCButton::ZVKYCButton() : ZVKYCButton(CGRect{}) {}
-
 ZVKYCButton::ZVKYCButton(const CGRect& frame)
     : UIButton(frame), title(localized("login"), [this] { label_->setText(*title); }),
       leftBackgroundImageView_(make<UIImageView>(zvKYCImage("ZVZuviButtonLeftBackground"))),

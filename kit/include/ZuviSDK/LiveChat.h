@@ -56,7 +56,7 @@ public:
   static void clearSession();
 
 private:
-  static void updateConfiguration();
+  ZUVI_HIDDEN static void updateConfiguration();
 };
 
 } // namespace zuvi

@@ -41,7 +41,7 @@ public:
   ZVKYC& operator=(const ZVKYC&) = delete;
 
 private:
-  ZVKYC();
+  ZUVI_HIDDEN ZVKYC();
   ZVKYCHelper& helper_;
 };
 

@@ -16,27 +16,24 @@ namespace zuvi {
 class ZUVI_API ZVKYCButton : public UIButton {
 public:
   /// Without a frame the button is empty until layout or `setFrame` gives it a size.
-  /// @{
-  ZVKYCButton();
-  explicit ZVKYCButton(const CGRect& frame);
-  /// @}
+  explicit ZVKYCButton(const CGRect& frame = {});
 
   /// The text. The default follows the merchant's language; one that the host sets stays.
   Observed<std::string> title;
 
   /// 280 x 60 points.
-  CGSize intrinsicContentSize() const override;
-  void layoutSubviews() override;
-  void awakeFromNib() override;
-  UIAccessibilityElement accessibilityElement() const override;
-  void describe(Value::Dictionary& description) const override;
+  ZUVI_HIDDEN CGSize intrinsicContentSize() const override;
+  ZUVI_HIDDEN void layoutSubviews() override;
+  ZUVI_HIDDEN void awakeFromNib() override;
+  ZUVI_HIDDEN UIAccessibilityElement accessibilityElement() const override;
+  ZUVI_HIDDEN void describe(Value::Dictionary& description) const override;
 
 private:
-  void initialize();
-  void dress();
-  void takeFont();
-  void tapAction();
-  void merchantUpdated();
+  ZUVI_HIDDEN void initialize();
+  ZUVI_HIDDEN void dress();
+  ZUVI_HIDDEN void takeFont();
+  ZUVI_HIDDEN void tapAction();
+  ZUVI_HIDDEN void merchantUpdated();
 
   // What layout reckons with at the least, in points, however small the frame.
   const double minimumHeight_ = 30;

@@ -1,8 +1,9 @@
 #pragma once
 
-// Screens of the host's own.
+// Screens of the host's own. Views are derived from `UIView`, screens from `UIViewController`; of
+// the other classes a host uses what bears `ZUVI_API`.
 
-// Views.
+// Views, and the launch button, which is one.
 #include <ZuviSDK/QuartzCore/AnimationCurve.h>
 #include <ZuviSDK/QuartzCore/CALayer.h>
 #include <ZuviSDK/QuartzCore/DrawingContext.h>
@@ -12,11 +13,13 @@
 #include <ZuviSDK/UIKit/UIImageView.h>
 #include <ZuviSDK/UIKit/UILabel.h>
 #include <ZuviSDK/UIKit/UINib.h>
+#include <ZuviSDK/ZVKYCButton.h>
 
 // Screens, and the windows that they are shown in.
 #include <ZuviSDK/UIKit/UIAlertController.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include <ZuviSDK/UIKit/UINavigationController.h>
+#include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIViewController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
 

@@ -31,7 +31,7 @@ struct CameraDescription {
 inline constexpr const char* AVCaptureDevicesDidChange = "AVCaptureDevicesDidChange";
 
 /// A camera of this machine. Any thread.
-class ZUVI_API AVCaptureDevice {
+class AVCaptureDevice {
 public:
   /// Asks nobody; the answer may change while the program runs.
   static AVAuthorizationStatus authorizationStatus();
@@ -42,15 +42,15 @@ public:
   static void discover();
   /// The video cameras that are known to be there now; does not wait for any that may be there. One
   /// that serves both sides is listed for each. `AVCaptureDevicesDidChange` tells of changes.
-  static std::vector<std::shared_ptr<AVCaptureDevice>> devices();
+  ZUVI_API static std::vector<std::shared_ptr<AVCaptureDevice>> devices();
 
   /// Whether the cameras that were there at the beginning are known by now; finding out takes a
   /// moment, or long on a machine whose drivers or services are slow.
-  static bool areDevicesKnown();
+  ZUVI_API static bool areDevicesKnown();
 
   /// Where cameras come from; null: the machine's own (`SystemCameraProvider`), which is also what
   /// holds at start. Devices, inputs and sessions made before keep the provider that they had.
-  static void setProvider(std::shared_ptr<CameraProvider> provider);
+  ZUVI_API static void setProvider(std::shared_ptr<CameraProvider> provider);
   /// Never null.
   static std::shared_ptr<CameraProvider> provider();
 

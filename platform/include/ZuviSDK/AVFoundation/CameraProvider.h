@@ -2,7 +2,6 @@
 
 #include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
-#include <ZuviSDK/Export.h>
 
 namespace zuvi {
 
@@ -10,7 +9,7 @@ class CameraStream;
 
 /// Where cameras and the permission to use them come from; install with
 /// `AVCaptureDevice::setProvider`. Any thread.
-class ZUVI_API CameraProvider {
+class CameraProvider {
 public:
   virtual ~CameraProvider() = default;
 

@@ -33,7 +33,7 @@ ZUVI_API std::variant<CameraSourceDescription, Error> parseCameraSource(const st
 enum class CameraPermission { Authorized, Denied, Restricted, Grant, Refuse };
 
 /// Reads "authorized", "denied", "restricted", "grant" or "refuse".
-ZUVI_API std::variant<CameraPermission, Error> parseCameraPermission(const std::string& text);
+std::variant<CameraPermission, Error> parseCameraPermission(const std::string& text);
 
 /// What a host's own code decides about its cameras.
 struct HostCameras {
@@ -51,10 +51,10 @@ public:
   /// Opens nothing yet: a path that leads nowhere shows when its camera is used.
   explicit HostCameraProvider(HostCameras cameras);
 
-  AVAuthorizationStatus authorizationStatus() override;
-  void requestAccess(std::function<void(bool granted)> answer) override;
-  std::vector<CameraDescription> devices() override;
-  std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
+  ZUVI_HIDDEN AVAuthorizationStatus authorizationStatus() override;
+  ZUVI_HIDDEN void requestAccess(std::function<void(bool granted)> answer) override;
+  ZUVI_HIDDEN std::vector<CameraDescription> devices() override;
+  ZUVI_HIDDEN std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
 
 private:
   HostCameras cameras_;

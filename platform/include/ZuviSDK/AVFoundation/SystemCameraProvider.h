@@ -25,18 +25,19 @@ public:
   /// only camera there is; of several, by a built-in one for the person and another for documents.
   explicit SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions = {});
   /// For tests; the other constructor finds out by itself.
-  SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions, Access access);
+  ZUVI_HIDDEN SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions,
+                                   Access access);
 
-  AVAuthorizationStatus authorizationStatus() override;
-  void requestAccess(std::function<void(bool granted)> answer) override;
-  std::vector<CameraDescription> devices() override;
-  bool areDevicesKnown() override;
-  std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
+  ZUVI_HIDDEN AVAuthorizationStatus authorizationStatus() override;
+  ZUVI_HIDDEN void requestAccess(std::function<void(bool granted)> answer) override;
+  ZUVI_HIDDEN std::vector<CameraDescription> devices() override;
+  ZUVI_HIDDEN bool areDevicesKnown() override;
+  ZUVI_HIDDEN std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
 
 private:
-  DeviceWatch* watch();
-  std::vector<CameraDescription> listed(const DeviceWatch& watch) const;
-  void answered(bool granted);
+  ZUVI_HIDDEN DeviceWatch* watch();
+  ZUVI_HIDDEN std::vector<CameraDescription> listed(const DeviceWatch& watch) const;
+  ZUVI_HIDDEN void answered(bool granted);
 
   const std::map<std::string, AVCaptureDevicePosition> positions_;
   const Access access_;

@@ -62,9 +62,9 @@ struct CGRect {
 /// The rectangle with `dx` taken off left and right, `dy` off top and bottom.
 ZUVI_API CGRect CGRectInset(const CGRect& rect, double dx, double dy);
 /// Empty when they do not overlap.
-ZUVI_API CGRect CGRectIntersection(const CGRect& a, const CGRect& b);
+CGRect CGRectIntersection(const CGRect& a, const CGRect& b);
 /// The smallest rectangle that holds both; an empty one adds nothing.
-ZUVI_API CGRect CGRectUnion(const CGRect& a, const CGRect& b);
+CGRect CGRectUnion(const CGRect& a, const CGRect& b);
 
 /// How far something reaches in from each edge.
 struct UIEdgeInsets {
@@ -77,7 +77,7 @@ struct UIEdgeInsets {
 };
 
 /// Moves, turns, scales and shears the plane: x' = a x + c y + tx, y' = b x + d y + ty.
-struct ZUVI_API CGAffineTransform {
+struct CGAffineTransform {
   /// The identity at start.
   /// @{
   double a = 1, b = 0, c = 0, d = 1, tx = 0, ty = 0;
@@ -88,13 +88,13 @@ struct ZUVI_API CGAffineTransform {
   /// @{
   static CGAffineTransform translation(double x, double y) { return {1, 0, 0, 1, x, y}; }
   static CGAffineTransform scale(double x, double y) { return {x, 0, 0, y, 0, 0}; }
-  static CGAffineTransform rotation(double radians);
+  ZUVI_API static CGAffineTransform rotation(double radians);
   /// @}
 
   /// Whether it changes nothing at all.
   bool isIdentity() const { return *this == CGAffineTransform{}; }
   /// First this one, then `next`.
-  CGAffineTransform concatenating(const CGAffineTransform& next) const;
+  ZUVI_API CGAffineTransform concatenating(const CGAffineTransform& next) const;
   /// Absent when the transform flattens the plane.
   std::optional<CGAffineTransform> inverted() const;
   /// Where the point goes.

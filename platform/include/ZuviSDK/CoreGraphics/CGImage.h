@@ -8,7 +8,7 @@
 namespace zuvi {
 
 /// An immutable picture of pixels, ready to be drawn. May be made and dropped on any thread.
-class ZUVI_API CGImage {
+class CGImage {
 public:
   /// How pixels lie in memory, byte by byte.
   enum class Format {
@@ -18,8 +18,8 @@ public:
   };
 
   /// Null when the sizes are not positive or `pixels` is too short. The bytes are not copied.
-  static std::shared_ptr<const CGImage> fromPixels(Data pixels, int width, int height,
-                                                   std::size_t bytesPerRow, Format format);
+  ZUVI_API static std::shared_ptr<const CGImage> fromPixels(Data pixels, int width, int height,
+                                                            std::size_t bytesPerRow, Format format);
 
   int width() const;  ///< in pixels
   int height() const; ///< in pixels

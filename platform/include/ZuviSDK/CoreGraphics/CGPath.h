@@ -38,14 +38,14 @@ public:
   void close();
 
   /// A copy with every point moved.
-  CGPath applying(const CGAffineTransform& transform) const;
+  ZUVI_HIDDEN CGPath applying(const CGAffineTransform& transform) const;
 
   /// Whether it has no element at all.
   bool isEmpty() const { return elements_.empty(); }
   /// In the order in which they were added.
   const std::vector<Element>& elements() const { return elements_; }
   /// The box around all points, controls included.
-  CGRect boundingBox() const;
+  ZUVI_HIDDEN CGRect boundingBox() const;
 
 private:
   std::vector<Element> elements_;

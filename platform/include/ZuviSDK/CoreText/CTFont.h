@@ -11,23 +11,25 @@ namespace zuvi {
 enum class FontWeight { Regular, SemiBold, Bold };
 
 /// A face at a size. Main thread.
-class ZUVI_API CTFont {
+class CTFont {
 public:
   /// The face of that PostScript name, size in points; null when no registered or installed font
   /// bears it.
-  static std::shared_ptr<const CTFont> named(const std::string& postScriptName, double size);
+  ZUVI_API static std::shared_ptr<const CTFont> named(const std::string& postScriptName,
+                                                      double size);
   /// The desktop's plain face.
-  static std::shared_ptr<const CTFont> system(double size, FontWeight weight = FontWeight::Regular);
+  ZUVI_API static std::shared_ptr<const CTFont> system(double size,
+                                                       FontWeight weight = FontWeight::Regular);
 
   /// The same face at another size.
-  std::shared_ptr<const CTFont> withSize(double size) const;
+  ZUVI_API std::shared_ptr<const CTFont> withSize(double size) const;
 
   /// The PostScript name that was asked for; "Sans" for the system's face.
   const std::string& name() const { return name_; }
   /// In points, before the person's wish for larger text.
   double pointSize() const { return size_; }
   /// Of one line, in points, with the person's wish for larger text.
-  double lineHeight() const;
+  ZUVI_API double lineHeight() const;
 
   /// @cond
   /// The toolkit's description of the face; for files that draw text.

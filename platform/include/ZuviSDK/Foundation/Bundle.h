@@ -12,13 +12,13 @@ namespace zuvi {
 
 /// A folder of resources. Any thread, but for the info dictionary and the language, which are the
 /// main one's.
-class ZUVI_API Bundle {
+class Bundle {
 public:
   /// The folder need not exist: then nothing is found in it.
   explicit Bundle(std::string folder) : folder_(std::move(folder)) {}
 
   /// The host program: the folder of its executable, and the information it gave about itself.
-  static Bundle& main();
+  ZUVI_API static Bundle& main();
 
   /// The path of `name`.`type` in the bundle; absent when there is no such file. A name that would
   /// leave the folder is never found.

@@ -13,12 +13,12 @@
 namespace zuvi {
 
 /// Immutable bytes, shared by their holders: a copy costs a reference, whatever the size.
-class ZUVI_API Data {
+class Data {
 public:
   Data() = default; ///< no bytes
   /// The bytes of a text, moved in, or of a list, copied.
   /// @{
-  explicit Data(std::string bytes);
+  ZUVI_API explicit Data(std::string bytes);
   explicit Data(const std::vector<std::uint8_t>& bytes);
   /// @}
   /// Bytes that live elsewhere; `owner` keeps them alive.

@@ -11,6 +11,6 @@ namespace zuvi {
 ZUVI_API void print(const std::string& line);
 
 /// Also hands every printed line to `listener`, on the printing thread; null ends it.
-ZUVI_API void setPrintListener(std::function<void(const std::string&)> listener);
+void setPrintListener(std::function<void(const std::string&)> listener);
 
 } // namespace zuvi

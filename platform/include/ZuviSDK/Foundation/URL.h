@@ -9,17 +9,17 @@ namespace zuvi {
 
 /// An address that parsed: it has a scheme, holds no blank or control character, and its escapes
 /// are well formed.
-class ZUVI_API URL {
+class URL {
 public:
   /// Absent when `text` is no address.
-  static std::optional<URL> fromString(const std::string& text);
+  ZUVI_API static std::optional<URL> fromString(const std::string& text);
   /// Of an absolute path; what an address may not hold is escaped.
   static URL fromFilePath(const std::string& path);
 
   /// The text as it was given.
   const std::string& absoluteString() const { return text_; }
   /// Lower case, such as "https".
-  std::string scheme() const;
+  ZUVI_API std::string scheme() const;
   /// Empty when the address has none.
   std::string host() const;
   /// Decoded path; of a file address, the file's path.

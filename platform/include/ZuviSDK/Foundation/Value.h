@@ -16,7 +16,7 @@
 namespace zuvi {
 
 /// Something that can be put into a `Value` only as its description.
-class ZUVI_API DescribedObject {
+class DescribedObject {
 public:
   virtual ~DescribedObject() = default;
   /// One line; what `Value::description` gives.
@@ -25,7 +25,7 @@ public:
 
 /// A value of any type that this system passes through untyped doors: JSON, metadata, event
 /// properties, messages. A boolean is never a number.
-class ZUVI_API Value {
+class Value {
 public:
   /// Values in their order.
   using List = std::vector<Value>;
@@ -76,7 +76,7 @@ public:
   /// @}
 
   /// Any number as a double; absent for everything else, booleans included.
-  std::optional<double> number() const;
+  ZUVI_API std::optional<double> number() const;
   /// The list as strings, when it is a list and each element is a string.
   std::optional<std::vector<std::string>> listOfStrings() const;
   /// The list as dictionaries, when it is a list and each element is a dictionary.
@@ -84,7 +84,7 @@ public:
 
   /// Text form: a string is its own text, a number its decimal form; lists and dictionaries are
   /// written out in brackets.
-  std::string description() const;
+  ZUVI_API std::string description() const;
 
   /// Of the same type and equal: 1 and 1.0 differ.
   bool operator==(const Value&) const = default;
@@ -101,9 +101,8 @@ private:
 };
 
 /// The entry of that key as a string; absent when there is none or it is of another type.
-ZUVI_API std::optional<std::string> stringValue(const Value::Dictionary& dictionary,
-                                                const std::string& key);
+std::optional<std::string> stringValue(const Value::Dictionary& dictionary, const std::string& key);
 /// The entry of that key; null pointer when there is none.
-ZUVI_API const Value* valueForKey(const Value::Dictionary& dictionary, const std::string& key);
+const Value* valueForKey(const Value::Dictionary& dictionary, const std::string& key);
 
 } // namespace zuvi

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
-
 namespace zuvi {
 
 /// How progress runs from 0 to 1 over an animation.
-struct ZUVI_API AnimationCurve {
+struct AnimationCurve {
   /// Where it is slow: nowhere, at the start, at the end, at both; or it swings like a spring.
   enum class Kind { Linear, EaseIn, EaseOut, EaseInOut, Spring };
   Kind kind = Kind::EaseInOut; ///< ease in and out

@@ -20,7 +20,7 @@ struct CABasicAnimation;
 struct LayerValue;
 
 /// The surface that shows a tree of layers.
-class ZUVI_API LayerHost {
+class LayerHost {
 public:
   virtual ~LayerHost() = default;
   /// Something below the host's root has changed: a frame is due.
@@ -35,7 +35,7 @@ enum class ContentsGravity { Resize, ResizeAspect, ResizeAspectFill, Center };
 /// A rectangle in a tree of rectangles that are drawn over one another. Every value is a model
 /// value: it changes at once, while drawing reads the presented value, which an animation moves.
 /// Main queue only.
-class ZUVI_API CALayer : public std::enable_shared_from_this<CALayer> {
+class CALayer : public std::enable_shared_from_this<CALayer> {
 public:
   /// Empty, without contents and without a superlayer.
   CALayer();
@@ -63,7 +63,7 @@ public:
   /// The box around the layer in the superlayer's coordinates. Writing it sets the size of the
   /// bounds and the position; the transform stays.
   /// @{
-  CGRect frame() const;
+  ZUVI_API CGRect frame() const;
   void setFrame(const CGRect& frame);
   /// @}
   /// In the layer's own coordinates; an origin other than zero moves what is in it. Animatable.
@@ -79,7 +79,7 @@ public:
   /// Applied about the centre; the identity at start. Animatable.
   /// @{
   CGAffineTransform transform() const { return transform_; }
-  void setTransform(const CGAffineTransform& transform);
+  ZUVI_API void setTransform(const CGAffineTransform& transform);
   /// @}
   /// From this layer's coordinates to its superlayer's.
   CGAffineTransform transformToSuperlayer() const;
@@ -90,57 +90,57 @@ public:
   /// From 0 to 1, which it is clamped to; 1 at start. Holds for the sublayers too. Animatable.
   /// @{
   double opacity() const { return opacity_; }
-  void setOpacity(double opacity);
+  ZUVI_API void setOpacity(double opacity);
   /// @}
   /// False at start. Nothing of a hidden layer or its sublayers is drawn.
   /// @{
   bool isHidden() const { return hidden_; }
-  void setHidden(bool hidden);
+  ZUVI_API void setHidden(bool hidden);
   /// @}
   /// Fills the rounded bounds; clear at start. Animatable.
   /// @{
   CGColor backgroundColor() const { return backgroundColor_; }
-  void setBackgroundColor(const CGColor& color);
+  ZUVI_API void setBackgroundColor(const CGColor& color);
   /// @}
   /// In points; 0 at start. Cuts sublayers only with `masksToBounds`. Animatable.
   /// @{
   double cornerRadius() const { return cornerRadius_; }
-  void setCornerRadius(double radius);
+  ZUVI_API void setCornerRadius(double radius);
   /// @}
   /// In points, inside the bounds, over the sublayers; 0 at start: none.
   /// @{
   double borderWidth() const { return borderWidth_; }
-  void setBorderWidth(double width);
+  ZUVI_API void setBorderWidth(double width);
   /// @}
   /// Black at start. Animatable.
   /// @{
   CGColor borderColor() const { return borderColor_; }
-  void setBorderColor(const CGColor& color);
+  ZUVI_API void setBorderColor(const CGColor& color);
   /// @}
   /// Whether sublayers are cut off at the rounded bounds; false at start.
   /// @{
   bool masksToBounds() const { return masksToBounds_; }
-  void setMasksToBounds(bool masks);
+  ZUVI_API void setMasksToBounds(bool masks);
   /// @}
   /// Black at start; its alpha is multiplied by `shadowOpacity`.
   /// @{
   CGColor shadowColor() const { return shadowColor_; }
-  void setShadowColor(const CGColor& color);
+  ZUVI_API void setShadowColor(const CGColor& color);
   /// @}
   /// From 0 to 1; 0 at start: no shadow.
   /// @{
   double shadowOpacity() const { return shadowOpacity_; }
-  void setShadowOpacity(double opacity);
+  ZUVI_API void setShadowOpacity(double opacity);
   /// @}
   /// How far the shadow is blurred, in points; 3 at start.
   /// @{
   double shadowRadius() const { return shadowRadius_; }
-  void setShadowRadius(double radius);
+  ZUVI_API void setShadowRadius(double radius);
   /// @}
   /// How far the shadow lies to the right and below, in points; 3 above at start.
   /// @{
   CGSize shadowOffset() const { return shadowOffset_; }
-  void setShadowOffset(CGSize offset);
+  ZUVI_API void setShadowOffset(CGSize offset);
   /// @}
   /// A rounded rectangle that throws a shadow.
   struct RoundedRect {
@@ -172,7 +172,7 @@ public:
   void setContentsMirrored(bool mirrored);
   /// @}
   /// What `draw` draws has changed.
-  void setNeedsDisplay();
+  ZUVI_API void setNeedsDisplay();
   /// Draws this layer's own contents over background and `contents`, below its border and
   /// sublayers, in the layer's coordinates. The base class draws nothing.
   virtual void draw(DrawingContext& context);

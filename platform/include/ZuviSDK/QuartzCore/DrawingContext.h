@@ -35,11 +35,11 @@ public:
   /// The line is `width` points wide, with round ends and joins.
   void stroke(const CGPath& path, const CGColor& color, double width);
   /// From top to bottom through evenly spaced colours.
-  void fillGradient(const CGRect& rect, const std::vector<CGColor>& colors);
+  ZUVI_HIDDEN void fillGradient(const CGRect& rect, const std::vector<CGColor>& colors);
   /// The picture stretched over the rectangle.
   void drawImage(const CGImage& image, const CGRect& rect);
   /// The text, its lines' top left corner at the point.
-  void drawText(const TextLayout& text, CGPoint origin);
+  ZUVI_HIDDEN void drawText(const TextLayout& text, CGPoint origin);
 
   /// @cond
   /// For files that draw with the toolkit themselves.

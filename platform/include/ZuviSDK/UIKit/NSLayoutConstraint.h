@@ -12,7 +12,7 @@ class UIView;
 enum class LayoutAttribute { Left, Right, Top, Bottom, CenterX, CenterY, Width, Height };
 
 /// Whether it is measured from left to right: left, right, the horizontal centre, the width.
-ZUVI_API bool isHorizontal(LayoutAttribute attribute);
+bool isHorizontal(LayoutAttribute attribute);
 
 /// What a constraint speaks of: a view, or the safe area of the view that holds the constraint.
 struct LayoutItem {
@@ -24,7 +24,7 @@ struct LayoutItem {
 
 /// first = second * multiplier + constant, in points. It is held by the superview of the views that
 /// it speaks of, and may speak of that superview too.
-class ZUVI_API NSLayoutConstraint {
+class NSLayoutConstraint {
 public:
   LayoutItem firstItem;                                    ///< what is placed
   LayoutAttribute firstAttribute = LayoutAttribute::Left;  ///< of the first item
@@ -35,7 +35,7 @@ public:
   /// In points; 0 at start.
   double constant() const { return constant_; }
   /// Takes effect at the next layout of the view that holds the constraint.
-  void setConstant(double constant);
+  ZUVI_API void setConstant(double constant);
 
   std::weak_ptr<UIView> owner; ///< the view that holds it, set by `UIView::addConstraint`
 

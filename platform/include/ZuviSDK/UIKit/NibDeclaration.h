@@ -1,6 +1,5 @@
 #pragma once
 
-#include <ZuviSDK/Export.h>
 #include <ZuviSDK/UIKit/NSLayoutConstraint.h>
 #include <ZuviSDK/UIKit/UIView.h>
 
@@ -14,7 +13,7 @@ namespace zuvi {
 
 /// What the owner of a nib expects of it: every outlet and every action by name. A nib that lacks
 /// one, or names another, is refused.
-class ZUVI_API NibDeclaration {
+class NibDeclaration {
 public:
   /// `field` gets the view of that outlet; the nib must give it a class that fits.
   template <class View> void outlet(const std::string& name, std::weak_ptr<View>& field) {

@@ -45,7 +45,7 @@ struct UIAccessibilityElement {
 };
 
 /// Between the views and the screen readers of the desktop. Main queue only.
-class ZUVI_API UIAccessibility {
+class UIAccessibility {
 public:
   /// What is to be told.
   enum class Notification {
@@ -53,7 +53,7 @@ public:
     LayoutChanged ///< something changed that can't be seen, such as a label
   };
   /// Tells assistive technology; `text` is what is spoken. Nothing happens where none listens.
-  static void post(Notification notification, const std::string& text = {});
+  ZUVI_API static void post(Notification notification, const std::string& text = {});
 
   /// An element on the screen.
   struct Item {
@@ -69,6 +69,6 @@ public:
 };
 
 /// Whether the middle of the view lies beyond the edge of contents that scroll.
-ZUVI_API bool isScrolledOut(const UIView& view);
+bool isScrolledOut(const UIView& view);
 
 } // namespace zuvi

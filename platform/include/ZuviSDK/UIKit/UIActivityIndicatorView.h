@@ -25,13 +25,13 @@ public:
   void setColor(const UIColor& color);
   /// @}
 
-  void layoutSubviews() override;
+  ZUVI_HIDDEN void layoutSubviews() override;
   CGSize intrinsicContentSize() const override { return {36, 36}; }
   /// What it lies over stays in reach.
   UIView* hitTest(CGPoint) override { return nullptr; }
-  UIAccessibilityElement accessibilityElement() const override;
-  void describe(Value::Dictionary& description) const override;
-  bool setNibAttribute(const std::string& name, const std::string& value) override;
+  ZUVI_HIDDEN UIAccessibilityElement accessibilityElement() const override;
+  ZUVI_HIDDEN void describe(Value::Dictionary& description) const override;
+  ZUVI_HIDDEN bool setNibAttribute(const std::string& name, const std::string& value) override;
 
 private:
   std::shared_ptr<CAShapeLayer> arc_;

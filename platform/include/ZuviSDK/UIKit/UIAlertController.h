@@ -35,13 +35,13 @@ public:
   const std::vector<UIAlertAction>& actions() const { return actions_; }
   /// @}
   /// As if the person had tapped that answer.
-  void choose(std::size_t index);
+  ZUVI_HIDDEN void choose(std::size_t index);
 
-  void loadView() override;
-  void viewDidLayoutSubviews() override;
+  ZUVI_HIDDEN void loadView() override;
+  ZUVI_HIDDEN void viewDidLayoutSubviews() override;
   UIView* preferredFocusView() override { return buttons_.empty() ? nullptr : buttons_[0].get(); }
   /// The answer that is marked as the way out, if there is one.
-  bool accessibilityPerformEscape() override;
+  ZUVI_HIDDEN bool accessibilityPerformEscape() override;
 
 private:
   std::string title_, message_;

@@ -49,10 +49,10 @@ inline constexpr const char* UIKeyboardAnimationCurveUserInfoKey =
 
 /// The program: who has the focus, where touches and keys go, how addresses are opened. Main queue
 /// only.
-class ZUVI_API UIApplication {
+class UIApplication {
 public:
   /// The one program, made on first use.
-  static UIApplication& shared();
+  ZUVI_API static UIApplication& shared();
 
   /// Over which the flow shows, null for none; see `UIWindow::makeKeyAndVisible`.
   /// @{
@@ -61,7 +61,7 @@ public:
   /// @}
 
   /// Opens an address in the program that the desktop names for it. False when there is none.
-  bool openURL(const URL& url);
+  ZUVI_API bool openURL(const URL& url);
   /// Whether there is such a program. Opens nothing.
   bool canOpenURL(const URL& url) const;
   /// Replaces the desktop's way of opening; null restores it. Without `canOpen` the opener counts

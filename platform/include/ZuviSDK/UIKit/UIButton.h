@@ -18,10 +18,7 @@ enum class UIControlState { Normal, Highlighted, Disabled };
 class ZUVI_API UIButton : public UIControl {
 public:
   /// Without title and picture, so nothing shows yet.
-  /// @{
-  UIButton();
-  explicit UIButton(const CGRect& frame);
-  /// @}
+  explicit UIButton(const CGRect& frame = {});
 
   /// Absent clears the title of that state.
   void setTitle(std::optional<std::string> title, UIControlState state = UIControlState::Normal);
@@ -37,17 +34,17 @@ public:
   /// Never null; its text is overwritten by the button.
   const std::shared_ptr<UILabel>& titleLabel() const { return titleLabel_; }
 
-  void setEnabled(bool enabled) override;
-  void setHighlighted(bool highlighted) override;
-  void layoutSubviews() override;
-  CGSize intrinsicContentSize() const override;
-  UIAccessibilityElement accessibilityElement() const override;
-  void describe(Value::Dictionary& description) const override;
-  bool setNibAttribute(const std::string& name, const std::string& value) override;
+  ZUVI_HIDDEN void setEnabled(bool enabled) override;
+  ZUVI_HIDDEN void setHighlighted(bool highlighted) override;
+  ZUVI_HIDDEN void layoutSubviews() override;
+  ZUVI_HIDDEN CGSize intrinsicContentSize() const override;
+  ZUVI_HIDDEN UIAccessibilityElement accessibilityElement() const override;
+  ZUVI_HIDDEN void describe(Value::Dictionary& description) const override;
+  ZUVI_HIDDEN bool setNibAttribute(const std::string& name, const std::string& value) override;
 
 private:
-  UIControlState state() const;
-  void refresh();
+  ZUVI_HIDDEN UIControlState state() const;
+  ZUVI_HIDDEN void refresh();
 
   std::map<UIControlState, std::string> titles_;
   std::map<UIControlState, UIColor> colors_;

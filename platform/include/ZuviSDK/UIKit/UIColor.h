@@ -14,6 +14,6 @@ using UIColor = CGColor;
 /// "#RRGGBB" or "#RRGGBBAA" as nibs write it; absent for anything else.
 ZUVI_API std::optional<UIColor> colorFromText(const std::string& text);
 /// The text that `colorFromText` reads; without alpha when opaque.
-ZUVI_API std::string textFromColor(const UIColor& color);
+std::string textFromColor(const UIColor& color);
 
 } // namespace zuvi

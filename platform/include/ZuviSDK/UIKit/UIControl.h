@@ -30,39 +30,39 @@ public:
   void addTarget(UIControlEvent event, std::function<void()> target);
   /// Calls the targets of that event in the order in which they were added; they may take the
   /// control off the screen.
-  void sendActions(UIControlEvent event);
+  ZUVI_HIDDEN void sendActions(UIControlEvent event);
 
   /// True at start. Disabling ends a touch under way; a disabled control is not heard and takes no
   /// focus.
   /// @{
   bool isEnabled() const { return enabled_; }
-  virtual void setEnabled(bool enabled);
+  ZUVI_HIDDEN virtual void setEnabled(bool enabled);
   /// @}
   /// Whether a finger is down on it, or within its reach.
   bool isHighlighted() const { return highlighted_; }
   /// While a finger is down on it. Runs also when the value does not change.
-  virtual void setHighlighted(bool highlighted);
+  ZUVI_HIDDEN virtual void setHighlighted(bool highlighted);
 
   /// The action that the nib names; empty: none.
   std::string actionName;
 
-  UIView* hitTest(CGPoint point) override;
-  void touchBegan(CGPoint point) override;
-  void touchMoved(CGPoint point) override;
-  void touchEnded(CGPoint point) override;
-  void touchCancelled() override;
+  ZUVI_HIDDEN UIView* hitTest(CGPoint point) override;
+  ZUVI_HIDDEN void touchBegan(CGPoint point) override;
+  ZUVI_HIDDEN void touchMoved(CGPoint point) override;
+  ZUVI_HIDDEN void touchEnded(CGPoint point) override;
+  ZUVI_HIDDEN void touchCancelled() override;
   bool canBecomeFirstResponder() const override { return enabled_; }
-  void didChangeFirstResponder(bool focused) override;
-  void layoutSubviews() override;
-  bool keyPressed(const KeyPress& key) override;
-  bool accessibilityActivate() override;
-  UIAccessibilityElement accessibilityElement() const override;
-  void describe(Value::Dictionary& description) const override;
-  bool setNibAttribute(const std::string& name, const std::string& value) override;
+  ZUVI_HIDDEN void didChangeFirstResponder(bool focused) override;
+  ZUVI_HIDDEN void layoutSubviews() override;
+  ZUVI_HIDDEN bool keyPressed(const KeyPress& key) override;
+  ZUVI_HIDDEN bool accessibilityActivate() override;
+  ZUVI_HIDDEN UIAccessibilityElement accessibilityElement() const override;
+  ZUVI_HIDDEN void describe(Value::Dictionary& description) const override;
+  ZUVI_HIDDEN bool setNibAttribute(const std::string& name, const std::string& value) override;
 
 private:
-  bool reaches(CGPoint point) const;
-  bool handOver(CGPoint point);
+  ZUVI_HIDDEN bool reaches(CGPoint point) const;
+  ZUVI_HIDDEN bool handOver(CGPoint point);
 
   std::multimap<UIControlEvent, std::function<void()>> targets_;
   bool enabled_ = true;

@@ -17,21 +17,22 @@ class SvgImage;
 
 /// A picture for views: a drawing that is sharp at every size, pixels, or a series of pictures
 /// shown in turn. Immutable. May be made on any thread; `pixels` is for the main one.
-class ZUVI_API UIImage {
+class UIImage {
 public:
   /// The picture `name` of a bundle (svg, png or jpg); null when there is none.
-  static std::shared_ptr<const UIImage> named(const std::string& name, const Bundle& bundle);
+  ZUVI_API static std::shared_ptr<const UIImage> named(const std::string& name,
+                                                       const Bundle& bundle);
   /// PNG, JPEG or SVG; null when the bytes are none.
-  static std::shared_ptr<const UIImage> fromData(const Data& bytes);
+  ZUVI_API static std::shared_ptr<const UIImage> fromData(const Data& bytes);
   /// `scale`: pixels a point.
-  static std::shared_ptr<const UIImage> fromCGImage(std::shared_ptr<const CGImage> image,
-                                                    double scale = 1);
+  ZUVI_API static std::shared_ptr<const UIImage> fromCGImage(std::shared_ptr<const CGImage> image,
+                                                             double scale = 1);
   /// Pictures of equal length in time; the series lasts `duration` seconds and begins anew.
   static std::shared_ptr<const UIImage>
   animatedImage(std::vector<std::shared_ptr<const UIImage>> images, double duration);
 
   /// In points.
-  CGSize size() const;
+  ZUVI_API CGSize size() const;
   /// The name that it was found under; empty when it came from elsewhere.
   const std::string& name() const { return name_; }
   /// The series; empty for a single picture.

@@ -11,27 +11,24 @@ namespace zuvi {
 class ZUVI_API UIImageView : public UIView {
 public:
   /// Of no size until layout or `setFrame` gives it one. Touches go through it.
-  /// @{
-  UIImageView();
-  explicit UIImageView(std::shared_ptr<const UIImage> image);
-  /// @}
+  explicit UIImageView(std::shared_ptr<const UIImage> image = nullptr);
 
   /// Null at start.
   const std::shared_ptr<const UIImage>& image() const { return image_; }
   /// Null shows nothing.
   void setImage(std::shared_ptr<const UIImage> image);
 
-  CGSize intrinsicContentSize() const override;
-  CGSize sizeThatFits(CGSize size) const override;
-  void draw(DrawingContext& context) override;
-  void didMoveToWindow() override;
-  UIAccessibilityElement accessibilityElement() const override;
-  void describe(Value::Dictionary& description) const override;
-  bool setNibAttribute(const std::string& name, const std::string& value) override;
+  ZUVI_HIDDEN CGSize intrinsicContentSize() const override;
+  ZUVI_HIDDEN CGSize sizeThatFits(CGSize size) const override;
+  ZUVI_HIDDEN void draw(DrawingContext& context) override;
+  ZUVI_HIDDEN void didMoveToWindow() override;
+  ZUVI_HIDDEN UIAccessibilityElement accessibilityElement() const override;
+  ZUVI_HIDDEN void describe(Value::Dictionary& description) const override;
+  ZUVI_HIDDEN bool setNibAttribute(const std::string& name, const std::string& value) override;
 
 private:
-  void play();
-  CGRect place(CGSize image) const;
+  ZUVI_HIDDEN void play();
+  ZUVI_HIDDEN CGRect place(CGSize image) const;
 
   std::shared_ptr<const UIImage> image_;
   std::shared_ptr<Timer> timer_;

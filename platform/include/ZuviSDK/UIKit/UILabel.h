@@ -17,10 +17,7 @@ class TextLayout;
 class ZUVI_API UILabel : public UIView {
 public:
   /// Empty, on one line, in the system's face at 17 points.
-  /// @{
-  UILabel();
-  explicit UILabel(const CGRect& frame);
-  /// @}
+  explicit UILabel(const CGRect& frame = {});
 
   /// Absent shows nothing.
   std::optional<std::string> text() const;
@@ -29,7 +26,7 @@ public:
   /// Text with colours of its own; `setText` takes them away.
   const std::optional<AttributedString>& attributedText() const { return text_; }
   /// Absent shows nothing.
-  void setAttributedText(std::optional<AttributedString> text);
+  ZUVI_HIDDEN void setAttributedText(std::optional<AttributedString> text);
   /// Never null.
   const std::shared_ptr<const UIFont>& font() const { return font_; }
   /// Null takes the system's face at 17 points.
@@ -49,23 +46,23 @@ public:
   /// 0: as many as it takes.
   void setNumberOfLines(int lines);
   /// Down to this share of the font's size the text shrinks to fit the width; 1: not at all.
-  void setMinimumScaleFactor(double factor);
+  ZUVI_HIDDEN void setMinimumScaleFactor(double factor);
 
   /// Whether part of the text does not fit into the bounds.
-  bool isClipped() const;
+  ZUVI_HIDDEN bool isClipped() const;
 
-  CGSize intrinsicContentSize() const override;
-  CGSize sizeThatFits(CGSize size) const override;
-  void draw(DrawingContext& context) override;
-  void didMoveToWindow() override;
+  ZUVI_HIDDEN CGSize intrinsicContentSize() const override;
+  ZUVI_HIDDEN CGSize sizeThatFits(CGSize size) const override;
+  ZUVI_HIDDEN void draw(DrawingContext& context) override;
+  ZUVI_HIDDEN void didMoveToWindow() override;
   UIView* hitTest(CGPoint) override { return nullptr; }
-  UIAccessibilityElement accessibilityElement() const override;
-  void describe(Value::Dictionary& description) const override;
-  bool setNibAttribute(const std::string& name, const std::string& value) override;
+  ZUVI_HIDDEN UIAccessibilityElement accessibilityElement() const override;
+  ZUVI_HIDDEN void describe(Value::Dictionary& description) const override;
+  ZUVI_HIDDEN bool setNibAttribute(const std::string& name, const std::string& value) override;
 
 private:
-  std::shared_ptr<const TextLayout> layoutForWidth(double width) const;
-  void changed();
+  ZUVI_HIDDEN std::shared_ptr<const TextLayout> layoutForWidth(double width) const;
+  ZUVI_HIDDEN void changed();
 
   std::optional<AttributedString> text_;
   std::shared_ptr<const UIFont> font_;

@@ -21,7 +21,7 @@ public:
   /// Null when the stack is empty.
   std::shared_ptr<UIViewController> topViewController() const;
   /// What is seen: the last presented screen above the stack, else its top.
-  std::shared_ptr<UIViewController> visibleViewController() const;
+  ZUVI_HIDDEN std::shared_ptr<UIViewController> visibleViewController() const;
 
   /// Animated, the screen slides in from the right in 0.4 seconds. Null and a screen that stands in
   /// the stack are ignored.
@@ -38,15 +38,16 @@ public:
   void setNavigationBarHidden(bool, bool) {}
   /// @}
 
-  void viewDidLayoutSubviews() override;
-  void viewWillDisappear(bool animated) override;
+  ZUVI_HIDDEN void viewDidLayoutSubviews() override;
+  ZUVI_HIDDEN void viewWillDisappear(bool animated) override;
 
 protected:
-  std::vector<std::shared_ptr<UIViewController>> visibleChildren() const override;
+  ZUVI_HIDDEN std::vector<std::shared_ptr<UIViewController>> visibleChildren() const override;
 
 private:
   enum class Direction { Forward, Back };
-  void showTop(const std::shared_ptr<UIViewController>& old, Direction direction, bool animated);
+  ZUVI_HIDDEN void showTop(const std::shared_ptr<UIViewController>& old, Direction direction,
+                           bool animated);
 
   std::vector<std::shared_ptr<UIViewController>> stack_;
   std::shared_ptr<UIViewController> shown_; ///< whose view is in place

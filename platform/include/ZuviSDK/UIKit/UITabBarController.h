@@ -23,20 +23,20 @@ public:
   /// @endcond
 
   /// Null without tabs.
-  std::shared_ptr<UIViewController> selectedViewController() const;
+  ZUVI_HIDDEN std::shared_ptr<UIViewController> selectedViewController() const;
   /// From 0.
   std::size_t selectedIndex() const { return selected_; }
   /// An index past the end is ignored.
   void setSelectedIndex(std::size_t index);
 
-  void viewDidLoad() override;
-  void viewDidLayoutSubviews() override;
+  ZUVI_HIDDEN void viewDidLoad() override;
+  ZUVI_HIDDEN void viewDidLayoutSubviews() override;
 
 protected:
-  std::vector<std::shared_ptr<UIViewController>> visibleChildren() const override;
+  ZUVI_HIDDEN std::vector<std::shared_ptr<UIViewController>> visibleChildren() const override;
 
 private:
-  void markSelected();
+  ZUVI_HIDDEN void markSelected();
 
   std::vector<Tab> tabs_;
   std::size_t selected_ = 0;

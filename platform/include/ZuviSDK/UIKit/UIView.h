@@ -48,10 +48,7 @@ enum UIViewAutoresizing : unsigned {
 class ZUVI_API UIView : public std::enable_shared_from_this<UIView> {
 public:
   /// Clear, visible, in no superview; an empty frame unless one is given.
-  /// @{
-  UIView();
-  explicit UIView(const CGRect& frame);
-  /// @}
+  explicit UIView(const CGRect& frame = {});
   virtual ~UIView();
   UIView(const UIView&) = delete;
   UIView& operator=(const UIView&) = delete;
@@ -74,7 +71,7 @@ public:
   /// go too.
   void removeFromSuperview();
   /// True also for the view itself.
-  bool isDescendantOf(const UIView& other) const;
+  ZUVI_HIDDEN bool isDescendantOf(const UIView& other) const;
 
   // Geometry, in the superview's coordinates unless told otherwise
   /// The box around the view. Writing it sets the size of the bounds and the centre; subviews
@@ -87,7 +84,7 @@ public:
   /// stays.
   /// @{
   CGRect bounds() const { return layer_->bounds(); }
-  void setBounds(const CGRect& bounds);
+  ZUVI_HIDDEN void setBounds(const CGRect& bounds);
   /// @}
   /// Moves without a layout.
   /// @{
@@ -101,13 +98,13 @@ public:
   void setTransform(const CGAffineTransform& transform) { layer_->setTransform(transform); }
   /// @}
   /// From this view's coordinates to the screen's.
-  CGPoint convertToScreen(CGPoint point) const;
+  ZUVI_HIDDEN CGPoint convertToScreen(CGPoint point) const;
   /// The box around where the rectangle is on the screen.
-  CGRect convertToScreen(const CGRect& rect) const;
+  ZUVI_HIDDEN CGRect convertToScreen(const CGRect& rect) const;
   /// From the screen's coordinates to this view's; zero where a transform flattens the view.
   /// @{
-  CGPoint convertFromScreen(CGPoint point) const;
-  CGRect convertFromScreen(const CGRect& rect) const;
+  ZUVI_HIDDEN CGPoint convertFromScreen(CGPoint point) const;
+  ZUVI_HIDDEN CGRect convertFromScreen(const CGRect& rect) const;
   /// @}
   /// A rectangle of another view's coordinates in this view's; null: of the screen's.
   CGRect convert(const CGRect& rect, const UIView* from) const;
@@ -140,7 +137,7 @@ public:
   void setContentMode(UIViewContentMode mode);
   /// @}
   /// Neither hidden nor transparent, nor yet to fade in; whatever the views above it are.
-  bool isSeen() const;
+  ZUVI_HIDDEN bool isSeen() const;
   /// What is drawn of the view; never null, the same for as long as it lives.
   const std::shared_ptr<CALayer>& layer() const { return layer_; }
   /// `draw` runs again before the next frame.
@@ -152,7 +149,7 @@ public:
   /// Lays the view out in the next turn of the main queue, once it is on a visible window.
   void setNeedsLayout();
   /// The same for all views below as well.
-  void setNeedsLayoutBelow();
+  ZUVI_HIDDEN void setNeedsLayoutBelow();
   /// Lays out this view and all below it at once, where marked.
   void layoutIfNeeded();
   /// Places the subviews. The base class applies the constraints that this view holds; a subclass
@@ -208,7 +205,7 @@ public:
   /// Whether keys may go to it. Asked also for Tab, which passes by a view that says no.
   virtual bool canBecomeFirstResponder() const { return false; }
   /// Whether it has the focus.
-  bool isFirstResponder() const;
+  ZUVI_HIDDEN bool isFirstResponder() const;
   /// Takes the focus from whoever has it. False when the view can't have it or is in no window.
   bool becomeFirstResponder();
   /// Nobody has the focus then; nothing happens when it was not this view.
@@ -218,7 +215,7 @@ public:
   /// True when the key was used up.
   virtual bool keyPressed(const KeyPress&) { return false; }
   /// Takes the focus away from a text field at or below this view.
-  void endEditing(bool force);
+  ZUVI_HIDDEN void endEditing(bool force);
 
   // Names
   /// The outlet that the nib connected to this view, or the id that it gave it.
@@ -266,15 +263,15 @@ public:
 
 protected:
   /// For a subclass whose layer is of a class of its own.
-  UIView(const CGRect& frame, std::shared_ptr<CALayer> layer);
+  ZUVI_HIDDEN UIView(const CGRect& frame, std::shared_ptr<CALayer> layer);
 
 private:
   friend class UIViewController;
   friend class UIWindow;
-  void sizeChanged(CGSize old);
-  void windowChanged();
-  void layoutTree();
-  void markLayoutPath();
+  ZUVI_HIDDEN void sizeChanged(CGSize old);
+  ZUVI_HIDDEN void windowChanged();
+  ZUVI_HIDDEN void layoutTree();
+  ZUVI_HIDDEN void markLayoutPath();
 
   std::shared_ptr<CALayer> layer_;
   UIView* superview_ = nullptr;

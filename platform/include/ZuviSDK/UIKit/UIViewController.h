@@ -30,7 +30,7 @@ enum class UIModalTransitionStyle { CoverVertical = 0, CrossDissolve = 2 };
 class ZUVI_API UIViewController : public std::enable_shared_from_this<UIViewController> {
 public:
   /// The view is an empty one unless `loadView` makes another.
-  UIViewController() = default;
+  UIViewController();
   /// The view comes from that nib when it is first asked for.
   UIViewController(std::string nibName, std::shared_ptr<const Bundle> bundle);
   virtual ~UIViewController();
@@ -87,22 +87,22 @@ public:
   const std::vector<std::shared_ptr<UIViewController>>& children() const { return children_; }
   /// Ties and unties the two; their views are the container's to place.
   /// @{
-  void addChild(std::shared_ptr<UIViewController> child);
-  void removeFromParent();
+  ZUVI_HIDDEN void addChild(std::shared_ptr<UIViewController> child);
+  ZUVI_HIDDEN void removeFromParent();
   /// @}
   /// The nearest one around this screen; null: none.
   /// @{
   UINavigationController* navigationController() const;
-  UITabBarController* tabBarController() const;
+  ZUVI_HIDDEN UITabBarController* tabBarController() const;
   /// @}
   /// Pushes onto the nearest stack; without one, presents.
-  void show(std::shared_ptr<UIViewController> controller);
+  ZUVI_HIDDEN void show(std::shared_ptr<UIViewController> controller);
 
   /// What the frame around this screen covers of it at its edges, in points; none at start. The
   /// safe area of the view and those below leaves it free, as it does the screen's own insets.
   /// @{
   UIEdgeInsets additionalSafeAreaInsets() const { return additionalSafeArea_; }
-  void setAdditionalSafeAreaInsets(const UIEdgeInsets& insets);
+  ZUVI_HIDDEN void setAdditionalSafeAreaInsets(const UIEdgeInsets& insets);
   /// @}
 
   // Presentation
@@ -115,7 +115,7 @@ public:
   /// counts.
   std::shared_ptr<UIViewController> presentedViewController() const;
   /// Who presented this screen, or the frame that it stands in; null: nobody.
-  UIViewController* presentingViewController() const;
+  ZUVI_HIDDEN UIViewController* presentingViewController() const;
   /// Lays `controller` over this screen. When something is presented already, or nothing of this
   /// screen is on a window, it prints a line and does nothing more.
   void present(std::shared_ptr<UIViewController> controller, bool animated,
@@ -132,8 +132,8 @@ public:
   /// Makes the first and the second call of a pair, on this screen and on its children that are on
   /// show. A call that would repeat itself is left out.
   /// @{
-  void beginAppearanceTransition(bool appearing, bool animated);
-  void endAppearanceTransition();
+  ZUVI_HIDDEN void beginAppearanceTransition(bool appearing, bool animated);
+  ZUVI_HIDDEN void endAppearanceTransition();
   /// @}
 
 protected:
@@ -145,7 +145,7 @@ protected:
 private:
   friend class UIView;
   friend class Presentation;
-  UIViewController* topmostParent() const;
+  ZUVI_HIDDEN UIViewController* topmostParent() const;
 
   std::string nibName_;
   std::shared_ptr<const Bundle> bundle_;

@@ -28,7 +28,7 @@ public:
   /// `levelNormal` at start. Takes effect at once.
   /// @{
   double windowLevel() const { return level_; }
-  void setWindowLevel(double level);
+  ZUVI_HIDDEN void setWindowLevel(double level);
   /// @}
   /// Null at start. A new one fills the window without a movement; what the old one had presented
   /// is dismissed.
@@ -37,10 +37,10 @@ public:
   void setRootViewController(std::shared_ptr<UIViewController> controller);
   /// @}
   /// The screen that lies over the others of the window; null: there is none.
-  std::shared_ptr<UIViewController> topViewController() const;
+  ZUVI_HIDDEN std::shared_ptr<UIViewController> topViewController() const;
   /// The key window is the one that the kit lays its flow over. Hiding it leaves none.
   /// @{
-  bool isKeyWindow() const;
+  ZUVI_HIDDEN bool isKeyWindow() const;
   void makeKeyAndVisible();
   /// @}
   /// Showing puts it on the screen, hiding takes it off; the appearance calls follow.
@@ -48,11 +48,11 @@ public:
   /// False at start.
   bool isVisible() const { return visible_; }
 
-  void layoutSubviews() override;
+  ZUVI_HIDDEN void layoutSubviews() override;
 
 private:
   /// The screens that are seen: the root's or what covers it, and what is laid over that.
-  std::vector<std::shared_ptr<UIViewController>> controllersOnShow() const;
+  ZUVI_HIDDEN std::vector<std::shared_ptr<UIViewController>> controllersOnShow() const;
 
   double level_ = levelNormal;
   bool visible_ = false;
