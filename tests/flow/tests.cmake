@@ -14,10 +14,15 @@ add_custom_command(
   COMMAND ${CMAKE_COMMAND} -E make_directory ${layout}/fonts
   COMMAND ${ZUVI_PYTHON} ${CMAKE_CURRENT_LIST_DIR}/layout/make_fonts.py ${layout}/fonts
   DEPENDS ${CMAKE_CURRENT_LIST_DIR}/layout/make_fonts.py)
-add_custom_target(zuvi_layout_bundle
-  COMMAND ${CMAKE_COMMAND} -E copy_directory ${PROJECT_BINARY_DIR}/ZuviSDK.bundle ${layout}/ZuviSDK.bundle
+get_target_property(bundled zuvi_bundle ZUVI_FILES)
+add_custom_command(
+  OUTPUT ${layout}/bundled
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${PROJECT_BINARY_DIR}/ZuviSDK.bundle
+          ${layout}/ZuviSDK.bundle
   COMMAND ${CMAKE_COMMAND} -E copy ${fonts} ${layout}/ZuviSDK.bundle
-  DEPENDS ${fonts} VERBATIM)
+  COMMAND ${CMAKE_COMMAND} -E touch ${layout}/bundled
+  DEPENDS ${fonts} ${bundled} VERBATIM)
+add_custom_target(zuvi_layout_bundle DEPENDS ${layout}/bundled)
 add_dependencies(zuvi_layout_bundle zuvi_bundle)
 add_dependencies(test_flow_layout zuvi_layout_bundle)
 set_target_properties(test_flow_layout PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${layout})
