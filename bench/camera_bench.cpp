@@ -10,7 +10,7 @@
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
 #include "platform/AVFoundation/FilmEncoderGStreamer.h"
 #include "platform/AVFoundation/SourceRecipesGStreamer.h"
-#include "tests/AVFoundation/RecipeProvider.h"
+#include "testing/AVFoundation/RecipeProvider.h"
 
 #include <filesystem>
 #include <string>

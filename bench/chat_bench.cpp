@@ -14,8 +14,8 @@
 #include "platform/UIKit/ScreenPicture.h"
 #include "platform/UIKit/UIScreen.h"
 #include "sandbox/core/Server.h"
-#include "tests/UIKit/Pixels.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/UIKit/Pixels.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <dlfcn.h>

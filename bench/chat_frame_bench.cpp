@@ -14,8 +14,8 @@
 #include "platform/UIKit/OffscreenSurface.h"
 #include "testing/Dispatch/VirtualTime.h"
 #include "testing/WebKit/ScriptedWebEngine.h"
-#include "tests/support/LoopbackServer.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/backend/LoopbackServer.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -16,7 +16,7 @@
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
 #include "platform/AVFoundation/PipelineGStreamer.h"
 #include "platform/UIKit/OffscreenSurface.h"
-#include "tests/pipewire/MediaServer.h"
+#include "testing/mediaserver/MediaServer.h"
 
 using namespace zuvi;
 using namespace zuvi::bench;

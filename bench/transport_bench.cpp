@@ -7,7 +7,7 @@
 #include "kit/Manager/ZVKYCManager.h"
 #include "sandbox/core/tls/ServerCredentials.h"
 #include "testing/Dispatch/VirtualTime.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <curl/curl.h>
 

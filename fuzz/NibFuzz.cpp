@@ -8,7 +8,7 @@
 #include "fuzz/Json.h"
 #include "platform/UIKit/OffscreenSurface.h"
 #include "testing/Dispatch/VirtualTime.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/support/TemporaryFolder.h"
 
 using namespace zuvi;
 

@@ -2,7 +2,7 @@
 
 #include "fuzz/Json.h"
 #include "platform/Foundation/PropertyList.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/support/TemporaryFolder.h"
 
 using namespace zuvi;
 

@@ -2,10 +2,10 @@
 #include "platform/AVFoundation/DevicesGStreamer.h"
 #include "platform/AVFoundation/SourceRecipesGStreamer.h"
 #include "platform/ImageIO/ImageFile.h"
-#include "tests/AVFoundation/CameraFixture.h"
-#include "tests/AVFoundation/MediaReaderGStreamer.h"
-#include "tests/AVFoundation/RecipeProvider.h"
-#include "tests/UIKit/Pixels.h"
+#include "testing/AVFoundation/CameraFixture.h"
+#include "testing/AVFoundation/MediaReaderGStreamer.h"
+#include "testing/AVFoundation/RecipeProvider.h"
+#include "testing/UIKit/Pixels.h"
 
 #include <gmock/gmock.h>
 

@@ -2,8 +2,8 @@
 #include "platform/AVFoundation/DevicePlace.h"
 #include "platform/AVFoundation/DevicesGStreamer.h"
 #include "platform/ImageIO/ImageFile.h"
-#include "tests/AVFoundation/CameraFixture.h"
-#include "tests/AVFoundation/MediaReaderGStreamer.h"
+#include "testing/AVFoundation/CameraFixture.h"
+#include "testing/AVFoundation/MediaReaderGStreamer.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

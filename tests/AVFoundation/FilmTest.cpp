@@ -2,10 +2,10 @@
 #include "platform/AVFoundation/FilmGStreamer.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/ProcessInfo.h"
-#include "tests/AVFoundation/CameraFixture.h"
-#include "tests/AVFoundation/MediaReaderGStreamer.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/ScopedEnvironment.h"
+#include "testing/AVFoundation/CameraFixture.h"
+#include "testing/AVFoundation/MediaReaderGStreamer.h"
+#include "testing/support/ChildProcess.h"
+#include "testing/support/ScopedEnvironment.h"
 
 #include <csignal>
 #include <cstddef>

@@ -1,7 +1,7 @@
 #include "platform/AVFoundation/AVError.h"
 #include "platform/ImageIO/ImageFile.h"
-#include "tests/AVFoundation/CameraFixture.h"
-#include "tests/AVFoundation/RecipeProvider.h"
+#include "testing/AVFoundation/CameraFixture.h"
+#include "testing/AVFoundation/RecipeProvider.h"
 
 #include <cmath>
 #include <thread>

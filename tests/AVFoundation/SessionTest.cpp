@@ -1,8 +1,8 @@
 #include <ZuviSDK/Foundation/Print.h>
 #include "platform/AVFoundation/AVError.h"
-#include "tests/AVFoundation/CameraFixture.h"
-#include "tests/AVFoundation/MediaReaderGStreamer.h"
-#include "tests/AVFoundation/RecipeProvider.h"
+#include "testing/AVFoundation/CameraFixture.h"
+#include "testing/AVFoundation/MediaReaderGStreamer.h"
+#include "testing/AVFoundation/RecipeProvider.h"
 
 #include <gmock/gmock.h>
 

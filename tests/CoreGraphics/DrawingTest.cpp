@@ -3,7 +3,7 @@
 #include "platform/CoreText/TextLayout.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "platform/ImageIO/SvgImage.h"
-#include "tests/UIKit/Pixels.h"
+#include "testing/UIKit/Pixels.h"
 
 #include <gtest/gtest.h>
 

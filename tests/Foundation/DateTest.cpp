@@ -1,5 +1,5 @@
 #include "platform/Foundation/DateFormatter.h"
-#include "tests/support/ScopedEnvironment.h"
+#include "testing/support/ScopedEnvironment.h"
 
 #include <cmath>
 #include <limits>

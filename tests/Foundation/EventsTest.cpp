@@ -3,8 +3,8 @@
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
 #include "platform/CoreTelephony/CarrierProvider.h"
 #include "testing/Dispatch/VirtualTime.h"
-#include "tests/support/BusServiceGio.h"
-#include "tests/support/ScopedEnvironment.h"
+#include "testing/desktop/BusServiceGio.h"
+#include "testing/support/ScopedEnvironment.h"
 
 #include <gtest/gtest.h>
 

@@ -3,9 +3,9 @@
 #include "platform/Foundation/PropertyList.h"
 #include "platform/Foundation/UserDefaults.h"
 #include "testing/Dispatch/VirtualTime.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/ScopedEnvironment.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/support/ChildProcess.h"
+#include "testing/support/ScopedEnvironment.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "platform/Foundation/URLSession.h"
 #include "sandbox/core/http/LoopbackSocket.h"
-#include "tests/support/SessionFixture.h"
+#include "testing/backend/SessionFixture.h"
 
 #include <latch>
 

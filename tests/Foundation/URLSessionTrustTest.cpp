@@ -1,7 +1,7 @@
 #include "sandbox/core/tls/ServerCredentials.h"
-#include "tests/support/BadServer.h"
-#include "tests/support/SessionFixture.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/backend/BadServer.h"
+#include "testing/backend/SessionFixture.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <thread>
 

@@ -1,6 +1,6 @@
 #include "platform/ImageIO/CGImageSource.h"
 #include "platform/ImageIO/ImageFile.h"
-#include "tests/support/GifBytes.h"
+#include "testing/support/GifBytes.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <ZuviSDK/UIKit/UIActivityIndicatorView.h>
 #include <ZuviSDK/UIKit/UILabel.h>
 #include "platform/QuartzCore/CAShapeLayer.h"
-#include "tests/UIKit/ScreenFixture.h"
+#include "testing/UIKit/ScreenFixture.h"
 
 #include <random>
 

@@ -2,7 +2,7 @@
 
 #include "platform/QuartzCore/CAGradientLayer.h"
 #include "platform/QuartzCore/CAShapeLayer.h"
-#include "tests/UIKit/ScreenFixture.h"
+#include "testing/UIKit/ScreenFixture.h"
 
 #include <numbers>
 

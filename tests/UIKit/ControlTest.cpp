@@ -2,7 +2,7 @@
 
 #include <ZuviSDK/UIKit/UIButton.h>
 #include "platform/UIKit/UITextField.h"
-#include "tests/UIKit/ScreenFixture.h"
+#include "testing/UIKit/ScreenFixture.h"
 
 namespace zuvi::test {
 namespace {

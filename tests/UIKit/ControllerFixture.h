@@ -1,7 +1,7 @@
 #pragma once
 
 #include <ZuviSDK/UIKit/UINavigationController.h>
-#include "tests/UIKit/ScreenFixture.h"
+#include "testing/UIKit/ScreenFixture.h"
 
 namespace zuvi::test {
 

@@ -3,8 +3,8 @@
 #include <ZuviSDK/UIKit/UIButton.h>
 #include <ZuviSDK/UIKit/UINib.h>
 #include "platform/UIKit/NibConstraintRule.h"
-#include "tests/UIKit/ScreenFixture.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/UIKit/ScreenFixture.h"
+#include "testing/support/TemporaryFolder.h"
 
 namespace zuvi::test {
 namespace {

@@ -3,8 +3,8 @@
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/Dispatch/MainLoop.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
-#include "tests/support/ScopedEnvironment.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/support/ScopedEnvironment.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The tree of views: edits, frames, and which view a touch finds.
 
 #include "platform/QuartzCore/CAAnimation.h"
-#include "tests/UIKit/ScreenFixture.h"
+#include "testing/UIKit/ScreenFixture.h"
 
 #include <numbers>
 

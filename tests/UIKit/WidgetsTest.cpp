@@ -1,8 +1,8 @@
 // Views with a life of their own: labels, pictures, scrolled contents, tables, indicators.
 
 #include "platform/UIKit/UITableView.h"
-#include "tests/UIKit/ScreenFixture.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/UIKit/ScreenFixture.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <set>
 

@@ -1,8 +1,8 @@
-#include "tests/WebKit/WebFixtureGtk.h"
+#include "testing/WebKit/WebFixtureGtk.h"
 
 #include "sandbox/core/tls/ServerCredentials.h"
-#include "tests/support/BadServer.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/backend/BadServer.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <algorithm>
 

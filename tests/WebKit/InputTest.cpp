@@ -1,4 +1,4 @@
-#include "tests/WebKit/WebFixtureGtk.h"
+#include "testing/WebKit/WebFixtureGtk.h"
 
 #include "platform/UIKit/UITextField.h"
 

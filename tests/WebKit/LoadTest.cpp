@@ -1,4 +1,4 @@
-#include "tests/WebKit/WebFixtureGtk.h"
+#include "testing/WebKit/WebFixtureGtk.h"
 
 namespace zuvi::test {
 

@@ -1,5 +1,5 @@
 #include "platform/WebKit/MachineEngine.h"
-#include "tests/WebKit/WebFixtureGtk.h"
+#include "testing/WebKit/WebFixtureGtk.h"
 
 namespace zuvi::test {
 

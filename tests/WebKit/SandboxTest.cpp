@@ -1,7 +1,7 @@
 #include "platform/WebKit/BorrowedEnvironment.h"
-#include "tests/WebKit/WebFixtureGtk.h"
-#include "tests/support/ScopedEnvironment.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/WebKit/WebFixtureGtk.h"
+#include "testing/support/ScopedEnvironment.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <atomic>
 #include <thread>

@@ -1,8 +1,8 @@
 // The real program as a screen reader and a keyboard know it: nothing here looks at the screen or
 // moves the pointer.
 
-#include "tests/accessibility/AccessibilityBusGio.h"
-#include "tests/demo/ProgramFixture.h"
+#include "testing/demo/ProgramFixture.h"
+#include "testing/desktop/AccessibilityBusGio.h"
 
 #include <algorithm>
 

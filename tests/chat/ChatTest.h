@@ -4,7 +4,7 @@
 #include "kit/Helper/LiveChat/LiveChatConfiguration.h"
 #include "platform/Foundation/UserDefaults.h"
 #include "platform/UIKit/UIScreen.h"
-#include "tests/kit/KitTest.h"
+#include "testing/kit/KitTest.h"
 
 namespace zuvi::test {
 

@@ -3,7 +3,7 @@
 #include "kit/Helper/LiveChat/LoadingView.h"
 #include "kit/Helper/LiveChat/LoadingViewDrawing.h"
 #include "platform/QuartzCore/CAAnimation.h"
-#include "tests/UIKit/ScreenFixture.h"
+#include "testing/UIKit/ScreenFixture.h"
 
 #include <numbers>
 

@@ -3,7 +3,7 @@
 #include "kit/Helper/LiveChat/ChatView.h"
 #include "kit/Helper/ZVBundle.h"
 #include "platform/Foundation/FileManager.h"
-#include "tests/WebKit/WebFixtureGtk.h"
+#include "testing/WebKit/WebFixtureGtk.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 // The support chat as a person meets it, with the real browser engine.
 
-#include "tests/demo/ProgramFixture.h"
-#include "tests/support/EngineAsRoot.h"
+#include "testing/demo/ProgramFixture.h"
+#include "testing/support/EngineAsRoot.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include <ZuviSDK/UIKit/UIButton.h>
 #include "demo/core/Driver.h"
 #include "demo/core/Options.h"
-#include "tests/UIKit/ScreenFixture.h"
+#include "testing/UIKit/ScreenFixture.h"
 
 namespace zuvi::demo {
 namespace {

@@ -1,6 +1,6 @@
 // The real program for a person whose desktop speaks another language than the merchant.
 
-#include "tests/demo/ProgramFixture.h"
+#include "testing/demo/ProgramFixture.h"
 
 #include <clocale>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "tests/demo/ProgramFixture.h"
-#include "tests/desktop/Compositor.h"
-#include "tests/support/EngineAsRoot.h"
+#include "testing/demo/ProgramFixture.h"
+#include "testing/desktop/Compositor.h"
+#include "testing/support/EngineAsRoot.h"
 
 namespace zuvi::test {
 

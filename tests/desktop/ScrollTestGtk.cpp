@@ -6,8 +6,8 @@
 #include <ZuviSDK/UIKit/UIViewController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
 #include "platform/UIKit/UIScrollView.h"
-#include "tests/desktop/Compositor.h"
-#include "tests/support/ScopedEnvironment.h"
+#include "testing/desktop/Compositor.h"
+#include "testing/support/ScopedEnvironment.h"
 
 namespace zuvi::test {
 namespace {

@@ -3,7 +3,7 @@
 #include "kit/Helper/UIImage+Crop.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
-#include "tests/UIKit/Pixels.h"
+#include "testing/UIKit/Pixels.h"
 #include "tests/flow/FlowTest.h"
 
 namespace zuvi {

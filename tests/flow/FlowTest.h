@@ -12,7 +12,7 @@
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 #include "platform/Foundation/ClassName.h"
 #include "testing/UIKit/ViewTree.h"
-#include "tests/kit/KitTest.h"
+#include "testing/kit/KitTest.h"
 
 namespace zuvi {
 

@@ -4,8 +4,8 @@
 #include "kit/Helper/ZVJSONHandler.h"
 #include "platform/UIKit/UIDevice.h"
 #include "sandbox/core/api/Tracking.h"
-#include "tests/kit/KitTest.h"
-#include "tests/support/ScopedEnvironment.h"
+#include "testing/kit/KitTest.h"
+#include "testing/support/ScopedEnvironment.h"
 
 #include <sys/utsname.h>
 

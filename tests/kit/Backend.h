@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/LoopbackServer.h"
+#include "testing/backend/LoopbackServer.h"
 
 #include <condition_variable>
 

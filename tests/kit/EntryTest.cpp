@@ -10,7 +10,7 @@
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/Dispatch/AssertMainQueue.h"
-#include "tests/kit/KitTest.h"
+#include "testing/kit/KitTest.h"
 
 #include <thread>
 

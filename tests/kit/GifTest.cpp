@@ -2,8 +2,8 @@
 
 #include "kit/Helper/UIImage+Gif.h"
 #include "platform/Foundation/URLSession.h"
-#include "tests/kit/KitTest.h"
-#include "tests/support/GifBytes.h"
+#include "testing/kit/KitTest.h"
+#include "testing/support/GifBytes.h"
 
 #include <set>
 

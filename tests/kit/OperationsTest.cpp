@@ -1,8 +1,8 @@
 // The operations of the back end: what goes out, and what comes of every answer.
 
 #include "sandbox/core/Server.h"
-#include "tests/kit/KitTest.h"
-#include "tests/sandbox/Samples.h"
+#include "testing/backend/Samples.h"
+#include "testing/kit/KitTest.h"
 
 namespace zuvi {
 namespace {

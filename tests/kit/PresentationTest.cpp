@@ -4,7 +4,7 @@
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "platform/Foundation/PropertyList.h"
-#include "tests/kit/KitTest.h"
+#include "testing/kit/KitTest.h"
 
 namespace zuvi {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/kit/KitTest.h"
+#include "testing/kit/KitTest.h"
 
 namespace zuvi {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/AVFoundation/MediaReaderGStreamer.h"
+#include "testing/AVFoundation/MediaReaderGStreamer.h"
 #include "tests/pipewire/PipeWireFixture.h"
 
 namespace zuvi {

@@ -2,9 +2,9 @@
 
 #include <ZuviSDK/AVFoundation/SystemCameraProvider.h>
 #include "platform/ImageIO/ImageFile.h"
-#include "tests/AVFoundation/CameraFixture.h"
-#include "tests/UIKit/Pixels.h"
-#include "tests/pipewire/MediaServer.h"
+#include "testing/AVFoundation/CameraFixture.h"
+#include "testing/UIKit/Pixels.h"
+#include "testing/mediaserver/MediaServer.h"
 
 namespace zuvi {
 

@@ -1,7 +1,7 @@
 #include "platform/AVFoundation/CameraPortal.h"
-#include "tests/pipewire/AccessDialogueGio.h"
+#include "testing/desktop/AccessDialogueGio.h"
+#include "testing/support/ScopedEnvironment.h"
 #include "tests/pipewire/PipeWireFixture.h"
-#include "tests/support/ScopedEnvironment.h"
 
 namespace zuvi {
 namespace {

@@ -1,5 +1,5 @@
-#include "tests/demo/ProgramFixture.h"
-#include "tests/pipewire/MediaServer.h"
+#include "testing/demo/ProgramFixture.h"
+#include "testing/mediaserver/MediaServer.h"
 
 namespace zuvi::sandbox::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/pipewire/MediaServer.h"
+#include "testing/mediaserver/MediaServer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What a server keeps in its folders.
 
 #include "sandbox/core/tls/ServerCredentials.h"
-#include "tests/sandbox/ServerFixture.h"
+#include "testing/backend/ServerFixture.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "tests/sandbox/ServerFixture.h"
+#include "testing/backend/ServerFixture.h"
 
 #include <netinet/in.h>
 #include <sys/socket.h>

@@ -1,5 +1,5 @@
 #include "sandbox/core/http/Multipart.h"
-#include "tests/sandbox/Samples.h"
+#include "testing/backend/Samples.h"
 
 #include <gmock/gmock.h>
 

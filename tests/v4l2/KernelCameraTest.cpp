@@ -3,8 +3,8 @@
 
 #include <ZuviSDK/AVFoundation/SystemCameraProvider.h>
 #include "platform/ImageIO/ImageFile.h"
-#include "tests/AVFoundation/CameraFixture.h"
-#include "tests/AVFoundation/MediaReaderGStreamer.h"
+#include "testing/AVFoundation/CameraFixture.h"
+#include "testing/AVFoundation/MediaReaderGStreamer.h"
 
 #include <fstream>
 #include <set>

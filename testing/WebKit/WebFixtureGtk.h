@@ -5,9 +5,9 @@
 #include "platform/UIKit/ScreenPicture.h"
 #include "platform/UIKit/UIScreen.h"
 #include "platform/WebKit/WKWebView.h"
-#include "tests/UIKit/Pixels.h"
-#include "tests/support/EngineAsRoot.h"
-#include "tests/support/LoopbackServer.h"
+#include "testing/UIKit/Pixels.h"
+#include "testing/backend/LoopbackServer.h"
+#include "testing/support/EngineAsRoot.h"
 
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>

@@ -2,7 +2,7 @@
 function(zuvi_use_virtual_camera program)
   if(NOT TARGET virtual_camera)
     add_executable(virtual_camera
-      ${PROJECT_SOURCE_DIR}/tests/pipewire/camera/VirtualCamera.cpp)
+      ${PROJECT_SOURCE_DIR}/testing/mediaserver/VirtualCamera.cpp)
     target_link_libraries(virtual_camera PRIVATE zuvi_options)
     zuvi_use_packages(virtual_camera libpipewire-0.3)
   endif()

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
-#include "tests/sandbox/ServerFixture.h"
-#include "tests/support/ChildProcess.h"
+#include "testing/backend/ServerFixture.h"
+#include "testing/support/ChildProcess.h"
 
 namespace zuvi::sandbox::test {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/Foundation/URLSession.h"
-#include "tests/support/LoopbackServer.h"
-#include "tests/support/ScopedEnvironment.h"
+#include "testing/backend/LoopbackServer.h"
+#include "testing/support/ScopedEnvironment.h"
 
 #include <atomic>
 #include <future>

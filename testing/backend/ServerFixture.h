@@ -2,9 +2,9 @@
 
 #include "sandbox/core/Server.h"
 #include "sandbox/core/text/Json.h"
-#include "tests/sandbox/Samples.h"
-#include "tests/support/SessionFixture.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/backend/Samples.h"
+#include "testing/backend/SessionFixture.h"
+#include "testing/support/TemporaryFolder.h"
 
 namespace zuvi::sandbox::test {
 

@@ -6,7 +6,7 @@
 #include "platform/UIKit/OffscreenSurface.h"
 #include "platform/UIKit/ScreenPicture.h"
 #include "testing/Dispatch/VirtualTime.h"
-#include "tests/UIKit/Pixels.h"
+#include "testing/UIKit/Pixels.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/BusServiceGio.h"
+#include "testing/desktop/BusServiceGio.h"
 
 #include <cstdlib>
 

@@ -16,8 +16,8 @@
 #include "testing/AVFoundation/ScriptedCamera.h"
 #include "testing/Dispatch/VirtualTime.h"
 #include "testing/WebKit/ScriptedWebEngine.h"
+#include "testing/support/TemporaryFolder.h"
 #include "tests/kit/Backend.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <cmath>
 

@@ -8,7 +8,7 @@
 #include "platform/AVFoundation/AVCaptureStillImageOutput.h"
 #include "platform/AVFoundation/AVCaptureVideoPreviewLayer.h"
 #include "testing/Dispatch/VirtualTime.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <chrono>
 #include <mutex>

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/ImageIO/ImageFile.h"
-#include "tests/UIKit/Pixels.h"
-#include "tests/desktop/PointerWayland.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/UIKit/Pixels.h"
+#include "testing/desktop/PointerWayland.h"
+#include "testing/support/ChildProcess.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

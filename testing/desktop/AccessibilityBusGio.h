@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/support/ScopedEnvironment.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/support/ScopedEnvironment.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <memory>
 #include <vector>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "tests/support/ChildProcess.h"
-#include "tests/support/TemporaryFolder.h"
+#include "testing/support/ChildProcess.h"
+#include "testing/support/TemporaryFolder.h"
 
 #include <cstdlib>
 #include <optional>

@@ -1,2 +1,0 @@
-add_library(zuvi_test_support INTERFACE)
-target_link_libraries(zuvi_test_support INTERFACE zuvi_options zuvi_sandbox_core)
