@@ -6,9 +6,9 @@
 
 namespace zuvi {
 
-/// The top left corner of a picture: as large as `rect` (points), at the screen's scale, clear
-/// where the picture ends. The origin of `rect` does not count. Null when `rect` is empty. Main
-/// queue.
+/// The top left corner of a picture, in the size of `rect` (points) and at the screen's scale;
+/// transparent beyond the picture's edge. The origin of `rect` is ignored. Null when `rect` is
+/// empty. Main queue.
 std::shared_ptr<const UIImage> crop(const UIImage& image, const CGRect& rect);
 
 } // namespace zuvi

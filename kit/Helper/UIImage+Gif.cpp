@@ -17,14 +17,14 @@ namespace {
 
 constexpr double leastDelay = 0.1; // seconds
 constexpr std::chrono::seconds longestWait{60};
-constexpr long mostSlices = 1L << 20; // of a series; a file may ask for as many as it likes
+constexpr long mostSlices = 1L << 20; // of an animation; a file could ask for any number
 
 std::optional<Data> contentsOf(const URL& url) {
   if (url.isFileURL()) return FileManager::contents(url.path());
   auto answer = std::make_shared<std::promise<std::optional<Data>>>();
   auto bytes = answer->get_future();
-  // The request alone holds the promise: where it is given up, as at the end of the process, nobody
-  // waits on.
+  // Only the request holds the promise. If the request is dropped, as at the end of the process,
+  // the wait ends.
   URLSession::shared()
       .dataTask(URLRequest(url),
                 [answer = std::move(answer)](const auto& data, const auto&, const auto&) {
@@ -106,7 +106,7 @@ std::shared_ptr<const UIImage> animatedImageWithSource(const CGImageSource& sour
   std::vector<int> delays; // milliseconds
   for (std::size_t i = 0; i < source.count(); i++) {
     auto frame = UIImage::fromCGImage(source.createImageAtIndex(i));
-    if (!frame) continue; // and its delay with it
+    if (!frame) continue; // its delay is left out, too
     frames.push_back(std::move(frame));
     delays.push_back(static_cast<int>(delayForImageAtIndex(i, &source) * 1000.0));
   }

@@ -19,11 +19,11 @@ namespace zuvi {
 namespace {
 
 constexpr double requestTimeout = 10; // seconds
-// Bytes. Nobody reads the answer, but to its end the connection can be used again.
+// Bytes. The answer is ignored, but after reading all of it the connection can be reused.
 constexpr std::size_t longestAnswer = 1024;
 
-/// The machine's kind as the system names it: one character a byte, so that whatever it says can be
-/// sent.
+/// The machine's model as the system names it: one character for each byte, so that any bytes can
+/// be sent.
 std::string machineIdentifier() {
   utsname system{};
   uname(&system);
@@ -38,7 +38,7 @@ std::string machineIdentifier() {
 
 float narrowed(double number) {
   constexpr double most = std::numeric_limits<float>::max();
-  if (std::abs(number) > most) number = std::copysign(HUGE_VAL, number); // else undefined
+  if (std::abs(number) > most) number = std::copysign(HUGE_VAL, number); // undefined otherwise
   return static_cast<float>(number);
 }
 
@@ -51,7 +51,7 @@ Value::Dictionary normalized(const Value::Dictionary& properties) {
     if (!number)
       result[key] = value;
     else if (narrow == 1.0F || narrow == 0.0F)
-      result[key] = *number != 0; // what is too small for the narrow number is still not nothing
+      result[key] = *number != 0; // a number too small for the narrow type is still not zero
     else
       result[key] = narrow;
   }
@@ -99,11 +99,11 @@ void ZVAnalyticsManager::sendMixpanelEvent(const std::string& event,
       {"distinct_id", uuidString()},
       {"token", "0f3ab9d17c2e46a8b5d90e7f1c64a382"},
       {"$region", region},
-      {"$country_code", region}, // the same name again, not a code
+      {"$country_code", region}, // the region's name again, not a code
   };
   for (const auto& [key, value] : own) {
     if (value.isNull())
-      all.erase(key); // what is not known is left out, also when the caller named it
+      all.erase(key); // an unknown property is left out, even if the caller set it
     else
       all[key] = value;
   }

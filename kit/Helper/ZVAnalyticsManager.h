@@ -7,11 +7,11 @@
 
 namespace zuvi {
 
-/// Reports user actions, one request each, and forgets them. Nothing waits for it and no failure
-/// shows.
+/// Reports user actions to the tracking service, one request each. Nothing waits for the answer,
+/// and failures are ignored.
 class ZVAnalyticsManager {
 public:
-  /// An absent event does nothing. The kit's own properties win over the caller's.
+  /// An absent event does nothing. The kit's own properties replace the caller's.
   static void track(const std::optional<std::string>& event,
                     const std::optional<Value::Dictionary>& properties = std::nullopt);
 

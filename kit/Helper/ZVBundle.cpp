@@ -22,7 +22,7 @@ std::string bundleFolder() {
       ProcessInfo::folderOfCode(reinterpret_cast<const void*>(&bundleFolder));
   for (const std::filesystem::path& place :
        {code / "ZuviSDK.bundle", code / "../share/zuvisdk/ZuviSDK.bundle",
-        code / "../../share/zuvisdk/ZuviSDK.bundle"}) { // from a folder of one architecture
+        code / "../../share/zuvisdk/ZuviSDK.bundle"}) { // from lib/ARCHITECTURE
     std::error_code failed;
     if (std::filesystem::is_directory(place, failed)) return place.string();
   }

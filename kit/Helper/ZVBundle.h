@@ -6,8 +6,8 @@
 
 namespace zuvi {
 
-/// The kit's own resources, wherever the kit lies. The kit's view classes are known to nibs once
-/// this was called.
+/// The kit's own resources, found relative to the kit's code. The first call also registers the
+/// kit's view classes for nibs.
 std::shared_ptr<const Bundle> zvKitBundle();
 
 } // namespace zuvi

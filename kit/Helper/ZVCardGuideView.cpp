@@ -9,7 +9,7 @@ namespace zuvi {
 
 namespace {
 
-constexpr double cardShape = 1.586;    // width to height, of a card of plastic
+constexpr double cardShape = 1.586;    // width / height of a plastic card
 constexpr double widestColumn = 200;   // points
 constexpr double columnShare = 0.3;    // of the width
 constexpr double margin = 12, gap = 8; // points
@@ -21,7 +21,7 @@ double cardHeight(const CGRect& room) {
 } // namespace
 
 void ZVCardGuideView::layoutSubviews() {
-  UIView::layoutSubviews(); // above and below
+  UIView::layoutSubviews(); // puts the labels above and below
   std::vector<UILabel*> texts;
   std::vector<UIView*> cards, grounds;
   for (const auto& view : subviews()) {
@@ -34,7 +34,7 @@ void ZVCardGuideView::layoutSubviews() {
 
   const CGRect all = bounds();
   const double column = std::min(widestColumn, all.width * columnShare);
-  // In the middle all the same, as what the camera sees.
+  // Still in the middle, like the camera's picture.
   const CGRect beside{column + margin, margin, all.width - 2 * column - 2 * margin,
                       all.height - 2 * margin};
   const CGSize text{column - 2 * margin, -1};

@@ -4,9 +4,9 @@
 
 namespace zuvi {
 
-/// What lies over the preview of a document: labels with a ground under them, and pictures of one
-/// card in one place. The nib puts the labels above and below the card; where that leaves a smaller
-/// card, as on a phone held sideways, they stand beside it. Made by nibs only.
+/// The guide over the preview of a document: labels with a background, and pictures of a card in
+/// the same place. The nib puts the labels above and below the card. Where the card would be larger
+/// with the labels beside it, as on a phone held sideways, they are beside it. Made by nibs only.
 class ZVCardGuideView : public UIView {
 public:
   void layoutSubviews() override;

@@ -10,7 +10,7 @@ namespace zuvi {
 namespace {
 
 constexpr double gapToButton = 12;  // points
-constexpr double leastPicture = 48; // points; a smaller one says nothing
+constexpr double leastPicture = 48; // points; a smaller one can't be recognised
 
 void move(UIView& view, double dy) {
   view.setCenter({view.center().x, view.center().y + dy});
@@ -19,11 +19,11 @@ void move(UIView& view, double dy) {
 } // namespace
 
 void ZVColumnView::layoutSubviews() {
-  UIScrollView::layoutSubviews(); // as if there were room enough
+  UIScrollView::layoutSubviews(); // as if there were enough room
   if (subviews().empty()) return;
   UIView& first = *subviews().front();
   UIView* button = dynamic_cast<UIButton*>(subviews().back().get());
-  double end = 0; // of what stands from the top downwards
+  double end = 0; // the lower edge of the views that are laid out from the top
   for (const auto& view : subviews())
     if (view.get() != button) end = std::max(end, view->frame().maxY());
   const double limit = button ? button->frame().minY() - gapToButton : bounds().height;
@@ -44,7 +44,7 @@ void ZVColumnView::layoutSubviews() {
   const CGRect place = first.frame();
   first.setFrame({place.x, place.y - gap, place.width, place.height - less});
   if (button) move(*button, missing);
-  setClipsToBounds(missing > 0); // a focus ring reaches over the edge
+  setClipsToBounds(missing > 0); // else not, because a focus ring reaches over the edge
   setContentSize({bounds().width, bounds().height + missing});
 }
 

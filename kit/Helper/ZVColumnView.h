@@ -4,9 +4,9 @@
 
 namespace zuvi {
 
-/// What a step says from top to bottom; a button may lie at its bottom edge. Where large text needs
-/// more room than there is, the gap above the first view gives way, then a picture in its place,
-/// and then all of it scrolls. Made by nibs only.
+/// A step's views from top to bottom; a button may lie at the bottom edge. Where large text needs
+/// more room, the gap above the first view shrinks first, then a picture in that place, and then
+/// everything scrolls. Made by nibs only.
 class ZVColumnView : public UIScrollView {
 public:
   void layoutSubviews() override;

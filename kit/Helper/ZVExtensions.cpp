@@ -35,7 +35,7 @@ std::shared_ptr<const UIImage> zvKYCImage(const std::string& name) {
 
 void downloadImage(const URL& from,
                    std::function<void(std::shared_ptr<const UIImage>)> completion) {
-  // Handed on whole, not copied: what it holds must not die off the main queue.
+  // Moved, not copied: its captures must be destroyed on the main queue.
   const auto handed = std::make_shared<decltype(completion)>(std::move(completion));
   const auto finish = [handed](const std::optional<Data>& data, const std::string& problem) {
     DispatchQueue::main().async([completion = std::move(*handed), data, problem] {
@@ -65,10 +65,10 @@ UIColor colorFromHex(const std::string& hexString, double alpha) {
   while (at < hexString.size() && isBlank(hexString[at]))
     at++;
   if (at < hexString.size() && hexString[at] == '#') at++;
-  while (at < hexString.size() && isBlank(hexString[at])) // also behind the sign
+  while (at < hexString.size() && isBlank(hexString[at])) // also after the sign
     at++;
   if (hexString.compare(at, 2, "0x") == 0 || hexString.compare(at, 2, "0X") == 0) at += 2;
-  std::uint32_t bits = 0; // what does not fit is of no matter
+  std::uint32_t bits = 0; // bits that do not fit are dropped
   for (; at < hexString.size() && std::isxdigit(static_cast<unsigned char>(hexString[at])); at++) {
     const char digit = static_cast<char>(std::tolower(static_cast<unsigned char>(hexString[at])));
     bits = bits * 16 + static_cast<unsigned>(digit <= '9' ? digit - '0' : digit - 'a' + 10);
@@ -83,7 +83,7 @@ UIColor textColorOn(const UIColor& ground) {
   };
   const double luminance =
       0.2126 * linear(ground.red) + 0.7152 * linear(ground.green) + 0.0722 * linear(ground.blue);
-  constexpr double enough = 3; // contrast that large bold text wants
+  constexpr double enough = 3; // the contrast that large bold text needs
   return 1.05 / (luminance + 0.05) >= enough ? UIColor::white() : UIColor::bytes(31, 38, 53);
 }
 

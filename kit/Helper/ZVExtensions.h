@@ -20,25 +20,25 @@ template <> struct RawValues<FontStyle> {
                                                 {FontStyle::regular, "Regular"}};
 };
 
-/// Makes the kit's own fonts known to the system; may run any number of times.
+/// Registers the kit's own fonts; may be called any number of times.
 void registerZVFonts();
-/// The kit's face; null while its font is not registered.
+/// The kit's font; null while it is not registered.
 std::shared_ptr<const UIFont> zvSFProText(FontStyle style, double size);
 
-/// A picture of the kit's bundle; null when there is none of that name.
+/// A picture of the kit's bundle; null when there is none with that name.
 std::shared_ptr<const UIImage> zvKYCImage(const std::string& name);
-/// Reads an address off the main queue. The completion comes on the main queue, with null when
-/// nothing could be read or it is no picture.
+/// Loads a picture from an address on another queue. The completion is called on the main queue,
+/// with null when nothing could be read or the bytes are not a picture.
 void downloadImage(const URL& from, std::function<void(std::shared_ptr<const UIImage>)> completion);
 
-/// RRGGBB in hexadecimal, with or without "#", blanks around it allowed. What is no number is
+/// RRGGBB in hexadecimal, with or without "#"; blanks around it are allowed. Other text gives
 /// black.
 UIColor colorFromHex(const std::string& hexString, double alpha = 1.0);
 
-/// White where it can be read on that colour, else the dark of the kit's texts.
+/// White where it is readable on that colour, else the dark colour of the kit's texts.
 UIColor textColorOn(const UIColor& ground);
 
-/// The screen that is in front of the person; null when no window has the keys or it is empty.
+/// The top screen of the key window; null when no window is key or it is empty.
 std::shared_ptr<UIViewController> zvKYCCurrentViewController();
 
 } // namespace zuvi

@@ -4,7 +4,7 @@
 
 namespace zuvi {
 
-/// A text field whose text keeps 10 points off its left and right edge.
+/// A text field whose text keeps 10 points away from the left and right edge.
 class ZVField : public UITextField {
 public:
   using UITextField::UITextField;

@@ -11,12 +11,12 @@
 
 namespace zuvi {
 
-/// A view on a ground of colours that run from its top to its bottom.
+/// A view whose background is a gradient from top to bottom.
 class ZVGradientView : public UIView {
 public:
   using UIView::UIView;
 
-  /// Colours in hexadecimal, from the top; an empty list changes nothing.
+  /// Colours in hexadecimal, from top to bottom; an empty list changes nothing.
   void addGradient(const std::vector<std::string>& hexColors) {
     if (hexColors.empty()) return;
     std::vector<CGColor> colors;
@@ -27,7 +27,7 @@ public:
     layer()->insertSublayer(gradient, 0);
   }
 
-  /// `colors`: blank-separated, for `addGradient`.
+  /// `colors`: for `addGradient`, separated by blanks.
   bool setNibAttribute(const std::string& name, const std::string& value) override {
     if (name != "colors") return UIView::setNibAttribute(name, value);
     std::istringstream words(value);

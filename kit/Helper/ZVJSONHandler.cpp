@@ -22,7 +22,7 @@ Value ZVJSONHandler::makeObjectSerializable(const Value& value) {
     return reduced;
   }
   if (const Date* date = value.date()) {
-    // The same text whatever the device's language, calendar and zone.
+    // The text does not depend on the device's language, calendar and time zone.
     const DateFormatter formatter{"yyyy-MM-dd'T'HH:mm:ss.SSS'Z'", "en_US_POSIX", "UTC"};
     return formatter.string(*date);
   }

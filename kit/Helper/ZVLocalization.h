@@ -6,14 +6,14 @@
 
 namespace zuvi {
 
-/// For whoever wants to tell that the kit's language has changed.
+/// A change of the kit's language. The kit itself does not post it.
 inline constexpr const char* languageChangedNotification = "languageChanged";
 
 /// The kit's texts in the merchant's language.
 class ZVLocalizationManager {
 public:
   static ZVLocalizationManager& shared();
-  /// From a property list; a file that is missing or of another shape holds no texts.
+  /// From a property list; a file that is missing or has another form gives no texts.
   explicit ZVLocalizationManager(const std::optional<std::string>& path);
 
   /// The text of `key` in the merchant's language, else in English, else the key itself.
@@ -23,7 +23,7 @@ private:
   Value::Dictionary plist_;
 };
 
-/// A text that is only spoken, in the merchant's language, from a table of their own.
+/// A text for screen readers only, in the merchant's language, from Accessibility.plist.
 std::string spoken(const std::string& key);
 
 /// A text in upper case, by the rules of the merchant's language.

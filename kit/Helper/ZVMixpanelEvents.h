@@ -2,7 +2,7 @@
 
 namespace zuvi {
 
-/// The user actions that are reported, by the names that the tracking service knows.
+/// The user actions that are reported, with their names at the tracking service.
 struct MixpanelEvent {
   static constexpr const char* zuviButtonClicked = "zuvi_mobilesdk_button_initscreen_clicked";
   static constexpr const char* livenessRecordClicked = "zuvi_liveness_record_clicked";

@@ -16,7 +16,7 @@ Value::Dictionary metadataFields() {
   return fields;
 }
 
-/// Reads the answer to everything that makes something with an id.
+/// Reads the answer to a request that makes an object with an id.
 ZVKYCNetworkManager::Completion readingId(ZVKYCManager::IdCompletion completion) {
   return [completion = std::move(completion)](const std::optional<Value>& json,
                                               const std::optional<Error>&) {

@@ -13,10 +13,10 @@ namespace zuvi {
 
 namespace {
 
-// A film over a slow line takes its time.
+// Uploading a film over a slow connection takes long.
 constexpr double requestTimeout = 10000; // seconds
 
-// The back end's answers are records of a person or a merchant, never lists without an end.
+// The back end's answers are short: the data of a person or a merchant.
 constexpr std::size_t longestAnswer = std::size_t{1} << 20; // bytes
 constexpr JSONSerialization::Limits answerLimits{.depth = 64, .values = 100'000};
 
@@ -121,12 +121,12 @@ HTTPBody ZVKYCNetworkManager::createBodyWithParameters(const std::string& filePa
 }
 
 void ZVKYCNetworkManager::send(const URLRequest& request, Completion completion) {
-  // Handed on whole, not copied: a screen that it holds must not die on the session's queue.
+  // Moved, not copied: a screen that it holds must not be destroyed on the session's queue.
   const auto handed = std::make_shared<Completion>(std::move(completion));
   const auto handleResponse = [handed](const std::optional<Data>& data,
                                        const std::optional<URLResponse>&,
                                        std::optional<Error> error) {
-    // On a queue of no session, so that decoding holds no other request up.
+    // Not on a session's queue, so that decoding does not delay other requests.
     DispatchQueue::global().async([handed, data, error = std::move(error)] {
       std::optional<Value> result;
       if (data)

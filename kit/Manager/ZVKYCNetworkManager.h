@@ -11,40 +11,40 @@
 
 namespace zuvi {
 
-/// The road to the back end: builds requests and multipart bodies, and turns every answer into one
-/// completion on the main queue. It knows nothing of what it carries and reads no status code.
+/// The transport to the back end: builds requests and multipart bodies, and calls one completion on
+/// the main queue for every answer. It does not interpret the data and reads no status code.
 class ZVKYCNetworkManager {
 public:
-  /// The decoded JSON, absent when there was none, and the transport's error. Comes once.
+  /// Called once with the decoded JSON, absent when there was none, and the transport's error.
   using Completion = std::function<void(std::optional<Value> json, std::optional<Error> error)>;
   using Parameters = std::optional<Value::Dictionary>;
 
   ZVKYCNetworkManager();
 
-  /// Every path is appended to it as it stands. Each registration takes it from `ZVEndpoints`.
+  /// Every path is appended to it unchanged. Each registration copies it from `ZVEndpoints`.
   std::string serverURL;
-  /// The `Authorization` header; absent: none is sent.
+  /// The `Authorization` header; absent: no such header.
   Observed<std::optional<std::string>> authorization;
   URLSession session;
 
   void get(const std::string& path, Completion completion);
   // Multipart: the parameters as form fields, then the file as the field `name`. A film and a
-  // picture differ in the file name and type that they travel under.
+  // picture are sent with different file names and types.
   void postImage(const std::string& path, const Data& image, const std::string& name,
                  const Parameters& parameters, Completion completion);
   void postVideo(const std::string& path, const Data& video, const std::string& name,
                  const Parameters& parameters, Completion completion);
   void put(const std::string& path, const Data& image, const std::string& name,
            const Parameters& parameters, Completion completion);
-  /// The body is the parameters as JSON, or a string as it stands; absent: no body.
+  /// The body is the parameters as JSON, or a string unchanged; absent: no body.
   void patch(const std::string& path, const std::optional<Value>& parameters,
              Completion completion);
 
-  /// Why no request can be sent, such as a client id that no header can carry; absent: they can.
+  /// Why no request can be sent, e.g. a client id that can't be in a header; absent: no problem.
   std::optional<Error> refusal() const;
 
   enum class FileKind { Image, Video };
-  /// A multipart body, framed by `boundary`. Names and values go out as they stand.
+  /// A multipart body, delimited by `boundary`. Names and values are sent unchanged.
   static HTTPBody createBodyWithParameters(const std::string& filePathKey, const Data& file,
                                            const Parameters& parameters,
                                            const std::string& boundary, FileKind kind);

@@ -6,13 +6,13 @@
 
 namespace zuvi {
 
-/// A case of an enumeration and the text that stands for it outside.
+/// A case of an enumeration, and its text in the back end's JSON.
 template <class Enumeration> struct RawValue {
   Enumeration value;
   std::string_view text;
 };
 
-/// Specialised beside each such enumeration: `all` lists its cases.
+/// Specialised next to each such enumeration; `all` lists its cases.
 template <class Enumeration> struct RawValues;
 
 template <class Enumeration> std::string rawValue(Enumeration value) {

@@ -10,7 +10,7 @@ namespace zuvi {
 
 class UIImage;
 
-/// The kinds of documents; the raw value is what the back end calls them.
+/// The kinds of documents; the raw value is the back end's name.
 enum class ZVDocument { drivingLicense, nationalId, proofOfResidency, passport };
 
 template <> struct RawValues<ZVDocument> {
@@ -23,10 +23,10 @@ template <> struct RawValues<ZVDocument> {
 
 /// The kind's name in the merchant's language.
 std::string name(ZVDocument document);
-/// The headline of a step for it: the name and a full stop, which the frame colours. Absent for
-/// none.
+/// The title of a step for the document: the name and a full stop, which the shell colours. Absent
+/// without a document.
 std::optional<std::string> documentTitle(std::optional<ZVDocument> document);
-/// Null when the bundle lacks it.
+/// Null when the bundle does not have it.
 std::shared_ptr<const UIImage> icon(ZVDocument document);
 /// Whether there is a back side to photograph.
 bool scanBackSide(ZVDocument document);

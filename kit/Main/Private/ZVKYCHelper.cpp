@@ -36,11 +36,11 @@ const std::optional<std::string>& ZVKYCHelper::identity() const {
 void ZVKYCHelper::clientIdChanged() {
   if (!*clinetId) return;
   registerZVFonts();
-  // A film that a program which was killed has left.
+  // If the program was killed, it may have left a film.
   DispatchQueue::global().async([folders = FileManager::documentsDirectories()] {
     std::for_each(folders.begin(), folders.end(), FilmFile::removeAbandoned);
   });
-  CTTelephonyNetworkInfo().subscriberCellularProvider(); // known by the first event
+  CTTelephonyNetworkInfo().subscriberCellularProvider(); // so that the first event has it
   ZVKYCManager::shared().networkManager.serverURL = ZVEndpoints::serverURL();
   ZVKYCManager::shared().authorization = "Bearer " + **clinetId;
   if (const auto problem = ZVKYCManager::shared().networkManager.refusal())

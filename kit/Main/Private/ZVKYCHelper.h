@@ -13,27 +13,27 @@ namespace zuvi {
 
 class ZVRootViewController;
 
-/// Everything that the kit remembers while the process lives; nothing is reset when a run ends.
-/// Main queue only.
+/// The kit's state, kept as long as the process; the end of a run resets none of it. Main queue
+/// only.
 class ZVKYCHelper {
 public:
   static ZVKYCHelper& instance();
 
-  /// The configuration in force; replaced whole when the back end answers.
+  /// The current configuration; replaced as a whole when the back end answers.
   std::shared_ptr<const ZVKYCMerchant> merchant;
-  /// The identity that the back end made in the latest run that came so far.
+  /// The last identity that the back end made, in any run.
   std::optional<std::string> tempIdentity;
-  /// The flow's frame; the launch button makes a new one for each run.
+  /// The shell; the launch button makes a new one for each run.
   std::shared_ptr<ZVRootViewController> rootVC;
-  /// What the support wrote and nobody has seen yet, the oldest first.
+  /// Messages of the support that the person has not seen yet, the oldest first.
   std::deque<std::string> supportMessages;
-  /// Who the host is. A present value starts the registration work.
+  /// The client id. Setting a present value starts the registration.
   Observed<std::optional<std::string>> clinetId;
 
   const std::optional<Value::Dictionary>& metadata() const;
   const std::optional<std::string>& identity() const;
 
-  /// Tells the delegate that a run ended well. The host's own identity goes before the run's.
+  /// Tells the delegate that a run succeeded, with the host's own identity, else with the run's.
   void success();
   /// Tells the delegate that the person left.
   void cancelled();

@@ -13,7 +13,7 @@ std::optional<UIColor> colorNamed(const std::string& name) {
   return found == colors.end() ? std::nullopt : std::optional(found->second);
 }
 
-/// A list with anything but strings in it counts as none; unknown documents are left out.
+/// A list with other elements than strings gives no documents; unknown documents are left out.
 std::vector<ZVDocument> documentsIn(const Value::Dictionary& dictionary, const std::string& key) {
   std::vector<ZVDocument> documents;
   const Value* value = valueForKey(dictionary, key);

@@ -11,14 +11,14 @@
 
 namespace zuvi {
 
-/// Posted, without anything, after every answer to the question who the client is.
+/// Posted, without object and user info, after every answer to `getMerchant`.
 inline constexpr const char* merchantUpdatedNotification = "merchantUpdated";
 
-/// Who the client is and how the flow is to look, as the back end says it.
+/// The merchant's name, colour, language and documents, from the back end.
 class ZVKYCMerchant {
 public:
   ZVKYCMerchant() = default;
-  /// From the back end's JSON; what is missing or of the wrong type keeps its default.
+  /// From the back end's JSON; a field that is missing or has the wrong type keeps its default.
   explicit ZVKYCMerchant(const Value::Dictionary& parameters);
 
   std::optional<std::string> displayName;
@@ -28,7 +28,7 @@ public:
   std::vector<ZVDocument> requiredDocuments{ZVDocument::nationalId};
   std::vector<ZVDocument> optionalDocuments;
 
-  /// The one at that place of the required or the optional ones; absent when there is none.
+  /// The required or optional document at that index; absent when there is none.
   std::optional<ZVDocument> document(bool isRequired, int index) const;
 };
 

@@ -4,7 +4,7 @@
 
 namespace zuvi {
 
-/// The languages of the kit's texts; the first is what stands in for the others.
+/// The languages of the kit's texts; a text that is missing appears in the first one.
 enum class ZVLanguage { english, spanish, french, portugaly };
 
 template <> struct RawValues<ZVLanguage> {

@@ -6,7 +6,7 @@
 
 namespace zuvi {
 
-/// The letter of the card that a document's fields belong to.
+/// The letter of the card to which a document's fields belong.
 static std::string cardTypeOf(const Value::Dictionary& answer) {
   const Value* metadata = valueForKey(answer, "metadata");
   const auto* entries = metadata ? metadata->dictionary() : nullptr;

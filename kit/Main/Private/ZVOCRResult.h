@@ -8,7 +8,7 @@
 
 namespace zuvi {
 
-/// One field that the back end read off a document.
+/// One field that the back end read from a document.
 class ZVOCRResult {
 public:
   /// From one element of the answer's fields; never fails. `cardType` is the card's letter.
@@ -28,8 +28,8 @@ private:
   std::string imageName_;
 };
 
-/// The required fields of the back end's answer about a document; absent when it has no list of
-/// fields.
+/// The required fields in the back end's answer about a document; absent when the answer has no
+/// list of fields.
 std::optional<std::vector<ZVOCRResult>> requiredResults(const Value::Dictionary& answer);
 
 } // namespace zuvi

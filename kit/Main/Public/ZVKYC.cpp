@@ -9,8 +9,8 @@
 
 namespace zuvi {
 
-// A host's nib may name the button before anything of the kit was called. It stands here, in a file
-// that every host links.
+// A host's nib may name the button before the host calls the kit. The registration is here because
+// every host links this file.
 [[maybe_unused]] static const bool buttonIsKnown =
     (UINib::registerClass<ZVKYCButton>("ZVKYCButton"), true);
 

@@ -45,7 +45,7 @@ void ZVKYCButton::initialize() {
 
 void ZVKYCButton::awakeFromNib() {
   UIButton::awakeFromNib();
-  dress(); // whatever the nib says
+  dress(); // replaces the nib's values
 }
 
 void ZVKYCButton::dress() {
@@ -66,12 +66,12 @@ CGSize ZVKYCButton::intrinsicContentSize() const {
 
 void ZVKYCButton::layoutSubviews() {
   UIButton::layoutSubviews();
-  // Text that the person wants larger must fit between the pictures.
+  // Enlarged text must still fit between the pictures.
   label_->setMinimumScaleFactor(textScale() > 1 ? 0.7 : 1);
   const double height = std::max(frame().height, minimumHeight_);
   const double width = std::max(frame().width, minimumWidth_);
   const double margin = width * 24 / 344;
-  const double leftIcon = width * 26 / 334; // of 334: the icon is a touch wider than its share
+  const double leftIcon = width * 26 / 334; // not 344: the icon is slightly wider than its share
   const double left = 2 * margin + leftIcon + 4;
   const double right = width * 27 / 344;
   leftBackgroundImageView_->setFrame({0, 0, left, height});
@@ -107,7 +107,7 @@ void ZVKYCButton::tapAction() {
   if (const auto current = zvKYCCurrentViewController()) current->present(shell, true);
 }
 
-/// Before registration there is only the system's face.
+/// Before registration there is only the system's font.
 void ZVKYCButton::takeFont() {
   constexpr double size = 16;
   const auto own = zvSFProText(FontStyle::regular, size);

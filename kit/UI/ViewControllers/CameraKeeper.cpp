@@ -12,7 +12,7 @@ namespace zuvi {
 
 namespace {
 
-// Seconds. Not every camera that is back is announced, so it is looked for as well.
+// Seconds. Not every camera that comes back is announced, so the keeper also polls.
 constexpr double lookInterval = 2;
 
 bool isListed(const AVCaptureDevice& device) {
@@ -63,23 +63,23 @@ void CameraKeeper::lose(const Error& error) {
   screen_.cameraLost();
   const bool gave = std::exchange(seen_, false);
   if (session_->isRunning()) return;
-  // Who may not use the camera is told so where it is asked for.
+  // The screen that asks for the camera reports a refused permission.
   if (error.code == AVErrorNotAuthorized) return lookAgain();
   lookAgain();
-  if (loss_) return; // what happened first is what matters; attempts since then fail as they may
+  if (loss_) return; // the first error counts, not those of later attempts
   const bool listed = session_->input() && isListed(*session_->input()->device());
   loss_ = gave || !listed ? "cameraGone" : "cameraFails";
   if (onShow_) say(loss_);
 }
 
-/// Takes up a camera that is there and not in use.
+/// Starts a camera that is there and not in use.
 void CameraKeeper::look() {
   const auto status = AVCaptureDevice::authorizationStatus();
   if (!onShow_ || session_->isRunning() || status == AVAuthorizationStatus::Denied ||
       status == AVAuthorizationStatus::Restricted)
     return;
   if (!session_->input()) return screen_.makeCamera();
-  screen_.cameraLost(); // the news of it may still be on its way
+  screen_.cameraLost(); // the session's event may still be under way
   reconnect();
 }
 

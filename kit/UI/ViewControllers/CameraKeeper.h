@@ -14,29 +14,29 @@ namespace zuvi {
 class AVCaptureSession;
 enum class AVCaptureSessionEvent;
 
-/// Keeps the camera of a screen at work while the screen is on show: says when it is missing or has
-/// gone, and takes it up again when it is back. Main queue only.
+/// Keeps the camera of a screen running while the screen is visible: reports when it is missing or
+/// lost, and starts it again when it is back. Main queue only.
 class CameraKeeper {
 public:
-  /// What the screen does about it.
+  /// The screen's callbacks.
   struct Screen {
-    std::function<void()> makeCamera; ///< a camera may be there that was missing so far
-    std::function<void()> cameraLost; ///< the camera has gone while it ran
+    std::function<void()> makeCamera; ///< a camera that was missing may be there now
+    std::function<void()> cameraLost; ///< the running camera was lost
   };
 
-  /// `notice` shows `label` over the preview; it is hidden while all is well.
+  /// `notice` shows `label` over the preview; it is hidden while the camera works.
   CameraKeeper(std::shared_ptr<AVCaptureSession> session, AVCaptureDevicePosition position,
                std::weak_ptr<UIView> notice, std::weak_ptr<UILabel> label, Screen screen);
   ~CameraKeeper();
   CameraKeeper(const CameraKeeper&) = delete;
   CameraKeeper& operator=(const CameraKeeper&) = delete;
 
-  /// To be called when the screen appears and disappears.
+  /// Call them when the screen appears and disappears.
   /// @{
   void resume();
   void pause();
   /// @}
-  /// Shows the text of that key, and has it spoken.
+  /// Shows the text of that key, and announces it to screen readers.
   void say(const char* key);
 
 private:
@@ -54,7 +54,7 @@ private:
   const Screen screen_;
   bool onShow_ = false;
   bool seen_ = false; ///< the camera has given a picture since it was started
-  /// What is to be said of a camera that was lost since the last picture; null for none.
+  /// The key of the text about a camera that was lost since the last picture; null: not lost.
   const char* loss_ = nullptr;
   NotificationObserver devices_;
   DelayedCalls calls_;

@@ -8,11 +8,11 @@ namespace zuvi {
 class ZVCancelAlertDelegate {
 public:
   virtual ~ZVCancelAlertDelegate() = default;
-  /// The person wants to leave; the alert is on its way out.
+  /// The person wants to leave; the alert is being dismissed.
   virtual void cancelAction() = 0;
 };
 
-/// Asks whether the person really wants to leave. The step below goes on meanwhile.
+/// The leave alert: asks whether the person really wants to leave. The step below keeps running.
 class ZVCancelAlertViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVCancelAlertViewController";
@@ -27,7 +27,7 @@ public:
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
   UIView* preferredFocusView() override { return continueButton.lock().get(); }
-  /// As the button that stays.
+  /// Does the same as the continue button.
   bool accessibilityPerformEscape() override;
 
 private:

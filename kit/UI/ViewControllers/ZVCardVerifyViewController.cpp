@@ -43,7 +43,7 @@ void ZVCardVerifyViewController::viewWillAppear(bool animated) {
   shell.titleText = documentTitle(document);
   shell.desc = std::nullopt;
   shell.currentPage = 2;
-  shell.bottomButtonTitle = "continue"; // this very word, in every language
+  shell.bottomButtonTitle = "continue"; // this word in every language
   setBottomButtonAction([this, document] {
     if (document) goOn(*document);
   });

@@ -13,17 +13,17 @@ namespace zuvi {
 class ZVKYCMerchant;
 enum class ZVDocument;
 
-/// Shows the picture of a document's front, to go on with or to take again. The flow does without
-/// it; whoever puts it on the flow's stack sets picture, identity, list and index first.
+/// The card review: shows the picture of a document's front, to be accepted or taken again. The
+/// flow does not use it. Set picture, identity, list and index before it goes on the flow's stack.
 class ZVCardVerifyViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVCardVerifyViewController";
   ZVCardVerifyViewController();
 
-  bool isRequired = true; ///< whether the index counts in the required documents
+  bool isRequired = true; ///< whether the index is one of the required documents
   int documentIndex = 0;
-  CGRect cropFrame; ///< the creator's; nothing goes by it
-  Data imageData;   ///< the picture; what is none shows an empty frame
+  CGRect cropFrame; ///< set by the creator; not used
+  Data imageData;   ///< the picture; other bytes leave the image view empty
   std::string identityId;
   std::shared_ptr<const ZVKYCMerchant> merchant;
 
@@ -31,7 +31,7 @@ public:
   std::weak_ptr<UIButton> retakeButton;
   std::weak_ptr<UILabel> titleLabel;
 
-  /// Says that the picture could not be sent, until the person sends it once more.
+  /// Shows that the picture could not be sent, until the person sends it again.
   void showError();
 
   void declareNib(NibDeclaration& nib) override;

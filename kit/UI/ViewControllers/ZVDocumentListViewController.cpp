@@ -27,7 +27,7 @@ void ZVDocumentListViewController::viewDidLoad() {
   ZVScreen::viewDidLoad();
   const auto table = tableView.lock();
   if (!table) return;
-  // A row's button is to show its highlight at once.
+  // A row's button must show its highlight at once.
   table->setDelaysContentTouches(false);
   for (const auto& subview : table->subviews())
     if (const auto scroller = std::dynamic_pointer_cast<UIScrollView>(subview))

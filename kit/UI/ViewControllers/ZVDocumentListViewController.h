@@ -11,7 +11,7 @@ namespace zuvi {
 
 class ZVKYCMerchant;
 
-/// Offers the merchant's optional documents; taking one ends the run.
+/// The document list: offers the merchant's optional documents. The run ends after one of them.
 class ZVDocumentListViewController final : public ZVScreen,
                                            public ZVDocumentTableViewCellDelegate,
                                            public UITableViewDataSource,
@@ -22,7 +22,7 @@ public:
 
   std::weak_ptr<UITableView> tableView;
   std::shared_ptr<const ZVKYCMerchant> merchant;
-  std::optional<std::string> identityId; ///< the creator sets it
+  std::optional<std::string> identityId; ///< set by the creator
 
   void declareNib(NibDeclaration& nib) override;
   void viewDidLoad() override;
@@ -38,7 +38,7 @@ public:
 private:
   std::shared_ptr<ZVDocumentListViewController> self();
 
-  double rowScale_ = 1; ///< of the text in the rows
+  double rowScale_ = 1; ///< the text scale of the rows
 };
 
 } // namespace zuvi

@@ -1,4 +1,4 @@
-// Which event a photograph reports.
+// The event for each photograph.
 
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVMixpanelEvents.h"

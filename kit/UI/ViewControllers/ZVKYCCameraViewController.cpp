@@ -154,7 +154,7 @@ void ZVKYCCameraViewController::refreshSubviews(bool isVideoPermissionGranted) {
 // Camera
 
 void ZVKYCCameraViewController::makeCamera() {
-  if (captureSession_->input()) return; // the keeper was quicker
+  if (captureSession_->input()) return; // the keeper has added one already
   previewLayer_ = addCamera(captureSession_, AVCaptureDevicePosition::Back);
   if (!previewLayer_) return;
   // The error panel may have opened before the camera was there.
@@ -166,7 +166,7 @@ void ZVKYCCameraViewController::makeCamera() {
   imageOutput_ = make<AVCaptureStillImageOutput>();
   imageOutput_->outputSettings = {{AVVideoCodecKey, AVVideoCodecJPEG}};
   captureSession_->addOutput(imageOutput_);
-  // A screen that was left before this turn must not hold the camera.
+  // A screen that the person left before this turn must not keep the camera running.
   if (appearance() == Appearance::Appearing || appearance() == Appearance::Appeared)
     captureSession_->startRunning();
 }
@@ -199,14 +199,14 @@ void ZVKYCCameraViewController::takePhoto(std::function<void(std::optional<Data>
       connection, [completion = std::move(completion)](const std::optional<CMSampleBuffer>& buffer,
                                                        const std::optional<Error>&) {
         auto bytes = AVCaptureStillImageOutput::jpegStillImageNSDataRepresentation(buffer);
-        // What follows changes screens, which belongs on the main queue.
+        // The rest changes screens and must be on the main queue.
         DispatchQueue::main().async([completion, bytes = std::move(bytes)] { completion(bytes); });
       });
   trackPhoto();
 }
 
 void ZVKYCCameraViewController::startRequest(const Data& data) {
-  // Two quick taps take two pictures; the first one that arrives goes on.
+  // Two quick taps take two pictures; the first one that arrives is used.
   if (!objectId || appearance() == Appearance::Disappearing ||
       appearance() == Appearance::Disappeared)
     return;

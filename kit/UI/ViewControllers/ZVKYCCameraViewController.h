@@ -19,10 +19,11 @@ class CameraKeeper;
 class ZVKYCMerchant;
 enum class ZVDocument;
 
-/// The side of a document, whatever its kind; a document with one side has a front.
+/// The side of any document; a document with one side has a front.
 enum class ZVKYCCameraType { ineFront, ineBack };
 
-/// Photographs one side of one document. The creator sets index, list, side and identity first.
+/// The document camera: photographs one side of one document. The creator sets index, list, side
+/// and identity first.
 class ZVKYCCameraViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVKYCCameraViewController";
@@ -42,15 +43,15 @@ public:
   std::weak_ptr<UIView> cameraNotice; ///< shows `cameraNoticeLabel` while there is no camera
   std::weak_ptr<UILabel> cameraNoticeLabel;
 
-  bool isRequired = true; ///< whether the index counts in the required documents
+  bool isRequired = true; ///< whether the index is one of the required documents
   int index = 0;
   std::optional<ZVKYCCameraType> type;
-  std::optional<std::string> objectId; ///< the identity that the pictures go to
-  std::optional<Data> frontIneImage;   ///< of a back side: the picture of the front
+  std::optional<std::string> objectId; ///< the identity to which the pictures belong
+  std::optional<Data> frontIneImage;   ///< for a back side: the picture of the front
   std::shared_ptr<const ZVKYCMerchant> merchant;
   bool isErrorShown = false;
 
-  /// Turns the panel on that tells of a failed upload, or off again.
+  /// Shows or hides the panel about a failed upload.
   void showError(bool show);
 
   void declareNib(NibDeclaration& nib) override;

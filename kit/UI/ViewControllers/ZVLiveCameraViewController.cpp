@@ -41,8 +41,8 @@ std::optional<int> decimal(const std::optional<std::string>& text) {
 
 } // namespace
 
-/// Brings the end of a film from the platform's queue to the main one. It holds the screen weakly,
-/// so that the screen never dies on another thread.
+/// Passes the end of a film from the platform's queue to the main queue. It holds the screen
+/// weakly, so that the screen is never destroyed on another thread.
 class ZVLiveCameraViewController::RecordingDelegate final
     : public AVCaptureFileOutputRecordingDelegate {
 public:
@@ -51,7 +51,7 @@ public:
 
   void fileOutputDidFinishRecording(const std::string& path, std::optional<Error>) override {
     const auto film = FileManager::contents(path);
-    FileManager::removeItem(path); // from here on the bytes are the only copy
+    FileManager::removeItem(path); // from now on the bytes are the only copy
     DispatchQueue::main().async([screen = screen_, film] {
       if (const auto recorder = screen.lock()) recorder->filmDidEnd(film);
     });
@@ -134,7 +134,7 @@ std::string ZVLiveCameraViewController::announcement() const {
 // Camera
 
 void ZVLiveCameraViewController::makeCamera() {
-  if (captureSession_->input()) return; // the keeper was quicker
+  if (captureSession_->input()) return; // the keeper has added one already
   previewLayer_ = addCamera(captureSession_, AVCaptureDevicePosition::Front);
   if (!previewLayer_) return;
   previewLayer_->setFrame(view()->bounds());
@@ -146,7 +146,7 @@ void ZVLiveCameraViewController::makeCamera() {
 
 // The take
 
-/// Nothing would stop a film under way any more, and nobody would take it.
+/// After this, nothing would stop a running film or use its result.
 void ZVLiveCameraViewController::endTake() {
   if (timer_) timer_->invalidate();
   timer_ = nullptr;
@@ -154,14 +154,14 @@ void ZVLiveCameraViewController::endTake() {
   takeUnderWay_ = false;
 }
 
-/// Half a film is of no use; the person begins anew once the camera is back.
+/// Half a film is useless; the person starts again when the camera is back.
 void ZVLiveCameraViewController::giveUpTake() {
   if (!takeUnderWay_) return;
   endTake();
   showIdle();
 }
 
-/// As before the first tap.
+/// Restores the state before the first tap.
 void ZVLiveCameraViewController::showIdle() {
   if (const auto figure = startTimerLabel.lock()) {
     figure->setText(countDownFrom);
@@ -173,10 +173,10 @@ void ZVLiveCameraViewController::showIdle() {
 
 void ZVLiveCameraViewController::recordButtonTap() {
   if (takeUnderWay_) return;        // one timer, one film
-  if (timer_) timer_->invalidate(); // of a take that gave no film
+  if (timer_) timer_->invalidate(); // of a take without a film
   ZVAnalyticsManager::track(MixpanelEvent::livenessRecordClicked);
   if (const auto figure = startTimerLabel.lock()) {
-    // An earlier take that gave no film has left it at zero or below.
+    // An earlier take without a film has left it at zero or below.
     if (const auto left = decimal(figure->text()); left && *left <= 0) showIdle();
     figure->setAlpha(1.0);
   }
@@ -191,7 +191,7 @@ void ZVLiveCameraViewController::configure() {
 }
 
 void ZVLiveCameraViewController::startTimer(bool isVideoPermissionGranted) {
-  // The answer may come to a screen that was left, or twice after two taps.
+  // The answer may come after the person left the screen, or twice after two taps.
   if (!isVideoPermissionGranted || takeUnderWay_ || appearance() == Appearance::Disappearing ||
       appearance() == Appearance::Disappeared)
     return;
@@ -213,7 +213,7 @@ void ZVLiveCameraViewController::updateTimer() {
       label->setText("00:0" + std::to_string(value + filmLength));
     if (value == -filmLength) {
       if (videoOutput_) videoOutput_->stopRecording();
-      // Without a camera no end will be told; the next tap begins anew.
+      // Without a camera the delegate gets no end; the next tap starts again.
       if (!videoOutput_) takeUnderWay_ = false;
     }
   }
@@ -236,7 +236,7 @@ void ZVLiveCameraViewController::beginRecording() {
 }
 
 void ZVLiveCameraViewController::filmDidEnd(const std::optional<Data>& film) {
-  if (!std::exchange(takeUnderWay_, false)) return; // the screen was left meanwhile
+  if (!std::exchange(takeUnderWay_, false)) return; // the person has left the screen
   const auto review = make<ZVLivenessVerifyViewController>();
   if (!film) { // the disk is full, or the camera is gone; the count-down may still run
     if (timer_) timer_->invalidate();

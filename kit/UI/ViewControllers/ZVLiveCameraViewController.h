@@ -17,8 +17,8 @@ class AVCaptureVideoPreviewLayer;
 class CameraKeeper;
 class Timer;
 
-/// Records the selfie film: five seconds of count-down, then seven of film. The figure on the
-/// screen is the only counter; from zero on it is out of sight and runs into negative numbers.
+/// The recorder: records the selfie film after a count-down of five seconds, for seven seconds. The
+/// number on the screen is the only counter; from zero on it is hidden and becomes negative.
 class ZVLiveCameraViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVLiveCameraViewController";
@@ -52,7 +52,7 @@ private:
   void showIdle();
   void endTake();
   void giveUpTake();
-  /// On the main queue; absent: there is no film.
+  /// Called on the main queue; absent: there is no film.
   void filmDidEnd(const std::optional<Data>& film);
   std::weak_ptr<ZVLiveCameraViewController> weakSelf();
 
@@ -62,7 +62,7 @@ private:
   std::unique_ptr<CameraKeeper> cameraKeeper_;
   std::shared_ptr<RecordingDelegate> recordingDelegate_;
   std::shared_ptr<Timer> timer_;
-  bool takeUnderWay_ = false; ///< from the first second counted to the film's end
+  bool takeUnderWay_ = false; ///< from the start of the count-down to the film's end
 };
 
 } // namespace zuvi

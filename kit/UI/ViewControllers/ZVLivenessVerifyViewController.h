@@ -8,7 +8,7 @@
 
 namespace zuvi {
 
-/// Asks the person to send the film or to take another.
+/// The review: asks the person to send the film or to record another.
 class ZVLivenessVerifyViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVLivenessVerifyViewController";

@@ -6,7 +6,7 @@
 
 namespace zuvi {
 
-/// The first screen of a run: tells what is to come.
+/// The start, the first step of a run: says what will come.
 class ZVMainViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVMainViewController";

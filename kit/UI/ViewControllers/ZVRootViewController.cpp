@@ -24,10 +24,10 @@ namespace {
 
 constexpr const char* chatLicense = "4173052";
 constexpr int pages = 4;
-constexpr std::size_t mostMessages = 20;  // that wait; the chat has the older ones
+constexpr std::size_t mostMessages = 20;  // waiting; older ones are in the chat
 constexpr double bottomBarHeight = 88;    // points above the safe area
 constexpr double barGap = 16;             // points between a step and the bar
-constexpr double keyboardOverlap = 50;    // points of the keyboard's height that may cover
+constexpr double keyboardOverlap = 50;    // points that the keyboard may cover
 constexpr double spaceAfterKeyboard = 40; // points
 constexpr double lowScreen = 420;         // points
 constexpr double buttonSide = 44, rowMargin = 8, headerMargin = 24; // points
@@ -71,13 +71,13 @@ void ZVRootViewController::declareNib(NibDeclaration& nib) {
   nib.action("infoButtonTap", [this] { infoButtonTap(); });
 }
 
-// What steps publish
+// Fields that steps write
 
 void ZVRootViewController::showBackButtonChanged() {
   const auto button = backButton.lock();
   if (!button) return;
   button->setAlpha(showBackButton ? 1.0 : 0.0);
-  if (!showBackButton) button->resignFirstResponder(); // no key reaches what is out of sight
+  if (!showBackButton) button->resignFirstResponder(); // no key may reach a hidden button
 }
 
 void ZVRootViewController::titleTextChanged() {
@@ -106,12 +106,12 @@ void ZVRootViewController::bottomButtonTitleChanged() {
 }
 
 void ZVRootViewController::showLiveViewChanged() {
-  // The first step writes before the frame is on its window; it will cover the screen.
+  // The first step writes before the shell is in its window; the shell will cover the screen.
   const UIEdgeInsets safe =
       view()->window() ? view()->safeAreaInsets() : UIScreen::main().safeAreaInsets();
   const double space = showLiveView ? 0 : safe.bottom + bottomBarHeight;
   if (const auto constraint = containerBottomSpace.lock()) constraint->setConstant(space);
-  // A live step lies over the bar, every other under it.
+  // A live step lies over the bar, every other step under it.
   if (showLiveView) {
     view()->bringSubviewToFront(containerView.lock());
   } else {
@@ -139,7 +139,7 @@ void ZVRootViewController::currentPageChanged() {
 
 void ZVRootViewController::viewDidLoad() {
   ZVScreen::viewDidLoad();
-  AVCaptureDevice::discover(); // known before a camera screen wants one
+  AVCaptureDevice::discover(); // so that a camera screen need not wait
   if (const auto dots = pageControl.lock()) dots->setNumberOfPages(pages);
   mainNC_ = make<UINavigationController>(make<ZVMainViewController>());
   mainNC_->setNavigationBarHidden(true, false);
@@ -158,8 +158,8 @@ void ZVRootViewController::viewDidLoad() {
 void ZVRootViewController::wasDismissed() {
   const auto host = hostsChatDelegate_.lock();
   if (host && LiveChat::delegate->lock().get() == this) LiveChat::delegate = host;
-  // The frame is kept until the next run; its steps, and the camera of one, go once none of them is
-  // in the midst of a call.
+  // The shell is kept until the next run. Its steps and their cameras are released in a later turn,
+  // when no call of theirs is running.
   DispatchQueue::main().async(
       [stack = mainNC_] { stack->setViewControllers({stack->viewControllers().front()}, false); });
 }
@@ -183,8 +183,8 @@ void ZVRootViewController::viewDidLayoutSubviews() {
   keepClearOfBar();
 }
 
-/// A keyboard that went leaves the container reaching behind the bar, where nobody sees or touches
-/// what a step has there.
+/// After the keyboard goes, the container reaches behind the bar, where a step's views can be
+/// neither seen nor touched.
 void ZVRootViewController::keepClearOfBar() {
   const auto container = containerView.lock();
   const auto bar = bottomView.lock();
@@ -195,12 +195,12 @@ void ZVRootViewController::keepClearOfBar() {
   mainNC_->setAdditionalSafeAreaInsets({0, 0, covered, 0});
 }
 
-/// On a phone held sideways the words of a step stand in the row of the buttons, between them.
+/// On a phone held sideways a step's title and description are in the row of the buttons.
 void ZVRootViewController::arrangeHeader() {
   const CGRect all = view()->bounds();
   const UIEdgeInsets safe = view()->safeAreaInsets();
   const bool low = all.height < lowScreen && all.width > all.height;
-  const double beforeButtons = -2 * buttonSide - rowMargin; // of the right edge
+  const double beforeButtons = -2 * buttonSide - rowMargin; // from the right edge
   const double middle = (all.width - safe.left - safe.right) / 2;
   const double last = middle + beforeButtons - dotsWidth / 2 - dotsGap;
   const double dots = low ? last : std::min(0.0, last);
@@ -222,7 +222,7 @@ void ZVRootViewController::backButtonTap() {
 }
 
 void ZVRootViewController::bottomButtonTap() {
-  const auto action = bottomButtonAction; // it may put another in its place
+  const auto action = bottomButtonAction; // a copy: the action may replace itself
   if (action) action();
 }
 
@@ -306,8 +306,8 @@ void ZVRootViewController::received(const LiveChatMessage& message) {
   showNextMessage();
 }
 
-/// One at a time, as soon as nothing lies over the frame; what came when no run was on comes with
-/// the next run.
+/// Shows one message at a time, when nothing lies over the shell. Messages that came between two
+/// runs are shown in the next run.
 void ZVRootViewController::showNextMessage() {
   auto& waiting = ZVKYCHelper::instance().supportMessages;
   if (LiveChat::isChatPresented()) waiting.clear(); // it shows them all

@@ -18,9 +18,9 @@ namespace zuvi {
 
 class ZVKYCCameraViewController;
 
-/// The frame of a run: title, description, page dots, back, close and info buttons and the bottom
-/// bar, around the stack of step screens. A step writes what it wants of them each time it is about
-/// to appear. One frame a run, made by the launch button.
+/// The shell of a run: title, description, page dots, back, close and info buttons and the bottom
+/// bar, around the stack of steps. Each step sets them each time it is about to appear. The launch
+/// button makes one shell for each run.
 class ZVRootViewController final : public ZVScreen,
                                    public ZVCancelAlertDelegate,
                                    public LiveChatDelegate {
@@ -28,7 +28,7 @@ public:
   static constexpr const char* name = "ZVRootViewController";
   ZVRootViewController();
 
-  bool isOnlyFaceScan = false; ///< the host has an identity already; no screen goes by it
+  bool isOnlyFaceScan = false; ///< the host has an identity already; not read
 
   std::weak_ptr<UIView> containerView;
   std::weak_ptr<UIButton> backButton;
@@ -39,14 +39,14 @@ public:
   std::weak_ptr<UIView> bottomView;
   std::weak_ptr<NSLayoutConstraint> containerBottomSpace, iconWidth;
 
-  // What steps publish; every write shows at once.
+  // Fields that steps write; every write takes effect at once.
   Observed<bool> showBackButton;
-  /// Its last character is coloured: the full stop behind a document's name.
+  /// The last character is coloured: the full stop after a document's name.
   Observed<std::optional<std::string>> titleText;
   Observed<std::optional<std::string>> desc;
   /// Absent hides the bottom bar. A title makes room for the bar.
   Observed<std::optional<std::string>> bottomButtonTitle;
-  /// Whether the step reaches down to the edge of the screen.
+  /// Whether the step reaches the bottom edge of the screen.
   Observed<bool> showLiveView;
   /// Negative hides the dots.
   Observed<int> currentPage;
@@ -64,7 +64,7 @@ public:
   int preferredInterfaceOrientationForPresentation() const override { return 1; }
 
   UIView* preferredFocusView() override { return bottomButton.lock().get(); }
-  /// Back where there is a way back, else as the close button.
+  /// Goes back where the back button is shown, else does the same as the close button.
   bool accessibilityPerformEscape() override;
 
   void cancelAction() override;
@@ -94,8 +94,8 @@ private:
 
   std::weak_ptr<NSLayoutConstraint> headerLeft_, headerRight_, headerTop_, dotsCenter_;
   std::shared_ptr<UINavigationController> mainNC_;
-  std::shared_ptr<ZVKYCCameraViewController> cameraVC_; ///< over the container, when there is one
-  std::weak_ptr<LiveChatDelegate> hostsChatDelegate_;   ///< it is the chat's again after the run
+  std::shared_ptr<ZVKYCCameraViewController> cameraVC_; ///< over the container; may be null
+  std::weak_ptr<LiveChatDelegate> hostsChatDelegate_;   ///< restored after the run
   std::vector<NotificationObserver> observers_;
 };
 

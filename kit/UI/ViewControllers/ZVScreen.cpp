@@ -26,7 +26,7 @@ ZVRootViewController& ZVScreen::shell() {
 }
 
 void ZVScreen::setBottomButtonAction(std::function<void()> action) {
-  // A key can still reach the button when the next screen lies over it or hides it.
+  // A key can still reach the button while the next screen covers or hides it.
   shell().bottomButtonAction = [self = weak_from_this(), action = std::move(action)] {
     const auto screen = self.lock();
     if (!screen) return;

@@ -9,7 +9,7 @@ namespace zuvi {
 
 class ZVRootViewController;
 
-/// A screen of the flow: its nib lies in the kit's bundle under the name of its class.
+/// A screen of the flow. Its nib is in the kit's bundle and has the name of its class.
 class ZVScreen : public UIViewController {
 public:
   void viewDidAppear(bool animated) override;
@@ -17,12 +17,12 @@ public:
 protected:
   explicit ZVScreen(const char* name);
 
-  /// What people who don't see the screen are told once it is there: by itself the title and the
-  /// description that a step gave the frame. Empty: nothing.
+  /// The text that a screen reader speaks when the screen has appeared; by default the shell's
+  /// title and description. Empty: nothing.
   virtual std::string announcement() const;
-  /// The frame that the screen stands in, whose chrome it writes.
+  /// The shell of the current run.
   static ZVRootViewController& shell();
-  /// Gives the frame's bottom button to this screen, for as long as the screen is on show.
+  /// Sets the action of the shell's bottom button. It runs only while this screen is visible.
   void setBottomButtonAction(std::function<void()> action);
 };
 

@@ -38,7 +38,7 @@ void ZVUploadViewController::viewDidLoad() {
   if (const auto button = retakeButton.lock()) button->setTitle(localized("retake"));
   if (const auto spinner = activityIndicator.lock()) spinner->setColor(merchant->color);
 
-  // The screen is held until its answer, which it drops if it was left meanwhile.
+  // The request holds the screen until the answer. The screen drops it if the person has left.
   if (video) {
     ZVKYCManager::shared().createNewIdentity(*video, [self = self()](const auto& id, const auto&) {
       self->act([screen = self.get(), id] { screen->identityResult(id); });
@@ -48,7 +48,7 @@ void ZVUploadViewController::viewDidLoad() {
         identityId, rawValue(*kind), frontData, [self = self()](const auto& id, const auto&) {
           self->act([screen = self.get(), id] { screen->documentResult(id); });
         });
-  } else { // the merchant asks for it no more
+  } else { // the merchant no longer asks for the document
     DispatchQueue::main().async(
         [self = self()] { self->act([screen = self.get()] { screen->showNext(); }); });
   }
@@ -84,11 +84,11 @@ std::string ZVUploadViewController::announcement() const {
 
 void ZVUploadViewController::act(std::function<void()> onResult) {
   if (isAppeared) return onResult();
-  waiting_ = std::move(onResult); // with a screen that was left it dies unheard
+  waiting_ = std::move(onResult); // dropped with the screen if the person has left it
 }
 
 void ZVUploadViewController::identityResult(const std::optional<std::string>& id) {
-  if (!id) { // the recorder shows nothing of it
+  if (!id) { // the recorder itself shows no error
     UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("filmRefused"));
     return returnToCapture(Failure::Hide);
   }

@@ -14,19 +14,19 @@ namespace zuvi {
 class ZVKYCMerchant;
 enum class ZVDocument;
 
-/// Sends one item to the back end, the film or one document, and decides what comes next.
+/// The upload: sends the film or one document to the back end, and chooses the next step.
 class ZVUploadViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVUploadViewController";
   ZVUploadViewController();
 
-  bool isRequired = true; ///< whether the index counts in the required documents
+  bool isRequired = true; ///< whether the index is one of the required documents
   int documentIndex = 0;
-  std::string identityId;       ///< of a document: whose it is
-  Data frontData;               ///< of a document
-  std::optional<Data> backData; ///< of a document with two sides
-  std::optional<Data> video;    ///< present: the item is the film
-  bool isAppeared = false;      ///< a result that comes while it is false is not acted on
+  std::string identityId;       ///< for a document: the identity to which it belongs
+  Data frontData;               ///< for a document
+  std::optional<Data> backData; ///< for a document with two sides
+  std::optional<Data> video;    ///< present: the film is sent, not a document
+  bool isAppeared = false;      ///< while it is false, results are kept, not acted on
   std::shared_ptr<const ZVKYCMerchant> merchant;
 
   std::weak_ptr<UILabel> textLabel;
@@ -50,14 +50,15 @@ private:
   void showCamera(int index, const std::string& identity);
   void showList(const std::string& identity);
   enum class Failure { Hide, Show };
-  /// Takes the film's review or the back's camera out of the stack and goes back to the capture.
+  /// Removes the review or the back's document camera from the stack and goes back to the recorder
+  /// or to the front's document camera.
   void returnToCapture(Failure failure);
-  /// Acts on a result: now, or once the flow, of which this is the step on show, is in sight again;
-  /// never once the person has left the step.
+  /// Acts on a result: at once, or when the flow becomes visible again with this step on top. Never
+  /// after the person left the step.
   void act(std::function<void()> onResult);
   std::shared_ptr<ZVUploadViewController> self();
 
-  std::function<void()> waiting_; ///< came while the flow was out of sight
+  std::function<void()> waiting_; ///< a result that came while the flow was hidden
 };
 
 } // namespace zuvi

@@ -21,7 +21,7 @@ void ZVVerifiedViewController::viewWillAppear(bool animated) {
 
 void ZVVerifiedViewController::finish() {
   ZVAnalyticsManager::track(MixpanelEvent::finishButtonClicked);
-  dismiss(true); // takes the whole frame along
+  dismiss(true); // with the whole shell
   ZVKYCHelper::instance().success();
 }
 

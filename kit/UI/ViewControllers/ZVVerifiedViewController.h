@@ -4,7 +4,7 @@
 
 namespace zuvi {
 
-/// The last screen of a run that went well.
+/// The finish, the last step of a successful run.
 class ZVVerifiedViewController final : public ZVScreen {
 public:
   static constexpr const char* name = "ZVVerifiedViewController";

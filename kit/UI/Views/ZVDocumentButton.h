@@ -4,13 +4,13 @@
 
 namespace zuvi {
 
-/// The frame of a document's row; its border takes the merchant's colour under a finger.
+/// The button around a document's row; while it is touched its border has the merchant's colour.
 class ZVDocumentButton : public UIButton {
 public:
   using UIButton::UIButton;
   void setHighlighted(bool highlighted) override;
 
-  /// The border of a row at rest.
+  /// The border of a row that is not touched.
   static constexpr UIColor restingBorder = UIColor::bytes(227, 227, 227);
 };
 

@@ -9,7 +9,7 @@ namespace zuvi {
 namespace {
 constexpr double sideLabelWidth = 52; // points, before text is enlarged
 constexpr double iconSide = 32;       // points
-constexpr double narrowRow = 240;     // points; the name needs the icon's place
+constexpr double narrowRow = 240;     // points; below it the name needs the icon's place
 } // namespace
 
 ZVDocumentTableViewCell::ZVDocumentTableViewCell()

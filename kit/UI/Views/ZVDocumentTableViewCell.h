@@ -13,7 +13,7 @@ public:
   virtual void tapAction(ZVDocument document) = 0;
 };
 
-/// One document in the list of optional ones.
+/// One document in the document list.
 class ZVDocumentTableViewCell : public UITableViewCell {
 public:
   static constexpr const char* name = "ZVDocumentTableViewCell";

@@ -5,7 +5,7 @@
 
 namespace zuvi {
 
-/// What the support chat's page is told about the visitor, by name.
+/// Variables about the visitor for the support chat's page, by name.
 using CustomVariables = std::map<std::string, std::string>;
 
 } // namespace zuvi

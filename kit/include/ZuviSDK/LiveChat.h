@@ -12,47 +12,47 @@
 
 namespace zuvi {
 
-/// The door to the support chat, a page that floats in a window of its own. Main queue only.
+/// The support chat: a web page in a floating window of its own. Main queue only.
 class ZUVI_API LiveChat {
 public:
-  /// Whose chat it is, and who the visitor is. Absent at start; an absent group is "0", an absent
-  /// name or e-mail address is left empty. Nothing takes effect before there is a license; a change
-  /// makes the page load anew a moment later.
+  /// The chat's account and team, and the visitor. Absent at start; an absent group is "0", an
+  /// absent name or e-mail address is left empty. Nothing takes effect before there is a license; a
+  /// change reloads the page a moment later.
   /// @{
   static Observed<std::optional<std::string>> licenseId, groupId, name, email;
   /// @}
-  /// Who hears of the chat, held weakly.
+  /// Gets the chat's messages, links and events. Held weakly.
   static Observed<std::weak_ptr<LiveChatDelegate>> delegate;
 
-  /// What was set here; until then what `setVariable` has gathered. The page is told only the
-  /// latter.
+  /// The variables that were set here; before that, those of `setVariable`. The page gets only
+  /// those of `setVariable`.
   /// @{
   static const std::optional<CustomVariables>& allCustomVariables();
   static void setAllCustomVariables(const std::optional<CustomVariables>& variables);
   /// @}
 
-  /// Whether the page runs in a sandbox, walled off from the machine; absent while nobody knows
-  /// yet, as the chat was not opened so far.
+  /// Whether the page runs in a sandbox, isolated from the machine. Absent until the chat was
+  /// opened for the first time, because it is not known before.
   static std::optional<bool> isSandboxed();
-  /// False at start: on a machine that allows no sandbox the chat runs without, and a line says so.
-  /// True, set before the chat is first opened: there it says "Invalid url" instead.
+  /// What happens on a machine that allows no sandbox. False (at start): the chat runs without one
+  /// and prints a line. True, set before the chat is first opened: the chat says "Invalid url".
   static Observed<bool> requiresSandbox;
 
-  /// True from when the chat has come all the way in until it has gone.
+  /// True from the end of the movement in to the end of the movement out.
   static bool isChatPresented();
-  /// How many messages came since the chat was last opened or closed; remembered from run to run.
+  /// How many messages came since the chat was last opened or closed. Kept when the process ends.
   static int unreadMessagesCount();
 
-  /// Tells the page, as a custom variable.
+  /// Passes a custom variable to the page.
   static void setVariable(const std::string& key, const std::string& value);
-  /// `completion` hears whether the movement came to its end. It never comes where no page can be
-  /// shown.
+  /// `completion` is called after the movement; `finished` is false if it was cut short. Where no
+  /// page can be shown it is never called.
   static void presentChat(bool animated = true,
                           const std::function<void(bool finished)>& completion = {});
-  /// `completion` doesn't come either while the chat is still on its way in or out.
+  /// `completion` is also not called if the chat is still moving in or out.
   static void dismissChat(bool animated = true,
                           const std::function<void(bool finished)>& completion = {});
-  /// Forgets the visitor: what the chat left on this machine.
+  /// Forgets the visitor: removes the data that the chat left on this machine.
   static void clearSession();
 
 private:

@@ -7,18 +7,18 @@ namespace zuvi {
 
 struct LiveChatMessage;
 
-/// Who hears of the support chat. Every operation is optional: one that is not overridden does
-/// nothing. Main queue only.
+/// Gets the support chat's messages, links and events. Every function is optional: one that is not
+/// overridden does nothing. Main queue only.
 class ZUVI_API LiveChatDelegate {
 public:
   virtual ~LiveChatDelegate() = default;
-  /// A message that was not seen before.
+  /// A new message came; the same message is reported once.
   virtual void received(const LiveChatMessage&) {}
-  /// A link that leads out of the chat.
+  /// The person opened a link that leads out of the chat.
   virtual void handleURL(const URL&) {}
-  /// The chat has come all the way in.
+  /// The chat's movement in has ended.
   virtual void chatPresented() {}
-  /// The chat has gone, other than by the close button of the loading view.
+  /// The chat's movement out has ended. Not called for the loading view's close button.
   virtual void chatDismissed() {}
 };
 

@@ -9,8 +9,8 @@ namespace zuvi {
 
 /// A message that came from the support chat. Never changes once made.
 struct LiveChatMessage {
-  const std::string id;               ///< the page's own; a message is told once by it
-  const std::string text;             ///< what it says; may be empty
+  const std::string id;               ///< from the page; an id is reported once
+  const std::string text;             ///< may be empty
   const Date date;                    ///< when it was sent
   const std::string authorName;       ///< who wrote it
   const Value::Dictionary rawMessage; ///< as the page posted it

@@ -6,19 +6,19 @@
 
 namespace zuvi {
 
-/// Where the kit's services are. A host's own code may replace an address before it registers;
-/// the back end's holds from the next registration on.
+/// Addresses of the kit's services. A host's own code may replace an address before it registers;
+/// a new back end address takes effect at the next registration.
 struct ZUVI_API ZVEndpoints {
   /// The back end; ends in "/".
   static std::string& serverURL();
-  /// The whole address that events are posted to, without the query.
+  /// The full address to which events are posted, without the query.
   static std::string& trackingURL();
-  /// The whole address of the document that holds the template of the support chat's page.
+  /// The full address of the document with the template of the chat page's address.
   static std::string& chatTemplateURL();
-  /// Under which the support chat, beside its own name, leaves data in the web view.
+  /// A second domain whose data in the web view belongs to the support chat.
   static std::string& chatDomain();
-  /// A file of certificate authorities (PEM) to trust beside the system's, for all of the kit's
-  /// requests made afterwards; empty: none.
+  /// A file of certificate authorities (PEM) to trust in addition to the system's, for all later
+  /// requests of the kit. Empty: none.
   static void setAdditionalAuthorities(const std::string& pemFile);
 };
 

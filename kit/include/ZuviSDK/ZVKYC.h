@@ -12,29 +12,29 @@ namespace zuvi {
 
 class ZVKYCHelper;
 
-/// The kit's door. Main thread only; a failure is never reported here, the delegate's two calls are
-/// all that a host hears.
+/// The kit's main interface. Main thread only. It reports no failures; a host gets only the
+/// delegate's two calls.
 class ZUVI_API ZVKYC {
 public:
   /// The one instance, made on first use.
   static ZVKYC& instance();
 
-  /// Introduces the host, once, at its start, before a launch button is tapped: fetches what the
-  /// back end knows of the client and lets every `ZVKYCButton` take its colour and language.
-  /// Returns at once. Calling it again does all the work again; `metadata` replaces what was set
-  /// before, absent included. A client id or an address of the back end that can't be sent is told
-  /// on standard error.
+  /// Registers the host. Call it once, when the program starts, before a launch button is tapped.
+  /// It fetches the merchant's configuration and gives every `ZVKYCButton` its colour and language.
+  /// Returns at once. Another call does all the work again; `metadata` replaces the earlier value,
+  /// also when it is absent. If the client id or the back end's address can't be used in a request,
+  /// a line on standard error says so.
   static void registerWithClientId(const std::string& clientId,
                                    std::optional<Value::Dictionary> metadata = std::nullopt);
 
-  /// Who hears how verifications end; the host keeps it alive.
+  /// Gets the result of each run. Held weakly: the host keeps it alive.
   std::weak_ptr<ZVKYCDelegate> delegate;
 
-  /// What the host wants attached to identities, one form field an entry; absent: nothing.
+  /// Entries to attach to new identities, one form field each; absent: none.
   std::optional<Value::Dictionary> metadata;
 
-  /// An identity that the host already has. It is what the delegate is told at the end; absent: the
-  /// one made in the run.
+  /// An identity that the host already has. The delegate gets it at the end of a run; absent: the
+  /// delegate gets the identity that was made in the run.
   std::optional<std::string> identityId;
 
   ZVKYC(const ZVKYC&) = delete;

@@ -9,10 +9,10 @@
 
 namespace zuvi {
 
-/// The launch button: put on a screen of the host, it wears the merchant's colour and starts a
-/// verification over whatever is showing. It needs nothing of the host but
-/// `ZVKYC::registerWithClientId`. Made with `make<ZVKYCButton>()`, or in a nib by its class name; a
-/// title and a background that the nib gives do not show. Main queue only.
+/// The launch button. It lies on a screen of the host, has the merchant's colour, and starts a
+/// verification over the current screen. The host only has to call `ZVKYC::registerWithClientId`.
+/// Made with `make<ZVKYCButton>()`, or in a nib by its class name; a nib's title and background are
+/// ignored. Main queue only.
 class ZUVI_API ZVKYCButton : public UIButton {
 public:
   /// Without a frame the button is empty until layout or `setFrame` gives it a size.
@@ -35,7 +35,7 @@ private:
   ZUVI_HIDDEN void tapAction();
   ZUVI_HIDDEN void merchantUpdated();
 
-  // What layout reckons with at the least, in points, however small the frame.
+  // Layout uses at least this size, in points, even if the frame is smaller.
   const double minimumHeight_ = 30;
   const double minimumWidth_ = 200;
   std::shared_ptr<UIImageView> leftBackgroundImageView_;

@@ -6,12 +6,12 @@
 
 namespace zuvi {
 
-/// How a host hears the end of a verification. Both calls come on the main queue.
+/// Tells a host how a verification ended. Both functions are called on the main queue.
 class ZUVI_API ZVKYCDelegate {
 public:
   virtual ~ZVKYCDelegate() = default;
 
-  /// The person went through to the end. `identityId` is the host's own identity if it set one on
+  /// The person completed the run. `identityId` is the host's own identity if it set one on
   /// `ZVKYC`, else the one that was made in the run.
   virtual void zvKYCLoginSuccess(const std::string& identityId) = 0;
 

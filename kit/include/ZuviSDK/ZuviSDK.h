@@ -1,15 +1,15 @@
 #pragma once
 
 /// @namespace zuvi
-/// All that a host uses is in this namespace. `ZVKYC` is the door to the flow, `ZVKYCButton` starts
-/// it, `ZVKYCDelegate` hears how it ended; `LiveChat` is the support chat, `HostCameraProvider`
-/// puts cameras in the place of the machine's. `ZuviUI.h` has what screens of the host's own are
-/// made of, from `UIView` and `UIViewController` up.
+/// Everything that a host uses is in this namespace. `ZVKYC` registers the host, `ZVKYCButton`
+/// starts the flow, `ZVKYCDelegate` gets its result. `LiveChat` is the support chat,
+/// `HostCameraProvider` replaces the machine's cameras. `ZuviUI.h` has the classes for screens of
+/// the host's own, such as `UIView` and `UIViewController`.
 ///
 /// Classes whose objects are held by shared pointers are made with `make`. Delegates are held
 /// weakly: the host keeps them alive.
 
-// The flow: its door, its button, how it ends, where its services are.
+// The flow: registration, button, result, addresses of its services.
 #include <ZuviSDK/ZVEndpoints.h>
 #include <ZuviSDK/ZVKYC.h>
 #include <ZuviSDK/ZVKYCButton.h>
@@ -25,7 +25,7 @@
 #include <ZuviSDK/AVFoundation/HostCameraProvider.h>
 #include <ZuviSDK/AVFoundation/SystemCameraProvider.h>
 
-// Where the flow shows, and what drives it; what the host says about itself, and where lines go.
+// The widget that shows the flow, the main loop, the host's version, and printed lines.
 #include <ZuviSDK/Dispatch/MainLoop.h>
 #include <ZuviSDK/Foundation/Bundle.h>
 #include <ZuviSDK/Foundation/Print.h>
