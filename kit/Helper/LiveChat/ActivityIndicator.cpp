@@ -28,11 +28,11 @@ ActivityIndicator::ActivityIndicator()
 }
 
 void ActivityIndicator::startAnimation() {
-  label_->setText(localized("chatLoading")); // the language may have come meanwhile
+  label_->setText(localized("chatLoading")); // the language may have changed
   const bool turning = activityIndicator_->animation(rotationKey) != nullptr;
   if (turning && animating_) return;
   animating_ = true;
-  if (!turning) { // one that was stopped out of sight turns still
+  if (!turning) { // if it was stopped while hidden, it is still turning
     CABasicAnimation turn;
     turn.property = LayerProperty::Rotation;
     turn.to = layerValue(2 * std::numbers::pi);

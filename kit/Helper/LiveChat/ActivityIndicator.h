@@ -6,13 +6,13 @@
 
 namespace zuvi {
 
-/// A turning ring over the word that says what goes on.
+/// A turning ring over a word such as "Loading".
 class ActivityIndicator final : public UIView {
 public:
   ActivityIndicator();
 
   void startAnimation();
-  /// Only ends watching over the movement: whoever stops it takes the view away.
+  /// Only stops to observe the animation; the caller removes the view.
   void stopAnimation();
   bool animating() const { return animating_; }
 

@@ -4,13 +4,13 @@
 
 namespace zuvi {
 
-/// A ring of which three quarters are light and the quarter round the top is dark.
+/// A ring: three quarters are light, the quarter around the top is dark.
 class ActivityIndicatorLayer final : public CALayer {
 public:
   static constexpr double baseSize = 60.0;
   ActivityIndicatorLayer();
 
-  /// After every change of the size: draws the circles anew.
+  /// Redraws the circles; call it after every change of the size.
   void layoutSublayers();
 
 private:

@@ -15,8 +15,8 @@ std::string replacingAll(std::string text, std::string_view placeholder, const s
   return text;
 }
 
-/// Escaped twice: first inside each key and value, then the pairs as a whole, so that the page
-/// finds one parameter that holds a query of its own.
+/// Escaped twice: first each key and value, then all pairs together, so that the page gets one
+/// parameter that contains a query.
 std::optional<std::string> escaped(const std::optional<CustomVariables>& customVariables) {
   if (!customVariables) return std::nullopt;
   constexpr std::string_view special = "=\"#%/<>?@\\^`{|} &\n\u3000";

@@ -8,8 +8,8 @@
 
 namespace zuvi {
 
-/// The address of the chat page. `templateURL` comes without scheme and has a query already; absent
-/// when the result is no address. An address longer than `maxLength` is passed on unchanged.
+/// The address of the chat page. `templateURL` has no scheme, but already a query. Absent when the
+/// result is not an address. An address longer than `maxLength` is returned unchanged.
 std::optional<URL> buildUrl(const std::string& templateURL,
                             const LiveChatConfiguration& configuration,
                             const std::optional<CustomVariables>& customVariables, int maxLength);

@@ -18,11 +18,11 @@ namespace zuvi {
 namespace {
 
 constexpr const char* reloadCall = "delayed_reload";
-constexpr double reloadDelay = 0.2; // seconds in which several writes give one load
+constexpr double reloadDelay = 0.2; // seconds; several writes in this time cause one load
 constexpr int maxLength = 2000;     // of the page's address, in characters
 constexpr const char* userAgentSuffix = " WebView_Widget_iOS/2.0.7";
 
-/// What the person can do about it; the transport's own words are for whoever reads the log.
+/// Advice for the person. The transport's own error text goes to the log.
 std::string adviceFor(const Error& error) {
   if (error.domain != NSURLErrorDomain) return localized("chatFailed");
   switch (error.code) {
@@ -39,7 +39,7 @@ std::string adviceFor(const Error& error) {
   }
 }
 
-/// At a page's top right corner, above it.
+/// Above a page, at its top right corner.
 std::shared_ptr<CloseButton> addCloseButton(WKWebView& page, std::function<void()> close) {
   auto button = make<CloseButton>();
   button->outletName = "wayOut";
@@ -96,7 +96,7 @@ void ChatView::makeWebView() {
 
   webView_ = make<WKWebView>(frame(), configuration);
   webView_->outletName = "webView";
-  insertSubview(webView_, 0); // below the loading view, also when that was there before
+  insertSubview(webView_, 0); // below the loading view, also if that was added before
   webView_->setAutoresizingMask(FlexibleWidth | FlexibleHeight);
   webView_->navigationDelegate = weak();
   webView_->uiDelegate = weak();
@@ -147,7 +147,7 @@ void ChatView::reloadWithDelay() {
 void ChatView::delayedReload() {
   delayedCalls_.cancel(reloadCall);
   const auto& running = jsonCache_->currentTask();
-  if (running && running->state() == URLSessionTaskState::Running) return; // it will serve
+  if (running && running->state() == URLSessionTaskState::Running) return; // it will answer
   showAsLoading();
   jsonCache_->request([weak = weak()](const auto& templateURL, const auto& error) {
     DispatchQueue::main().async([weak, templateURL, error] {
@@ -162,7 +162,7 @@ void ChatView::receivedTemplate(const std::optional<std::string>& templateURL,
   if (!templateURL) return displayLoadingError(localized("chatTemplateMissing"));
   if (!configuration_) return displayLoadingError(localized("chatConfigurationMissing"));
   const auto url = buildUrl(*templateURL, *configuration_, *customVariables, maxLength);
-  if (!webView_ && WKWebView::isAvailable()) makeWebView(); // a host spoke before it had a screen
+  if (!webView_ && WKWebView::isAvailable()) makeWebView(); // there was no screen before
   if (!url || !webView_ || !WKWebView::isAvailable()) {
     print("error: Invalid url");
     print(url ? "The support chat can't be shown, as " + WKWebView::problem()
@@ -173,10 +173,10 @@ void ChatView::receivedTemplate(const std::optional<std::string>& templateURL,
 }
 
 void ChatView::load(const URLRequest& request) {
-  // Asking for the user agent starts the browser, which a chat that nobody ever opened must not.
+  // Asking for the user agent starts the browser. A chat that was never opened must not do that.
   if (!LiveChatState::isChatOpenedBefore()) return;
   pageAskedFor_ = true;
-  webView_->setCustomUserAgent({}); // or the name would grow with every load
+  webView_->setCustomUserAgent({}); // otherwise it would grow with every load
   webView_->evaluateJavaScript(
       "navigator.userAgent", [weak = weak(), request](const std::optional<Value>& result,
                                                       const std::optional<Error>& error) {
@@ -185,7 +185,7 @@ void ChatView::load(const URLRequest& request) {
           if (!self) return;
           const std::string* userAgent = result ? result->string() : nullptr;
           if (!userAgent) self->pageAskedFor_ = false;
-          if (error) return self->displayLoadingError(*error); // no browser came up
+          if (error) return self->displayLoadingError(*error); // no browser started
           if (!userAgent) return;
           self->webView_->setCustomUserAgent(*userAgent + userAgentSuffix);
           if (LiveChatState::isChatOpenedBefore()) self->webView_->load(request);
@@ -216,7 +216,7 @@ void ChatView::displayLoadingError(const Error& error) {
 }
 
 void ChatView::clearSession() {
-  if (!LiveChatState::isChatOpenedBefore()) return; // nothing is there, and no browser need start
+  if (!LiveChatState::isChatOpenedBefore()) return; // there is no data, and no browser must start
   WKWebsiteDataStore& store = WKWebsiteDataStore::defaultStore();
   store.fetchDataRecords([weak = weak(), &store](const std::vector<WKWebsiteDataRecord>& records) {
     for (const WKWebsiteDataRecord& record : records) {
@@ -234,11 +234,11 @@ void ChatView::clearSession() {
 // In and out
 
 void ChatView::presentChat(bool animated, const Completion& completion) {
-  if (!webView_ && WKWebView::isAvailable()) makeWebView(); // a host spoke before it had a screen
+  if (!webView_ && WKWebView::isAvailable()) makeWebView(); // there was no screen before
   if (!webView_) return;
-  WKWebView::prepare(); // while the address is asked for
-  // The load itself comes later and finds the mark. A page that was to be loaded out of sight may
-  // have failed, be gone, or never have been asked for.
+  WKWebView::prepare(); // while the address is fetched
+  // The load itself comes later and reads this flag. The page of the hidden window may have failed,
+  // crashed, or never been loaded.
   if (!LiveChatState::isChatOpenedBefore() || !pageAskedFor_) delayedReload();
   LiveChatState::markChatAsOpened();
   const int movement = ++movement_;
@@ -260,12 +260,12 @@ void ChatView::presentChat(bool animated, const Completion& completion) {
                     const auto self = weak.lock();
                     if (!self) return;
                     if (movement == self->movement_) return self->presented(finished, completion);
-                    if (completion) completion(finished); // another present has taken over
+                    if (completion) completion(finished); // a later present has replaced this one
                   });
 }
 
 void ChatView::presented(bool finished, const Completion& completion) {
-  // One point less and more again makes the page lay itself out.
+  // Making it one point smaller and larger again makes the page lay itself out.
   webView_->setFrame(shortenedByOne(frameForSafeAreaInsets()));
   DispatchQueue::main().asyncAfter(0.1, [weak = weak()] {
     const auto self = weak.lock();
@@ -312,7 +312,7 @@ void ChatView::chatHidden() {
 }
 
 void ChatView::close() {
-  // Without a page there is nothing to move out, but the way out must not be lost.
+  // Without a page there is nothing to move out, but the person must still be able to leave.
   if (!webView_) return chatHidden();
   dismissChat(true, [weak = weak()](bool finished) {
     const auto self = weak.lock();
@@ -351,8 +351,8 @@ void ChatView::keyboardDidChangeFrameNotification(const Notification& notificati
                         });
 }
 
-// On its way in or out the page is left alone: a movement that is cut short would leave the chat
-// neither shown nor hidden. Its end lays the page out.
+// While the page moves in or out it is not changed: a movement that is cut short would leave the
+// chat neither shown nor hidden. The end of the movement lays the page out.
 
 void ChatView::delayedKeyboardWillChangeFrame(const KeyboardNotification& notification) {
   if (webView_ && !animating_)
@@ -366,7 +366,7 @@ void ChatView::delayedKeyboardDidChangeFrame(const KeyboardNotification&) {
 // The application
 
 void ChatView::applicationDidBecomeActiveNotification() {
-  if (!webView_ && WKWebView::isAvailable()) { // a host spoke before it had a screen
+  if (!webView_ && WKWebView::isAvailable()) { // there was no screen before
     makeWebView();
     if (configuration_) reloadWithDelay();
   }
@@ -384,7 +384,7 @@ WKNavigationActionPolicy ChatView::decidePolicy(WKWebView&, const WKNavigationAc
     return WKNavigationActionPolicy::Allow;
   UIApplication& application = UIApplication::shared();
   if (!application.canOpenURL(*action.url)) return WKNavigationActionPolicy::Allow;
-  // A script that clicks a link may not throw programs at the person.
+  // A script that clicks a link must not start programs.
   if (!action.byPerson || !isPageInSight()) return WKNavigationActionPolicy::Cancel;
   if (const auto to = delegate.lock())
     to->handleURL(*action.url);
@@ -401,14 +401,14 @@ std::shared_ptr<WKWebView> ChatView::createWebView(WKWebView& webView,
   opened->uiDelegate = weak();
   webView.addSubview(opened);
   addCloseButton(*opened, [popUp = opened.get()] {
-    const auto alive = popUp->shared_from_this(); // until the touch has been told
+    const auto alive = popUp->shared_from_this(); // until the touch has been delivered
     popUp->removeFromSuperview();
   });
   return opened;
 }
 
 void ChatView::webViewDidClose(WKWebView& webView) {
-  // The chat's own page can only mean the chat: without it nothing would lead out any more.
+  // The chat's own page can only close the whole chat: without a page there would be no way out.
   if (&webView == webView_.get()) return dismissChat(true, {});
   webView.removeFromSuperview();
 }
@@ -417,8 +417,8 @@ void ChatView::didRefuseFiles(WKWebView&) {
   if (const auto to = delegate.lock()) to->tell(localized("chatTakesNoFiles"));
 }
 
-/// What the page before had opened goes with it, and nobody knows yet what this one is: the chat,
-/// an error of the server, or the page of a network that wants to be paid first.
+/// The windows of the previous page are closed with it. It is not known yet what the new page is:
+/// the chat, a server's error, or the log-in page of a network.
 void ChatView::didCommit(WKWebView&) {
   dropPopUps();
   pageSpeaks_ = false;
@@ -437,7 +437,7 @@ void ChatView::showWayOut() {
   wayOut_->setHidden(pageSpeaks_ && pageResponds_);
 }
 
-/// Keys that go to a page which is gone or hangs are lost, those that lead out of the chat too.
+/// Keys that go to a page that crashed or hangs are lost, also those that close the chat.
 void ChatView::takeKeysFromPage() {
   UIApplication& application = UIApplication::shared();
   if (!webView_ || application.firstResponder() != webView_.get()) return;
@@ -474,7 +474,7 @@ void ChatView::webContentProcessDidTerminate(WKWebView&) {
   dropPopUps();
   pageAskedFor_ = false;
   takeKeysFromPage();
-  // The loading view has faded out long ago, and the way to reload or close with it.
+  // The loading view has faded out, and with it the buttons to reload and close.
   loadingView_->setAlpha(1.0);
   loadingView_->displayLoadingError(localized("chatStopped"));
 }
@@ -486,7 +486,7 @@ void ChatView::didChangeResponsiveness(WKWebView&, bool responds) {
 }
 
 void ChatView::didReceiveScriptMessage(const WKScriptMessage& message) {
-  if (message.webView != webView_.get()) return; // a window that the page has opened
+  if (message.webView != webView_.get()) return; // from a window that the page opened
   const Value::Dictionary* dictionary = message.body.dictionary();
   if (!dictionary) return;
   if (stringValue(*dictionary, "messageType")) {

@@ -16,11 +16,11 @@
 
 namespace zuvi {
 
-/// The name under which the page posts to the kit.
+/// The name of the message handler to which the page posts.
 inline constexpr const char* iOSMessageHandlerName = "iosMobileWidget";
 
-/// The chat page under a view that says that it loads, or why it doesn't. Decides when the page is
-/// loaded, moves it in and out, keeps it clear of bars and keyboard, and says where links lead.
+/// The chat page, under a loading view that shows progress or an error. Decides when the page is
+/// loaded, moves it in and out, keeps it clear of bars and keyboard, and decides where links open.
 /// Made with `make<ChatView>(...)`.
 class ChatView final : public UIView,
                        public WKNavigationDelegate,
@@ -30,15 +30,15 @@ class ChatView final : public UIView,
 public:
   using Completion = std::function<void(bool finished)>;
 
-  /// `resources` holds the script that speaks for the page.
+  /// `resources` contains the script that runs in the page.
   ChatView(const CGRect& frame, std::shared_ptr<const Bundle> resources);
   void didMake();
 
   std::weak_ptr<ChatViewDelegate> delegate;
   const std::optional<LiveChatConfiguration>& configuration() const { return configuration_; }
-  /// Loads anew when it differs from one that was there; the first one loads nothing.
+  /// Reloads the page when it differs from the previous one; the first one loads nothing.
   void setConfiguration(std::optional<LiveChatConfiguration> configuration);
-  /// Every write loads anew.
+  /// Every write reloads the page.
   Observed<std::optional<CustomVariables>> customVariables;
   Observed<std::shared_ptr<WebViewBridge>> webViewBridge;
 
@@ -47,11 +47,11 @@ public:
   const std::shared_ptr<LoadingView>& loadingView() const { return loadingView_; }
   bool animating() const { return animating_; }
 
-  /// Without a web view neither does anything, and `completion` never comes; nor does it for a
-  /// dismissal while one of these movements runs.
+  /// Without a web view both do nothing, and `completion` is never called. It is also not called
+  /// for a dismissal during one of these movements.
   void presentChat(bool animated, const Completion& completion = {});
   void dismissChat(bool animated, const Completion& completion = {});
-  /// Forgets what the chat left on this machine and loads anew.
+  /// Removes the chat's data from this machine and reloads the page.
   void clearSession();
 
   // From the loading view.
@@ -111,13 +111,13 @@ private:
   std::shared_ptr<LoadingView> loadingView_ = make<LoadingView>();
   std::shared_ptr<JSONRequestCache> jsonCache_ = std::make_shared<JSONRequestCache>();
   bool animating_ = false; ///< while a present or dismiss movement runs
-  int movement_ = 0;       ///< how many presents there were
-  /// Over the page as long as it has not spoken through the bridge and might not be the chat's.
+  int movement_ = 0;       ///< counts the presents
+  /// The kit's close button. It lies over the page until the page sends a message to the bridge.
   std::shared_ptr<CloseButton> wayOut_;
-  bool pageAskedFor_ = false; ///< and neither failed nor gone since
-  bool pageSpeaks_ = false;   ///< since it was loaded
+  bool pageAskedFor_ = false; ///< loaded or loading, and has neither failed nor crashed
+  bool pageSpeaks_ = false;   ///< it has sent a message since it was loaded
   bool pageResponds_ = true;
-  bool pageHadKeys_ = false; ///< and gets them back once it is there again
+  bool pageHadKeys_ = false; ///< the page gets the keys back when it is there again
   std::optional<LiveChatConfiguration> configuration_;
   std::vector<NotificationObserver> observers_;
   DelayedCalls delayedCalls_;

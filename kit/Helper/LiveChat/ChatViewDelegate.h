@@ -4,14 +4,14 @@
 
 namespace zuvi {
 
-/// Who acts on what the chat view can't do itself.
+/// Does what the chat view can't do itself.
 class ChatViewDelegate {
 public:
   virtual ~ChatViewDelegate() = default;
   virtual void closedChatView() = 0;
   /// A link that leads out of the chat; the chat doesn't follow it.
   virtual void handleURL(const URL& url) = 0;
-  /// A text for the person, over the page.
+  /// Shows a text to the person, over the page.
   virtual void tell(const std::string& text) = 0;
 };
 

@@ -5,7 +5,7 @@
 
 namespace zuvi {
 
-/// A drawn X in a square as large as a finger.
+/// A drawn X in a square large enough for a finger.
 class CloseButton final : public UIButton {
 public:
   CloseButton();

@@ -28,7 +28,7 @@ ErrorView::ErrorView()
   addSubview(reloadButton_);
 }
 
-// The button stays in sight however long the text: what has no room is scrolled to.
+// The button stays visible even if the text is long: such a text scrolls.
 CGSize ErrorView::sizeThatFits(CGSize size) const {
   const CGSize text = label_->sizeThatFits(size);
   const CGSize button = reloadButton_->sizeThatFits(size);

@@ -6,7 +6,7 @@
 
 namespace zuvi {
 
-/// What went wrong, with a button to try again.
+/// An error text, with a button to try again.
 class ErrorView final : public UIView {
 public:
   ErrorView();

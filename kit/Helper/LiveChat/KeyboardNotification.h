@@ -5,12 +5,12 @@
 
 namespace zuvi {
 
-/// What a notice of the keyboard says. What it lacks, or holds in another type, has a default.
+/// The contents of a keyboard notification. A missing value, or one of another type, has a default.
 class KeyboardNotification {
 public:
   explicit KeyboardNotification(Notification notification);
 
-  /// On the screen; empty when missing.
+  /// In the screen's coordinates; empty when missing.
   CGRect screenFrameBegin() const;
   CGRect screenFrameEnd() const;
   /// Seconds; 0.25 when missing.

@@ -6,7 +6,7 @@
 
 namespace zuvi {
 
-/// Whose chat it is, and who the visitor is.
+/// The chat's account and team, and the visitor.
 struct LiveChatConfiguration {
   std::string licenseId;     ///< of the chat's account
   std::string groupId = "0"; ///< the team that answers; "0" unless the host names one

@@ -24,7 +24,7 @@ void LiveChatOverlayViewController::viewDidLoad() {
 
 void LiveChatOverlayViewController::presentChat(bool animated,
                                                 const ChatView::Completion& completion) {
-  view()->addSubview(chatView_); // leaves the other window
+  view()->addSubview(chatView_); // removes it from the other window
   chatView_->setFrame(view()->bounds());
   chatView_->setAutoresizingMask(FlexibleWidth | FlexibleHeight);
   const std::weak_ptr<UIViewController> weak = weak_from_this();

@@ -8,8 +8,8 @@
 
 namespace zuvi {
 
-/// The screen of the floating chat window. While the chat is hidden its view lives in a window that
-/// is never shown, so that the page goes on out of sight.
+/// The screen of the floating chat window. While the chat is hidden, its view is in a window that
+/// is never shown, so that the page keeps running.
 class LiveChatOverlayViewController final : public UIViewController, public ChatViewDelegate {
 public:
   LiveChatOverlayViewController();
@@ -22,10 +22,10 @@ public:
 
   const std::shared_ptr<ChatView>& chatView() const { return chatView_; }
   const std::shared_ptr<UIWindow>& preloadingWindow() const { return preloadingWindow_; }
-  /// Hidden until the movement in has ended; presented until the movement out has.
+  /// Hidden until the movement in has ended; presented until the movement out has ended.
   ChatState chatState() const { return chatState_; }
 
-  /// The state follows only where there is a `completion`.
+  /// The state changes only if there is a `completion`.
   void presentChat(bool animated, const ChatView::Completion& completion);
   void dismissChat(bool animated, const ChatView::Completion& completion);
   void clearSession();

@@ -4,12 +4,12 @@
 
 namespace zuvi {
 
-/// Who owns the window of the overlay.
+/// Implemented by the owner of the overlay's window.
 class LiveChatOverlayViewControllerDelegate {
 public:
   virtual ~LiveChatOverlayViewControllerDelegate() = default;
   virtual void closedChatView() = 0;
-  /// Escape, with a page on show.
+  /// The person pressed Escape while a page is visible.
   virtual void leftByEscape() = 0;
   virtual void handleURL(const URL& url) = 0;
 };

@@ -2,7 +2,7 @@
 
 namespace zuvi {
 
-/// Whether the chat was ever opened on this device. Until then nothing of its page is fetched.
+/// Whether the chat was ever opened on this device. Until then its page is not loaded.
 class LiveChatState {
 public:
   static bool isChatOpenedBefore();

@@ -24,14 +24,14 @@ LoadingView::LoadingView()
 
 void LoadingView::show(const std::shared_ptr<UIView>& shown, UIView& other) {
   addSubview(shown);
-  bringSubviewToFront(closeButton_); // a long text may not cover the way out
+  bringSubviewToFront(closeButton_); // a long text must not cover it
   other.removeFromSuperview();
 }
 
 void LoadingView::startAnimation() {
   activityIndicator_->startAnimation();
   show(activityIndicator_, *errorView_);
-  closeButton_->accessibilityLabel = spoken("close"); // the language may have come meanwhile
+  closeButton_->accessibilityLabel = spoken("close"); // the language may have changed
   closeButton_->setAlpha(0);
   UIView::animate(0.3, 3.0, {}, [this] { closeButton_->setAlpha(1.0); });
   layoutAtOnce();
@@ -44,7 +44,7 @@ void LoadingView::stopAnimation() {
 void LoadingView::displayLoadingError(const std::string& message) {
   errorView_->message = message;
   show(errorView_, *activityIndicator_);
-  closeButton_->layer()->removeAllAnimations(); // else its late way in goes on
+  closeButton_->layer()->removeAllAnimations(); // else its delayed fade-in continues
   closeButton_->setAlpha(1.0);
   stopAnimation();
   layoutAtOnce();

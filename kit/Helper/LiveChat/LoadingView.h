@@ -7,8 +7,8 @@
 
 namespace zuvi {
 
-/// Lies over the chat page while there is none: a spinner, or what went wrong. A button to close
-/// comes with an error at once, with the spinner only after a while.
+/// Covers the chat page until it is loaded: shows a spinner or an error. The close button appears
+/// at once with an error, but only after a while with the spinner.
 class LoadingView final : public UIView {
 public:
   LoadingView();

@@ -2,7 +2,7 @@
 
 namespace zuvi {
 
-/// Who acts on the buttons of the loading view.
+/// Handles the buttons of the loading view.
 class LoadingViewDelegate {
 public:
   virtual ~LoadingViewDelegate() = default;

@@ -12,7 +12,7 @@ namespace zuvi {
 
 Manager& Manager::sharedInstance() {
   assertMainQueue("The support chat");
-  // Never destroyed: what it watches may outlive `main`.
+  // Never destroyed: objects that it observes may outlive `main`.
   static auto* shared = new std::shared_ptr<Manager>(make<Manager>());
   return **shared;
 }
@@ -50,11 +50,11 @@ void Manager::presentChat(bool animated, const Completion& completion) {
   UIWindow* key = UIApplication::shared().keyWindow();
   previousKeyWindow_ =
       key ? std::static_pointer_cast<UIWindow>(key->weak_from_this().lock()) : nullptr;
-  if (key != window_.get()) { // else it is presented already, or on its way in
+  if (key != window_.get()) { // otherwise it is presented or moving in
     UIView* focused = UIApplication::shared().firstResponder();
     previousFocus_ = focused ? focused->weak_from_this() : std::weak_ptr<UIView>();
   }
-  UIApplication::shared().setFirstResponder(nullptr); // it is not for what lies below
+  UIApplication::shared().setFirstResponder(nullptr); // keys must not go to views below the chat
   window_->makeKeyAndVisible();
   const std::weak_ptr<Manager> weak = weak_from_this();
   overlayViewController_->presentChat(animated, [weak, completion](bool finished) {

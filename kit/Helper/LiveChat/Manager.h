@@ -6,15 +6,15 @@
 
 namespace zuvi {
 
-/// Behind the chat's door: owns the floating window with its screen and the link to the page, and
-/// tells the delegate. Main queue only.
+/// The implementation of `LiveChat`: owns the floating window with its screen and the bridge to the
+/// page, and calls the delegate. Main queue only.
 class Manager final : public std::enable_shared_from_this<Manager>,
                       public WebViewBridgeDelegate,
                       public LiveChatOverlayViewControllerDelegate {
 public:
   using Completion = ChatView::Completion;
 
-  /// Made at first use and kept as long as the process.
+  /// Made on first use and kept as long as the process.
   static Manager& sharedInstance();
   Manager();
   void didMake();

@@ -4,7 +4,7 @@
 
 namespace zuvi {
 
-/// The framed button under an error.
+/// The button with a border under an error.
 class ReloadButton final : public UIButton {
 public:
   ReloadButton();

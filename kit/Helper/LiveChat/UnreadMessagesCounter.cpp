@@ -38,7 +38,7 @@ int UnreadMessagesCounter::counterValue() {
 }
 
 bool UnreadMessagesCounter::handleUnreadMessage(const std::string& id) {
-  // A page may send thousands: no set is built and stored anew for each.
+  // A page may send thousands: do not rebuild and store a whole set for each.
   const std::optional<bool> unread = find(unreadMessagesKey, id);
   if (unread.value_or(false) || find(readMessagesKey, id).value_or(false)) return false;
   if (!unread || !UserDefaults::standard().append(unreadMessagesKey, id))

@@ -13,7 +13,7 @@ CGRect shortened(const CGRect& frame, double height) {
   return {frame.x, frame.y, frame.width, frame.height - height};
 }
 
-/// A frame that comes back as it was still makes the page lay itself out.
+/// Setting a frame and restoring it makes the page lay itself out.
 void layOutPage(WKWebView& webView) {
   const CGRect frame = webView.frame();
   webView.setFrame(shortened(frame, 1.0));
@@ -25,7 +25,7 @@ void standStill(UIView& view) {
   view.layer()->removeAllAnimations();
 }
 
-/// The curve that a set of animation options names, in its bits 16 and 17.
+/// The curve in a set of animation options, from bits 16 and 17.
 AnimationCurve curveOfOptions(unsigned options) {
   using Kind = AnimationCurve::Kind;
   constexpr Kind kinds[] = {Kind::EaseInOut, Kind::EaseIn, Kind::EaseOut, Kind::Linear};
@@ -40,13 +40,13 @@ void WebViewAnimationCoordinator::coordinateAnimation(const std::shared_ptr<WKWe
                                                       Completion completion) {
   const CGRect begin = notification.frameBeginForView(*superView);
   const CGRect end = notification.frameEndForView(*superView);
-  // How much of the view the keyboard covers, before and after.
+  // The parts of the view that the keyboard covers, before and after.
   const double height = superView->bounds().height;
   const double heightBegin = std::max(0.0, height - begin.y);
   const double heightEnd = std::max(0.0, height - end.y);
   const CGRect b = shortened(webView->frame(), heightBegin);
   const CGRect e = shortened(webView->frame(), heightEnd);
-  if (e.isEmpty()) { // there is no scale to nothing
+  if (e.isEmpty()) { // a scale to zero is impossible
     standStill(*webView);
     layOutPage(*webView);
     if (completion) completion(true);
@@ -58,7 +58,7 @@ void WebViewAnimationCoordinator::coordinateAnimation(const std::shared_ptr<WKWe
                                    : (heightEnd * sy) / 2 - (e.y - b.y);
   const auto transform =
       CGAffineTransform::scale(sx, sy).concatenating(CGAffineTransform::translation(tx, ty));
-  // The notice's number is handed on as it is, not moved to where options keep the curve.
+  // The notification's number is passed on unchanged, not shifted to the options' bits.
   performAnimation(webView, superView, b, e, transform, notification.animationDuration(),
                    curveOfOptions(static_cast<unsigned>(notification.animationCurve())),
                    std::move(completion));

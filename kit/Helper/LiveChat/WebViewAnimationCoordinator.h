@@ -9,14 +9,14 @@
 
 namespace zuvi {
 
-/// Carries the eye over while a page makes room for the keyboard: a page lays itself out in one
-/// step, so a picture of the old one fades over the new one while both move. One for each event.
+/// Animates a page that makes room for the keyboard. A page changes its layout in one step, so a
+/// picture of the old layout fades over the new one while both move. One object for each event.
 class WebViewAnimationCoordinator {
 public:
   using Completion = std::function<void(bool finished)>;
 
-  /// `superView` holds the web view. Where no picture can be had nothing moves, and `completion`
-  /// never comes.
+  /// `superView` contains the web view. If no picture can be taken, nothing moves and `completion`
+  /// is never called.
   void coordinateAnimation(const std::shared_ptr<WKWebView>& webView,
                            const std::shared_ptr<UIView>& superView,
                            const KeyboardNotification& notification, Completion completion = {});

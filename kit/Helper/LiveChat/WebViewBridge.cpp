@@ -13,7 +13,7 @@ namespace zuvi {
 
 namespace {
 
-/// A text counts seconds, a number milliseconds.
+/// A text is in seconds, a number in milliseconds.
 std::optional<Date> dateFromTimestamp(const Value* timestamp) {
   if (!timestamp) return std::nullopt;
   if (const auto number = timestamp->number()) return Date{*number / 1000.0};
@@ -42,7 +42,7 @@ void WebViewBridge::handle(const Value::Dictionary& message) {
     handleNewMessage(message);
   } else if (*type == "hideChatWindow") {
     if (const auto to = delegate.lock()) to->hideChatWindow();
-  } else if (*type != "ready") { // of our own script: the sign of life is all of it
+  } else if (*type != "ready") { // from our own script; only says that the page runs
     print("WebViewBridge unknown messageType: " + Value(message).description());
   }
 }

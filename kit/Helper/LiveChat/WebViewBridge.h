@@ -12,8 +12,8 @@ namespace zuvi {
 
 class WKWebView;
 
-/// The link between the kit and the chat page. What the kit tells the page waits until the page has
-/// said something itself. Main queue only.
+/// Passes messages between the kit and the chat page. Messages to the page wait until the page has
+/// sent one. Main queue only.
 class WebViewBridge {
 public:
   WebViewBridge();
@@ -21,7 +21,7 @@ public:
   std::weak_ptr<WKWebView> webView;
   std::weak_ptr<WebViewBridgeDelegate> delegate;
 
-  /// Takes what the page posted. Wrong messages print a line and are dropped.
+  /// Handles a message of the page. A wrong message prints a line and is dropped.
   void handle(const Value::Dictionary& message);
   void postFocusEvent();
   void postBlurEvent();

@@ -4,7 +4,7 @@ namespace zuvi {
 
 struct LiveChatMessage;
 
-/// Who hears what the chat page says.
+/// Gets the messages of the chat page.
 class WebViewBridgeDelegate {
 public:
   virtual ~WebViewBridgeDelegate() = default;
