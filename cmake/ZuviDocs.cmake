@@ -26,7 +26,7 @@ set(DOXYGEN_SHOW_HEADERFILE NO)
 set(DOXYGEN_QUIET YES)
 set(DOXYGEN_WARN_IF_UNDOCUMENTED YES)
 set(DOXYGEN_WARN_AS_ERROR FAIL_ON_WARNINGS)
-doxygen_add_docs(docs README.md ${pages} ${public_headers}
+doxygen_add_docs(docs README.md CONTRIBUTING.md ${pages} ${public_headers}
   WORKING_DIRECTORY ${PROJECT_SOURCE_DIR} COMMENT "Writing the reference")
 
 if(ZUVI_TESTS)
