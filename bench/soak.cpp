@@ -9,7 +9,6 @@
 #include "demo/core/DemoCameras.h"
 #include "demo/core/Driver.h"
 #include "demo/core/HostViewController.h"
-#include "demo/core/ViewTree.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/Dispatch/Clock.h"
@@ -17,6 +16,7 @@
 #include "platform/QuartzCore/LiveLayers.h"
 #include "platform/UIKit/OffscreenSurface.h"
 #include "sandbox/core/Server.h"
+#include "testing/UIKit/ViewTree.h"
 
 #include <malloc.h>
 #include <sys/prctl.h>
@@ -196,8 +196,8 @@ std::string drive(const char* script, OffscreenSurface& surface, double speed,
 }
 
 bool isShown(const char* name) {
-  const auto view = demo::findView(name, false);
-  return view && demo::isShown(*view);
+  const auto view = findView(name, false);
+  return view && isShown(*view);
 }
 
 /// Takes the film until the review shows it, however long its end takes; again where a busy machine

@@ -31,12 +31,17 @@ target_compile_definitions(test_flow_layout PRIVATE
 
 # The walk at random, in a folder of its own whose bundle lacks the recorder's instruction: its
 # pictures cost more to read than all else in a walk.
-zuvi_test(flow/model LINKS zuvi_kit zuvi_demo_core zuvi_test_support GTest::gtest_main)
+zuvi_test(flow/model LINKS zuvi_kit zuvi_testing_dispatch zuvi_testing_avfoundation zuvi_testing_uikit
+          zuvi_test_support GTest::gtest_main)
 set(model ${CMAKE_CURRENT_BINARY_DIR}/flow/model)
-add_custom_target(zuvi_model_bundle
-  COMMAND ${CMAKE_COMMAND} -E copy_directory ${PROJECT_BINARY_DIR}/ZuviSDK.bundle ${model}/ZuviSDK.bundle
+add_custom_command(
+  OUTPUT ${model}/bundled
+  COMMAND ${CMAKE_COMMAND} -E copy_directory ${PROJECT_BINARY_DIR}/ZuviSDK.bundle
+          ${model}/ZuviSDK.bundle
   COMMAND ${CMAKE_COMMAND} -E rm -f ${model}/ZuviSDK.bundle/liveness.gif
-  VERBATIM)
+  COMMAND ${CMAKE_COMMAND} -E touch ${model}/bundled
+  DEPENDS ${bundled} VERBATIM)
+add_custom_target(zuvi_model_bundle DEPENDS ${model}/bundled)
 add_dependencies(zuvi_model_bundle zuvi_bundle)
 add_dependencies(test_flow_model zuvi_model_bundle)
 set_target_properties(test_flow_model PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${model})
