@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/Foundation/Print.h>
 #include "platform/AVFoundation/AVError.h"
+#include "platform/Foundation/SizeSignalBlocked.h"
 
 #include <map>
 
@@ -65,6 +66,8 @@ bool startGStreamer() {
     GError* error = nullptr;
     // The library would otherwise catch crashes while it lists its plugins.
     gst_segtrap_set_enabled(FALSE);
+    const SizeSignalBlocked blocked; // it may store the list
+
     if (gst_init_check(nullptr, nullptr, &error)) return true;
     GErrorRef owned(error);
     print(std::string("The camera library does not start: ") + (error ? error->message : "?"));

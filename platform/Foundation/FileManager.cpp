@@ -1,6 +1,7 @@
 #include "platform/Foundation/FileManager.h"
 
 #include "platform/Foundation/ProcessInfo.h"
+#include "platform/Foundation/SizeSignalBlocked.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -79,24 +80,6 @@ bool canHoldDocuments(const std::string& folder) {
   // On a disk that can't be written the mode can't be set either.
   return makePrivateDirectory(folder) && ::chmod(folder.c_str(), 0700) == 0;
 }
-
-/// Over the limit on the size of files a write fails; the signal would end the process.
-class SizeSignalBlocked {
-public:
-  SizeSignalBlocked() {
-    sigemptyset(&signal_);
-    sigaddset(&signal_, SIGXFSZ);
-    pthread_sigmask(SIG_BLOCK, &signal_, &before_);
-  }
-  ~SizeSignalBlocked() {
-    const timespec now = {};
-    if (!sigismember(&before_, SIGXFSZ)) sigtimedwait(&signal_, nullptr, &now);
-    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-  }
-
-private:
-  sigset_t signal_, before_;
-};
 
 bool writeAll(int descriptor, std::string_view bytes) {
   const SizeSignalBlocked blocked;

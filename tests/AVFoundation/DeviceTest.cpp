@@ -1,10 +1,12 @@
 #include "platform/AVFoundation/DeviceAccess.h"
 #include "platform/AVFoundation/DevicePlace.h"
 #include "platform/AVFoundation/DevicesGStreamer.h"
+#include "platform/AVFoundation/PipelineGStreamer.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "testing/AVFoundation/CameraFixture.h"
 #include "testing/AVFoundation/MediaReaderGStreamer.h"
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -198,6 +200,18 @@ TEST(DeviceTest, DeniedWhenNoCameraMayBeOpened) {
   EXPECT_EQ(deviceAuthorization(folder.path()), Status::Denied);
   folder.write("video1", "");
   EXPECT_EQ(deviceAuthorization(folder.path()), Status::Authorized);
+}
+
+TEST(CameraLibraryDeathTest, StartsWhereItsListOfPluginsCannotBeStored) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const test::TemporaryFolder folder;
+  const auto start = [&] {
+    ::setenv("GST_REGISTRY", folder.path("registry").c_str(), 1);
+    const rlimit limit{30000, RLIM_INFINITY}; // the list has twenty times as much
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::_exit(startGStreamer() ? 0 : 1);
+  };
+  EXPECT_EXIT(start(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace

@@ -7,8 +7,10 @@ zuvi_test(flow/layout LINKS zuvi_kit zuvi_testing_dispatch zuvi_testing_avfounda
 set(layout ${CMAKE_CURRENT_BINARY_DIR}/flow/layout)
 set(fonts ${layout}/fonts/ZVSFProText-Regular.otf ${layout}/fonts/ZVSFProText-Semibold.otf
           ${layout}/fonts/ZVSFProText-Bold.otf)
+# Which font stands for another would hang on the order in which the folder lists them.
 file(WRITE ${layout}/fonts.conf "<fontconfig><dir>${layout}/fonts</dir>"
-     "<cachedir>${layout}/cache</cachedir></fontconfig>\n")
+     "<cachedir>${layout}/cache</cachedir><match><edit name='family' mode='append' binding='same'>"
+     "<string>Layout Regular</string></edit></match></fontconfig>\n")
 add_custom_command(
   OUTPUT ${fonts}
   COMMAND ${CMAKE_COMMAND} -E make_directory ${layout}/fonts
