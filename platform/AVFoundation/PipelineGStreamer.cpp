@@ -67,7 +67,6 @@ bool startGStreamer() {
     // The library would otherwise catch crashes while it lists its plugins.
     gst_segtrap_set_enabled(FALSE);
     const SizeSignalBlocked blocked; // it may store the list
-
     if (gst_init_check(nullptr, nullptr, &error)) return true;
     GErrorRef owned(error);
     print(std::string("The camera library does not start: ") + (error ? error->message : "?"));
