@@ -113,5 +113,24 @@ TEST_F(UploadTest, EachScreenTakesTheMerchantOfItsOwnTime) {
   EXPECT_EQ(delegate->calls, std::vector<std::string>{"success identity-1"});
 }
 
+TEST_F(UploadTest, OffersNoListThatHasNoRow) {
+  for (const std::string upload : {"film", "document"}) {
+    SCOPED_TRACE(upload);
+    registerMerchant(upload == "film" ? R"({"optional":["passport"]})"
+                                      : R"({"required":["passport"],"optional":["passport"]})");
+    if (upload == "document") {
+      launchToUpload();
+      arrive("ZVKYCCameraViewController");
+    }
+    backend.hold("POST");
+    upload == "film" ? tapBottom() : shoot(jpeg(1));
+    registerMerchant(R"({"required":["passport"]})"); // meanwhile another, without a list
+    backend.release();
+    arrive("ZVVerifiedViewController");
+    tapBottom();
+  }
+  EXPECT_EQ(delegate->calls, std::vector<std::string>(2, "success identity-1"));
+}
+
 } // namespace
 } // namespace zuvi

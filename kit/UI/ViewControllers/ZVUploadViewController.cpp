@@ -137,7 +137,11 @@ void ZVUploadViewController::showCamera(int index, const std::string& identity) 
 void ZVUploadViewController::showList(const std::string& identity) {
   const auto list = make<ZVDocumentListViewController>();
   list->identityId = identity;
-  show(list);
+  // The list takes the merchant of now, who may ask for none: without a row it leads nowhere.
+  if (list->merchant->optionalDocuments.empty())
+    show(make<ZVVerifiedViewController>());
+  else
+    show(list);
 }
 
 // The way back
