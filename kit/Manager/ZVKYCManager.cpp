@@ -1,5 +1,6 @@
 #include "kit/Manager/ZVKYCManager.h"
 
+#include <ZuviSDK/Foundation/URL.h>
 #include "kit/Main/Private/ZVKYCHelper.h"
 
 namespace zuvi {
@@ -16,6 +17,11 @@ Value::Dictionary metadataFields() {
   return fields;
 }
 
+/// No request could follow one with blanks, line breaks or the like: they go into its address.
+bool isUsableId(const std::string& id) {
+  return URL::fromString("https://localhost/" + id).has_value();
+}
+
 /// Reads the answer to a request that makes an object with an id.
 ZVKYCNetworkManager::Completion readingId(ZVKYCManager::IdCompletion completion) {
   return [completion = std::move(completion)](const std::optional<Value>& json,
@@ -23,6 +29,7 @@ ZVKYCNetworkManager::Completion readingId(ZVKYCManager::IdCompletion completion)
     std::optional<std::string> id, message;
     if (const auto* answer = json ? json->dictionary() : nullptr) {
       id = stringValue(*answer, "id");
+      if (id && !isUsableId(*id)) id = std::nullopt;
       message = stringValue(*answer, "message");
     }
     completion(id, message);

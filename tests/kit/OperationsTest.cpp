@@ -120,6 +120,9 @@ TEST_F(OperationsTest, ReadEveryShapeOfAnswer) {
       {R"({"message":"Too dark é"})", "-/Too dark é", "-/Too dark é", "no", "-"},
       {R"({"id":"","message":""})", "/", "-/", "no", "-"},
       {R"({"id":7,"message":["m"],"name":{}})", "-/-", "-/-", "no", "-"},
+      {R"({"id":"x\r\nX: y","message":"m"})", "-/m", "-/m", "no", "-"}, // fits into no address
+      {R"({"id":"a b"})", "-/-", "-/-", "no", "-"},
+      {R"({"id":"\u0000"})", "-/-", "-/-", "no", "-"},
       {R"({"fields":[]})", "-/-", "/-", "yes", "-"},
       {R"({"fields":[],"message":"m","id":"x"})", "x/m", "/-", "yes", "-"},
       {R"({"fields":[{"id":"X","required":true},{"id":"y"},{"required":true}]})", "-/-",
