@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdio>
 #include <mutex>
+#include <unordered_set>
 #include <utility>
 
 #include <cerrno>
@@ -43,15 +44,40 @@ bool isStorable(const Value& value, int depth = 0) {
          });
 }
 
-bool holds(const Value::List& list, const Value& element) {
-  return std::find(list.begin(), list.end(), element) != list.end();
-}
+/// The elements of a list, to look them up; a list may hold thousands of texts.
+class Elements {
+public:
+  explicit Elements(const Value::List& list) {
+    for (const Value& element : list)
+      add(element);
+  }
+  void add(const Value& element) {
+    if (const std::string* text = element.string())
+      texts_.insert(*text);
+    else
+      others_.push_back(element);
+  }
+  bool hold(const Value& element) const {
+    const std::string* text = element.string();
+    return text ? texts_.contains(*text)
+                : std::find(others_.begin(), others_.end(), element) != others_.end();
+  }
+
+private:
+  std::unordered_set<std::string> texts_;
+  Value::List others_;
+};
 
 /// The list `there` after what made `mine` of `known`: elements added, elements taken away.
 Value::List mergedList(const Value::List& known, const Value::List& mine, Value::List there) {
-  std::erase_if(there, [&](const Value& e) { return holds(known, e) && !holds(mine, e); });
-  for (const Value& element : mine)
-    if (!holds(known, element) && !holds(there, element)) there.push_back(element);
+  const Elements before(known), now(mine);
+  std::erase_if(there, [&](const Value& e) { return before.hold(e) && !now.hold(e); });
+  Elements result(there);
+  for (const Value& element : mine) {
+    if (before.hold(element) || result.hold(element)) continue;
+    there.push_back(element);
+    result.add(element);
+  }
   return there;
 }
 

@@ -138,6 +138,22 @@ TEST_F(ManagerTest, TheCloseButtonLeavesTheCounterToTheDismissal) {
   EXPECT_THAT(listener->heard, IsEmpty());
 }
 
+TEST_F(ChatTest, CountersStaySmallWhateverAPageSends) {
+  UserDefaults& defaults = UserDefaults::standard();
+  Value::List many;
+  for (int i = 1; i < 10'000; i++)
+    many.emplace_back(std::to_string(i));
+  defaults.set("LiveChat_unreadMessagesKey", many);
+  defaults.set("LiveChat_readMessagesKey", many);
+  EXPECT_FALSE(UnreadMessagesCounter::handleUnreadMessage(std::string(257, 'x')));
+  EXPECT_TRUE(UnreadMessagesCounter::handleUnreadMessage(std::string(256, 'x')));
+  EXPECT_FALSE(UnreadMessagesCounter::handleUnreadMessage("one too many"));
+  EXPECT_EQ(UnreadMessagesCounter::counterValue(), 10'000);
+  UnreadMessagesCounter::resetCounter();
+  EXPECT_EQ(defaults.value("LiveChat_readMessagesKey").list()->size(), 10'000U);
+  EXPECT_FALSE(UnreadMessagesCounter::handleUnreadMessage("9999")) << "the latest stay known";
+}
+
 TEST_F(ChatTest, CountersHoldOverDamagedDefaults) {
   UserDefaults& defaults = UserDefaults::standard();
   for (const Value& damaged :

@@ -4,6 +4,14 @@
 
 namespace zuvi {
 
+namespace {
+
+// Far more than people write, so that a page which makes up ids can't fill memory and disk.
+constexpr std::size_t mostIds = 10'000; // in each set
+constexpr std::size_t longestId = 256;  // bytes
+
+} // namespace
+
 std::optional<bool> UnreadMessagesCounter::find(const std::string& key, const std::string& id) {
   const Value::List* list = UserDefaults::standard().value(key).list();
   if (!list) return std::nullopt;
@@ -41,6 +49,9 @@ bool UnreadMessagesCounter::handleUnreadMessage(const std::string& id) {
   // A page may send thousands: do not rebuild and store a whole set for each.
   const std::optional<bool> unread = find(unreadMessagesKey, id);
   if (unread.value_or(false) || find(readMessagesKey, id).value_or(false)) return false;
+  if (id.size() > longestId ||
+      (unread && UserDefaults::standard().value(unreadMessagesKey).list()->size() >= mostIds))
+    return false;
   if (!unread || !UserDefaults::standard().append(unreadMessagesKey, id))
     persist(std::set<std::string>{id}, unreadMessagesKey);
   return true;
@@ -49,6 +60,7 @@ bool UnreadMessagesCounter::handleUnreadMessage(const std::string& id) {
 void UnreadMessagesCounter::resetCounter() {
   const std::set<std::string> unread = currentSet(unreadMessagesKey);
   std::set<std::string> read = currentSet(readMessagesKey);
+  if (read.size() + unread.size() > mostIds) read.clear(); // the page sends again what is new
   read.insert(unread.begin(), unread.end());
   persist(read, readMessagesKey);
   persist(std::nullopt, unreadMessagesKey);
