@@ -1,14 +1,5 @@
 #include "kit/Helper/ZVBundle.h"
 
-#include <ZuviSDK/UIKit/UINib.h>
-#include "kit/Helper/ZVCardGuideView.h"
-#include "kit/Helper/ZVColumnView.h"
-#include "kit/Helper/ZVField.h"
-#include "kit/Helper/ZVGradientView.h"
-#include "kit/Helper/ZVPointView.h"
-#include "kit/Main/Private/ZVKYCHelper.h"
-#include "kit/UI/Views/ZVDocumentButton.h"
-#include "kit/UI/Views/ZVDocumentTableViewCell.h"
 #include "platform/Foundation/ProcessInfo.h"
 
 #include <filesystem>
@@ -32,18 +23,7 @@ std::string bundleFolder() {
 } // namespace
 
 std::shared_ptr<const Bundle> zvKitBundle() {
-  static const std::shared_ptr<const Bundle> bundle = [] {
-    UINib::registerClass<ZVDocumentButton>("ZVDocumentButton");
-    UINib::registerClass<ZVDocumentTableViewCell>("ZVDocumentTableViewCell");
-    UINib::registerClass<ZVField>("ZVField");
-    UINib::registerClass<ZVGradientView>("ZVGradientView");
-    UINib::registerClass<ZVCardGuideView>("ZVCardGuideView");
-    UINib::registerClass<ZVColumnView>("ZVColumnView");
-    UINib::registerClass<ZVPointView>("ZVPointView");
-    auto made = std::make_shared<Bundle>(bundleFolder());
-    made->setLanguage([] { return rawValue(ZVKYCHelper::instance().merchant->currentLanguage); });
-    return made;
-  }();
+  static const auto bundle = std::make_shared<const Bundle>(bundleFolder());
   return bundle;
 }
 

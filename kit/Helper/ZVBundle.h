@@ -6,8 +6,7 @@
 
 namespace zuvi {
 
-/// The kit's own resources, found relative to the kit's code. The first call also registers the
-/// kit's view classes for nibs.
+/// The kit's own resources, found relative to the kit's code.
 std::shared_ptr<const Bundle> zvKitBundle();
 
 } // namespace zuvi

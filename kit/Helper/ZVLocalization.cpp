@@ -1,13 +1,30 @@
 #include "kit/Helper/ZVLocalization.h"
 
 #include "kit/Helper/ZVBundle.h"
-#include "kit/Main/Private/ZVKYCHelper.h"
 #include "platform/Foundation/Locale.h"
 #include "platform/Foundation/PropertyList.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zuvi {
+
+namespace {
+
+std::function<ZVLanguage()>& languageSource() {
+  static std::function<ZVLanguage()> source;
+  return source;
+}
+
+} // namespace
+
+ZVLanguage textLanguage() {
+  return languageSource() ? languageSource()() : ZVLanguage::english;
+}
+
+void setTextLanguage(std::function<ZVLanguage()> language) {
+  languageSource() = std::move(language);
+}
 
 ZVLocalizationManager::ZVLocalizationManager(const std::optional<std::string>& path) {
   const auto list = path ? propertyListFromFile(*path) : std::nullopt;
@@ -24,8 +41,7 @@ std::string ZVLocalizationManager::translation(const std::string& key) const {
   const auto* entry = value ? value->dictionary() : nullptr;
   const auto isText = [](const auto& pair) { return pair.second.string() != nullptr; };
   if (!entry || !std::all_of(entry->begin(), entry->end(), isText)) return key;
-  for (const ZVLanguage language :
-       {ZVKYCHelper::instance().merchant->currentLanguage, ZVLanguage::english}) {
+  for (const ZVLanguage language : {textLanguage(), ZVLanguage::english}) {
     const auto text = stringValue(*entry, rawValue(language));
     if (text && !text->empty()) return *text;
   }
@@ -39,7 +55,7 @@ std::string spoken(const std::string& key) {
 }
 
 std::string uppercased(const std::string& text) {
-  return Locale(rawValue(ZVKYCHelper::instance().merchant->currentLanguage)).uppercased(text);
+  return Locale(rawValue(textLanguage())).uppercased(text);
 }
 
 std::string localized(const std::string& key) {

@@ -1,13 +1,22 @@
 #pragma once
 
 #include <ZuviSDK/Foundation/Value.h>
+#include "kit/Main/Private/ZVLanguage.h"
 
+#include <functional>
+#include <optional>
 #include <string>
 
 namespace zuvi {
 
 /// A change of the kit's language. The kit itself does not post it.
 inline constexpr const char* languageChangedNotification = "languageChanged";
+
+/// The language of the kit's texts: the merchant's once the session has passed it, before that
+/// English.
+ZVLanguage textLanguage();
+/// `language` is called for each text.
+void setTextLanguage(std::function<ZVLanguage()> language);
 
 /// The kit's texts in the merchant's language.
 class ZVLocalizationManager {

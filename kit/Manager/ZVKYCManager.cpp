@@ -1,16 +1,22 @@
 #include "kit/Manager/ZVKYCManager.h"
 
 #include <ZuviSDK/Foundation/URL.h>
-#include "kit/Main/Private/ZVKYCHelper.h"
+
+#include <utility>
 
 namespace zuvi {
 
 namespace {
 
+std::function<std::optional<Value::Dictionary>()>& metadataSource() {
+  static std::function<std::optional<Value::Dictionary>()> source;
+  return source;
+}
+
 /// The host's metadata as form fields, one level deep.
 Value::Dictionary metadataFields() {
   Value::Dictionary fields;
-  const auto& metadata = ZVKYCHelper::instance().metadata();
+  const auto metadata = metadataSource() ? metadataSource()() : std::nullopt;
   if (metadata)
     for (const auto& [key, value] : *metadata)
       fields["metadata[" + key + "]"] = value;
@@ -44,6 +50,10 @@ ZVKYCManager::ZVKYCManager()
 ZVKYCManager& ZVKYCManager::shared() {
   static auto* instance = new ZVKYCManager;
   return *instance;
+}
+
+void ZVKYCManager::setMetadataSource(std::function<std::optional<Value::Dictionary>()> source) {
+  metadataSource() = std::move(source);
 }
 
 void ZVKYCManager::getMerchant(MerchantCompletion completion) {

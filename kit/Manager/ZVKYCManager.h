@@ -19,6 +19,8 @@ namespace zuvi {
 class ZVKYCManager {
 public:
   static ZVKYCManager& shared();
+  /// Where the host's metadata comes from; `source` is called for each new identity and face.
+  static void setMetadataSource(std::function<std::optional<Value::Dictionary>()> source);
 
   ZVKYCNetworkManager networkManager;
   /// Passed on to `networkManager`, also when absent.

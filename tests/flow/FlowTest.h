@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/UIKit/UIWindow.h>
 #include <ZuviSDK/ZVKYCButton.h>
+#include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
 #include "kit/UI/ViewControllers/ZVDocumentListViewController.h"

@@ -3,34 +3,47 @@
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/Foundation/NotificationCenter.h>
 #include <ZuviSDK/ZVEndpoints.h>
-#include <ZuviSDK/ZVKYC.h>
+#include <ZuviSDK/ZVKYCDelegate.h>
 #include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVLocalization.h"
 #include "kit/Manager/ZVKYCManager.h"
-#include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/AVFoundation/FilmFile.h"
 #include "platform/CoreTelephony/CTTelephonyNetworkInfo.h"
 #include "platform/Foundation/FileManager.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace zuvi {
 
 ZVKYCHelper::ZVKYCHelper()
-    : merchant(std::make_shared<ZVKYCMerchant>()), rootVC(make<ZVRootViewController>()),
-      clinetId(std::nullopt, [this] { clientIdChanged(); }) {}
+    : merchant(std::make_shared<ZVKYCMerchant>()),
+      clinetId(std::nullopt, [this] { clientIdChanged(); }) {
+  setTextLanguage([this] { return merchant->currentLanguage; });
+  ZVKYCManager::setMetadataSource([this] { return metadata(); });
+}
 
 ZVKYCHelper& ZVKYCHelper::instance() {
   static auto* instance = new ZVKYCHelper;
   return *instance;
 }
 
-const std::optional<Value::Dictionary>& ZVKYCHelper::metadata() const {
-  return ZVKYC::instance().metadata;
+void ZVKYCHelper::connect(const Host& host, std::shared_ptr<ZVRootViewController> firstShell) {
+  host_.emplace(host);
+  rootVC = std::move(firstShell);
 }
 
-const std::optional<std::string>& ZVKYCHelper::identity() const {
-  return ZVKYC::instance().identityId;
+std::optional<Value::Dictionary> ZVKYCHelper::metadata() const {
+  return host_ ? host_->metadata : std::nullopt;
+}
+
+std::optional<std::string> ZVKYCHelper::identity() const {
+  return host_ ? host_->identityId : std::nullopt;
+}
+
+std::shared_ptr<ZVKYCDelegate> ZVKYCHelper::delegate() const {
+  return host_ ? host_->delegate.lock() : nullptr;
 }
 
 void ZVKYCHelper::clientIdChanged() {
@@ -53,13 +66,14 @@ void ZVKYCHelper::clientIdChanged() {
 }
 
 void ZVKYCHelper::success() {
-  const auto id = identity() ? identity() : tempIdentity; // a copy: the host may change its own
+  const auto own = identity();
+  const auto id = own ? own : tempIdentity;
   if (!id) return;
-  if (const auto delegate = ZVKYC::instance().delegate.lock()) delegate->zvKYCLoginSuccess(*id);
+  if (const auto listener = delegate()) listener->zvKYCLoginSuccess(*id);
 }
 
 void ZVKYCHelper::cancelled() {
-  if (const auto delegate = ZVKYC::instance().delegate.lock()) delegate->zvKYCLoginCancelled();
+  if (const auto listener = delegate()) listener->zvKYCLoginCancelled();
 }
 
 } // namespace zuvi

@@ -11,6 +11,7 @@
 
 namespace zuvi {
 
+class ZVKYCDelegate;
 class ZVRootViewController;
 
 /// The kit's state, kept as long as the process; the end of a run resets none of it. Main queue
@@ -18,6 +19,16 @@ class ZVRootViewController;
 class ZVKYCHelper {
 public:
   static ZVKYCHelper& instance();
+
+  /// Fields of `ZVKYC`, which the host sets. `ZVKYC` passes them when it is made.
+  struct Host {
+    const std::weak_ptr<ZVKYCDelegate>& delegate;
+    const std::optional<Value::Dictionary>& metadata;
+    const std::optional<std::string>& identityId;
+  };
+  /// Call it once, before all other members are used; `firstShell` is the shell until the first
+  /// run.
+  void connect(const Host& host, std::shared_ptr<ZVRootViewController> firstShell);
 
   /// The current configuration; replaced as a whole when the back end answers.
   std::shared_ptr<const ZVKYCMerchant> merchant;
@@ -30,8 +41,8 @@ public:
   /// The client id. Setting a present value starts the registration.
   Observed<std::optional<std::string>> clinetId;
 
-  const std::optional<Value::Dictionary>& metadata() const;
-  const std::optional<std::string>& identity() const;
+  std::optional<Value::Dictionary> metadata() const;
+  std::optional<std::string> identity() const;
 
   /// Tells the delegate that a run succeeded, with the host's own identity, else with the run's.
   void success();
@@ -40,7 +51,10 @@ public:
 
 private:
   ZVKYCHelper();
+  std::shared_ptr<ZVKYCDelegate> delegate() const;
   void clientIdChanged();
+
+  std::optional<Host> host_;
 };
 
 } // namespace zuvi

@@ -3,6 +3,7 @@
 #include <ZuviSDK/UIKit/UINib.h>
 #include <ZuviSDK/ZVKYCButton.h>
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/Dispatch/AssertMainQueue.h"
 
 #include <utility>
@@ -14,7 +15,9 @@ namespace zuvi {
 [[maybe_unused]] static const bool buttonIsKnown =
     (UINib::registerClass<ZVKYCButton>("ZVKYCButton"), true);
 
-ZVKYC::ZVKYC() : helper_(ZVKYCHelper::instance()) {}
+ZVKYC::ZVKYC() : helper_(ZVKYCHelper::instance()) {
+  helper_.connect({delegate, metadata, identityId}, make<ZVRootViewController>());
+}
 
 ZVKYC& ZVKYC::instance() {
   assertMainQueue("ZVKYC");

@@ -1,6 +1,7 @@
 #include <ZuviSDK/ZVKYCButton.h>
 
 #include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/ZVKYC.h>
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
@@ -22,6 +23,7 @@ ZVKYCButton::ZVKYCButton(const CGRect& frame)
 }
 
 void ZVKYCButton::initialize() {
+  ZVKYC::instance(); // so that the session is complete
   NotificationCenter& center = NotificationCenter::defaultCenter();
   merchantObserver_ = center.observe(merchantUpdatedNotification,
                                      [this](const Notification&) { merchantUpdated(); });

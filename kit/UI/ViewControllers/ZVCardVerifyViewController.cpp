@@ -1,8 +1,9 @@
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 
-#include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/DocumentStep.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
@@ -64,22 +65,11 @@ std::string ZVCardVerifyViewController::announcement() const {
 
 void ZVCardVerifyViewController::goOn(ZVDocument document) {
   setPrompt("verifyTitle");
-  if (scanBackSide(document)) {
-    const auto camera = make<ZVKYCCameraViewController>();
-    camera->index = documentIndex;
-    camera->isRequired = isRequired;
-    camera->type = ZVKYCCameraType::ineBack;
-    camera->objectId = identityId;
-    camera->frontIneImage = imageData;
-    show(camera);
-  } else {
-    const auto upload = make<ZVUploadViewController>();
-    upload->documentIndex = documentIndex;
-    upload->isRequired = isRequired;
-    upload->identityId = identityId;
-    upload->frontData = imageData;
-    show(upload);
-  }
+  const DocumentStep step{isRequired, documentIndex, identityId};
+  if (scanBackSide(document))
+    show(backCamera(step, imageData));
+  else
+    show(documentUpload(step, imageData, std::nullopt));
 }
 
 void ZVCardVerifyViewController::retakeButtonTap() {

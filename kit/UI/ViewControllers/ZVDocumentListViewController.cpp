@@ -1,8 +1,9 @@
 #include "kit/UI/ViewControllers/ZVDocumentListViewController.h"
 
-#include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVLocalization.h"
+#include "kit/Helper/ZVNibs.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/DocumentStep.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/CoreText/TextLayout.h"
@@ -32,7 +33,7 @@ void ZVDocumentListViewController::viewDidLoad() {
   for (const auto& subview : table->subviews())
     if (const auto scroller = std::dynamic_pointer_cast<UIScrollView>(subview))
       scroller->setDelaysContentTouches(false);
-  table->registerNib(UINib(ZVDocumentTableViewCell::name, zvKitBundle()),
+  table->registerNib(UINib(ZVDocumentTableViewCell::name, zvNibBundle()),
                      ZVDocumentTableViewCell::id);
   table->dataSource = self();
   table->delegate = self();
@@ -87,12 +88,8 @@ std::shared_ptr<UITableViewCell> ZVDocumentListViewController::cellForRow(UITabl
 void ZVDocumentListViewController::tapAction(ZVDocument document) {
   const auto& documents = merchant->optionalDocuments;
   const auto found = std::find(documents.begin(), documents.end(), document);
-  const auto camera = make<ZVKYCCameraViewController>();
-  camera->index = found == documents.end() ? 0 : static_cast<int>(found - documents.begin());
-  camera->isRequired = false;
-  camera->type = ZVKYCCameraType::ineFront;
-  camera->objectId = identityId;
-  show(camera);
+  const int index = found == documents.end() ? 0 : static_cast<int>(found - documents.begin());
+  show(frontCamera({.isRequired = false, .index = index, .identity = identityId}));
 }
 
 } // namespace zuvi

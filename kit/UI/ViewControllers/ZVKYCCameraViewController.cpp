@@ -3,11 +3,13 @@
 #include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
+#include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/CameraKeeper.h"
 #include "kit/UI/ViewControllers/CameraSetup.h"
+#include "kit/UI/ViewControllers/DocumentStep.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 #include "platform/AVFoundation/AVCaptureSession.h"
@@ -211,29 +213,13 @@ void ZVKYCCameraViewController::startRequest(const Data& data) {
       appearance() == Appearance::Disappeared)
     return;
   UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("pictureTaken"));
-  if (type == ZVKYCCameraType::ineFront && hasBackSide()) {
-    const auto back = make<ZVKYCCameraViewController>();
-    back->index = index;
-    back->isRequired = isRequired;
-    back->objectId = objectId;
-    back->type = ZVKYCCameraType::ineBack;
-    back->frontIneImage = data;
-    show(back);
-  } else if (type == ZVKYCCameraType::ineFront) {
-    showUpload(data, std::nullopt);
-  } else if (frontIneImage) {
-    showUpload(*frontIneImage, data);
-  }
-}
-
-void ZVKYCCameraViewController::showUpload(const Data& front, const std::optional<Data>& back) {
-  const auto upload = make<ZVUploadViewController>();
-  upload->documentIndex = index;
-  upload->isRequired = isRequired;
-  upload->identityId = *objectId;
-  upload->frontData = front;
-  upload->backData = back;
-  show(upload);
+  const DocumentStep step{isRequired, index, objectId};
+  if (type == ZVKYCCameraType::ineFront && hasBackSide())
+    show(backCamera(step, data));
+  else if (type == ZVKYCCameraType::ineFront)
+    show(documentUpload(step, data, std::nullopt));
+  else if (frontIneImage)
+    show(documentUpload(step, *frontIneImage, data));
 }
 
 // Error panel

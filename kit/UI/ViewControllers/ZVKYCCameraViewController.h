@@ -71,7 +71,6 @@ private:
   void takePhoto(std::function<void(std::optional<Data>)> completion);
   void trackPhoto() const;
   void startRequest(const Data& data);
-  void showUpload(const Data& front, const std::optional<Data>& back);
   std::weak_ptr<ZVKYCCameraViewController> weakSelf();
 
   std::shared_ptr<AVCaptureSession> captureSession_;

@@ -1,14 +1,31 @@
 #include "kit/UI/ViewControllers/ZVScreen.h"
 
-#include "kit/Helper/ZVBundle.h"
+#include <ZuviSDK/UIKit/UINib.h>
+#include "kit/Helper/ZVNibs.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "kit/UI/Views/ZVDocumentButton.h"
+#include "kit/UI/Views/ZVDocumentTableViewCell.h"
 
 #include <utility>
 
 namespace zuvi {
 
-ZVScreen::ZVScreen(const char* name) : UIViewController(name, zvKitBundle()) {}
+namespace {
+
+/// The bundle for the nibs of screens, whose view classes it makes known first.
+std::shared_ptr<const Bundle> screenBundle() {
+  [[maybe_unused]] static const bool known = [] {
+    UINib::registerClass<ZVDocumentButton>("ZVDocumentButton");
+    UINib::registerClass<ZVDocumentTableViewCell>("ZVDocumentTableViewCell");
+    return true;
+  }();
+  return zvNibBundle();
+}
+
+} // namespace
+
+ZVScreen::ZVScreen(const char* name) : UIViewController(name, screenBundle()) {}
 
 void ZVScreen::viewDidAppear(bool animated) {
   UIViewController::viewDidAppear(animated);

@@ -1,9 +1,11 @@
 #include "kit/UI/ViewControllers/ZVUploadViewController.h"
 
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/Manager/ZVKYCManager.h"
+#include "kit/UI/ViewControllers/DocumentStep.h"
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 #include "kit/UI/ViewControllers/ZVDocumentListViewController.h"
 #include "kit/UI/ViewControllers/ZVKYCCameraViewController.h"
@@ -126,12 +128,7 @@ void ZVUploadViewController::showNext() {
 }
 
 void ZVUploadViewController::showCamera(int index, const std::string& identity) {
-  const auto camera = make<ZVKYCCameraViewController>();
-  camera->index = index;
-  camera->isRequired = isRequired;
-  camera->type = ZVKYCCameraType::ineFront;
-  camera->objectId = identity;
-  show(camera);
+  show(frontCamera({isRequired, index, identity}));
 }
 
 void ZVUploadViewController::showList(const std::string& identity) {

@@ -1,5 +1,6 @@
 #include "kit/UI/Views/ZVDocumentTableViewCell.h"
 
+#include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/Views/ZVDocumentButton.h"
 #include "platform/CoreText/TextLayout.h"

@@ -1,4 +1,4 @@
-#include "kit/Main/Private/ZVDocument.h"
+#include "kit/Helper/ZVDocument+Presentation.h"
 
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
@@ -36,10 +36,6 @@ std::shared_ptr<const UIImage> icon(ZVDocument document) {
     return zvKYCImage("ZVPassportIcon");
   }
   return nullptr;
-}
-
-bool scanBackSide(ZVDocument document) {
-  return document == ZVDocument::drivingLicense || document == ZVDocument::nationalId;
 }
 
 } // namespace zuvi
