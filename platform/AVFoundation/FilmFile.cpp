@@ -118,7 +118,7 @@ std::optional<Error> FilmFile::keep() {
   discarded_ = true; // from here on there is nothing to give up
   if (hidden_.empty() && !nameHidden(descriptor_, folderOf(path_), hidden_)) return failure();
   if (std::rename(hidden_.c_str(), path_.c_str()) == 0) return std::nullopt;
-  const Error error = failure();
+  Error error = failure();
   ::unlink(hidden_.c_str());
   return error;
 }

@@ -34,7 +34,7 @@ std::shared_ptr<URLSessionDataTask> JSONRequestCache::request(Completion handler
   request.longestAnswer = std::size_t{1} << 16; // it is an address
   const std::weak_ptr<JSONRequestCache> weak = weak_from_this();
   currentTask_ = URLSession::shared().dataTask(
-      request, [weak, handler = std::move(handler)](const std::optional<Data>& data, auto,
+      request, [weak, handler = std::move(handler)](const std::optional<Data>& data, const auto&,
                                                     std::optional<Error> error) {
         if (const auto self = weak.lock()) self->receive(data, std::move(error), handler);
       });

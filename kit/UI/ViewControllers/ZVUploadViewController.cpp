@@ -157,7 +157,7 @@ void ZVUploadViewController::returnToCapture(Failure failure) {
   auto stack = navigation->viewControllers();
   if ((video || backData) && stack.size() >= 2) stack.erase(stack.end() - 2);
   if (failure == Failure::Show && stack.size() >= 2) {
-    const auto below = stack[stack.size() - 2];
+    const auto& below = stack[stack.size() - 2];
     if (const auto camera = std::dynamic_pointer_cast<ZVKYCCameraViewController>(below))
       camera->showError(true);
     else if (const auto review = std::dynamic_pointer_cast<ZVCardVerifyViewController>(below))
