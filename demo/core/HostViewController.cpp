@@ -16,12 +16,12 @@ void HostViewController::loadView() {
     root->addSubview(label);
     return label;
   };
-  title_ = addLabel(28, FontWeight::Bold, UIColor::bytes(31, 38, 53));
+  title_ = addLabel(28, FontWeight::Bold, defaultTextColor);
   title_->setText("Harbour Rentals");
   title_->accessibilityRole = UIAccessibilityRole::Header;
   text_ = addLabel(16, FontWeight::Regular, UIColor::bytes(91, 101, 117));
   text_->setText("Before you pick up your boat, please show us who you are.");
-  outcome_ = addLabel(15, FontWeight::SemiBold, UIColor::bytes(31, 38, 53));
+  outcome_ = addLabel(15, FontWeight::SemiBold, defaultTextColor);
   outcome_->outletName = "outcomeLabel";
   button_ = make<ZVKYCButton>();
   button_->outletName = "launchButton";

@@ -6,6 +6,7 @@
 #include <ZuviSDK/UIKit/UINavigationController.h>
 #include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>
+#include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVBundle.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/URLSession.h"
@@ -84,7 +85,7 @@ UIColor textColorOn(const UIColor& ground) {
   const double luminance =
       0.2126 * linear(ground.red) + 0.7152 * linear(ground.green) + 0.0722 * linear(ground.blue);
   constexpr double enough = 3; // the contrast that large bold text needs
-  return 1.05 / (luminance + 0.05) >= enough ? UIColor::white() : UIColor::bytes(31, 38, 53);
+  return 1.05 / (luminance + 0.05) >= enough ? paletteColor("light") : paletteColor("ink");
 }
 
 // Screens

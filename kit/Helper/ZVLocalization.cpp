@@ -16,11 +16,11 @@ std::function<ZVLanguage()>& languageSource() {
   return source;
 }
 
-} // namespace
-
 ZVLanguage textLanguage() {
   return languageSource() ? languageSource()() : ZVLanguage::english;
 }
+
+} // namespace
 
 void setTextLanguage(std::function<ZVLanguage()> language) {
   languageSource() = std::move(language);
@@ -36,22 +36,20 @@ ZVLocalizationManager& ZVLocalizationManager::shared() {
   return *instance;
 }
 
-std::string ZVLocalizationManager::translation(const std::string& key) const {
+std::optional<std::string> ZVLocalizationManager::text(const std::string& key) const {
   const Value* value = valueForKey(plist_, key);
   const auto* entry = value ? value->dictionary() : nullptr;
   const auto isText = [](const auto& pair) { return pair.second.string() != nullptr; };
-  if (!entry || !std::all_of(entry->begin(), entry->end(), isText)) return key;
+  if (!entry || !std::all_of(entry->begin(), entry->end(), isText)) return std::nullopt;
   for (const ZVLanguage language : {textLanguage(), ZVLanguage::english}) {
-    const auto text = stringValue(*entry, rawValue(language));
-    if (text && !text->empty()) return *text;
+    auto text = stringValue(*entry, rawValue(language));
+    if (text && !text->empty()) return text;
   }
-  return key;
+  return std::nullopt;
 }
 
-std::string spoken(const std::string& key) {
-  static const auto* texts =
-      new ZVLocalizationManager(zvKitBundle()->path("Accessibility", "plist"));
-  return texts->translation(key);
+std::string ZVLocalizationManager::translation(const std::string& key) const {
+  return text(key).value_or(key);
 }
 
 std::string uppercased(const std::string& text) {

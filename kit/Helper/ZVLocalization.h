@@ -12,10 +12,8 @@ namespace zuvi {
 /// A change of the kit's language. The kit itself does not post it.
 inline constexpr const char* languageChangedNotification = "languageChanged";
 
-/// The language of the kit's texts: the merchant's once the session has passed it, before that
-/// English.
-ZVLanguage textLanguage();
-/// `language` is called for each text.
+/// Says in which language the kit's texts are; `language` is called for each text. Before that they
+/// are in English.
 void setTextLanguage(std::function<ZVLanguage()> language);
 
 /// The kit's texts in the merchant's language.
@@ -25,15 +23,14 @@ public:
   /// From a property list; a file that is missing or has another form gives no texts.
   explicit ZVLocalizationManager(const std::optional<std::string>& path);
 
-  /// The text of `key` in the merchant's language, else in English, else the key itself.
+  /// The text of `key` in the merchant's language, else in English; absent when neither has one.
+  std::optional<std::string> text(const std::string& key) const;
+  /// The same, else the key itself.
   std::string translation(const std::string& key) const;
 
 private:
   Value::Dictionary plist_;
 };
-
-/// A text for screen readers only, in the merchant's language, from Accessibility.plist.
-std::string spoken(const std::string& key);
 
 /// A text in upper case, by the rules of the merchant's language.
 std::string uppercased(const std::string& text);

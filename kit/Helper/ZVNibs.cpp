@@ -1,6 +1,7 @@
 #include "kit/Helper/ZVNibs.h"
 
 #include <ZuviSDK/UIKit/UINib.h>
+#include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVCardGuideView.h"
 #include "kit/Helper/ZVColumnView.h"
@@ -11,6 +12,17 @@
 
 namespace zuvi {
 
+namespace {
+
+std::optional<std::string> nibValue(const std::string& attribute, const std::string& name) {
+  for (const char* ofText : {"text", "title", "label", "placeholder"})
+    if (attribute == ofText) return ZVLocalizationManager::shared().text(name);
+  const auto color = Palette::shared().color(name);
+  return color ? std::optional(textFromColor(*color)) : std::nullopt;
+}
+
+} // namespace
+
 std::shared_ptr<const Bundle> zvNibBundle() {
   static const std::shared_ptr<const Bundle> bundle = [] {
     UINib::registerClass<ZVCardGuideView>("ZVCardGuideView");
@@ -19,7 +31,7 @@ std::shared_ptr<const Bundle> zvNibBundle() {
     UINib::registerClass<ZVGradientView>("ZVGradientView");
     UINib::registerClass<ZVPointView>("ZVPointView");
     auto made = std::make_shared<Bundle>(zvKitBundle()->folder());
-    made->setLanguage([] { return rawValue(textLanguage()); });
+    made->setNibValues(nibValue);
     return made;
   }();
   return bundle;

@@ -4,6 +4,7 @@
 #include "platform/Foundation/ClassName.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/UIKit/NibConstraintRule.h"
+#include "platform/UIKit/NibValues.h"
 #include "platform/UIKit/StandardNibClasses.h"
 #include "platform/UIKit/UIImageNames.h"
 
@@ -27,8 +28,9 @@ std::map<std::string, std::function<std::shared_ptr<UIView>()>>& classes() {
 /// Reads one file; the first fault ends it.
 class NibLoader {
 public:
-  NibLoader(std::string file, std::string text, std::string language)
-      : file_(std::move(file)), text_(std::move(text)), language_(std::move(language)) {}
+  NibLoader(std::string file, std::string text, const Bundle& bundle)
+      : file_(std::move(file)), text_(std::move(text)), language_(bundle.language()),
+        values_(bundle.nibValues()) {}
 
   /// `outside`: what an owner that is not in the tree declares; null: the topmost view owns it.
   UINib::Result load(NibDeclaration* outside) {
@@ -94,7 +96,8 @@ private:
         continue;
       }
       const pugi::xml_attribute own = node.attribute((name + "." + language_).c_str());
-      applyAttribute(*view, node, name, own ? own.value() : attribute.value());
+      if (const auto value = resolve(node, name, own ? own.value() : attribute.value()))
+        applyAttribute(*view, node, name, *value);
     }
     views_.push_back({view, node});
     std::vector<Named> children;
@@ -107,6 +110,22 @@ private:
     }
     constrain(view, node, children);
     return view;
+  }
+
+  /// The attribute's value, where each "@name" has got its own; absent when one has none.
+  std::optional<std::string> resolve(pugi::xml_node node, const std::string& attribute,
+                                     const std::string& value) {
+    if (!values_ || !value.starts_with('@')) return value;
+    std::string result;
+    for (const std::string& word : nib::words(value)) {
+      const auto known = word.starts_with('@') ? values_(attribute, word.substr(1)) : std::nullopt;
+      if (!known) {
+        refuse(node, attribute + "=\"" + value + "\" has no value for " + word);
+        return std::nullopt;
+      }
+      result += (result.empty() ? "" : " ") + *known;
+    }
+    return result;
   }
 
   void applyAttribute(UIView& view, pugi::xml_node node, const std::string& name,
@@ -228,6 +247,7 @@ private:
   }
 
   std::string file_, text_, language_, error_;
+  Bundle::NibValues values_;
   pugi::xml_document document_;
   std::shared_ptr<UIView> view_;
   std::vector<Named> views_;
@@ -243,7 +263,7 @@ UINib::Result load(const std::string& name, const Bundle* bundle, NibDeclaration
   const auto bytes = path ? FileManager::contents(*path) : std::nullopt;
   if (!bytes) return {nullptr, name + ".xml: there is no such nib"};
   const ImageBundleScope images(*bundle);
-  return NibLoader(name + ".xml", bytes->string(), bundle->language()).load(owner);
+  return NibLoader(name + ".xml", bytes->string(), *bundle).load(owner);
 }
 
 } // namespace

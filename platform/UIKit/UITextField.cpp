@@ -29,7 +29,7 @@ void UITextField::setPlaceholder(const std::string& placeholder) {
 
 void UITextField::changed() {
   label_->setText(text_.empty() ? placeholder_ : text_);
-  label_->setTextColor(text_.empty() ? UIColor::bytes(150, 158, 170) : UIColor::bytes(31, 38, 53));
+  label_->setTextColor(text_.empty() ? UIColor::bytes(150, 158, 170) : defaultTextColor);
   setNeedsLayout();
 }
 

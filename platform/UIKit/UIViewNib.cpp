@@ -29,11 +29,13 @@ bool UIView::setNibAttribute(const std::string& name, const std::string& value) 
     accessibilityLabel = value;
     return true;
   }
-  if (name == "spoken") { // "no": the text on it is told by another view; "header"
+  if (name == "spoken") { // "no": the text on it is told by another view; "header"; "dialog"
     if (value == "no")
       accessibilityElementsHidden = true;
     else if (value == "header")
       accessibilityRole = UIAccessibilityRole::Header;
+    else if (value == "dialog")
+      accessibilityRole = UIAccessibilityRole::Dialog;
     else
       return false;
     return true;

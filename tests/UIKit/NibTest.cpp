@@ -6,6 +6,8 @@
 #include "testing/UIKit/ScreenFixture.h"
 #include "testing/support/TemporaryFolder.h"
 
+#include <map>
+
 namespace zuvi::test {
 namespace {
 
@@ -85,6 +87,36 @@ TEST_F(NibTest, TextsAreInTheLanguageOfTheBundle) {
     const auto made = UINib("Label", bundle).instantiate().view;
     EXPECT_EQ(std::dynamic_pointer_cast<UILabel>(made)->text(), language == "fr" ? "Allez" : "Go");
   }
+}
+
+TEST_F(NibTest, NamesStandForTheValuesOfTheBundle) {
+  const auto made = [this](const std::string& attributes) {
+    folder.write("Label.xml", "<nib>\n<UILabel " + attributes + "/></nib>");
+    return UINib("Label", bundle).instantiate();
+  };
+  const auto textOf = [](const UINib::Result& result) {
+    const auto label = std::dynamic_pointer_cast<UILabel>(result.view);
+    return label ? label->text().value_or("no text") : result.error;
+  };
+  EXPECT_EQ(textOf(made("text=\"@go\"")), "@go") << "a plain character without values";
+  const std::map<std::string, std::string> values{
+      {"text go", "Go, @once"}, {"text.fr go", "no"}, {"frame a", "1 2"}, {"frame b", "3 4"}};
+  bundle->setNibValues([&](const std::string& attribute, const std::string& name) {
+    const auto found = values.find(attribute + " " + name);
+    return found == values.end() ? std::nullopt : std::optional(found->second);
+  });
+  const auto label = made("text=\"@go\" frame=\"@a @b\"");
+  EXPECT_EQ(textOf(label), "Go, @once");
+  ASSERT_TRUE(label.view);
+  EXPECT_EQ(label.view->frame(), (CGRect{1, 2, 3, 4}));
+  bundle->setLanguage([] { return "fr"; });
+  EXPECT_EQ(textOf(made("text=\"Go\" text.fr=\"@go\"")), "Go, @once");
+  for (const auto& [attributes, lacks] : {std::pair("text=\"@og\"", "@og"),
+                                          {"color=\"@go\"", "@go"},
+                                          {"frame=\"@a b\"", "b"},
+                                          {"text=\"@\"", "@"}})
+    EXPECT_EQ(textOf(made(attributes)),
+              std::string("Label.xml:2: ") + attributes + " has no value for " + lacks);
 }
 
 class ConstraintTest : public NibTest {

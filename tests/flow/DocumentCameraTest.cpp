@@ -53,7 +53,7 @@ TEST_F(DocumentCameraTest, TakesTheFirstOfTwoQuickPictures) {
   EXPECT_EQ(back->stills, 2);
   back->answerStills();
   time.advance(0);
-  EXPECT_EQ(surface.spoken, spoken("pictureTaken"));
+  EXPECT_EQ(surface.spoken, localized("pictureTaken"));
   settle();
   EXPECT_EQ(shell().mainNC()->viewControllers().size(), 3U);
   EXPECT_EQ(back->starts - back->stops, 1) << "only the one on show runs";

@@ -207,7 +207,7 @@ TEST_F(RecorderTest, StaysWhenThereIsNoFilm) {
     time.advance(4);
     hinder();
     time.advance(20);
-    EXPECT_EQ(surface.spoken, spoken("recordingFailed"));
+    EXPECT_EQ(surface.spoken, localized("recordingFailed"));
     EXPECT_EQ(top(), "ZVLiveCameraViewController");
     EXPECT_EQ(shown(), "- Record");
   }

@@ -1,15 +1,25 @@
 // Texts, fonts, colours and small views.
 
+#include <ZuviSDK/UIKit/UINib.h>
+#include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
+#include "kit/Helper/ZVNibs.h"
 #include "platform/Foundation/PropertyList.h"
 #include "testing/kit/KitTest.h"
 
 namespace zuvi {
 namespace {
 
-using PresentationTest = KitTest;
+class PresentationTest : public KitTest {
+protected:
+  static void setLanguage(ZVLanguage language) {
+    const auto merchant = std::make_shared<ZVKYCMerchant>();
+    merchant->currentLanguage = language;
+    ZVKYCHelper::instance().merchant = merchant;
+  }
+};
 
 TEST_F(PresentationTest, FallsBackToEnglishThenToTheKey) {
   const auto file = folder.write("texts.plist", R"(<?xml version="1.0"?><plist><dict>
@@ -19,11 +29,6 @@ TEST_F(PresentationTest, FallsBackToEnglishThenToTheKey) {
     <key>blank</key><dict><key>en</key><string/><key>es</key><string/></dict>
     <key>mixed</key><dict><key>en</key><string>E</string><key>es</key><true/></dict>
     <key>text</key><string>E</string></dict></plist>)");
-  const auto setLanguage = [](ZVLanguage language) {
-    const auto merchant = std::make_shared<ZVKYCMerchant>();
-    merchant->currentLanguage = language;
-    ZVKYCHelper::instance().merchant = merchant;
-  };
   const ZVLocalizationManager texts(file);
   setLanguage(ZVLanguage::spanish);
   for (const auto& [key, text] : {std::pair("both", "S"),
@@ -67,6 +72,34 @@ TEST_F(PresentationTest, HasEveryTextInEveryLanguage) {
     for (const auto& language : RawValues<ZVLanguage>::all)
       EXPECT_TRUE(stringValue(*texts.dictionary(), std::string(language.text)))
           << key << " " << language.text;
+}
+
+TEST_F(PresentationTest, NibsNameOnlyTextsAndColoursThatThereAre) {
+  int nibs = 0;
+  for (const auto& file : std::filesystem::directory_iterator(zvNibBundle()->folder())) {
+    if (file.path().extension() != ".xml") continue;
+    nibs++;
+    for (const auto& language : RawValues<ZVLanguage>::all) {
+      setLanguage(language.value);
+      // Its views are made before it is found that nobody declares their outlets.
+      const auto [view, error] = UINib(file.path().stem(), zvNibBundle()).instantiate({});
+      EXPECT_TRUE(view || error.find(": the owner has no ") != error.npos) << error;
+    }
+  }
+  EXPECT_GE(nibs, 11);
+}
+
+TEST_F(PresentationTest, APaletteLeavesOutWhatIsNoColour) {
+  const auto list = propertyListFromFile(zvKitBundle()->path("Palette", "plist").value());
+  for (const auto& [name, text] : *list.value().dictionary())
+    EXPECT_TRUE(Palette::shared().color(name)) << name;
+  const Palette palette(folder.write("p.plist", R"(<plist><dict>
+    <key>ink</key><string>#01020380</string><key>red</key><string>red</string>
+    <key>flag</key><true/></dict></plist>)"));
+  EXPECT_EQ(palette.color("ink"), UIColor::bytes(1, 2, 3, 128 / 255.0));
+  for (const char* name : {"red", "flag", "none", ""})
+    EXPECT_FALSE(palette.color(name)) << name;
+  EXPECT_FALSE(Palette(std::nullopt).color("ink"));
 }
 
 } // namespace

@@ -47,7 +47,7 @@ std::shared_ptr<CloseButton> addCloseButton(WKWebView& page, std::function<void(
   button->layer()->setCornerRadius(22.0);
   button->setFrame({page.bounds().width - 44.0 - 10.0, 10.0, 44.0, 44.0});
   button->setAutoresizingMask(FlexibleLeftMargin | FlexibleBottomMargin);
-  button->accessibilityLabel = spoken("close");
+  button->accessibilityLabel = localized("close");
   button->addTarget(UIControlEvent::TouchUpInside, std::move(close));
   page.addSubview(button);
   return button;
@@ -433,7 +433,7 @@ void ChatView::dropPopUps() {
 }
 
 void ChatView::showWayOut() {
-  wayOut_->accessibilityLabel = spoken("close"); // the language may have come meanwhile
+  wayOut_->accessibilityLabel = localized("close"); // the language may have come meanwhile
   wayOut_->setHidden(pageSpeaks_ && pageResponds_);
 }
 

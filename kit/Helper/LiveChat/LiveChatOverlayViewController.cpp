@@ -72,7 +72,7 @@ void LiveChatOverlayViewController::closedChatView() {
 void LiveChatOverlayViewController::tell(const std::string& text) {
   if (chatState_ != ChatState::Presented || presentedViewController()) return;
   const auto alert = make<UIAlertController>("", text);
-  alert->addAction({spoken("close"), UIAlertAction::Style::Cancel, {}});
+  alert->addAction({localized("close"), UIAlertAction::Style::Cancel, {}});
   present(alert, true);
 }
 

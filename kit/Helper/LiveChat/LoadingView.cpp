@@ -31,7 +31,7 @@ void LoadingView::show(const std::shared_ptr<UIView>& shown, UIView& other) {
 void LoadingView::startAnimation() {
   activityIndicator_->startAnimation();
   show(activityIndicator_, *errorView_);
-  closeButton_->accessibilityLabel = spoken("close"); // the language may have changed
+  closeButton_->accessibilityLabel = localized("close"); // the language may have changed
   closeButton_->setAlpha(0);
   UIView::animate(0.3, 3.0, {}, [this] { closeButton_->setAlpha(1.0); });
   layoutAtOnce();

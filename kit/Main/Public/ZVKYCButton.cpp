@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/Foundation/Print.h>
 #include <ZuviSDK/ZVKYC.h>
+#include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
@@ -39,7 +40,7 @@ void ZVKYCButton::initialize() {
   addSubview(rightIconImageView_);
   label_->setText(*title);
   label_->setTextAlignment(NSTextAlignment::Center);
-  label_->setTextColor(UIColor::white());
+  label_->setTextColor(paletteColor("light"));
   takeFont();
   addSubview(label_);
   dress();
@@ -57,7 +58,7 @@ void ZVKYCButton::dress() {
   CALayer& shape = *layer();
   shape.setCornerRadius(6);
   shape.setMasksToBounds(true);
-  shape.setShadowColor(UIColor::bytes(31, 38, 53, 0.15));
+  shape.setShadowColor(paletteColor("ink").withAlpha(0.15));
   shape.setShadowOpacity(1);
   shape.setMasksToBounds(false); // the shadow lies outside
 }

@@ -55,7 +55,7 @@ void CameraKeeper::heard(AVCaptureSessionEvent event, const std::optional<Error>
   if (event == AVCaptureSessionEvent::Failed) return lose(error.value_or(Error{}));
   seen_ = true;
   if (std::exchange(loss_, nullptr) && onShow_)
-    UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("cameraBack"));
+    UIAccessibility::post(UIAccessibility::Notification::Announcement, localized("cameraBack"));
   hideNotice();
 }
 

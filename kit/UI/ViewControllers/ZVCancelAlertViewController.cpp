@@ -21,15 +21,8 @@ void ZVCancelAlertViewController::declareNib(NibDeclaration& nib) {
 
 void ZVCancelAlertViewController::viewDidLoad() {
   ZVScreen::viewDidLoad();
-  if (const auto button = cancelButton.lock()) {
+  if (const auto button = cancelButton.lock())
     button->setBackgroundColor(ZVKYCHelper::instance().merchant->color);
-    button->accessibilityLabel = localized("cancel");
-  }
-  if (const auto button = continueButton.lock()) button->accessibilityLabel = localized("continue");
-  if (const auto box = popUpView.lock()) {
-    box->accessibilityRole = UIAccessibilityRole::Dialog;
-    box->accessibilityLabel = localized("cancelTitle");
-  }
   if (const auto label = cancelLabel.lock()) {
     label->setText(localized("cancel"));
     label->setTextColor(textColorOn(ZVKYCHelper::instance().merchant->color));

@@ -1,5 +1,6 @@
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 
+#include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
@@ -27,7 +28,7 @@ void ZVCardVerifyViewController::viewDidLoad() {
   if (const auto view = imageView.lock()) {
     view->setImage(UIImage::fromData(imageData));
     view->layer()->setBorderWidth(3);
-    view->layer()->setBorderColor(UIColor::bytes(0, 171, 98));
+    view->layer()->setBorderColor(paletteColor("photoLine"));
   }
 }
 

@@ -212,7 +212,7 @@ void ZVKYCCameraViewController::startRequest(const Data& data) {
   if (!objectId || appearance() == Appearance::Disappearing ||
       appearance() == Appearance::Disappeared)
     return;
-  UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("pictureTaken"));
+  UIAccessibility::post(UIAccessibility::Notification::Announcement, localized("pictureTaken"));
   const DocumentStep step{isRequired, index, objectId};
   if (type == ZVKYCCameraType::ineFront && hasBackSide())
     show(backCamera(step, data));

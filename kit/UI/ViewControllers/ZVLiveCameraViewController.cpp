@@ -3,6 +3,7 @@
 #include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/Foundation/Timer.h>
+#include "kit/Helper/Palette.h"
 #include "kit/Helper/UIImage+Gif.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVLocalization.h"
@@ -86,13 +87,9 @@ void ZVLiveCameraViewController::viewDidLoad() {
   ZVScreen::viewDidLoad();
   if (const auto button = recordButton.lock()) {
     button->layer()->setBorderWidth(2.0);
-    button->layer()->setBorderColor(UIColor::white());
-    button->accessibilityLabel = localized("record");
+    button->layer()->setBorderColor(paletteColor("light"));
   }
-  if (const auto instruction = gifImageView.lock()) {
-    loadGif(instruction, "liveness");
-    instruction->accessibilityLabel = spoken("instruction");
-  }
+  if (const auto instruction = gifImageView.lock()) loadGif(instruction, "liveness");
   cameraKeeper_ = std::make_unique<CameraKeeper>(
       captureSession_, AVCaptureDevicePosition::Front, cameraNotice, cameraNoticeLabel,
       CameraKeeper::Screen{[this] { makeCamera(); }, [this] { giveUpTake(); }});
@@ -128,7 +125,7 @@ void ZVLiveCameraViewController::viewDidLayoutSubviews() {
 }
 
 std::string ZVLiveCameraViewController::announcement() const {
-  return ZVScreen::announcement() + " " + spoken("instruction");
+  return ZVScreen::announcement() + " " + localized("instruction");
 }
 
 // Camera
@@ -221,7 +218,7 @@ void ZVLiveCameraViewController::updateTimer() {
 
 void ZVLiveCameraViewController::beginRecording() {
   if (const auto figure = startTimerLabel.lock()) figure->setAlpha(0);
-  announce(spoken("recordingBegins"));
+  announce(localized("recordingBegins"));
   DateFormatter formatter;
   formatter.dateFormat = "yyyy-MM-dd'T'HH:mm:ssZ";
   const auto folder = FileManager::documentsDirectory();
@@ -241,7 +238,7 @@ void ZVLiveCameraViewController::filmDidEnd(const std::optional<Data>& film) {
   if (!film) { // the disk is full, or the camera is gone; the count-down may still run
     if (timer_) timer_->invalidate();
     timer_ = nullptr;
-    announce(spoken("recordingFailed"));
+    announce(localized("recordingFailed"));
     return showIdle();
   }
   review->video = film;

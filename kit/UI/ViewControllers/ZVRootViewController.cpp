@@ -5,6 +5,7 @@
 #include <ZuviSDK/LiveChatMessage.h>
 #include <ZuviSDK/UIKit/UIAlertController.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
+#include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
@@ -32,8 +33,6 @@ constexpr double spaceAfterKeyboard = 40; // points
 constexpr double lowScreen = 420;         // points
 constexpr double buttonSide = 44, rowMargin = 8, headerMargin = 24; // points
 constexpr double dotsWidth = 64, dotsGap = 4;                       // points
-constexpr UIColor fullStopColor = UIColor::bytes(71, 168, 232);
-constexpr UIColor laterPageColor = UIColor::bytes(235, 87, 87);
 
 std::string replacing(std::string text, const std::string& mark, const std::string& by) {
   if (const auto at = text.find(mark); at != std::string::npos) text.replace(at, mark.size(), by);
@@ -86,7 +85,8 @@ void ZVRootViewController::titleTextChanged() {
   label->setText(*titleText);
   const std::size_t count = *titleText ? characterCount(**titleText) : 0;
   if (count == 0) return;
-  label->setAttributedText(AttributedString{**titleText, {{count - 1, 1, fullStopColor}}});
+  label->setAttributedText(
+      AttributedString{**titleText, {{count - 1, 1, paletteColor("fullStop")}}});
 }
 
 void ZVRootViewController::descChanged() {
@@ -129,10 +129,10 @@ void ZVRootViewController::currentPageChanged() {
   if (currentPage < 0) return;
   dots->setCurrentPage(currentPage);
   dots->accessibilityLabel =
-      replacing(replacing(spoken("step"), "{step}", std::to_string(currentPage + 1)), "{count}",
+      replacing(replacing(localized("step"), "{step}", std::to_string(currentPage + 1)), "{count}",
                 std::to_string(dots->numberOfPages()));
   dots->setCurrentPageIndicatorTintColor(currentPage == 0 ? ZVKYCHelper::instance().merchant->color
-                                                          : laterPageColor);
+                                                          : paletteColor("laterPage"));
 }
 
 // Lifecycle

@@ -91,7 +91,7 @@ void ZVUploadViewController::act(std::function<void()> onResult) {
 
 void ZVUploadViewController::identityResult(const std::optional<std::string>& id) {
   if (!id) { // the recorder itself shows no error
-    UIAccessibility::post(UIAccessibility::Notification::Announcement, spoken("filmRefused"));
+    UIAccessibility::post(UIAccessibility::Notification::Announcement, localized("filmRefused"));
     return returnToCapture(Failure::Hide);
   }
   ZVKYCHelper::instance().tempIdentity = *id;

@@ -11,7 +11,7 @@ public:
   void setHighlighted(bool highlighted) override;
 
   /// The border of a row that is not touched.
-  static constexpr UIColor restingBorder = UIColor::bytes(227, 227, 227);
+  static UIColor restingBorder();
 };
 
 } // namespace zuvi

@@ -41,7 +41,7 @@ void ZVDocumentTableViewCell::layoutSubviews() {
 
 void ZVDocumentTableViewCell::documentChanged() {
   if (const auto button = documentButton.lock())
-    button->layer()->setBorderColor(ZVDocumentButton::restingBorder);
+    button->layer()->setBorderColor(ZVDocumentButton::restingBorder());
   if (const auto label = nameLabel.lock()) label->setText(uppercased(zuvi::name(document)));
   if (const auto image = iconImageView.lock()) image->setImage(icon(document));
   const auto sides = sideLabel.lock();

@@ -10,8 +10,8 @@
 
 namespace zuvi {
 
-/// A folder of resources. Any thread, but for the info dictionary and the language, which are the
-/// main one's.
+/// A folder of resources. Any thread, but for the info dictionary, the language and the values of
+/// nibs, which are the main one's.
 class Bundle {
 public:
   /// The folder need not exist: then nothing is found in it.
@@ -36,10 +36,19 @@ public:
   /// Asked at each nib.
   void setLanguage(std::function<std::string()> language) { language_ = std::move(language); }
 
+  /// Gives the value that stands for "@NAME" in an attribute of a nib; absent when there is none.
+  using NibValues = std::function<std::optional<std::string>(const std::string& attribute,
+                                                             const std::string& name)>;
+  /// Null unless somebody sets them: then "@" in a nib is a plain character.
+  const NibValues& nibValues() const { return nibValues_; }
+  /// Asked at each nib.
+  void setNibValues(NibValues values) { nibValues_ = std::move(values); }
+
 private:
   std::string folder_;
   Value::Dictionary info_;
   std::function<std::string()> language_;
+  NibValues nibValues_;
 };
 
 } // namespace zuvi

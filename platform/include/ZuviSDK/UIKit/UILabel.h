@@ -66,7 +66,7 @@ private:
 
   std::optional<AttributedString> text_;
   std::shared_ptr<const UIFont> font_;
-  UIColor color_ = UIColor::bytes(31, 38, 53);
+  UIColor color_ = defaultTextColor;
   NSTextAlignment alignment_ = NSTextAlignment::Left;
   int lines_ = 1;
   double minimumScale_ = 1;

@@ -25,8 +25,11 @@ namespace zuvi {
 /// Elements are classes; attributes are theirs, but for `outlet` and `id` (its name), `action` (of
 /// a control) and `layout` (constraints, held by the superview; "super", "safe" or a sibling's name
 /// stand before the edge: left, right, top, bottom, centerX, centerY, width, height). An attribute
-/// such as `text.fr` takes the place of `text` where French is the bundle's language. Main queue
-/// only.
+/// such as `text.fr` takes the place of `text` where French is the bundle's language.
+///
+/// Where the bundle has values for nibs (`Bundle::setNibValues`), an attribute may name them:
+/// `color="@ink"`, or a list of them, `colors="@paper @ink"`. A name without value is refused.
+/// Where the bundle has none, "@" is a plain character. Main queue only.
 class ZUVI_API UINib {
 public:
   /// The view, or why the nib was refused: one line with file, line and name.

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <ZuviSDK/UIKit/UIColor.h>
+
+#include <map>
+#include <optional>
+#include <string>
+
+namespace zuvi {
+
+/// The colours of the kit's screens, by name.
+class Palette {
+public:
+  /// The one of the kit's bundle, Palette.plist.
+  static const Palette& shared();
+  /// From a property list; a file that is missing or has another form gives no colours.
+  explicit Palette(const std::optional<std::string>& path);
+
+  /// Absent when no colour has that name.
+  std::optional<UIColor> color(const std::string& name) const;
+
+private:
+  std::map<std::string, UIColor> colors_;
+};
+
+/// `Palette::shared().color(name)`; black when no colour has that name.
+UIColor paletteColor(const std::string& name);
+
+} // namespace zuvi
