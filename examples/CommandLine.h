@@ -3,7 +3,6 @@
 #pragma once
 
 #include <ZuviSDK/ZuviSDK.h>
-#include <ZuviSDK/ZuviUI.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -26,14 +25,14 @@ inline std::string readCommandLine(int argc, char** argv) {
   if (const char* file = option(argc, argv, "--ca"))
     zuvi::ZVEndpoints::setAdditionalAuthorities(file);
   if (const char* cameras = option(argc, argv, "--cameras")) {
-    const auto read = zuvi::parseCameraSource(cameras);
-    if (const auto* problem = std::get_if<zuvi::Error>(&read)) {
-      zuvi::print(problem->description);
+    std::string problem;
+    const auto camera = zuvi::parseCameraSource(cameras, problem);
+    if (!camera) {
+      zuvi::print(problem);
       std::exit(2);
     }
-    const auto camera = *std::get_if<zuvi::CameraSourceDescription>(&read);
     zuvi::AVCaptureDevice::setProvider(
-        std::make_shared<zuvi::HostCameraProvider>(zuvi::HostCameras{camera, camera}));
+        std::make_shared<zuvi::HostCameraProvider>(zuvi::HostCameras{*camera, *camera}));
   }
   return option(argc, argv, "--client-id", "demo");
 }

@@ -1,8 +1,10 @@
 #include "demo/core/Demo.h"
 
+#include <ZuviSDK/Foundation/Bundle.h>
 #include <ZuviSDK/LiveChat.h>
 #include <ZuviSDK/LiveChatMessage.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIImage.h>
 #include <ZuviSDK/ZVEndpoints.h>
 #include "demo/core/DemoCameras.h"
 #include "platform/Foundation/FileManager.h"

@@ -1,5 +1,8 @@
 #include "demo/core/HostViewController.h"
 
+#include <ZuviSDK/CoreText/AttributedString.h>
+#include <ZuviSDK/UIKit/UILabel.h>
+
 #include <algorithm>
 
 namespace zuvi::demo {

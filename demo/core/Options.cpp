@@ -44,10 +44,9 @@ Reader readableFile(std::optional<std::string> Options::*field) {
 
 Reader camera(std::optional<CameraSourceDescription> Options::*field) {
   return [field](Options& options, const std::string& value) -> std::string {
-    auto parsed = parseCameraSource(value);
-    if (const auto* error = std::get_if<Error>(&parsed)) return error->description;
-    options.*field = std::get<CameraSourceDescription>(parsed);
-    return {};
+    std::string problem;
+    options.*field = parseCameraSource(value, problem);
+    return problem;
   };
 }
 
@@ -70,10 +69,17 @@ std::string readCameras(Options& options, const std::string& value) {
 }
 
 std::string readPermission(Options& options, const std::string& value) {
-  auto parsed = parseCameraPermission(value);
-  if (const auto* error = std::get_if<Error>(&parsed)) return error->description;
-  options.permission = std::get<CameraPermission>(parsed);
-  return {};
+  constexpr std::pair<const char*, CameraPermission> names[] = {
+      {"authorized", CameraPermission::Authorized}, {"denied", CameraPermission::Denied},
+      {"restricted", CameraPermission::Restricted}, {"grant", CameraPermission::Grant},
+      {"refuse", CameraPermission::Refuse},
+  };
+  for (const auto& [name, permission] : names)
+    if (value == name) {
+      options.permission = permission;
+      return {};
+    }
+  return "is none of authorized, denied, restricted, grant and refuse";
 }
 
 /// WxH or WxH@SCALE.

@@ -2,6 +2,8 @@
 
 #include "../CommandLine.h"
 
+#include <ZuviSDK/ZuviUI.h>
+
 using namespace zuvi;
 
 namespace {

@@ -3,6 +3,8 @@
 
 #include "../CommandLine.h"
 
+#include <ZuviSDK/ZuviUI.h>
+
 using namespace zuvi;
 
 namespace {

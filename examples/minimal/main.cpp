@@ -2,6 +2,9 @@
 
 #include "../CommandLine.h"
 
+#include <ZuviSDK/UIKit/UIViewController.h>
+#include <ZuviSDK/UIKit/UIWindow.h>
+
 using namespace zuvi;
 
 struct Host : ZVKYCDelegate {

@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/UIKit/UIImage.h>
 #include "kit/Helper/ZVBundle.h"
 #include "platform/Foundation/FileManager.h"
 #include "platform/Foundation/URLSession.h"

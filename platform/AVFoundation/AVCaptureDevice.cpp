@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/AVFoundation/CameraProvider.h>
 #include <ZuviSDK/AVFoundation/SystemCameraProvider.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/Foundation/Make.h>
 
 #include <mutex>
@@ -21,6 +22,10 @@ Installed& installed() {
 }
 
 } // namespace
+
+DispatchQueue& CameraProvider::callbackQueue() {
+  return DispatchQueue::global();
+}
 
 AVCaptureDevice::AVCaptureDevice(std::shared_ptr<CameraProvider> provider,
                                  CameraDescription description)

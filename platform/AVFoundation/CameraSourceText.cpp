@@ -1,7 +1,5 @@
 #include <ZuviSDK/AVFoundation/HostCameraProvider.h>
 
-#include "platform/AVFoundation/AVError.h"
-
 #include <array>
 #include <fstream>
 #include <string_view>
@@ -10,10 +8,6 @@
 namespace zuvi {
 
 namespace {
-
-Error sourceError(const std::string& line) {
-  return {AVFoundationErrorDomain, AVErrorInvalidSetting, line};
-}
 
 bool isPicture(const std::string& path) {
   std::array<char, 4> head{};
@@ -24,31 +18,24 @@ bool isPicture(const std::string& path) {
 
 } // namespace
 
-std::variant<CameraSourceDescription, Error> parseCameraSource(const std::string& text) {
+std::optional<CameraSourceDescription> parseCameraSource(const std::string& text,
+                                                         std::string& problem) {
   using Kind = CameraSourceDescription::Kind;
   if (text == "none") return CameraSourceDescription{Kind::None, {}};
   if (text == "simulated") return CameraSourceDescription{Kind::Simulated, {}};
 
   struct stat status {};
-  if (text.empty() || ::stat(text.c_str(), &status) != 0)
-    return sourceError("No camera source '" + text +
-                       "': give none, simulated, or a device, picture or film that exists.");
+  if (text.empty() || ::stat(text.c_str(), &status) != 0) {
+    problem = "No camera source '" + text +
+              "': give none, simulated, or a device, picture or film that exists.";
+    return std::nullopt;
+  }
   if (S_ISCHR(status.st_mode)) return CameraSourceDescription{Kind::Device, text};
-  if (!S_ISREG(status.st_mode) || status.st_size == 0)
-    return sourceError("The camera source '" + text + "' holds no picture or film.");
+  if (!S_ISREG(status.st_mode) || status.st_size == 0) {
+    problem = "The camera source '" + text + "' holds no picture or film.";
+    return std::nullopt;
+  }
   return CameraSourceDescription{isPicture(text) ? Kind::Picture : Kind::Film, text};
-}
-
-std::variant<CameraPermission, Error> parseCameraPermission(const std::string& text) {
-  constexpr std::pair<const char*, CameraPermission> names[] = {
-      {"authorized", CameraPermission::Authorized}, {"denied", CameraPermission::Denied},
-      {"restricted", CameraPermission::Restricted}, {"grant", CameraPermission::Grant},
-      {"refuse", CameraPermission::Refuse},
-  };
-  for (const auto& [name, permission] : names)
-    if (text == name) return permission;
-  return sourceError("No camera permission '" + text +
-                     "': give authorized, denied, restricted, grant or refuse.");
 }
 
 } // namespace zuvi

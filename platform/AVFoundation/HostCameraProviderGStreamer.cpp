@@ -6,6 +6,7 @@
 #include "platform/AVFoundation/DevicesGStreamer.h"
 #include "platform/AVFoundation/SourceRecipesGStreamer.h"
 
+#include <atomic>
 #include <unistd.h>
 
 namespace zuvi {
@@ -50,30 +51,40 @@ std::optional<SourceRecipe> recipeOf(const CameraSourceDescription& source,
 
 } // namespace
 
-HostCameraProvider::HostCameraProvider(HostCameras cameras)
-    : cameras_(std::move(cameras)), status_(firstStatus(cameras_.permission)) {}
+struct HostCameraProvider::State {
+  explicit State(HostCameras given)
+      : cameras(std::move(given)), answer(firstStatus(cameras.permission)) {}
 
-AVAuthorizationStatus HostCameraProvider::authorizationStatus() {
-  {
-    std::lock_guard lock(mutex_);
-    if (status_ != AVAuthorizationStatus::Authorized) return status_;
-  }
+  AVAuthorizationStatus status() const;
+
+  const HostCameras cameras;
+  std::atomic<AVAuthorizationStatus> answer; ///< what the permission says, without the devices
+};
+
+HostCameraProvider::HostCameraProvider(HostCameras cameras)
+    : state_(std::make_shared<State>(std::move(cameras))) {}
+
+AVAuthorizationStatus HostCameraProvider::State::status() const {
+  if (const auto said = answer.load(); said != AVAuthorizationStatus::Authorized) return said;
   // The host can't grant what the system forbids.
   const auto forbidden = [](const CameraSourceDescription& source) {
     return source.kind == Kind::Device && ::access(source.path.c_str(), F_OK) == 0 &&
            !mayOpenDevice(source.path);
   };
-  return forbidden(cameras_.front) || forbidden(cameras_.back) ? AVAuthorizationStatus::Denied
-                                                               : AVAuthorizationStatus::Authorized;
+  return forbidden(cameras.front) || forbidden(cameras.back) ? AVAuthorizationStatus::Denied
+                                                             : AVAuthorizationStatus::Authorized;
+}
+
+AVAuthorizationStatus HostCameraProvider::authorizationStatus() {
+  return state_->status();
 }
 
 void HostCameraProvider::requestAccess(std::function<void(bool)> answer) {
-  {
-    std::lock_guard lock(mutex_);
-    if (status_ == AVAuthorizationStatus::NotDetermined)
-      status_ = cameras_.permission == CameraPermission::Grant ? AVAuthorizationStatus::Authorized
-                                                               : AVAuthorizationStatus::Denied;
-  }
+  auto undecided = AVAuthorizationStatus::NotDetermined;
+  state_->answer.compare_exchange_strong(undecided,
+                                         state_->cameras.permission == CameraPermission::Grant
+                                             ? AVAuthorizationStatus::Authorized
+                                             : AVAuthorizationStatus::Denied);
   answer(authorizationStatus() == AVAuthorizationStatus::Authorized);
 }
 
@@ -86,8 +97,8 @@ std::vector<CameraDescription> HostCameraProvider::devices() {
     devices.push_back(
         {side, simulated ? "Simulated " + side + " camera" : source.path, position, simulated});
   };
-  add(cameras_.back, AVCaptureDevicePosition::Back, "back");
-  add(cameras_.front, AVCaptureDevicePosition::Front, "front");
+  add(state_->cameras.back, AVCaptureDevicePosition::Back, "back");
+  add(state_->cameras.front, AVCaptureDevicePosition::Front, "front");
   return devices;
 }
 
@@ -96,15 +107,15 @@ std::shared_ptr<CameraStream> HostCameraProvider::open(const std::string& unique
   if (status == AVAuthorizationStatus::Denied || status == AVAuthorizationStatus::Restricted)
     return nullptr;
   CameraOpening opening;
-  opening.recipe = [self = shared_from_this(), uniqueID]() -> std::optional<SourceRecipe> {
-    if (uniqueID == "back") return recipeOf(self->cameras_.back, AVCaptureDevicePosition::Back);
-    if (uniqueID == "front") return recipeOf(self->cameras_.front, AVCaptureDevicePosition::Front);
+  opening.recipe = [state = state_, uniqueID]() -> std::optional<SourceRecipe> {
+    if (uniqueID == "back") return recipeOf(state->cameras.back, AVCaptureDevicePosition::Back);
+    if (uniqueID == "front") return recipeOf(state->cameras.front, AVCaptureDevicePosition::Front);
     return std::nullopt;
   };
   if (!opening.recipe()) return nullptr;
-  opening.permission = [weak = weak_from_this()] {
-    auto self = weak.lock();
-    return self ? self->authorizationStatus() : AVAuthorizationStatus::Denied;
+  opening.permission = [weak = std::weak_ptr(state_)] {
+    const auto state = weak.lock();
+    return state ? state->status() : AVAuthorizationStatus::Denied;
   };
   return make<CameraStreamGStreamer>(std::move(opening));
 }

@@ -8,6 +8,7 @@
 #include "platform/AVFoundation/DeviceWatchGStreamer.h"
 
 #include <algorithm>
+#include <mutex>
 
 namespace zuvi {
 
@@ -28,17 +29,26 @@ std::optional<SourceRecipe> recipeFor(const std::string& uniqueID, const DeviceW
 
 } // namespace
 
+struct SystemCameraProvider::Request {
+  std::mutex mutex;                                 ///< guards what follows
+  DeviceWatch* granted = nullptr;                   ///< once the user has granted the cameras
+  std::vector<std::function<void(bool)>> answering; ///< who waits for the user
+};
+
 SystemCameraProvider::SystemCameraProvider(std::map<std::string, Position> positions)
     : SystemCameraProvider(std::move(positions),
                            CameraPortal::isSandboxed() ? Access::Portal : Access::Devices) {}
 
 SystemCameraProvider::SystemCameraProvider(std::map<std::string, Position> positions, Access access)
-    : positions_(std::move(positions)), access_(access) {}
+    : positions_(std::move(positions)), access_(access), request_(std::make_unique<Request>()) {}
+
+SystemCameraProvider::~SystemCameraProvider() = default;
 
 DeviceWatch* SystemCameraProvider::watch() {
   if (access_ == Access::Devices) return &DeviceWatch::machine();
-  const std::lock_guard lock(mutex_);
-  return behindPortal_ && !behindPortal_->hasFailed() ? behindPortal_ : nullptr;
+  const std::lock_guard lock(request_->mutex);
+  auto* const granted = request_->granted;
+  return granted && !granted->hasFailed() ? granted : nullptr;
 }
 
 bool SystemCameraProvider::areDevicesKnown() {
@@ -62,24 +72,24 @@ void SystemCameraProvider::requestAccess(std::function<void(bool)> answer) {
   if (status != AVAuthorizationStatus::NotDetermined)
     return answer(status == AVAuthorizationStatus::Authorized);
   {
-    const std::lock_guard lock(mutex_);
-    asking_.push_back(std::move(answer));
-    if (asking_.size() > 1) return; // one dialogue answers all
+    const std::lock_guard lock(request_->mutex);
+    request_->answering.push_back(std::move(answer));
+    if (request_->answering.size() > 1) return; // one dialogue answers all
   }
   CameraPortal::requestAccess(
       [self = shared_from_this()](bool granted) { self->answered(granted); });
 }
 
 void SystemCameraProvider::answered(bool granted) {
-  std::vector<std::function<void(bool)>> asking;
+  std::vector<std::function<void(bool)>> answering;
   {
-    const std::lock_guard lock(mutex_);
-    asking.swap(asking_);
+    const std::lock_guard lock(request_->mutex);
+    answering.swap(request_->answering);
     // One that failed is not taken up again: the user may have taken the cameras back.
-    if (granted && (!behindPortal_ || behindPortal_->hasFailed()))
-      behindPortal_ = &DeviceWatch::remote(CameraPortal::openCameras);
+    if (granted && (!request_->granted || request_->granted->hasFailed()))
+      request_->granted = &DeviceWatch::remote(CameraPortal::openCameras);
   }
-  for (const auto& answer : asking)
+  for (const auto& answer : answering)
     answer(granted);
 }
 

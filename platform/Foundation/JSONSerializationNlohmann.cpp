@@ -1,5 +1,7 @@
 #include "platform/Foundation/JSONSerialization.h"
 
+#include "platform/Foundation/ValueStorage.h"
+
 #include <charconv>
 #include <cmath>
 #include <new>
@@ -119,13 +121,13 @@ struct Converter {
   json operator()(const Value::List& list) const {
     json result = json::array();
     for (const auto& element : list)
-      result.push_back(std::visit(*this, element.storage()));
+      result.push_back(std::visit(*this, element.storage().content));
     return result;
   }
   json operator()(const Value::Dictionary& dictionary) const {
     json result = json::object();
     for (const auto& [key, element] : dictionary)
-      result[key] = std::visit(*this, element.storage());
+      result[key] = std::visit(*this, element.storage().content);
     return result;
   }
   // Not reached: `isWritable` has refused them.
@@ -160,7 +162,7 @@ bool JSONSerialization::isValidJSONObject(const Value& value) {
 std::optional<Data> JSONSerialization::data(const Value& value) {
   if (!isValidJSONObject(value)) return std::nullopt;
   try {
-    return Data(std::visit(Converter{}, value.storage()).dump());
+    return Data(std::visit(Converter{}, value.storage().content).dump());
   } catch (const json::exception&) { // a text that is not UTF-8
     return std::nullopt;
   }

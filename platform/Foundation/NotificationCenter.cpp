@@ -2,10 +2,25 @@
 
 #include "platform/Dispatch/AssertMainQueue.h"
 
+#include <map>
 #include <utility>
 #include <vector>
 
 namespace zuvi {
+
+namespace {
+
+using Handler = std::function<void(const Notification&)>;
+// The observer owns the registration alone; a call in progress holds only the handler.
+using Registration = std::shared_ptr<Handler>;
+using Observers = std::multimap<std::string, std::weak_ptr<Registration>>;
+
+Observers& allObservers() {
+  static Observers observers;
+  return observers;
+}
+
+} // namespace
 
 NotificationCenter& NotificationCenter::defaultCenter() {
   static NotificationCenter center;
@@ -15,12 +30,13 @@ NotificationCenter& NotificationCenter::defaultCenter() {
 NotificationObserver NotificationCenter::observe(const std::string& name,
                                                  std::function<void(const Notification&)> handler) {
   assertMainQueue("The notification centre");
-  const auto [first, last] = observers_.equal_range(name);
+  auto& observers = allObservers();
+  const auto [first, last] = observers.equal_range(name);
   for (auto entry = first; entry != last;)
-    entry = entry->second.expired() ? observers_.erase(entry) : std::next(entry);
+    entry = entry->second.expired() ? observers.erase(entry) : std::next(entry);
 
   auto registration = std::make_shared<Registration>(std::make_shared<Handler>(std::move(handler)));
-  observers_.emplace(name, registration);
+  observers.emplace(name, registration);
   NotificationObserver observer;
   observer.registration_ = std::move(registration);
   return observer;
@@ -30,7 +46,7 @@ void NotificationCenter::post(const std::string& name, Value::Dictionary userInf
   assertMainQueue("The notification centre");
   const Notification notification{name, std::move(userInfo)};
   std::vector<std::weak_ptr<Registration>> observers;
-  const auto [first, last] = observers_.equal_range(name);
+  const auto [first, last] = allObservers().equal_range(name);
   for (auto entry = first; entry != last; ++entry)
     observers.push_back(entry->second);
   for (const auto& observer : observers) {

@@ -139,7 +139,7 @@ struct UserDefaults::File : std::enable_shared_from_this<File> {
     if (write(state))
       known = std::move(state);
     else
-      retry();
+      retry(state);
   }
 
   bool write(const Value::Dictionary& state) const {
@@ -150,9 +150,10 @@ struct UserDefaults::File : std::enable_shared_from_this<File> {
     return !bytes || FileManager::writeAtomically(path, bytes->view());
   }
 
-  void retry() {
+  void retry(Value::Dictionary& state) {
     {
       const std::lock_guard lock(mutex);
+      state.clear(); // here, because `append` asks under the lock whether others hold a list
       dirty = true;
     }
     DispatchQueue::main().asyncAfter(retryDelay, [weak = weak_from_this()] {
@@ -205,11 +206,12 @@ void UserDefaults::set(const std::string& key, const Value& value) {
 }
 
 bool UserDefaults::append(const std::string& key, const Value& element) {
-  const auto found = file_->values.find(key);
-  Value::List* list = found == file_->values.end() ? nullptr : found->second.list();
-  if (!list || !isStorable(element, 1)) return false;
+  if (!isStorable(element, 1)) return false;
   {
     const std::lock_guard lock(file_->mutex);
+    const auto found = file_->values.find(key);
+    Value::List* list = found == file_->values.end() ? nullptr : found->second.mutableList();
+    if (!list) return false;
     list->push_back(element);
   }
   saveSoon();

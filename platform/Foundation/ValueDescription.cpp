@@ -1,4 +1,4 @@
-#include <ZuviSDK/Foundation/Value.h>
+#include "platform/Foundation/ValueStorage.h"
 
 #include <charconv>
 #include <chrono>
@@ -94,7 +94,7 @@ struct Describer {
 } // namespace
 
 std::string Value::description() const {
-  return std::visit(Describer{}, value_);
+  return std::visit(Describer{}, storage().content);
 }
 
 } // namespace zuvi

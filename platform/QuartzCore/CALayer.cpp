@@ -1,5 +1,6 @@
 #include <ZuviSDK/QuartzCore/CALayer.h>
 
+#include <ZuviSDK/CoreGraphics/CGImage.h>
 #include "platform/Dispatch/AssertMainQueue.h"
 #include "platform/QuartzCore/CALayerCache.h"
 #include "platform/QuartzCore/LiveLayers.h"

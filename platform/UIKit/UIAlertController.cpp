@@ -1,6 +1,8 @@
 #include <ZuviSDK/UIKit/UIAlertController.h>
 
+#include <ZuviSDK/CoreText/AttributedString.h>
 #include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "platform/UIKit/UIScrollView.h"
 
 #include <algorithm>

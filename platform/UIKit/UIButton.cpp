@@ -1,5 +1,8 @@
 #include <ZuviSDK/UIKit/UIButton.h>
 
+#include <ZuviSDK/UIKit/UIImage.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "platform/UIKit/NibValues.h"
 #include "platform/UIKit/UIImageNames.h"
 
@@ -13,11 +16,6 @@ constexpr double padding = 12;    // left and right of the title
 constexpr double imageGap = 8;    // between picture and title
 constexpr double dimmed = 0.55;   // contents under a finger
 constexpr double disabled = 0.38; // contents that can't be touched
-
-template <class Map> auto inState(const Map& values, UIControlState state) {
-  const auto own = values.find(state);
-  return own != values.end() ? own : values.find(UIControlState::Normal);
-}
 
 } // namespace
 
@@ -36,41 +34,35 @@ UIControlState UIButton::state() const {
 
 void UIButton::refresh() {
   const UIControlState now = state();
-  const auto title = inState(titles_, now);
-  titleLabel_->setText(title == titles_.end() ? std::nullopt : std::optional(title->second));
-  if (const auto color = inState(colors_, now); color != colors_.end())
-    titleLabel_->setTextColor(color->second);
-  const auto image = inState(images_, now);
-  imageView_->setImage(image == images_.end() ? nullptr : image->second);
+  const Look &own = look(now), &normal = look(UIControlState::Normal);
+  titleLabel_->setText(own.title ? own.title : normal.title);
+  if (const auto& color = own.color ? own.color : normal.color) titleLabel_->setTextColor(*color);
+  imageView_->setImage((own.image ? own.image : normal.image).value_or(nullptr));
   const double strength = now == UIControlState::Highlighted ? dimmed
                           : now == UIControlState::Disabled  ? disabled
                                                              : 1;
   // A colour or picture made for the state says enough by itself.
-  titleLabel_->setAlpha(colors_.contains(now) ? 1 : strength);
-  imageView_->setAlpha(images_.contains(now) ? 1 : strength);
+  titleLabel_->setAlpha(own.color ? 1 : strength);
+  imageView_->setAlpha(own.image ? 1 : strength);
   invalidateIntrinsicContentSize();
 }
 
 void UIButton::setTitle(std::optional<std::string> title, UIControlState state) {
-  if (title)
-    titles_[state] = std::move(*title);
-  else
-    titles_.erase(state);
+  look(state).title = std::move(title);
   refresh();
 }
 
 std::optional<std::string> UIButton::title(UIControlState state) const {
-  const auto found = titles_.find(state);
-  return found == titles_.end() ? std::nullopt : std::optional(found->second);
+  return looks_[static_cast<int>(state)].title;
 }
 
 void UIButton::setTitleColor(const UIColor& color, UIControlState state) {
-  colors_[state] = color;
+  look(state).color = color;
   refresh();
 }
 
 void UIButton::setImage(std::shared_ptr<const UIImage> image, UIControlState state) {
-  images_[state] = std::move(image);
+  look(state).image = std::move(image);
   refresh();
 }
 

@@ -18,17 +18,14 @@ constexpr double dragBegins = 10;
 } // namespace
 
 void UIControl::addTarget(UIControlEvent event, std::function<void()> target) {
-  targets_.emplace(event, std::move(target));
+  targets_.emplace_back(event, std::move(target));
 }
 
 void UIControl::sendActions(UIControlEvent event) {
   const auto alive = weak_from_this().lock(); // an action may take the control off the screen
-  std::vector<std::function<void()>> targets;
-  const auto [first, last] = targets_.equal_range(event);
-  for (auto target = first; target != last; ++target)
-    targets.push_back(target->second);
-  for (const auto& target : targets)
-    target();
+  const auto targets = targets_;
+  for (const auto& [trigger, target] : targets)
+    if (trigger == event) target();
 }
 
 void UIControl::setEnabled(bool enabled) {

@@ -1,5 +1,7 @@
 #include <ZuviSDK/UIKit/UIImage.h>
 
+#include <ZuviSDK/CoreGraphics/CGImage.h>
+#include <ZuviSDK/Foundation/Bundle.h>
 #include "platform/Foundation/FileManager.h"
 #include "platform/ImageIO/ImageFile.h"
 #include "platform/ImageIO/SvgImage.h"

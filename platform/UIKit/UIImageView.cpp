@@ -1,6 +1,8 @@
 #include <ZuviSDK/UIKit/UIImageView.h>
 
+#include <ZuviSDK/Foundation/Timer.h>
 #include <ZuviSDK/QuartzCore/DrawingContext.h>
+#include <ZuviSDK/UIKit/UIImage.h>
 #include "platform/UIKit/UIImageNames.h"
 
 #include <algorithm>

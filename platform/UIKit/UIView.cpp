@@ -1,5 +1,6 @@
 #include <ZuviSDK/UIKit/UIView.h>
 
+#include <ZuviSDK/UIKit/NibDeclaration.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include <ZuviSDK/UIKit/UIViewController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>

@@ -101,7 +101,8 @@ protected:
   /// What is parsed from `text` as the back camera.
   static HostCameras backFrom(const std::string& text) {
     HostCameras cameras;
-    cameras.back = std::get<CameraSourceDescription>(parseCameraSource(text));
+    std::string problem;
+    cameras.back = parseCameraSource(text, problem).value();
     return cameras;
   }
   static std::shared_ptr<AVCaptureDevice> device(AVCaptureDevicePosition position) {

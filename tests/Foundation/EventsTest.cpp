@@ -44,7 +44,7 @@ TEST(TimerTest, EndsWhenInvalidatedOrDroppedAlsoFromWithin) {
 }
 
 TEST(NotificationCenterTest, ObserversMayComeAndGoDuringAPost) {
-  NotificationCenter center;
+  auto& center = NotificationCenter::defaultCenter();
   std::string log;
   std::optional<NotificationObserver> self;
   std::optional<NotificationObserver> late;

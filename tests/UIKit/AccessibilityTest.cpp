@@ -3,6 +3,9 @@
 #include <ZuviSDK/QuartzCore/AnimationCurve.h>
 #include <ZuviSDK/UIKit/UIAlertController.h>
 #include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UIImage.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "platform/UIKit/UIScrollView.h"
 #include "tests/UIKit/ControllerFixture.h"
 

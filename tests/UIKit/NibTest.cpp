@@ -1,6 +1,7 @@
 // What nibs make, what they are refused for, and the frames that follow from their rules.
 
 #include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include <ZuviSDK/UIKit/UINib.h>
 #include "platform/UIKit/NibConstraintRule.h"
 #include "testing/UIKit/ScreenFixture.h"

@@ -1,4 +1,5 @@
 #include <ZuviSDK/UIKit/UIButton.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "demo/core/Driver.h"
 #include "demo/core/Options.h"
 #include "testing/UIKit/ScreenFixture.h"

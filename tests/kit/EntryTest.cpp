@@ -2,6 +2,8 @@
 
 #include <ZuviSDK/LiveChat.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include <ZuviSDK/UIKit/UINib.h>
 #include <ZuviSDK/UIKit/UITabBarController.h>
 #include <ZuviSDK/UIKit/UIWindow.h>

@@ -1,5 +1,7 @@
 #include "kit/Helper/LiveChat/ErrorView.h"
 
+#include <ZuviSDK/CoreText/AttributedString.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "kit/Helper/ZVLocalization.h"
 
 #include <algorithm>

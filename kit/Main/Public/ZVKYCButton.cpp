@@ -1,6 +1,8 @@
 #include <ZuviSDK/ZVKYCButton.h>
 
 #include <ZuviSDK/Foundation/Print.h>
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include <ZuviSDK/ZVKYC.h>
 #include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
@@ -22,6 +24,8 @@ ZVKYCButton::ZVKYCButton(const CGRect& frame)
       rightIconImageView_(make<UIImageView>(zvKYCImage("ZVZuviIcon"))), label_(make<UILabel>()) {
   initialize();
 }
+
+ZVKYCButton::~ZVKYCButton() = default;
 
 void ZVKYCButton::initialize() {
   ZVKYC::instance(); // so that the session is complete

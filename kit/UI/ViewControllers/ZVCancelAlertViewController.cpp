@@ -1,5 +1,7 @@
 #include "kit/UI/ViewControllers/ZVCancelAlertViewController.h"
 
+#include <ZuviSDK/UIKit/NibDeclaration.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"

@@ -1,5 +1,7 @@
 #include "kit/UI/ViewControllers/ZVCardVerifyViewController.h"
 
+#include <ZuviSDK/UIKit/NibDeclaration.h>
+#include <ZuviSDK/UIKit/UIImage.h>
 #include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVLocalization.h"

@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
+#include <ZuviSDK/UIKit/NibDeclaration.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVExtensions.h"

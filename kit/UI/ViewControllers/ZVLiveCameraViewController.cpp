@@ -3,6 +3,7 @@
 #include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
 #include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/Foundation/Timer.h>
+#include <ZuviSDK/UIKit/NibDeclaration.h>
 #include "kit/Helper/Palette.h"
 #include "kit/Helper/UIImage+Gif.h"
 #include "kit/Helper/ZVAnalyticsManager.h"

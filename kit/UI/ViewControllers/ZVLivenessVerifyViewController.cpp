@@ -1,5 +1,7 @@
 #include "kit/UI/ViewControllers/ZVLivenessVerifyViewController.h"
 
+#include <ZuviSDK/UIKit/NibDeclaration.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Helper/ZVMixpanelEvents.h"

@@ -1,5 +1,6 @@
 #include "kit/UI/ViewControllers/ZVMainViewController.h"
 
+#include <ZuviSDK/UIKit/NibDeclaration.h>
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/ViewControllers/ZVLiveCameraViewController.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"

@@ -1,8 +1,10 @@
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 
 #include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 #include <ZuviSDK/LiveChat.h>
 #include <ZuviSDK/LiveChatMessage.h>
+#include <ZuviSDK/UIKit/NibDeclaration.h>
 #include <ZuviSDK/UIKit/UIAlertController.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include "kit/Helper/Palette.h"

@@ -1,5 +1,7 @@
 #include "kit/UI/Views/ZVDocumentTableViewCell.h"
 
+#include <ZuviSDK/UIKit/UIImageView.h>
+#include <ZuviSDK/UIKit/UILabel.h>
 #include "kit/Helper/ZVDocument+Presentation.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/UI/Views/ZVDocumentButton.h"

@@ -17,6 +17,7 @@ class ZUVI_API ZVKYCButton : public UIButton {
 public:
   /// Without a frame the button is empty until layout or `setFrame` gives it a size.
   explicit ZVKYCButton(const CGRect& frame = {});
+  ~ZVKYCButton() override;
 
   /// The text. The default follows the merchant's language; one that the host sets stays.
   Observed<std::string> title;

@@ -2,11 +2,8 @@
 
 #include <ZuviSDK/AVFoundation/CameraProvider.h>
 #include <ZuviSDK/Export.h>
-#include <ZuviSDK/Foundation/Error.h>
 
-#include <mutex>
 #include <optional>
-#include <variant>
 
 namespace zuvi {
 
@@ -24,16 +21,14 @@ struct CameraSourceDescription {
   std::string path;       ///< of a device, picture or film
 };
 
-/// Reads "none", "simulated" or the path of a device, picture or film; or says in one line what is
-/// wrong with it.
-ZUVI_API std::variant<CameraSourceDescription, Error> parseCameraSource(const std::string& text);
+/// Reads "none", "simulated" or the path of a device, picture or film. Absent if it is none of
+/// them; `problem` then says in one line what is wrong.
+ZUVI_API std::optional<CameraSourceDescription> parseCameraSource(const std::string& text,
+                                                                  std::string& problem);
 
 /// How the permission to use the camera behaves. `Grant` and `Refuse` are not determined until the
 /// first request, which gives that answer.
 enum class CameraPermission { Authorized, Denied, Restricted, Grant, Refuse };
-
-/// Reads "authorized", "denied", "restricted", "grant" or "refuse".
-std::variant<CameraPermission, Error> parseCameraPermission(const std::string& text);
 
 /// What a host's own code decides about its cameras.
 struct HostCameras {
@@ -45,8 +40,7 @@ struct HostCameras {
 };
 
 /// Cameras that the host's own code puts in the place of the machine's.
-class ZUVI_API HostCameraProvider final : public CameraProvider,
-                                          public std::enable_shared_from_this<HostCameraProvider> {
+class ZUVI_API HostCameraProvider final : public CameraProvider {
 public:
   /// Opens nothing yet: a path that leads nowhere shows when its camera is used.
   explicit HostCameraProvider(HostCameras cameras);
@@ -57,9 +51,8 @@ public:
   ZUVI_HIDDEN std::shared_ptr<CameraStream> open(const std::string& uniqueID) override;
 
 private:
-  HostCameras cameras_;
-  std::mutex mutex_;
-  AVAuthorizationStatus status_;
+  struct ZUVI_HIDDEN State;
+  std::shared_ptr<State> state_; // also for cameras that are opened later
 };
 
 } // namespace zuvi

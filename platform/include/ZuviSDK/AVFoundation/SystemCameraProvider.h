@@ -4,7 +4,6 @@
 #include <ZuviSDK/Export.h>
 
 #include <map>
-#include <mutex>
 
 namespace zuvi {
 
@@ -27,6 +26,7 @@ public:
   /// For tests; the other constructor finds out by itself.
   ZUVI_HIDDEN SystemCameraProvider(std::map<std::string, AVCaptureDevicePosition> positions,
                                    Access access);
+  ~SystemCameraProvider() override;
 
   ZUVI_HIDDEN AVAuthorizationStatus authorizationStatus() override;
   ZUVI_HIDDEN void requestAccess(std::function<void(bool granted)> answer) override;
@@ -41,9 +41,8 @@ private:
 
   const std::map<std::string, AVCaptureDevicePosition> positions_;
   const Access access_;
-  std::mutex mutex_;                    // guards what follows
-  DeviceWatch* behindPortal_ = nullptr; ///< once the user has granted the cameras
-  std::vector<std::function<void(bool)>> asking_;
+  struct ZUVI_HIDDEN Request;
+  const std::unique_ptr<Request> request_; // for the portal's permission
 };
 
 } // namespace zuvi

@@ -4,7 +4,6 @@
 #include <ZuviSDK/Foundation/Value.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 
@@ -46,10 +45,7 @@ public:
   void post(const std::string& name, Value::Dictionary userInfo = {});
 
 private:
-  using Handler = std::function<void(const Notification&)>;
-  // The observer owns the registration alone; a call in progress holds only the handler.
-  using Registration = std::shared_ptr<Handler>;
-  std::multimap<std::string, std::weak_ptr<Registration>> observers_;
+  NotificationCenter() = default;
 };
 
 } // namespace zuvi

@@ -10,7 +10,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace zuvi {
@@ -23,9 +22,10 @@ public:
   virtual std::string description() const = 0;
 };
 
-/// A value of any type that this system passes through untyped doors: JSON, metadata, event
-/// properties, messages. A boolean is never a number.
-class Value {
+/// A value of any type that this system passes on without knowing it: JSON, metadata, event
+/// properties, messages. Copies share their contents, which never change. A boolean is never a
+/// number. Any thread.
+class ZUVI_API Value {
 public:
   /// Values in their order.
   using List = std::vector<Value>;
@@ -37,72 +37,77 @@ public:
   /// @{
   Value() = default;
   Value(std::nullptr_t) {}
-  template <std::same_as<bool> T> Value(T boolean) : value_(boolean) {}
-  template <std::signed_integral T> Value(T number) : value_(std::int64_t{number}) {}
+  template <std::same_as<bool> T> Value(T boolean) : Value(Boolean(boolean)) {}
+  template <std::signed_integral T> Value(T number) : Value(Signed(number)) {}
   template <std::unsigned_integral T>
-  requires(!std::same_as<T, bool>) Value(T number) : value_(std::uint64_t{number}) {}
-  Value(float number) : value_(number) {}
-  Value(double number) : value_(number) {}
-  Value(const char* text) {
-    if (text) value_ = std::string(text);
-  }
-  Value(std::string text) : value_(std::move(text)) {}
-  Value(List list) : value_(std::move(list)) {}
-  Value(Dictionary dictionary) : value_(std::move(dictionary)) {}
-  Value(Date date) : value_(date) {}
-  Value(URL url) : value_(std::move(url)) {}
-  Value(std::shared_ptr<const DescribedObject> object) {
-    if (object) value_ = std::move(object);
-  }
+  requires(!std::same_as<T, bool>) Value(T number) : Value(Unsigned(number)) {}
+  Value(float number);
+  Value(double number);
+  Value(const char* text);
+  Value(std::string text);
+  Value(List list);
+  Value(Dictionary dictionary);
+  Value(Date date);
+  Value(URL url);
+  Value(std::shared_ptr<const DescribedObject> object);
   /// @}
   /// An absent optional becomes null.
   template <class T>
   Value(const std::optional<T>& optional) : Value(optional ? Value(*optional) : Value()) {}
 
   /// Whether it holds nothing.
-  bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
+  bool isNull() const { return !storage_; }
   /// Whether `number` gives one.
-  bool isNumber() const;
+  bool isNumber() const { return number().has_value(); }
 
-  /// A pointer into this value, or null when it is of another type.
+  /// A pointer to the contents, or null when they are of another type. Valid as long as this value
+  /// or a copy of it lives.
   /// @{
-  const bool* boolean() const { return std::get_if<bool>(&value_); }
-  const std::string* string() const { return std::get_if<std::string>(&value_); }
-  const List* list() const { return std::get_if<List>(&value_); }
-  List* list() { return std::get_if<List>(&value_); }
-  const Dictionary* dictionary() const { return std::get_if<Dictionary>(&value_); }
-  const Date* date() const { return std::get_if<Date>(&value_); }
-  const URL* url() const { return std::get_if<URL>(&value_); }
+  const bool* boolean() const;
+  const std::string* string() const;
+  const List* list() const;
+  const Dictionary* dictionary() const;
+  const Date* date() const;
+  const URL* url() const;
   /// @}
 
   /// Any number as a double; absent for everything else, booleans included.
-  ZUVI_API std::optional<double> number() const;
+  std::optional<double> number() const;
   /// The list as strings, when it is a list and each element is a string.
-  std::optional<std::vector<std::string>> listOfStrings() const;
+  ZUVI_HIDDEN std::optional<std::vector<std::string>> listOfStrings() const;
   /// The list as dictionaries, when it is a list and each element is a dictionary.
-  std::optional<std::vector<Dictionary>> listOfDictionaries() const;
+  ZUVI_HIDDEN std::optional<std::vector<Dictionary>> listOfDictionaries() const;
 
   /// Text form: a string is its own text, a number its decimal form; lists and dictionaries are
   /// written out in brackets.
-  ZUVI_API std::string description() const;
+  std::string description() const;
 
   /// Of the same type and equal: 1 and 1.0 differ.
-  bool operator==(const Value&) const = default;
+  bool operator==(const Value& other) const;
 
   /// @cond
-  using Storage =
-      std::variant<std::monostate, bool, std::int64_t, std::uint64_t, float, double, std::string,
-                   List, Dictionary, Date, URL, std::shared_ptr<const DescribedObject>>;
-  const Storage& storage() const { return value_; }
+  struct Storage; // ValueStorage.h
+  ZUVI_HIDDEN const Storage& storage() const;
+  // The list to add to; null when it is no list. Copies keep what they hold.
+  ZUVI_HIDDEN List* mutableList();
   /// @endcond
 
 private:
-  Storage value_;
+  // So that the constructors above take no other type by conversion.
+  enum class Boolean : bool {};
+  enum class Signed : std::int64_t {};
+  enum class Unsigned : std::uint64_t {};
+  explicit Value(Boolean boolean);
+  explicit Value(Signed number);
+  explicit Value(Unsigned number);
+
+  std::shared_ptr<Storage> storage_;
 };
 
 /// The entry of that key as a string; absent when there is none or it is of another type.
-std::optional<std::string> stringValue(const Value::Dictionary& dictionary, const std::string& key);
+ZUVI_HIDDEN std::optional<std::string> stringValue(const Value::Dictionary& dictionary,
+                                                   const std::string& key);
 /// The entry of that key; null pointer when there is none.
-const Value* valueForKey(const Value::Dictionary& dictionary, const std::string& key);
+ZUVI_HIDDEN const Value* valueForKey(const Value::Dictionary& dictionary, const std::string& key);
 
 } // namespace zuvi

@@ -2,8 +2,6 @@
 
 #include <ZuviSDK/CoreGraphics/CGColor.h>
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
-#include <ZuviSDK/CoreGraphics/CGImage.h>
-#include <ZuviSDK/CoreGraphics/CGPath.h>
 #include <ZuviSDK/Export.h>
 
 #include <memory>
@@ -14,6 +12,7 @@
 namespace zuvi {
 
 class CALayer;
+class CGImage;
 class DrawingContext;
 enum class LayerProperty;
 struct CABasicAnimation;

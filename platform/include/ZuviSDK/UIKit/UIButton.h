@@ -2,13 +2,15 @@
 
 #include <ZuviSDK/Export.h>
 #include <ZuviSDK/UIKit/UIControl.h>
-#include <ZuviSDK/UIKit/UIImageView.h>
-#include <ZuviSDK/UIKit/UILabel.h>
+#include <ZuviSDK/UIKit/UIFont.h>
 
-#include <map>
 #include <optional>
 
 namespace zuvi {
+
+class UIImage;
+class UIImageView;
+class UILabel;
 
 /// What a control looks like: as ever, while a finger is down on it, or when it is disabled.
 enum class UIControlState { Normal, Highlighted, Disabled };
@@ -46,9 +48,14 @@ private:
   ZUVI_HIDDEN UIControlState state() const;
   ZUVI_HIDDEN void refresh();
 
-  std::map<UIControlState, std::string> titles_;
-  std::map<UIControlState, UIColor> colors_;
-  std::map<UIControlState, std::shared_ptr<const UIImage>> images_;
+  /// What was set for one state.
+  struct Look {
+    std::optional<std::string> title;
+    std::optional<UIColor> color;
+    std::optional<std::shared_ptr<const UIImage>> image;
+  };
+  Look& look(UIControlState state) { return looks_[static_cast<int>(state)]; }
+  Look looks_[3];
   std::shared_ptr<UILabel> titleLabel_;
   std::shared_ptr<UIImageView> imageView_;
 };

@@ -4,8 +4,9 @@
 #include <ZuviSDK/UIKit/UIView.h>
 
 #include <functional>
-#include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace zuvi {
 
@@ -64,7 +65,7 @@ private:
   ZUVI_HIDDEN bool reaches(CGPoint point) const;
   ZUVI_HIDDEN bool handOver(CGPoint point);
 
-  std::multimap<UIControlEvent, std::function<void()>> targets_;
+  std::vector<std::pair<UIControlEvent, std::function<void()>>> targets_;
   bool enabled_ = true;
   bool highlighted_ = false;
   bool tracking_ = false;

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
-#include <ZuviSDK/CoreGraphics/CGImage.h>
 #include <ZuviSDK/Export.h>
-#include <ZuviSDK/Foundation/Bundle.h>
 
 #include <map>
 #include <memory>
@@ -13,6 +11,9 @@
 
 namespace zuvi {
 
+class Bundle;
+class CGImage;
+class Data;
 class SvgImage;
 
 /// A picture for views: a drawing that is sharp at every size, pixels, or a series of pictures

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <ZuviSDK/Export.h>
-#include <ZuviSDK/Foundation/Timer.h>
-#include <ZuviSDK/UIKit/UIImage.h>
 #include <ZuviSDK/UIKit/UIView.h>
 
 namespace zuvi {
+
+class Timer;
+class UIImage;
 
 /// Shows a picture in the view's content mode; a series plays while the view is on a window.
 class ZUVI_API UIImageView : public UIView {

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <ZuviSDK/Export.h>
-#include <ZuviSDK/Foundation/Bundle.h>
 #include <ZuviSDK/Foundation/Make.h>
-#include <ZuviSDK/UIKit/NibDeclaration.h>
 #include <ZuviSDK/UIKit/UIView.h>
 
 #include <functional>
@@ -13,6 +11,8 @@
 
 namespace zuvi {
 
+class Bundle;
+class NibDeclaration;
 class UINavigationController;
 class UITabBarController;
 
