@@ -126,13 +126,14 @@ protected:
   bool say() {
     note("a message");
     const bool heard = isOn() && window->isVisible() && !LiveChat::isChatPresented() && !moves();
+    const bool waits = heard && alert();
     Manager::sharedInstance().webViewBridge()->handle(
         {{"messageType", "newMessage"},
          {"text", "Hello"},
          {"id", std::to_string(GetParam()) + "-" + std::to_string(trace_.size())},
          {"timestamp", 1},
          {"author", Value::Dictionary{{"name", "Ann"}}}});
-    return !heard || alert();
+    return waits ? !ZVKYCHelper::instance().supportMessages.empty() : !heard || alert();
   }
 
   void plug(std::shared_ptr<ScriptedCamera>& socket,
@@ -167,6 +168,17 @@ protected:
       settle();
     }
     time.advance(2.5); // a camera is looked for every two seconds
+  }
+
+  /// A take that comes to nothing, of which the next one must know nothing.
+  void failTake() {
+    note("a take that fails");
+    calmDown();
+    front->film = std::nullopt;
+    touch({"recordButton"});
+    time.advance(upTo(13));
+    if (upTo(2)) plug(cameras->front, front);
+    time.advance(upTo(13));
   }
 
   /// A willing person comes to the next step, wherever the flow is.
@@ -209,6 +221,7 @@ protected:
   bool happen() {
     const auto one = upTo(100);
     if (one < 34) {
+      if (step() == "ZVLiveCameraViewController" && upTo(4) == 0) failTake();
       const auto upload = isOn() ? FlowTest::step<ZVUploadViewController>() : nullptr;
       const bool refuses = upload && upTo(upload->video ? 5 : 2) == 0;
       return refuses ? answer(1 + upTo(3)) : goesOn();
@@ -269,7 +282,9 @@ protected:
     const auto identity = ZVKYCHelper::instance().tempIdentity;
     if (identity != std::exchange(identity_, identity) && before != "ZVUploadViewController")
       return "an answer to what was left counts";
-    if (calls && call != "cancelled" && call != "success " + identity.value_or("?"))
+    if (before.empty() && isOn()) earlier_ = identities_;
+    if (calls && call != "cancelled" &&
+        (call != "success " + identity.value_or("?") || std::stoi(call.substr(17)) <= earlier_))
       return "another identity";
     if (calls) reach(call.substr(0, call.find(' ')));
     if (!isOn()) {
@@ -278,6 +293,8 @@ protected:
     }
     if (alert() && alert()->presentedViewController()) return "two alerts";
     if (moves()) return "";
+    if (step() == "ZVVerifiedViewController" && shell().backButton.lock()->alpha() > 0)
+      return "a way back from the end";
     const bool recorder = std::any_of(stack().begin(), stack().end(), [](const auto& screen) {
       return className(*screen) == "ZVLiveCameraViewController";
     });
@@ -322,7 +339,8 @@ protected:
   std::vector<std::string> trace_;
   std::vector<std::weak_ptr<UIViewController>> uploads_, awaited_; ///< all, and unanswered ones
   std::optional<std::string> identity_;
-  std::atomic<int> identities_ = 0;
+  std::atomic<int> identities_ = 0; ///< given out by the back end
+  int earlier_ = 0;                 ///< of them, when the run began
   bool dismissed_ = false;
   std::string seen_[5];
   std::map<std::string, int> reached_;
