@@ -39,6 +39,7 @@ TEST(Multipart, RefusesWhatIsNotFramedToTheLetter) {
            Case{"front", "fr\xffont", "UTF-8"},
            Case{side, "\"type\"", "twice"},
            Case{side, side + "\r\nContent-Type: text/plain", "only the file"},
+           Case{side, side + "\r\nContent-Type: ", "does not belong"},
            Case{"name=\"side\"", "name=\"side\"; filename=\"a\"", "last one"},
            Case{line + "--\r\n", line + "--\r\n\r\n", "closing"},
            Case{line + "\r\n", line + "X\r\n", "CR LF"},

@@ -80,7 +80,7 @@ Result<PartHead> readHead(std::string_view& rest) {
     if (line.find_first_of("\r\n") != npos) return fault("a header line does not end in CR LF");
     if (line.starts_with(disposition) && head.name.empty()) {
       if (auto error = readDisposition(line.substr(disposition.size()), head)) return *error;
-    } else if (line.starts_with(type) && head.contentType.empty()) {
+    } else if (line.starts_with(type) && line.size() > type.size() && head.contentType.empty()) {
       head.contentType = line.substr(type.size());
     } else {
       return fault("a part has a header line that does not belong there");
