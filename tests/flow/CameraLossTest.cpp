@@ -118,5 +118,17 @@ TEST_F(CameraLossTest, CameraThatComesLateIsTakenUp) {
   arrive("ZVVerifiedViewController");
 }
 
+TEST_F(CameraLossTest, CameraThatComesDuringATakeServesTheNext) {
+  cameras->front = nullptr;
+  open();
+  tap("recordButton");
+  time.advance(6); // the count-down is over, and nothing is filmed
+  cameras->front = front;
+  changeDevices();
+  time.advance(8);
+  EXPECT_EQ(top(), "ZVLiveCameraViewController");
+  record();
+}
+
 } // namespace
 } // namespace zuvi

@@ -210,9 +210,12 @@ void ZVLiveCameraViewController::updateTimer() {
     if (const auto label = recordLabel.lock())
       label->setText("00:0" + std::to_string(value + filmLength));
     if (value == -filmLength) {
-      if (videoOutput_) videoOutput_->stopRecording();
-      // Without a camera the delegate gets no end; the next tap starts again.
-      if (!videoOutput_) takeUnderWay_ = false;
+      // Without a camera, or with one that came too late for this take, the delegate gets no end;
+      // the next tap starts again.
+      if (videoOutput_ && videoOutput_->isRecording())
+        videoOutput_->stopRecording();
+      else
+        takeUnderWay_ = false;
     }
   }
 }
