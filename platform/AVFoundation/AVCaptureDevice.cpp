@@ -23,10 +23,6 @@ Installed& installed() {
 
 } // namespace
 
-DispatchQueue& CameraProvider::callbackQueue() {
-  return DispatchQueue::global();
-}
-
 AVCaptureDevice::AVCaptureDevice(std::shared_ptr<CameraProvider> provider,
                                  CameraDescription description)
     : provider_(std::move(provider)), description_(std::move(description)) {}

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <ZuviSDK/AVFoundation/AVCaptureDevice.h>
+#include <ZuviSDK/Dispatch/DispatchQueue.h>
 
 namespace zuvi {
 
 class CameraStream;
-class DispatchQueue;
 
 /// Where cameras and the permission to use them come from; install with
 /// `AVCaptureDevice::setProvider`. Any thread.
@@ -26,7 +26,7 @@ public:
   /// wait.
   virtual std::shared_ptr<CameraStream> open(const std::string& uniqueID) = 0;
   /// The platform queue on which an answer to `requestAccess` reaches the asker.
-  virtual DispatchQueue& callbackQueue();
+  virtual DispatchQueue& callbackQueue() { return DispatchQueue::global(); }
 };
 
 } // namespace zuvi
