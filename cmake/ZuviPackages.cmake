@@ -56,12 +56,13 @@ libpugixml-dev, librsvg2-dev, nlohmann-json3-dev")
 if(TARGET zuvi-sandbox OR TARGET zuvi-demo)
   list(APPEND CPACK_COMPONENTS_ALL tools)
   set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME zuvisdk-tools)
-  set(CPACK_DEBIAN_TOOLS_DESCRIPTION "identity-verification kit: local back end and demo
-zuvi-sandbox answers in the verification service's place on this machine, and
-zuvi-demo is a small host program to try the kit with.")
+  set(CPACK_DEBIAN_TOOLS_DESCRIPTION "identity-verification kit: programs
+zuvi-verify runs one verification for a program in any language, zuvi-sandbox
+answers in the verification service's place on this machine, and zuvi-demo
+is a small host program to try the kit with.")
   set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
   set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
-  set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${same}") # the demo shows its resources
+  set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "${same}") # their windows show its resources
 endif()
 
 foreach(component IN LISTS CPACK_COMPONENTS_ALL)

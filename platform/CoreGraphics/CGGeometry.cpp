@@ -5,10 +5,6 @@
 
 namespace zuvi {
 
-CGRect CGRectInset(const CGRect& rect, double dx, double dy) {
-  return {rect.x + dx, rect.y + dy, rect.width - 2 * dx, rect.height - 2 * dy};
-}
-
 CGRect CGRectIntersection(const CGRect& a, const CGRect& b) {
   const double left = std::max(a.minX(), b.minX()), top = std::max(a.minY(), b.minY());
   const double right = std::min(a.maxX(), b.maxX()), bottom = std::min(a.maxY(), b.maxY());
@@ -26,11 +22,6 @@ CGRect CGRectUnion(const CGRect& a, const CGRect& b) {
 CGAffineTransform CGAffineTransform::rotation(double radians) {
   const double cosine = std::cos(radians), sine = std::sin(radians);
   return {cosine, sine, -sine, cosine, 0, 0};
-}
-
-CGAffineTransform CGAffineTransform::concatenating(const CGAffineTransform& n) const {
-  return {a * n.a + b * n.c, a * n.b + b * n.d,          c * n.a + d * n.c,
-          c * n.b + d * n.d, tx * n.a + ty * n.c + n.tx, tx * n.b + ty * n.d + n.ty};
 }
 
 std::optional<CGAffineTransform> CGAffineTransform::inverted() const {

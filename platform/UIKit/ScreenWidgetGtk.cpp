@@ -5,6 +5,7 @@
 #include "platform/QuartzCore/LayerRendererGsk.h"
 #include "platform/UIKit/AccessibilityTreeGtk.h"
 #include "platform/UIKit/ForeignWidgetGtk.h"
+#include "platform/UIKit/TextSizeGtk.h"
 #include "platform/UIKit/UIScreen.h"
 
 #include <utility>
@@ -255,21 +256,9 @@ void onActive(GtkWindow* window, GParamSpec*, gpointer widget) {
   if (widget == current) UIApplication::shared().setActive(gtk_window_is_active(window));
 }
 
-/// The desktop tells of larger text by a higher resolution of fonts.
-void onFontResolution(GtkSettings* settings, GParamSpec*, gpointer widget) {
-  int resolution = 0; // in 1/1024 dots an inch; negative: unknown
-  g_object_get(settings, "gtk-xft-dpi", &resolution, nullptr);
-  if (widget == current && resolution > 0)
-    UIScreen::main().setTextScale(resolution / (96.0 * 1024));
-}
-
 void root(GtkWidget* widget) {
   GTK_WIDGET_CLASS(zuvi_screen_widget_parent_class)->root(widget);
-  GtkSettings* settings = gtk_widget_get_settings(widget);
-  g_signal_handlers_disconnect_by_func(settings, gpointer(onFontResolution), widget);
-  g_signal_connect_object(settings, "notify::gtk-xft-dpi", G_CALLBACK(onFontResolution), widget,
-                          GConnectFlags(0));
-  onFontResolution(settings, nullptr, widget);
+  followTextSize(widget);
   GtkRoot* top = gtk_widget_get_root(widget);
   if (!GTK_IS_WINDOW(top)) return;
   g_signal_connect_object(top, "notify::is-active", G_CALLBACK(onActive), widget, GConnectFlags(0));

@@ -41,6 +41,7 @@ public:
   /// What shows the screen, and sets null before it goes. Null: nothing is drawn, and what windows
   /// had presented is dismissed, as nobody can leave it any more.
   void setSurface(ScreenSurface* surface);
+  bool hasSurface() const { return surface_ != nullptr; }
   /// The person's wish for larger text; kept between 1 and `largestText`.
   void setTextScale(double scale);
   static constexpr double largestText = 1.5; ///< times the fonts' own sizes

@@ -24,7 +24,14 @@ std::string& ZVEndpoints::chatDomain() {
   return domain;
 }
 
+static std::string authorities;
+
+const std::string& ZVEndpoints::additionalAuthorities() {
+  return authorities;
+}
+
 void ZVEndpoints::setAdditionalAuthorities(const std::string& pemFile) {
+  authorities = pemFile;
   URLSession::setAdditionalAuthorities(pemFile);
 }
 

@@ -70,10 +70,12 @@ void ZVKYCHelper::success() {
   const auto id = own ? own : tempIdentity;
   if (!id) return;
   if (const auto listener = delegate()) listener->zvKYCLoginSuccess(*id);
+  if (const auto call = ended) call(id); // a copy: it may remove itself
 }
 
 void ZVKYCHelper::cancelled() {
   if (const auto listener = delegate()) listener->zvKYCLoginCancelled();
+  if (const auto call = ended) call(std::nullopt);
 }
 
 } // namespace zuvi

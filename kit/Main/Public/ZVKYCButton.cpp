@@ -1,16 +1,13 @@
 #include <ZuviSDK/ZVKYCButton.h>
 
-#include <ZuviSDK/Foundation/Print.h>
 #include <ZuviSDK/UIKit/UIImageView.h>
 #include <ZuviSDK/UIKit/UILabel.h>
 #include <ZuviSDK/ZVKYC.h>
 #include "kit/Helper/Palette.h"
-#include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
-#include "kit/Helper/ZVMixpanelEvents.h"
+#include "kit/Main/Private/Launch.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
-#include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/CoreText/TextLayout.h"
 
 #include <algorithm>
@@ -101,17 +98,7 @@ void ZVKYCButton::describe(Value::Dictionary& description) const {
 }
 
 void ZVKYCButton::tapAction() {
-  ZVKYCHelper& helper = ZVKYCHelper::instance();
-  if (!*helper.clinetId) {
-    print("Please register with your client ID in AppDelegate. ([ZVZuvi "
-          "registerWithToken:'clientID'])");
-    return;
-  }
-  ZVAnalyticsManager::track(MixpanelEvent::zuviButtonClicked);
-  const auto shell = make<ZVRootViewController>();
-  helper.rootVC = shell;
-  if (helper.identity()) shell->isOnlyFaceScan = true;
-  if (const auto current = zvKYCCurrentViewController()) current->present(shell, true);
+  if (canLaunch()) launch(true);
 }
 
 /// Before registration there is only the system's font.

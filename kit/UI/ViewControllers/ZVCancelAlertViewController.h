@@ -30,10 +30,12 @@ public:
   /// Does the same as the continue button.
   bool accessibilityPerformEscape() override;
 
+  /// The person leaves.
+  void cancelButtonTap();
+
 private:
   std::string announcement() const override;
   void continueButtonTap();
-  void cancelButtonTap();
 };
 
 } // namespace zuvi

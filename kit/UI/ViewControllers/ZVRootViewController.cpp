@@ -247,6 +247,16 @@ void ZVRootViewController::closeButtonTap() {
   ZVAnalyticsManager::track(MixpanelEvent::zuviCancelButtonClicked);
 }
 
+void ZVRootViewController::closeRequested() {
+  const auto above = presentedViewController();
+  if (const auto alert = std::dynamic_pointer_cast<ZVCancelAlertViewController>(above)) {
+    alert->cancelButtonTap();
+    return;
+  }
+  if (above) dismiss(false); // a message of the support
+  closeButtonTap();
+}
+
 bool ZVRootViewController::accessibilityPerformEscape() {
   if (showBackButton)
     backButtonTap();

@@ -67,6 +67,10 @@ public:
   /// Goes back where the back button is shown, else does the same as the close button.
   bool accessibilityPerformEscape() override;
 
+  /// The desktop asks to close the flow's window. Like the close button, except that a second time
+  /// the person leaves.
+  void closeRequested();
+
   void cancelAction() override;
   void received(const LiveChatMessage& message) override;
   void handleURL(const URL& url) override;

@@ -20,6 +20,8 @@ struct ZUVI_API ZVEndpoints {
   /// A file of certificate authorities (PEM) to trust in addition to the system's, for all later
   /// requests of the kit. Empty: none.
   static void setAdditionalAuthorities(const std::string& pemFile);
+  /// The file that was set; empty: none.
+  ZUVI_HIDDEN static const std::string& additionalAuthorities();
 };
 
 } // namespace zuvi

@@ -1,8 +1,10 @@
 #pragma once
 
 /// @namespace zuvi
-/// Everything that a host uses is in this namespace. `ZVKYC` registers the host, `ZVKYCButton`
-/// starts the flow, `ZVKYCDelegate` gets its result. `LiveChat` is the support chat,
+/// Everything that a host uses is in this namespace. `ZVKYC` registers the host, `launchButtonNew`
+/// makes a button that starts the flow in a window, `verify` starts it without that button. In a
+/// panel or a kiosk `screenWidgetNew` shows the flow, `ZVKYCButton` starts it and `ZVKYCDelegate`
+/// gets its result. `LiveChat` is the support chat,
 /// `HostCameraProvider` replaces the machine's cameras. `ZuviUI.h` has the classes for screens of
 /// the host's own, such as `UIView` and `UIViewController`.
 ///
@@ -10,6 +12,7 @@
 /// weakly: the host keeps them alive.
 
 // The flow: registration, button, result, addresses of its services.
+#include <ZuviSDK/Verification.h>
 #include <ZuviSDK/ZVEndpoints.h>
 #include <ZuviSDK/ZVKYC.h>
 #include <ZuviSDK/ZVKYCButton.h>

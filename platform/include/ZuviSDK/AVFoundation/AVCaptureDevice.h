@@ -46,7 +46,7 @@ public:
 
   /// Whether the cameras that were there at the beginning are known by now; finding out takes a
   /// moment, or long on a machine whose drivers or services are slow.
-  ZUVI_API static bool areDevicesKnown();
+  static bool areDevicesKnown();
 
   /// Where cameras come from; null: the machine's own (`SystemCameraProvider`), which is also what
   /// holds at start. Devices, inputs and sessions made before keep the provider that they had.

@@ -60,7 +60,9 @@ struct CGRect {
 };
 
 /// The rectangle with `dx` taken off left and right, `dy` off top and bottom.
-ZUVI_API CGRect CGRectInset(const CGRect& rect, double dx, double dy);
+inline CGRect CGRectInset(const CGRect& rect, double dx, double dy) {
+  return {rect.x + dx, rect.y + dy, rect.width - 2 * dx, rect.height - 2 * dy};
+}
 /// Empty when they do not overlap.
 CGRect CGRectIntersection(const CGRect& a, const CGRect& b);
 /// The smallest rectangle that holds both; an empty one adds nothing.
@@ -94,7 +96,10 @@ struct CGAffineTransform {
   /// Whether it changes nothing at all.
   bool isIdentity() const { return *this == CGAffineTransform{}; }
   /// First this one, then `next`.
-  ZUVI_API CGAffineTransform concatenating(const CGAffineTransform& next) const;
+  CGAffineTransform concatenating(const CGAffineTransform& n) const {
+    return {a * n.a + b * n.c, a * n.b + b * n.d,          c * n.a + d * n.c,
+            c * n.b + d * n.d, tx * n.a + ty * n.c + n.tx, tx * n.b + ty * n.d + n.ty};
+  }
   /// Absent when the transform flattens the plane.
   std::optional<CGAffineTransform> inverted() const;
   /// Where the point goes.

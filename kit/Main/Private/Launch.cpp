@@ -1,0 +1,28 @@
+#include "kit/Main/Private/Launch.h"
+
+#include <ZuviSDK/Foundation/Print.h>
+#include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVExtensions.h"
+#include "kit/Helper/ZVMixpanelEvents.h"
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "kit/UI/ViewControllers/ZVRootViewController.h"
+
+namespace zuvi {
+
+bool canLaunch() {
+  if (*ZVKYCHelper::instance().clinetId) return true;
+  print("Please register with your client ID in AppDelegate. ([ZVZuvi "
+        "registerWithToken:'clientID'])");
+  return false;
+}
+
+void launch(bool animated) {
+  ZVKYCHelper& helper = ZVKYCHelper::instance();
+  ZVAnalyticsManager::track(MixpanelEvent::zuviButtonClicked);
+  const auto shell = make<ZVRootViewController>();
+  helper.rootVC = shell;
+  if (helper.identity()) shell->isOnlyFaceScan = true;
+  if (const auto screen = zvKYCCurrentViewController()) screen->present(shell, animated);
+}
+
+} // namespace zuvi

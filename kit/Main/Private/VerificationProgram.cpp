@@ -1,0 +1,39 @@
+#include "kit/Main/Private/VerificationProgram.h"
+
+#include <ZuviSDK/ZVEndpoints.h>
+#include "kit/Main/Private/ZVKYCHelper.h"
+#include "platform/Foundation/JSONSerialization.h"
+#include "platform/Foundation/ProcessInfo.h"
+
+#include <filesystem>
+
+namespace zuvi {
+
+std::vector<std::string> locateProgram(std::vector<std::string> command) {
+  if (command.empty() || command.front().find('/') != std::string::npos) return command;
+  const std::filesystem::path code =
+      ProcessInfo::folderOfCode(reinterpret_cast<const void*>(&locateProgram));
+  for (const char* bin : {".", "../bin", "../../bin"}) { // the last from lib/ARCHITECTURE
+    const auto program = code / bin / command.front();
+    std::error_code none;
+    if (!std::filesystem::is_regular_file(program, none)) continue;
+    command.front() = program.string();
+    break;
+  }
+  return command;
+}
+
+std::string verificationInput() {
+  const ZVKYCHelper& helper = ZVKYCHelper::instance();
+  Value::Dictionary input{{"client-id", helper.clinetId->value_or("")},
+                          {"server", ZVEndpoints::serverURL()},
+                          {"tracking", ZVEndpoints::trackingURL()},
+                          {"chat-template", ZVEndpoints::chatTemplateURL()}};
+  if (const auto metadata = helper.metadata()) input["metadata"] = *metadata;
+  if (const auto identity = helper.identity()) input["identity"] = *identity;
+  if (const auto& file = ZVEndpoints::additionalAuthorities(); !file.empty()) input["ca"] = file;
+  const auto json = JSONSerialization::data(input);
+  return json ? json->string() : "{}";
+}
+
+} // namespace zuvi

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zuvi {
+
+/// The command with its program's path: a name without "/" is looked for where the kit's programs
+/// are installed, seen from the library. What is not found there is left to PATH.
+std::vector<std::string> locateProgram(std::vector<std::string> command);
+
+/// Client id, metadata, identity and addresses of this process, as `zuvi-verify --input` reads
+/// them.
+std::string verificationInput();
+
+} // namespace zuvi
