@@ -5,15 +5,11 @@
 #include <ZuviSDK/LiveChatMessage.h>
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include <ZuviSDK/UIKit/UIImage.h>
-#include <ZuviSDK/ZVEndpoints.h>
-#include "demo/core/DemoCameras.h"
+#include "demo/core/HostSetup.h"
 #include "platform/Foundation/FileManager.h"
-#include "platform/ImageIO/ImageFile.h"
-#include "platform/UIKit/ScreenPicture.h"
 #include "platform/UIKit/URLOpener.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <utility>
 
 namespace zuvi::demo {
@@ -32,11 +28,7 @@ std::string Demo::start(std::function<void(int)> finished) {
   finished_ = std::move(finished);
   if (options_.events && !log_.open(*options_.events))
     return *options_.events + " can't be written";
-  if (options_.pictures) {
-    std::error_code failed;
-    std::filesystem::create_directories(*options_.pictures, failed);
-    if (failed) return *options_.pictures + " can't be made";
-  }
+  if (const std::string problem = preparePictures(options_); !problem.empty()) return problem;
   Bundle::main().setInfoDictionary(
       {{"CFBundleVersion", "1"}, {"CFBundleShortVersionString", "1.0"}});
   // A script is followed also where there is no desktop, and leaves no browsers open behind it.
@@ -48,24 +40,13 @@ std::string Demo::start(std::function<void(int)> finished) {
       },
       [driven](const URL& url) { return driven ? anyMachineOpens(url) : desktopCanOpen(url); });
 
-  if (options_.server) ZVEndpoints::serverURL() = *options_.server;
-  if (options_.tracking) ZVEndpoints::trackingURL() = *options_.tracking;
-  if (options_.chatTemplate) ZVEndpoints::chatTemplateURL() = *options_.chatTemplate;
-  if (options_.authorities) ZVEndpoints::setAdditionalAuthorities(*options_.authorities);
-  installCameras(options_);
-
   host_ = make<HostViewController>();
   host_->onOutcome = [this](const std::string& call, const std::optional<std::string>& id) {
     outcomes_++;
     log_.outcome(call, id);
   };
   ZVKYC::instance().delegate = host_;
-  ZVKYC::instance().identityId = options_.identity;
-  if (options_.clientId) {
-    std::optional<Value::Dictionary> metadata;
-    if (!options_.metadata.empty()) metadata = options_.metadata;
-    ZVKYC::registerWithClientId(*options_.clientId, metadata);
-  }
+  setUpKit(options_);
 
   window_ = make<UIWindow>();
   window_->setRootViewController(host_);
@@ -101,12 +82,10 @@ void Demo::configureChat() const {
 }
 
 std::string Demo::startDriver() {
-  const auto text = FileManager::contents(*options_.drive);
-  auto parsed = parseDriveScript(text ? text->string() : "");
-  if (const auto* problem = std::get_if<std::string>(&parsed))
-    return *options_.drive + ":" + *problem;
+  auto parsed = readDrive(options_);
+  if (const auto* problem = std::get_if<std::string>(&parsed)) return *problem;
   Driver::Hooks hooks;
-  hooks.picture = [this](const std::string& name) { return writePicture(name); };
+  hooks.picture = [this](const std::string& name) { return writePicture(options_, name); };
   hooks.outcomes = [this] { return outcomes_; };
   hooks.done = [this](const std::string& failure) {
     if (!failure.empty()) std::fprintf(stderr, "%s\n", failure.c_str());
@@ -116,13 +95,6 @@ std::string Demo::startDriver() {
                   std::move(hooks));
   driver_->start();
   return "";
-}
-
-bool Demo::writePicture(const std::string& name) const {
-  if (!options_.pictures) return true; // nobody asked for pictures
-  const auto picture = pictureOfScreen();
-  return picture && FileManager::writeAtomically(*options_.pictures + "/" + name + ".png",
-                                                 encodePNG(*picture).view());
 }
 
 } // namespace zuvi::demo

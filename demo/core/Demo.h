@@ -30,7 +30,6 @@ private:
   std::string startDriver();
   bool showCardReview();
   void configureChat() const;
-  bool writePicture(const std::string& name) const;
 
   Options options_;
   EventLog log_;

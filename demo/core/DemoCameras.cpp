@@ -46,7 +46,7 @@ void installCameras(const Options& options) {
     return install(cameras);
   }
   if (options.cameras == Cameras::Drawn) return install(drawnCameras());
-  drawWhereThereIsNone();
+  if (options.program == Program::Demo) drawWhereThereIsNone();
 }
 
 } // namespace zuvi::demo

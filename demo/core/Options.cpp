@@ -3,13 +3,17 @@
 #include <ZuviSDK/Foundation/URL.h>
 #include "platform/Foundation/Decimal.h"
 #include "platform/Foundation/FileManager.h"
+#include "platform/Foundation/JSONSerialization.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <functional>
 
 namespace zuvi::demo {
 
 namespace {
+
+constexpr std::size_t largestInput = 1 << 20; // bytes
 
 /// Each reader stores the value and gives an empty text, or says what is wrong with it.
 using Reader = std::function<std::string(Options&, const std::string&)>;
@@ -109,10 +113,13 @@ std::string readTextScale(Options& options, const std::string& value) {
   return scale >= 0.5 && scale <= 4 ? "" : "is no number from 0.5 to 4";
 }
 
+std::string readInput(Options& options, const std::string& value);
+
 struct Known {
   std::string name, value;
   Reader read;
   std::string help;
+  bool onlyDemo = false;
 };
 
 const std::vector<Known>& known() {
@@ -120,6 +127,8 @@ const std::vector<Known>& known() {
       {"--client-id", "ID", text(&Options::clientId), "register with it"},
       {"--metadata", "KEY=VALUE", readMetadata, "an entry of the identity, may be repeated"},
       {"--identity", "ID", text(&Options::identity), "an identity made before"},
+      {"--input", "FILE", readInput,
+       "options as a JSON object, e.g. {\"client-id\": \"ID\"}; - reads standard input"},
       {"--server", "ADDRESS", readServer, "of the back end; ends in /"},
       {"--tracking", "ADDRESS", address(&Options::tracking), "where events go"},
       {"--ca", "FILE", readableFile(&Options::authorities), "further authorities to trust"},
@@ -128,8 +137,7 @@ const std::vector<Known>& known() {
       {"--chat-group", "ID", text(&Options::chatGroup), "whom the visitor reaches"},
       {"--chat-name", "NAME", text(&Options::chatName), "of the visitor"},
       {"--chat-email", "ADDRESS", text(&Options::chatEmail), "of the visitor"},
-      {"--cameras", "real|drawn", readCameras,
-       "this machine's (drawn ones where it has none), or drawn ones"},
+      {"--cameras", "real|drawn", readCameras, "this machine's, or drawn ones"},
       {"--front-camera", "SOURCE", camera(&Options::frontCamera),
        "none, simulated, or a device, picture or film"},
       {"--back-camera", "SOURCE", camera(&Options::backCamera), "the same"},
@@ -137,31 +145,78 @@ const std::vector<Known>& known() {
        "authorized, denied, restricted, grant or refuse"},
       {"--screen", "WxH@SCALE", readScreen, "its size in points (375x812@2)"},
       {"--text-scale", "NUMBER", readTextScale, "of the desktop's text"},
-      {"--show", "card-review", readScreenName, "the review of --picture"},
-      {"--picture", "FILE", readableFile(&Options::picture), "of a document"},
+      {"--show", "card-review", readScreenName, "the review of --picture", true},
+      {"--picture", "FILE", readableFile(&Options::picture), "of a document", true},
       {"--drive", "FILE", readableFile(&Options::drive), "a script that taps through the flow"},
       {"--pictures", "DIR", text(&Options::pictures), "where the script's pictures go"},
-      {"--events", "FILE", text(&Options::events), "what happens, a JSON object a line"},
+      {"--events", "FILE", text(&Options::events), "what happens, a JSON object a line", true},
   };
   return options;
 }
 
+const Known* find(const std::string& name, Program program) {
+  const auto option = std::ranges::find(known(), name, &Known::name);
+  const bool found = option != known().end() && (program == Program::Demo || !option->onlyDemo);
+  return found ? &*option : nullptr;
+}
+
+std::optional<std::string> contentsOf(const std::string& file) {
+  if (file != "-") {
+    const auto data = FileManager::contents(file);
+    return data ? std::optional(data->string()) : std::nullopt;
+  }
+  std::string text;
+  for (int byte = 0; text.size() <= largestInput && (byte = std::getchar()) != EOF;)
+    text += char(byte);
+  return text;
+}
+
+/// Problems name an option, not its value, which may be personal.
+std::string readInput(Options& options, const std::string& file) {
+  const auto text = contentsOf(file);
+  if (!text || text->size() > largestInput) return "can't be read";
+  const auto json = JSONSerialization::jsonObject(*text);
+  if (!json || !json->dictionary()) return "is no JSON object";
+  for (const auto& [name, value] : *json->dictionary()) {
+    if (name == "metadata" && value.dictionary()) {
+      for (const auto& [key, entry] : *value.dictionary())
+        options.metadata[key] = entry;
+      continue;
+    }
+    const Known* option = find("--" + name, options.program);
+    if (!option || option->name == "--input") return "there is no option " + name;
+    if (!value.string()) return name + " is no text";
+    if (const std::string problem = option->read(options, *value.string()); !problem.empty())
+      return name + " " + problem;
+  }
+  return {};
+}
+
+/// Options without a value.
+bool Options::*flag(const std::string& name) {
+  if (name == "--offscreen") return &Options::offscreen;
+  if (name == "--full-screen") return &Options::fullScreen;
+  return nullptr;
+}
+
 } // namespace
 
-std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments) {
+std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments,
+                                                Program program) {
   Options options;
+  options.program = program;
   for (std::size_t i = 0; i < arguments.size(); i++) {
     const std::string& name = arguments[i];
-    if (name == "--offscreen") {
-      options.offscreen = true;
+    if (const auto field = flag(name)) {
+      options.*field = true;
       continue;
     }
     if (name == "--help") {
       options.help = true;
       return options;
     }
-    const auto option = std::ranges::find(known(), name, &Known::name);
-    if (option == known().end()) return "there is no option " + name + "; --help lists them";
+    const Known* option = find(name, program);
+    if (!option) return "there is no option " + name + "; --help lists them";
     if (i + 1 == arguments.size()) return name + " lacks its value";
     const std::string& value = arguments[++i];
     if (const std::string problem = option->read(options, value); !problem.empty())
@@ -172,14 +227,19 @@ std::variant<Options, std::string> parseOptions(const std::vector<std::string>& 
   return options;
 }
 
-std::string usage() {
-  std::string text = "zuvi-demo: a host of the kit to try it with\n\n";
+std::string usage(Program program) {
+  std::string text = program == Program::Demo
+                         ? "zuvi-demo: a host of the kit to try it with\n\n"
+                         : "zuvi-verify: runs one verification and prints what happens, a JSON "
+                           "object a line\n\n"
+                           "Exit status: 0 verified, 3 cancelled, 1 failed, 2 wrong use\n\n";
   const auto add = [&text](std::string name, const std::string& help) {
     name.resize(27, ' ');
     text += "  " + name + help + "\n";
   };
   for (const Known& option : known())
-    add(option.name + " " + option.value, option.help);
+    if (find(option.name, program)) add(option.name + " " + option.value, option.help);
+  add("--full-screen", "the window fills the display");
   add("--offscreen", "no window: the script looks at pictures in memory");
   return text;
 }

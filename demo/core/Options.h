@@ -11,14 +11,17 @@
 
 namespace zuvi::demo {
 
+enum class Program { Demo, Verify };
+
 /// Which cameras are used where none is named.
 enum class Cameras {
-  Real,  ///< the machine's own, and drawn ones where it has none
+  Real,  ///< the machine's own; the demo takes drawn ones where it has none
   Drawn, ///< moving scenes
 };
 
 /// What the command line asks for.
 struct Options {
+  Program program = Program::Demo;
   std::optional<std::string> clientId; ///< absent: the host never registers
   Value::Dictionary metadata;
   std::optional<std::string> identity;
@@ -30,6 +33,7 @@ struct Options {
   CGSize screen{375, 812};
   std::optional<double> textScale;
   double scale = 2;
+  bool fullScreen = false;
   bool offscreen = false;
   bool help = false; ///< asked for, and nothing else looked at
   std::optional<std::string> drive, pictures, events;
@@ -38,9 +42,10 @@ struct Options {
 };
 
 /// The options, or in one line what is wrong with them. `arguments` without the program's name.
-std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments);
+std::variant<Options, std::string> parseOptions(const std::vector<std::string>& arguments,
+                                                Program program = Program::Demo);
 
-/// All options, one a line.
-std::string usage();
+/// The program's options, one a line.
+std::string usage(Program program = Program::Demo);
 
 } // namespace zuvi::demo

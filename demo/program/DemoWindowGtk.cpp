@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/Dispatch/MainLoop.h>
 #include <ZuviSDK/UIKit/ScreenWidget.h>
+#include "demo/core/Toolkit.h"
 
 #include <cstdio>
 
@@ -17,11 +18,8 @@ void onFirstFrame(GdkFrameClock* clock, gpointer) {
 
 } // namespace
 
-bool openWindow(CGSize size, std::optional<double> textScale) {
-  g_set_prgname("zuvi-demo"); // screen readers name the program so
-  if (!gtk_init_check()) return false;
-  if (textScale)
-    g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", int(*textScale * 96 * 1024), nullptr);
+bool openWindow(CGSize size, bool fullScreen, std::optional<double> textScale) {
+  if (!startToolkit("zuvi-demo", textScale)) return false;
   GtkWidget* window = gtk_window_new();
   gtk_window_set_title(GTK_WINDOW(window), "Harbour Rentals");
   gtk_window_set_default_size(GTK_WINDOW(window), int(size.width), int(size.height));
@@ -31,6 +29,7 @@ bool openWindow(CGSize size, std::optional<double> textScale) {
                      return TRUE;
                    }),
                    nullptr);
+  if (fullScreen) gtk_window_fullscreen(GTK_WINDOW(window));
   gtk_window_present(GTK_WINDOW(window));
   GdkFrameClock* clock = gdk_surface_get_frame_clock(gtk_native_get_surface(GTK_NATIVE(window)));
   g_signal_connect(clock, "after-paint", G_CALLBACK(onFirstFrame), nullptr);

@@ -23,7 +23,7 @@ int main(int argc, char** argv) { // NOLINT(bugprone-exception-escape): out of m
   if (options.offscreen) {
     memory.emplace(options.screen, options.scale);
     UIScreen::main().setTextScale(options.textScale.value_or(1));
-  } else if (!demo::openWindow(options.screen, options.textScale)) {
+  } else if (!demo::openWindow(options.screen, options.fullScreen, options.textScale)) {
     std::fprintf(stderr, "zuvi-demo: there is no display; --offscreen runs without one\n");
     return 2;
   }
