@@ -28,7 +28,7 @@ std::string Demo::start(std::function<void(int)> finished) {
   finished_ = std::move(finished);
   if (options_.events && !log_.open(*options_.events))
     return *options_.events + " can't be written";
-  if (const std::string problem = preparePictures(options_); !problem.empty()) return problem;
+  if (std::string problem = preparePictures(options_); !problem.empty()) return problem;
   Bundle::main().setInfoDictionary(
       {{"CFBundleVersion", "1"}, {"CFBundleShortVersionString", "1.0"}});
   // A script is followed also where there is no desktop, and leaves no browsers open behind it.

@@ -49,8 +49,7 @@ ScreenWindow::ScreenWindow(GtkWindow* parent, const std::string& title, Shape sh
   gtk_window_set_child(window_, screen);
   gtk_window_set_focus(window_, screen); // else the window moves it there as by a Tab
   const bool isSmall = display.width < smallWidth || display.height < smallHeight;
-  if (shape.fullScreen || (display.width > 0 && isSmall))
-    gtk_window_fullscreen(window_);
+  if (shape.fullScreen || (display.width > 0 && isSmall)) gtk_window_fullscreen(window_);
   g_signal_connect(window_, "close-request", G_CALLBACK(+[](GtkWindow*, gpointer self) -> gboolean {
                      const auto action = static_cast<ScreenWindow*>(self)->onCloseRequest;
                      if (action) action();
