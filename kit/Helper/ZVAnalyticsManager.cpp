@@ -13,6 +13,7 @@
 #include <cmath>
 #include <limits>
 #include <sys/utsname.h>
+#include <utility>
 
 namespace zuvi {
 
@@ -58,7 +59,13 @@ Value::Dictionary normalized(const Value::Dictionary& properties) {
   return result;
 }
 
+ZVAnalyticsManager::Listener currentListener;
+
 } // namespace
+
+void ZVAnalyticsManager::setListener(Listener listener) {
+  currentListener = std::move(listener);
+}
 
 void ZVAnalyticsManager::track(const std::optional<std::string>& event,
                                const std::optional<Value::Dictionary>& properties) {
@@ -107,6 +114,7 @@ void ZVAnalyticsManager::sendMixpanelEvent(const std::string& event,
     else
       all[key] = value;
   }
+  if (currentListener) currentListener(event, all);
   sendMixapnelRequest({{"properties", std::move(all)}, {"event", event}});
 }
 

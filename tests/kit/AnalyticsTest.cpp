@@ -45,6 +45,22 @@ TEST_F(AnalyticsTest, EncodesWhatAQueryCanCarry) {
     EXPECT_FALSE(ZVJSONHandler::encodeAPIData(refused)) << refused.description();
 }
 
+TEST_F(AnalyticsTest, TellsTheHostWhatIsSent) {
+  std::string told;
+  Value::Dictionary properties;
+  ZVKYC::instance().eventListener = [&](const std::string& event, const Value::Dictionary& with) {
+    told += event;
+    properties = with;
+    ZVKYC::instance().eventListener = nullptr;
+  };
+  const auto sent = track("zuvi_first", Value::Dictionary{{"taps", 3}});
+  EXPECT_EQ(told, "zuvi_first");
+  EXPECT_EQ(stringValue(properties, "distinct_id"), stringValue(sent, "distinct_id"));
+  EXPECT_EQ(properties.size(), sent.size());
+  track("zuvi_second");
+  EXPECT_EQ(told, "zuvi_first");
+}
+
 TEST_F(AnalyticsTest, SendsTheWholeTable) {
   const test::ScopedEnvironment all("LC_ALL", std::nullopt);
   const test::ScopedEnvironment messages("LC_MESSAGES", std::nullopt);

@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/UIKit/UINib.h>
 #include <ZuviSDK/ZVKYCButton.h>
+#include "kit/Helper/ZVAnalyticsManager.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/Dispatch/AssertMainQueue.h"
@@ -17,6 +18,11 @@ namespace zuvi {
 
 ZVKYC::ZVKYC() : helper_(ZVKYCHelper::instance()) {
   helper_.connect({delegate, metadata, identityId}, make<ZVRootViewController>());
+  ZVAnalyticsManager::setListener(
+      [this](const std::string& event, const Value::Dictionary& properties) {
+        if (const auto listener = eventListener)
+          listener(event, properties); // it may replace itself
+      });
 }
 
 ZVKYC& ZVKYC::instance() {

@@ -4,6 +4,7 @@
 #include <ZuviSDK/Foundation/Value.h>
 #include <ZuviSDK/ZVKYCDelegate.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -36,6 +37,10 @@ public:
   /// An identity that the host already has. The delegate gets it at the end of a run; absent: the
   /// delegate gets the identity that was made in the run.
   std::optional<std::string> identityId;
+
+  /// Gets each user action that is counted, as it is sent to the tracking service: its name and
+  /// properties. Called on the main queue, before the request.
+  std::function<void(const std::string& event, const Value::Dictionary& properties)> eventListener;
 
   ZVKYC(const ZVKYC&) = delete;
   ZVKYC& operator=(const ZVKYC&) = delete;
