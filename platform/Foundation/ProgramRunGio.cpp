@@ -66,6 +66,7 @@ void runProgram(const std::vector<std::string>& command, const std::string& inpu
   g_subprocess_launcher_set_child_setup(
       launcher.get(), [](gpointer) { ::prctl(PR_SET_PDEATHSIG, SIGTERM); }, nullptr, nullptr);
   std::vector<const char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& part : command)
     arguments.push_back(part.c_str());
   arguments.push_back(nullptr);
