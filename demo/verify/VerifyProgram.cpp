@@ -4,6 +4,7 @@
 #include <ZuviSDK/LiveChat.h>
 #include "demo/core/HostSetup.h"
 #include "kit/Main/Private/VerificationRun.h"
+#include "kit/Main/Private/ZVKYCMerchant.h"
 
 #include <utility>
 
@@ -11,7 +12,9 @@ namespace zuvi::demo {
 
 namespace {
 
-constexpr double timeToEnd = 5; // seconds, for the flow to slide away
+constexpr double timeToEnd = 5;   // seconds, for the flow to slide away
+constexpr double timeToSend = 1;  // seconds
+constexpr double longestWait = 5; // seconds, for the merchant
 
 struct Ending {
   const char* name;
@@ -34,7 +37,11 @@ Ending endingOf(Verification::Result result) {
 
 std::string VerifyProgram::start(std::function<void(int)> finished) {
   finished_ = std::move(finished);
-  if (std::string problem = preparePictures(options_); !problem.empty()) return problem;
+  std::string problem = preparePictures(options_);
+  if (problem.empty() && options_.drive) problem = readScript();
+  if (!problem.empty()) return problem;
+  merchantObserver_ = NotificationCenter::defaultCenter().observe(
+      merchantUpdatedNotification, [this](const Notification&) { begin(); });
   setUpKit(options_);
   LiveChat::groupId = options_.chatGroup;
   LiveChat::name = options_.chatName;
@@ -43,12 +50,19 @@ std::string VerifyProgram::start(std::function<void(int)> finished) {
     if (!name.empty() && name != "VerificationRun")
       output_.write({{"event", "screen"}, {"name", name}});
   });
-  VerificationRun::start(nullptr, {options_.screen, options_.fullScreen},
-                         [this](const Verification& verification) { end(verification); });
-  return options_.drive ? startDriver() : "";
+  DispatchQueue::main().asyncAfter(longestWait, [this] { begin(); });
+  return problem;
 }
 
-std::string VerifyProgram::startDriver() {
+/// The first screen has the merchant's colour and language only if they are known by then.
+void VerifyProgram::begin() {
+  if (std::exchange(begun_, true)) return;
+  VerificationRun::start(nullptr, {options_.screen, options_.fullScreen},
+                         [this](const Verification& verification) { end(verification); });
+  if (driver_) driver_->start();
+}
+
+std::string VerifyProgram::readScript() {
   auto parsed = readDrive(options_);
   if (const auto* problem = std::get_if<std::string>(&parsed)) return *problem;
   Driver::Hooks hooks;
@@ -64,17 +78,19 @@ std::string VerifyProgram::startDriver() {
   };
   driver_.emplace(*options_.drive, std::get<std::vector<DriveCommand>>(std::move(parsed)),
                   std::move(hooks));
-  driver_->start();
   return "";
 }
 
 void VerifyProgram::end(const Verification& verification) {
+  if (std::exchange(hasEnded_, true)) return;
   const Ending ending = endingOf(verification.result);
   Value::Dictionary event{{"event", "outcome"}, {"result", ending.name}};
   if (!verification.identityId.empty()) event["identityId"] = verification.identityId;
   if (!verification.problem.empty()) event["problem"] = verification.problem;
   output_.write(event);
-  finished_(ending.exitStatus);
+  // The last event is still on its way.
+  DispatchQueue::main().asyncAfter(timeToSend,
+                                   [this, status = ending.exitStatus] { finished_(status); });
 }
 
 } // namespace zuvi::demo

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ZuviSDK/Foundation/NotificationCenter.h>
 #include <ZuviSDK/Verification.h>
 #include "demo/core/Driver.h"
 #include "demo/core/Options.h"
@@ -21,7 +22,8 @@ public:
   std::string start(std::function<void(int exitStatus)> finished);
 
 private:
-  std::string startDriver();
+  std::string readScript();
+  void begin();
   void end(const Verification& verification);
 
   Options options_;
@@ -29,6 +31,8 @@ private:
   std::function<void(int)> finished_;
   std::optional<ScreenWatcher> watcher_;
   std::optional<Driver> driver_;
+  NotificationObserver merchantObserver_;
+  bool begun_ = false, hasEnded_ = false;
 };
 
 } // namespace zuvi::demo

@@ -15,7 +15,7 @@ with subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE, te
         event = json.loads(line)
         if event["event"] == "screen":
             print("now on", event["name"])
-        else:
+        elif event["event"] == "outcome":
             outcome = event
 print(outcome["result"], outcome.get("identityId") or outcome.get("problem") or "")
 sys.exit(program.returncode)

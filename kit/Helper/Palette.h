@@ -16,6 +16,7 @@ public:
   /// From a property list; a file that is missing or has another form gives no colours.
   explicit Palette(const std::optional<std::string>& path);
 
+  bool isEmpty() const { return colors_.empty(); }
   /// Absent when no colour has that name.
   std::optional<UIColor> color(const std::string& name) const;
 

@@ -23,6 +23,7 @@ public:
   /// From a property list; a file that is missing or has another form gives no texts.
   explicit ZVLocalizationManager(const std::optional<std::string>& path);
 
+  bool isEmpty() const { return plist_.empty(); }
   /// The text of `key` in the merchant's language, else in English; absent when neither has one.
   std::optional<std::string> text(const std::string& key) const;
   /// The same, else the key itself.

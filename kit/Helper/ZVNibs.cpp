@@ -15,9 +15,12 @@ namespace zuvi {
 namespace {
 
 std::optional<std::string> nibValue(const std::string& attribute, const std::string& name) {
+  // Where a file is missing the screens can still be used; a name missing in it is our mistake.
+  const ZVLocalizationManager& texts = ZVLocalizationManager::shared();
+  const Palette& palette = Palette::shared();
   for (const char* ofText : {"text", "title", "label", "placeholder"})
-    if (attribute == ofText) return ZVLocalizationManager::shared().text(name);
-  const auto color = Palette::shared().color(name);
+    if (attribute == ofText) return texts.isEmpty() ? name : texts.text(name);
+  const auto color = palette.isEmpty() ? paletteColor(name) : palette.color(name);
   return color ? std::optional(textFromColor(*color)) : std::nullopt;
 }
 

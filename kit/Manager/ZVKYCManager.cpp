@@ -25,7 +25,8 @@ Value::Dictionary metadataFields() {
 
 /// No request could follow one with blanks, line breaks or the like: they go into its address.
 bool isUsableId(const std::string& id) {
-  return URL::fromString("https://localhost/" + id).has_value();
+  return id.find_first_of("/?#") == std::string::npos &&
+         URL::fromString("https://localhost/" + id).has_value();
 }
 
 /// Reads the answer to a request that makes an object with an id.

@@ -36,8 +36,11 @@ void readLine(Run* run);
 
 void onLine(GObject*, GAsyncResult* result, gpointer data) {
   auto* run = static_cast<Run*>(data);
-  char* text = g_data_input_stream_read_line_finish(run->output.get(), result, nullptr, nullptr);
-  if (!text) { // the last one, or one that can't be read
+  GError* error = nullptr;
+  char* text = g_data_input_stream_read_line_finish(run->output.get(), result, nullptr, &error);
+  if (!text) {
+    if (error) g_subprocess_force_exit(run->program.get());
+    g_clear_error(&error);
     g_subprocess_wait_async(run->program.get(), nullptr, onEnd, run);
     return;
   }
@@ -48,7 +51,8 @@ void onLine(GObject*, GAsyncResult* result, gpointer data) {
 }
 
 void readLine(Run* run) {
-  g_data_input_stream_read_line_async(run->output.get(), G_PRIORITY_DEFAULT, nullptr, onLine, run);
+  // Below drawing: a program may print without pause.
+  g_data_input_stream_read_line_async(run->output.get(), G_PRIORITY_LOW, nullptr, onLine, run);
 }
 
 void onWritten(GObject* pipe, GAsyncResult* result, gpointer kept) {

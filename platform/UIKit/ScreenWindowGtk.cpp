@@ -13,7 +13,8 @@ constexpr int roomForBars = 96;                    // points, of the desktop's p
 
 /// The size of the display that shows `parent`, else of the first one.
 GdkRectangle displaySize(GtkWindow* parent) {
-  GdkDisplay* display = gdk_display_get_default();
+  GdkDisplay* display =
+      parent ? gtk_widget_get_display(GTK_WIDGET(parent)) : gdk_display_get_default();
   GdkSurface* surface = parent ? gtk_native_get_surface(GTK_NATIVE(parent)) : nullptr;
   GdkMonitor* monitor = surface ? gdk_display_get_monitor_at_surface(display, surface) : nullptr;
   GdkRectangle area{0, 0, 0, 0};
@@ -42,9 +43,13 @@ ScreenWindow::ScreenWindow(GtkWindow* parent, const std::string& title, Shape sh
   if (parent) {
     gtk_window_set_transient_for(window_, parent);
     gtk_window_set_destroy_with_parent(window_, TRUE);
-    // The host's application does not end before the window closes.
-    gtk_window_set_application(window_, gtk_window_get_application(parent));
+    gtk_window_set_modal(window_, gtk_window_get_modal(parent)); // else the parent takes the clicks
   }
+  // The host's application does not end before the window closes.
+  GApplication* running = g_application_get_default();
+  GtkApplication* application = parent ? gtk_window_get_application(parent) : nullptr;
+  if (!application && GTK_IS_APPLICATION(running)) application = GTK_APPLICATION(running);
+  if (application) gtk_window_set_application(window_, application);
   GtkWidget* screen = screenWidgetNew();
   gtk_window_set_child(window_, screen);
   gtk_window_set_focus(window_, screen); // else the window moves it there as by a Tab

@@ -10,7 +10,7 @@
 
 namespace zuvi {
 
-static void redraw(CALayer& layer) {
+void redraw(CALayer& layer) {
   layer.setNeedsDisplay();
   for (const auto& sublayer : layer.sublayers())
     redraw(*sublayer);

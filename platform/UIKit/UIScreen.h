@@ -21,6 +21,9 @@ public:
   virtual void announce(const std::string&) {}
 };
 
+/// Marks all drawings from `layer` down as outdated, as when the scale or the size of text changed.
+void redraw(CALayer& layer);
+
 /// The one surface on which the windows stack. Main queue only.
 class UIScreen final : public LayerHost {
 public:

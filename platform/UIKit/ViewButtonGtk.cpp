@@ -2,8 +2,10 @@
 
 #include <ZuviSDK/Dispatch/MainLoop.h>
 #include <ZuviSDK/UIKit/UIView.h>
+#include "platform/CoreText/TextLayout.h"
 #include "platform/QuartzCore/LayerRendererGsk.h"
 #include "platform/UIKit/TextSizeGtk.h"
+#include "platform/UIKit/UIScreen.h"
 
 #include <utility>
 
@@ -18,6 +20,8 @@ struct Face final : LayerHost {
   GtkWidget* widget = nullptr;
   std::shared_ptr<UIView> view;
   CGSize size;
+  int scale = 0; // of the last drawing, as is textScale
+  double textScale = 0;
   std::function<void(GtkWindow*)> clicked;
 
   void setNeedsFrame() override {
@@ -56,8 +60,15 @@ void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
   UIView& view = *faceOf(widget).view;
   view.setFrame(
       {0, 0, double(gtk_widget_get_width(widget)), double(gtk_widget_get_height(widget))});
+  const int scale = gtk_widget_get_scale_factor(widget);
+  Face& face = faceOf(widget);
+  if (std::exchange(face.scale, scale) != scale ||
+      std::exchange(face.textScale, textScale()) != textScale()) {
+    view.setNeedsLayout();
+    redraw(*view.layer());
+  }
   view.layoutIfNeeded();
-  const auto frame = LayerRenderer::render(*view.layer(), gtk_widget_get_scale_factor(widget));
+  const auto frame = LayerRenderer::render(*view.layer(), scale);
   if (!frame.node) return;
   const bool dimmed = !gtk_widget_is_sensitive(widget);
   if (dimmed) gtk_snapshot_push_opacity(snapshot, disabledOpacity);

@@ -119,6 +119,7 @@ TEST_F(VerificationTest, GoesWithTheWindowOfTheHost) {
   gtk_window_destroy(std::exchange(host, nullptr));
   ASSERT_TRUE(waitUntil([this] { return !told.empty(); }));
   EXPECT_EQ(told, Texts{"cancelled"});
+  EXPECT_EQ(delegate->calls, Texts{"cancelled"});
   EXPECT_TRUE(windows().empty());
   verify(nullptr, completion());
   EXPECT_TRUE(waitUntil([this] { return flow() != nullptr; })) << "the next one";
@@ -157,7 +158,7 @@ TEST_F(VerificationTest, SaysWhyItCanNotStart) {
   ASSERT_TRUE(waitUntil([this] { return told.size() == 3; }));
   EXPECT_EQ(told.back(), "failed: no client id is registered");
   EXPECT_EQ(windows().size(), 1U);
-  EXPECT_TRUE(delegate->calls.empty());
+  EXPECT_EQ(delegate->calls, Texts{"cancelled"}) << "of the first alone";
 }
 
 } // namespace

@@ -60,7 +60,8 @@ bool UnreadMessagesCounter::handleUnreadMessage(const std::string& id) {
 void UnreadMessagesCounter::resetCounter() {
   const std::set<std::string> unread = currentSet(unreadMessagesKey);
   std::set<std::string> read = currentSet(readMessagesKey);
-  if (read.size() + unread.size() > mostIds) read.clear(); // the page sends again what is new
+  while (!read.empty() && read.size() + unread.size() > mostIds)
+    read.erase(read.begin());
   read.insert(unread.begin(), unread.end());
   persist(read, readMessagesKey);
   persist(std::nullopt, unreadMessagesKey);

@@ -6,6 +6,7 @@
 #include "platform/Foundation/ProcessInfo.h"
 
 #include <filesystem>
+#include <utility>
 
 namespace zuvi {
 
@@ -29,7 +30,12 @@ std::string verificationInput() {
                           {"server", ZVEndpoints::serverURL()},
                           {"tracking", ZVEndpoints::trackingURL()},
                           {"chat-template", ZVEndpoints::chatTemplateURL()}};
-  if (const auto metadata = helper.metadata()) input["metadata"] = *metadata;
+  if (const auto metadata = helper.metadata()) {
+    Value::Dictionary texts; // as a form carries them; JSON has no dates
+    for (const auto& [key, value] : *metadata)
+      texts[key] = value.description();
+    input["metadata"] = std::move(texts);
+  }
   if (const auto identity = helper.identity()) input["identity"] = *identity;
   if (const auto& file = ZVEndpoints::additionalAuthorities(); !file.empty()) input["ca"] = file;
   const auto json = JSONSerialization::data(input);

@@ -45,6 +45,9 @@ void VerificationRun::start(GtkWindow* parent, ScreenWindow::Shape shape,
     callLater(std::move(completion), {Verification::Result::Failed, {}, problem});
   };
   if (bringForward()) return fail("another verification is under way");
+  const auto& shell = ZVKYCHelper::instance().rootVC;
+  if (shell && shell->isViewLoaded() && shell->view()->window()) // started by a `ZVKYCButton`
+    return fail("another verification is under way");
   if (!canLaunch()) return fail("no client id is registered");
   if (!UIScreen::main().hasSurface() && !ScreenWindow::canOpen())
     return fail("there is no display");
@@ -57,13 +60,14 @@ void VerificationRun::open(GtkWindow* parent, ScreenWindow::Shape shape) {
   if (!UIScreen::main().hasSurface()) {
     window_ = std::make_unique<ScreenWindow>(parent, windowTitle(), shape);
     window_->onCloseRequest = [this] { closeRequested(); };
-    window_->onDestroy = [this] { end(); };
+    window_->onDestroy = [this] { presentedWasDismissed(); };
   }
   if (UIWindow* key = UIApplication::shared().keyWindow()) hostsKeyWindow_ = key->weak_from_this();
   surface_ = make<UIWindow>();
   surface_->setRootViewController(shared_from_this());
   surface_->makeKeyAndVisible();
   ZVKYCHelper::instance().ended = [this](const std::optional<std::string>& identity) {
+    told_ = true;
     if (identity) verification_ = {Verification::Result::Verified, *identity, {}};
     if (window_) end(); // else once the flow has slid away
   };
@@ -77,6 +81,7 @@ void VerificationRun::closeRequested() {
 }
 
 void VerificationRun::presentedWasDismissed() {
+  if (!told_ && !ends_) ZVKYCHelper::instance().cancelled(); // it went with its window
   end();
 }
 

@@ -33,6 +33,7 @@ private:
   std::weak_ptr<UIView> hostsKeyWindow_; ///< becomes key again after the run
   VerificationCompletion completion_;
   Verification verification_;
+  bool told_ = false; ///< the delegate
   bool ends_ = false;
 };
 

@@ -69,13 +69,13 @@ void ZVKYCHelper::success() {
   const auto own = identity();
   const auto id = own ? own : tempIdentity;
   if (!id) return;
-  if (const auto listener = delegate()) listener->zvKYCLoginSuccess(*id);
   if (const auto call = ended) call(id); // a copy: it may remove itself
+  if (const auto listener = delegate()) listener->zvKYCLoginSuccess(*id);
 }
 
 void ZVKYCHelper::cancelled() {
-  if (const auto listener = delegate()) listener->zvKYCLoginCancelled();
   if (const auto call = ended) call(std::nullopt);
+  if (const auto listener = delegate()) listener->zvKYCLoginCancelled();
 }
 
 } // namespace zuvi

@@ -39,8 +39,8 @@ public:
   std::shared_ptr<ZVRootViewController> rootVC;
   /// Messages of the support that the person has not seen yet, the oldest first.
   std::deque<std::string> supportMessages;
-  /// Called after the delegate, with the identity or, when the person left, without one. Empty: the
-  /// run, if there is one, was started by a `ZVKYCButton`.
+  /// Called before the delegate, with the identity or, when the person left, without one. Empty:
+  /// the run, if there is one, was started by a `ZVKYCButton`.
   std::function<void(const std::optional<std::string>& identity)> ended;
   /// The client id. Setting a present value starts the registration.
   Observed<std::optional<std::string>> clinetId;

@@ -1,5 +1,6 @@
 #include <ZuviSDK/ZVKYC.h>
 
+#include <ZuviSDK/Dispatch/MainLoop.h>
 #include <ZuviSDK/UIKit/UINib.h>
 #include <ZuviSDK/ZVKYCButton.h>
 #include "kit/Helper/ZVAnalyticsManager.h"
@@ -35,6 +36,7 @@ ZVKYC& ZVKYC::instance() {
 void ZVKYC::registerWithClientId(const std::string& clientId,
                                  std::optional<Value::Dictionary> metadata) {
   ZVKYC& kit = instance();
+  MainLoop::attach(); // so that the answer is read before a run
   kit.helper_.clinetId = clientId;
   kit.metadata = std::move(metadata);
 }
