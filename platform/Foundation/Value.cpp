@@ -10,7 +10,7 @@ template <class T> std::shared_ptr<Value::Storage> hold(T content) {
 
 } // namespace
 
-Value::Value(Boolean boolean) : storage_(hold(static_cast<bool>(boolean))) {}
+Value::Value(Boolean boolean) : storage_(hold(boolean == Boolean{true})) {}
 Value::Value(Signed number) : storage_(hold(static_cast<std::int64_t>(number))) {}
 Value::Value(Unsigned number) : storage_(hold(static_cast<std::uint64_t>(number))) {}
 Value::Value(float number) : storage_(hold(number)) {}

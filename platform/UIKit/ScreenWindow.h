@@ -1,11 +1,10 @@
 #pragma once
 
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
+#include <ZuviSDK/UIKit/ToolkitTypes.h>
 
 #include <functional>
 #include <string>
-
-using GtkWindow = struct _GtkWindow; // the toolkit's own declaration
 
 namespace zuvi {
 

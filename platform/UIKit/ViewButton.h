@@ -1,12 +1,10 @@
 #pragma once
 
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
+#include <ZuviSDK/UIKit/ToolkitTypes.h>
 
 #include <functional>
 #include <memory>
-
-using GtkWidget = struct _GtkWidget; // the toolkit's own declarations
-using GtkWindow = struct _GtkWindow;
 
 namespace zuvi {
 

@@ -1,13 +1,11 @@
 #pragma once
 
 #include <ZuviSDK/Export.h>
+#include <ZuviSDK/UIKit/ToolkitTypes.h>
 
 #include <functional>
 #include <string>
 #include <vector>
-
-using GtkWidget = struct _GtkWidget; // the toolkit's own declarations, without its header
-using GtkWindow = struct _GtkWindow;
 
 namespace zuvi {
 
