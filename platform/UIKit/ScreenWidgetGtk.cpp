@@ -122,6 +122,22 @@ void sizeAllocate(GtkWidget* widget, int, int, int) {
 
 // Touches and keys
 
+/// A scrolled window around ours sees each touch first and would take it as soon as it moves, also
+/// one that ours has claimed.
+void denyToAncestors(GtkWidget* widget, GdkEventSequence* sequence) {
+  while ((widget = gtk_widget_get_parent(widget))) {
+    GListModel* controllers = gtk_widget_observe_controllers(widget);
+    for (guint i = 0; i < g_list_model_get_n_items(controllers); i++) {
+      gpointer controller = g_list_model_get_item(controllers, i);
+      if (GTK_IS_GESTURE(controller))
+        gtk_gesture_set_sequence_state(GTK_GESTURE(controller), sequence,
+                                       GTK_EVENT_SEQUENCE_DENIED);
+      g_object_unref(controller);
+    }
+    g_object_unref(controllers);
+  }
+}
+
 void onPressed(GtkGestureClick* gesture, int, double x, double y, gpointer widget) {
   if (gtk_widget_pick(GTK_WIDGET(widget), x, y, GTK_PICK_DEFAULT) != widget) {
     gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_DENIED); // another widget's
@@ -130,9 +146,10 @@ void onPressed(GtkGestureClick* gesture, int, double x, double y, gpointer widge
   if (!self(widget)->tree->hasFocus()) gtk_widget_grab_focus(GTK_WIDGET(widget));
   // Until it is lifted, a finger that can move nothing of ours may become the host's drag.
   UIApplication& application = UIApplication::shared();
-  const bool finger = gtk_gesture_single_get_current_sequence(GTK_GESTURE_SINGLE(gesture));
-  if (!finger || application.canScrollAt({x, y}))
-    gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
+  GdkEventSequence* finger = gtk_gesture_single_get_current_sequence(GTK_GESTURE_SINGLE(gesture));
+  const bool scrolls = application.canScrollAt({x, y});
+  if (!finger || scrolls) gtk_gesture_set_state(GTK_GESTURE(gesture), GTK_EVENT_SEQUENCE_CLAIMED);
+  if (finger && scrolls) denyToAncestors(GTK_WIDGET(widget), finger);
   application.touchBegan({x, y});
 }
 
