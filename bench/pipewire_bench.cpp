@@ -18,6 +18,9 @@
 #include "platform/UIKit/OffscreenSurface.h"
 #include "testing/mediaserver/MediaServer.h"
 
+#include <cmath>
+#include <functional>
+
 using namespace zuvi;
 using namespace zuvi::bench;
 
@@ -85,11 +88,15 @@ double ours() {
   return used;
 }
 
-/// Draws for that long as often as a display would; the longest time from one frame to the next.
-double longestGap(OffscreenSurface& surface, double duration) {
-  double longest = 0, last = wallSeconds();
-  for (const double end = last + duration; last < end;) {
-    turnMainQueue(std::max(0.0, last + frame - wallSeconds()));
+/// Does something and then draws for that long whenever a display would show a frame; the longest
+/// time from one frame to the next.
+double longestGap(OffscreenSurface& surface, double duration, const std::function<void()>& first) {
+  const double start = wallSeconds();
+  double longest = 0, last = start;
+  first();
+  while (last < start + duration) {
+    const double due = start + (std::floor((wallSeconds() - start) / frame) + 1) * frame;
+    turnMainQueue(due - wallSeconds());
     surface.drawFrame();
     const double now = wallSeconds();
     longest = std::max(longest, now - last);
@@ -100,13 +107,12 @@ double longestGap(OffscreenSurface& surface, double duration) {
 
 void push(const char* name, OffscreenSurface& surface, std::shared_ptr<UIViewController> screen) {
   const auto& stack = ZVKYCHelper::instance().rootVC->mainNC();
-  const double rest = longestGap(surface, 1);
-  stack->pushViewController(std::move(screen), true);
-  const double gap = longestGap(surface, 2);
+  const double rest = longestGap(surface, 1, [] {});
+  const double gap =
+      longestGap(surface, 2, [&] { stack->pushViewController(std::move(screen), true); });
   std::printf("%-44s longest %5.1f ms (%.2f frames); before %5.1f ms\n", name, gap * 1e3,
               gap / frame, rest * 1e3);
-  stack->popViewController(true);
-  longestGap(surface, 1);
+  longestGap(surface, 1, [&] { stack->popViewController(true); });
 }
 
 std::shared_ptr<UIViewController> documentScreen() {

@@ -10,6 +10,13 @@ std::shared_ptr<const CGImage> imageFromTexture(GdkTexture* adopted) {
 cairo_surface_t* surfaceOf(const CGImage& image) {
   cairo_surface_t*& surface = image.native().surface;
   if (surface) return surface;
+  if (const auto& kept = image.native().premultiplied) {
+    auto* pixels = const_cast<std::uint8_t*>(kept->pixels.bytes()); // only read
+    surface = cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_ARGB32, image.width(),
+                                                  image.height(), int(kept->bytesPerRow));
+    if (cairo_surface_status(surface) == CAIRO_STATUS_SUCCESS) return surface;
+    cairo_surface_destroy(surface); // rows that cairo does not read
+  }
   surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, image.width(), image.height());
   if (guchar* pixels = cairo_image_surface_get_data(surface))
     gdk_texture_download(image.native().texture, pixels,
@@ -34,12 +41,14 @@ std::shared_ptr<const CGImage> CGImage::fromPixels(Data pixels, int width, int h
         opaque[row * bytesPerRow + 4 * i + 3] = '\xff';
     pixels = Data(std::move(opaque));
   }
-  auto* owner = new Data(std::move(pixels));
+  auto* owner = new Data(pixels); // shares them
   GBytes* bytes = g_bytes_new_with_free_func(
       owner->bytes(), owner->size(), [](gpointer data) { delete static_cast<Data*>(data); }, owner);
   GdkTexture* texture = gdk_memory_texture_new(width, height, native, bytes, bytesPerRow);
   g_bytes_unref(bytes);
-  return imageFromTexture(texture);
+  auto held = std::make_unique<Native>(texture);
+  if (native == GDK_MEMORY_DEFAULT) held->premultiplied = {std::move(pixels), bytesPerRow};
+  return std::make_shared<CGImage>(std::move(held));
 }
 
 CGImage::CGImage(std::unique_ptr<Native> native) : native_(std::move(native)) {}

@@ -4,6 +4,8 @@
 
 #include <ZuviSDK/CoreGraphics/CGImage.h>
 
+#include <optional>
+
 #include <gdk/gdk.h>
 
 namespace zuvi {
@@ -16,10 +18,16 @@ struct CGImage::Native {
   }
   Native(const Native&) = delete;
   GdkTexture* texture;
+  struct Premultiplied {
+    Data pixels;
+    std::size_t bytesPerRow;
+  };
+  std::optional<Premultiplied> premultiplied; // the pixels of the texture, where they are at hand
   mutable cairo_surface_t* surface = nullptr; // made by surfaceOf; main queue only
 };
 
-/// The same pixels where cairo reads them, copied at the first call. Belongs to the image.
+/// The same pixels where cairo reads them; copied at the first call if they are not at hand.
+/// Belongs to the image.
 cairo_surface_t* surfaceOf(const CGImage& image);
 
 /// Takes over the reference; null gives null.

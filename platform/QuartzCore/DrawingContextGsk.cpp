@@ -31,14 +31,14 @@ void trace(cairo_t* context, const CGPath& path) {
   }
 }
 
-/// Without a GPU a texture below three quarters of its size is filtered with such care that it
-/// takes longer than a frame. While its size changes nobody sees the difference.
-void drawQuickly(GtkSnapshot* snapshot, const CGImage& image, const graphene_rect_t& area) {
+/// Where cairo draws, GTK 4.8 converts each pixel of a texture twice for each frame; this does not.
+void drawWithCairo(GtkSnapshot* snapshot, const CGImage& image, const graphene_rect_t& area,
+                   cairo_filter_t filter) {
   cairo_t* context = gtk_snapshot_append_cairo(snapshot, &area);
   cairo_translate(context, area.origin.x, area.origin.y);
   cairo_scale(context, area.size.width / image.width(), area.size.height / image.height());
   cairo_set_source_surface(context, surfaceOf(image), 0, 0);
-  cairo_pattern_set_filter(cairo_get_source(context), CAIRO_FILTER_BILINEAR);
+  cairo_pattern_set_filter(cairo_get_source(context), filter);
   cairo_pattern_set_extend(cairo_get_source(context), CAIRO_EXTEND_PAD);
   cairo_rectangle(context, 0, 0, image.width(), image.height());
   cairo_fill(context);
@@ -124,8 +124,11 @@ void DrawingContext::fillGradient(const CGRect& rect, const std::vector<CGColor>
 void DrawingContext::drawImage(const CGImage& image, const CGRect& rect) {
   if (rect.isEmpty()) return;
   const graphene_rect_t area = toGraphene(rect);
-  if (native_.resizing)
-    drawQuickly(native_.snapshot, image, area);
+  // Without a GPU a texture below three quarters of its size is filtered with such care that it
+  // takes longer than a frame. While its size changes, a quick filter looks the same.
+  if (native_.resizing || native_.withCairo)
+    drawWithCairo(native_.snapshot, image, area,
+                  native_.resizing ? CAIRO_FILTER_BILINEAR : CAIRO_FILTER_GOOD);
   else
     gtk_snapshot_append_texture(native_.snapshot, image.native().texture, &area);
 }

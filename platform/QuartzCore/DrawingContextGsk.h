@@ -9,7 +9,8 @@ namespace zuvi {
 struct DrawingContext::Native {
   GtkSnapshot* snapshot;
   double scale;
-  bool resizing; ///< in a moment it is drawn again, at another size
+  bool resizing;  ///< in a moment it is drawn again, at another size
+  bool withCairo; ///< cairo draws the nodes
 };
 
 /// The toolkit draws a matrix of unknown kind as an error, so the transform is handed on as two

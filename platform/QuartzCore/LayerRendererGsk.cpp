@@ -45,7 +45,7 @@ CGRect placeContents(const CGImage& image, const CGRect& bounds, ContentsGravity
 
 class Builder {
 public:
-  explicit Builder(double scale) : scale_(scale) {}
+  Builder(double scale, bool withCairo) : scale_(scale), withCairo_(withCairo) {}
 
   LayerRenderer::Frame frame;
 
@@ -124,7 +124,8 @@ private:
     const double radius = layer.presented(LayerProperty::CornerRadius)[0];
     GtkSnapshot* snapshot = gtk_snapshot_new();
     drawShadow(snapshot, layer, bounds, radius);
-    DrawingContext::Native native{snapshot, scale_, layer.isAnimating(LayerProperty::Bounds)};
+    DrawingContext::Native native{snapshot, scale_, layer.isAnimating(LayerProperty::Bounds),
+                                  withCairo_};
     DrawingContext context(native);
     const LayerValue c = layer.presented(LayerProperty::BackgroundColor);
     context.fill(bounds, radius, CGColor{c[0], c[1], c[2], c[3]});
@@ -200,6 +201,7 @@ private:
   }
 
   double scale_;
+  bool withCairo_;
 };
 
 void addShadows(CALayer& layer, const CGAffineTransform& toRoot, const CGRect& area,
@@ -257,8 +259,8 @@ void LayerRenderer::draw(CALayer& root, cairo_t* context, const CGRect& area) {
   drawWithin(root, context, area);
 }
 
-LayerRenderer::Frame LayerRenderer::render(CALayer& root, double scale) {
-  Builder builder(scale);
+LayerRenderer::Frame LayerRenderer::render(CALayer& root, double scale, bool withCairo) {
+  Builder builder(scale, withCairo);
   builder.update(root, {});
   builder.frame.node = nodeOf(root.cache().placed);
   return std::move(builder.frame);

@@ -18,8 +18,8 @@ public:
     bool animating = false;        ///< whether the next frame differs by itself
   };
 
-  /// `scale`: pixels a point.
-  static Frame render(CALayer& root, double scale);
+  /// `scale`: pixels a point. `withCairo`: cairo draws the nodes, not a GPU.
+  static Frame render(CALayer& root, double scale, bool withCairo);
 
   /// The area and all shadows that reach into it, in the root's coordinates: the toolkit shades a
   /// part of a shadow a little differently than the whole.

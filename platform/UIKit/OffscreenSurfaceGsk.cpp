@@ -12,7 +12,8 @@ namespace zuvi {
 std::shared_ptr<const CGImage> pictureOfScreen() {
   UIScreen& screen = UIScreen::main();
   screen.layoutIfNeeded();
-  const LayerRenderer::Frame frame = LayerRenderer::render(screen.rootLayer(), screen.scale());
+  const LayerRenderer::Frame frame =
+      LayerRenderer::render(screen.rootLayer(), screen.scale(), false);
   for (const CGRect& rect : frame.damage)
     screen.addDamage(rect); // the surface has not drawn it yet
   screen.setNeedsFrame();
@@ -67,7 +68,7 @@ bool OffscreenSurface::drawFrame() {
   UIScreen& screen = UIScreen::main();
   screen.layoutIfNeeded();
   if (!std::exchange(frameDue_, false)) return false;
-  LayerRenderer::Frame frame = LayerRenderer::render(screen.rootLayer(), native_->scale);
+  LayerRenderer::Frame frame = LayerRenderer::render(screen.rootLayer(), native_->scale, true);
   frameDue_ = frame.animating;
   std::vector<CGRect> damage = screen.takeDamage();
   damage.insert(damage.end(), frame.damage.begin(), frame.damage.end());

@@ -95,7 +95,9 @@ void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
   phase = Phase::Drawing;
   screen.layoutIfNeeded();
   ForeignWidget::drawAll();
-  const LayerRenderer::Frame frame = LayerRenderer::render(screen.rootLayer(), scaleOf(widget));
+  const LayerRenderer::Frame frame = LayerRenderer::render(
+      screen.rootLayer(), scaleOf(widget),
+      GSK_IS_CAIRO_RENDERER(gtk_native_get_renderer(gtk_widget_get_native(widget))));
   screen.takeDamage(); // the toolkit finds out by itself what differs
   if (frame.node) gtk_snapshot_append_node(snapshot, frame.node);
   // The frame clock runs just as long as something moves by itself.

@@ -14,7 +14,7 @@ std::shared_ptr<const UIImage> renderImage(CGSize size,
   if (!(width > 0 && height > 0 && width <= longest && height <= longest && width * height <= most))
     return nullptr;
   GtkSnapshot* snapshot = gtk_snapshot_new();
-  DrawingContext::Native native{snapshot, scale, false};
+  DrawingContext::Native native{snapshot, scale, false, false};
   DrawingContext context(native);
   draw(context);
   GskRenderNode* node = gtk_snapshot_free_to_node(snapshot);

@@ -68,7 +68,7 @@ void snapshot(GtkWidget* widget, GtkSnapshot* snapshot) {
     redraw(*view.layer());
   }
   view.layoutIfNeeded();
-  const auto frame = LayerRenderer::render(*view.layer(), scale);
+  const auto frame = LayerRenderer::render(*view.layer(), scale, false);
   if (!frame.node) return;
   const bool dimmed = !gtk_widget_is_sensitive(widget);
   if (dimmed) gtk_snapshot_push_opacity(snapshot, disabledOpacity);

@@ -32,6 +32,7 @@ public:
   /// What the program prints goes to the file `log`, if there is one.
   explicit ChildProcess(std::vector<std::string> command, const std::string& log = {}) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (auto& part : command)
       arguments.push_back(part.data());
     arguments.push_back(nullptr);
