@@ -12,6 +12,7 @@ namespace {
 constexpr double cardShape = 1.586;    // width / height of a plastic card
 constexpr double widestColumn = 200;   // points
 constexpr double columnShare = 0.3;    // of the width
+constexpr double leastShare = 0.4;     // of the card's height without labels
 constexpr double margin = 12, gap = 8; // points
 
 double cardHeight(const CGRect& room) {
@@ -33,6 +34,7 @@ void ZVCardGuideView::layoutSubviews() {
   if (cards.empty() || grounds.empty()) return;
 
   const CGRect all = bounds();
+  const double above = cardHeight(cards.front()->frame());
   const double column = std::min(widestColumn, all.width * columnShare);
   // Still in the middle, like the camera's picture.
   const CGRect beside{column + margin, margin, all.width - 2 * column - 2 * margin,
@@ -41,19 +43,27 @@ void ZVCardGuideView::layoutSubviews() {
   double height = -gap;
   for (const UILabel* label : texts)
     height += label->sizeThatFits(text).height + gap;
-  if (height > beside.height || cardHeight(beside) <= cardHeight(cards.front()->frame())) return;
-
-  for (UIView* ground : grounds)
-    ground->setFrame({});
-  grounds.front()->setFrame({0, 0, column, all.height});
-  double y = all.midY() - height / 2;
-  for (UILabel* label : texts) {
-    const double own = label->sizeThatFits(text).height;
-    label->setFrame({margin, y, text.width, own});
-    y += own + gap;
+  if (height <= beside.height && cardHeight(beside) > above) {
+    for (UIView* ground : grounds)
+      ground->setFrame({});
+    grounds.front()->setFrame({0, 0, column, all.height});
+    double y = all.midY() - height / 2;
+    for (UILabel* label : texts) {
+      const double own = label->sizeThatFits(text).height;
+      label->setFrame({margin, y, text.width, own});
+      y += own + gap;
+    }
+    for (UIView* card : cards)
+      card->setFrame(beside);
+  } else if (above < leastShare * cardHeight(all)) {
+    for (std::size_t i = 1; i < texts.size(); i++)
+      texts[i]->setFrame({});
+    for (std::size_t i = 1; i < grounds.size(); i++)
+      grounds[i]->setFrame({});
+    const double top = grounds.front()->frame().maxY() + gap;
+    for (UIView* card : cards)
+      card->setFrame({margin, top, all.width - 2 * margin, all.height - top - gap});
   }
-  for (UIView* card : cards)
-    card->setFrame(beside);
 }
 
 } // namespace zuvi

@@ -15,8 +15,8 @@ namespace zuvi {
 std::size_t characterCount(const std::string& text);
 
 /// @cond
-/// How much larger than its fonts say all text is, 1 at start. What was laid out before keeps its
-/// size: `UIScreen::setTextScale` lays it out anew.
+/// How much larger than its fonts say all text is, 1 at start; very large fonts keep their size.
+/// What was laid out before keeps its size: `UIScreen::setTextScale` lays it out anew.
 double textScale();
 void setTextScale(double scale);
 /// @endcond

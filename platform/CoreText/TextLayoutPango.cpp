@@ -10,7 +10,8 @@
 namespace zuvi {
 
 namespace {
-constexpr double unitsPerInch = 72; // as many as points
+constexpr double unitsPerInch = 72;     // as many as points
+constexpr double largestThatGrows = 40; // points; a larger font is legible as it is
 double scaleOfText = 1;
 } // namespace
 
@@ -69,6 +70,12 @@ TextLayout::TextLayout(const AttributedString& text, const Style& style, double 
     color->end_index =
         static_cast<guint>(g_utf8_offset_to_pointer(valid, static_cast<glong>(end)) - valid);
     pango_attr_list_insert(attributes, color);
+  }
+  if (style.font && style.font->pointSize() > largestThatGrows) {
+    PangoAttribute* own = pango_attr_scale_new(1 / textScale());
+    own->start_index = 0;
+    own->end_index = G_MAXUINT;
+    pango_attr_list_insert(attributes, own);
   }
   pango_layout_set_attributes(layout, attributes);
   pango_attr_list_unref(attributes);

@@ -40,10 +40,19 @@ void UIScreen::configure(CGSize size, double scale, UIEdgeInsets safeArea) {
     window->setFrame(bounds());
     if (!sameInsets) window->setNeedsLayoutBelow();
   }
+  applyTextScale();
 }
 
 void UIScreen::setTextScale(double scale) {
-  scale = std::clamp(scale, 1.0, largestText);
+  wantedTextScale_ = scale;
+  applyTextScale();
+}
+
+void UIScreen::applyTextScale() {
+  // Points: there the fonts' own sizes just fit, and for each of these more they fit once larger.
+  constexpr double narrowest = 240, once = 200;
+  const double roomFor = 1 + (std::min(size_.width, size_.height) - narrowest) / once;
+  const double scale = std::clamp(std::min(wantedTextScale_, roomFor), 1.0, largestText);
   if (scale == textScale()) return;
   zuvi::setTextScale(scale);
   redraw(*root_);

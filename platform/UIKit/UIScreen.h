@@ -45,7 +45,8 @@ public:
   /// had presented is dismissed, as nobody can leave it any more.
   void setSurface(ScreenSurface* surface);
   bool hasSurface() const { return surface_ != nullptr; }
-  /// The person's wish for larger text; kept between 1 and `largestText`.
+  /// The person's wish for larger text. Text grows up to `largestText`, on a narrow screen less, as
+  /// its longest words would not fit.
   void setTextScale(double scale);
   static constexpr double largestText = 1.5; ///< times the fonts' own sizes
   /// What is drawn; the windows' layers are its sublayers.
@@ -75,8 +76,10 @@ public:
 
 private:
   UIScreen();
+  void applyTextScale();
 
   CGSize size_{375, 812};
+  double wantedTextScale_ = 1;
   double scale_ = 2;
   UIEdgeInsets safeArea_;
   ScreenSurface* surface_ = nullptr;

@@ -151,6 +151,8 @@ TEST_F(LayoutTest, HoldsInEveryLanguageOnEveryScreenAndWithTheLargestText) {
                  {{320, 568}, {20, 0, 0, 0}},
                  {{768, 1024}, {}},
                  {{320, 568}, {20, 0, 0, 0}, 9},
+                 {{240, 480}, {}, 9},
+                 {{700, 320}, {}, 9},
                  {{768, 1024}, {}, 9}};
   for (const char* key : {"LiveChat_unreadMessagesKey", "LiveChat_readMessagesKey"})
     UserDefaults::standard().set(key, nullptr);
