@@ -1,5 +1,6 @@
 #include "demo/core/HostSetup.h"
 
+#include <ZuviSDK/Foundation/Bundle.h>
 #include <ZuviSDK/ZVEndpoints.h>
 #include <ZuviSDK/ZVKYC.h>
 #include "demo/core/DemoCameras.h"
@@ -15,9 +16,18 @@ void setUpKit(const Options& options) {
   if (options.server) ZVEndpoints::serverURL() = *options.server;
   if (options.tracking) ZVEndpoints::trackingURL() = *options.tracking;
   if (options.chatTemplate) ZVEndpoints::chatTemplateURL() = *options.chatTemplate;
+  if (options.chatDomain) ZVEndpoints::chatDomain() = *options.chatDomain;
   if (options.authorities) ZVEndpoints::setAdditionalAuthorities(*options.authorities);
   installCameras(options);
-  ZVKYC::instance().identityId = options.identity;
+  ZVKYC& kit = ZVKYC::instance();
+  kit.identityId = options.identity;
+  kit.textsFile = options.texts.value_or("");
+  kit.language = options.language.value_or("");
+  kit.userInterfaceStyle = options.style;
+  Value::Dictionary host;
+  if (options.hostVersion) host["CFBundleShortVersionString"] = *options.hostVersion;
+  if (options.hostBuild) host["CFBundleVersion"] = *options.hostBuild;
+  if (!host.empty()) Bundle::main().setInfoDictionary(host);
   if (!options.clientId) return;
   std::optional<Value::Dictionary> metadata;
   if (!options.metadata.empty()) metadata = options.metadata;

@@ -72,6 +72,11 @@ std::string readCameras(Options& options, const std::string& value) {
   return value == "drawn" || value == "real" ? "" : "is neither real nor drawn";
 }
 
+std::string readStyle(Options& options, const std::string& value) {
+  options.style = value == "dark" ? UIUserInterfaceStyle::Dark : UIUserInterfaceStyle::Light;
+  return value == "dark" || value == "light" ? "" : "is neither light nor dark";
+}
+
 std::string readPermission(Options& options, const std::string& value) {
   constexpr std::pair<const char*, CameraPermission> names[] = {
       {"authorized", CameraPermission::Authorized}, {"denied", CameraPermission::Denied},
@@ -133,10 +138,16 @@ const std::vector<Known>& known() {
       {"--tracking", "ADDRESS", address(&Options::tracking), "where events go"},
       {"--ca", "FILE", readableFile(&Options::authorities), "further authorities to trust"},
       {"--chat-template", "ADDRESS", address(&Options::chatTemplate), "of the chat's template"},
+      {"--chat-domain", "NAME", text(&Options::chatDomain), "whose data belongs to the chat too"},
       {"--chat-license", "ID", text(&Options::chatLicense), "of the chat"},
       {"--chat-group", "ID", text(&Options::chatGroup), "whom the visitor reaches"},
       {"--chat-name", "NAME", text(&Options::chatName), "of the visitor"},
       {"--chat-email", "ADDRESS", text(&Options::chatEmail), "of the visitor"},
+      {"--texts", "FILE", readableFile(&Options::texts), "a property list with the host's texts"},
+      {"--language", "CODE", text(&Options::language), "of the screens (the merchant's)"},
+      {"--style", "light|dark", readStyle, "colours of the screens (the desktop's)"},
+      {"--host-version", "TEXT", text(&Options::hostVersion), "of the host, for the events"},
+      {"--host-build", "TEXT", text(&Options::hostBuild), "the same"},
       {"--cameras", "real|drawn", readCameras,
        "this machine's (the demo draws some where there are none), or drawn ones"},
       {"--front-camera", "SOURCE", camera(&Options::frontCamera),

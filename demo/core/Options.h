@@ -3,6 +3,7 @@
 #include <ZuviSDK/AVFoundation/HostCameraProvider.h>
 #include <ZuviSDK/CoreGraphics/CGGeometry.h>
 #include <ZuviSDK/Foundation/Value.h>
+#include <ZuviSDK/UIKit/UIUserInterfaceStyle.h>
 
 #include <optional>
 #include <string>
@@ -25,9 +26,12 @@ struct Options {
   std::optional<std::string> clientId; ///< absent: the host never registers
   Value::Dictionary metadata;
   std::optional<std::string> identity;
-  std::optional<std::string> server, tracking, chatTemplate, authorities;
+  std::optional<std::string> server, tracking, chatTemplate, chatDomain, authorities;
   std::optional<std::string> chatLicense, chatGroup, chatName, chatEmail;
   Cameras cameras = Cameras::Real;
+  std::optional<std::string> texts, language;
+  UIUserInterfaceStyle style = UIUserInterfaceStyle::Unspecified;
+  std::optional<std::string> hostVersion, hostBuild;
   std::optional<CameraSourceDescription> frontCamera, backCamera; ///< one alone: the other is none
   std::optional<CameraPermission> permission;
   CGSize screen{375, 812};

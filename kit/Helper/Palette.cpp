@@ -14,8 +14,10 @@ Palette::Palette(const std::optional<std::string>& path) {
 }
 
 const Palette& Palette::shared() {
-  static const auto* instance = new Palette(zvKitBundle()->path("Palette", "plist"));
-  return *instance;
+  static auto& read = *new std::map<bool, Palette>; // by whether it is dark
+  const auto found = read.find(isDark());
+  if (found != read.end()) return found->second;
+  return read.emplace(isDark(), Palette(zvKitBundle()->path("Palette", "plist"))).first->second;
 }
 
 std::optional<UIColor> Palette::color(const std::string& name) const {

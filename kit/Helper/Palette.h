@@ -11,7 +11,7 @@ namespace zuvi {
 /// The colours of the kit's screens, by name.
 class Palette {
 public:
-  /// The one of the kit's bundle, Palette.plist.
+  /// The light or dark one of the kit's bundle, Palette.plist, whichever `isDark` asks for.
   static const Palette& shared();
   /// From a property list; a file that is missing or has another form gives no colours.
   explicit Palette(const std::optional<std::string>& path);

@@ -2,11 +2,14 @@
 
 #include "platform/Foundation/ProcessInfo.h"
 
+#include <atomic>
 #include <filesystem>
 
 namespace zuvi {
 
 namespace {
+
+std::atomic<bool> dark = false; // pictures are also looked for on other threads
 
 std::string bundleFolder() {
   const std::filesystem::path code =
@@ -23,8 +26,20 @@ std::string bundleFolder() {
 } // namespace
 
 std::shared_ptr<const Bundle> zvKitBundle() {
-  static const auto bundle = std::make_shared<const Bundle>(bundleFolder());
+  static const std::shared_ptr<const Bundle> bundle = [] {
+    auto made = std::make_shared<Bundle>(bundleFolder());
+    made->setVariant([] { return dark ? "dark" : ""; });
+    return made;
+  }();
   return bundle;
+}
+
+bool isDark() {
+  return dark;
+}
+
+void setDark(bool isWanted) {
+  dark = isWanted;
 }
 
 } // namespace zuvi

@@ -84,8 +84,9 @@ UIColor textColorOn(const UIColor& ground) {
   };
   const double luminance =
       0.2126 * linear(ground.red) + 0.7152 * linear(ground.green) + 0.0722 * linear(ground.blue);
-  constexpr double enough = 3; // the contrast that large bold text needs
-  return 1.05 / (luminance + 0.05) >= enough ? paletteColor("light") : paletteColor("ink");
+  // The contrast that all text needs; among light colours the one that large bold text needs.
+  const double enough = isDark() ? 4.5 : 3;
+  return 1.05 / (luminance + 0.05) >= enough ? paletteColor("light") : paletteColor("dark");
 }
 
 // Screens

@@ -35,7 +35,7 @@ void downloadImage(const URL& from, std::function<void(std::shared_ptr<const UII
 /// black.
 UIColor colorFromHex(const std::string& hexString, double alpha = 1.0);
 
-/// The palette's light colour where it is readable on that colour, else its ink.
+/// The palette's light colour where it is readable on that colour, else its dark one.
 UIColor textColorOn(const UIColor& ground);
 
 /// The top screen of the key window; null when no window is key or it is empty.

@@ -33,7 +33,7 @@ std::shared_ptr<const Bundle> zvNibBundle() {
     UINib::registerClass<ZVField>("ZVField");
     UINib::registerClass<ZVGradientView>("ZVGradientView");
     UINib::registerClass<ZVPointView>("ZVPointView");
-    auto made = std::make_shared<Bundle>(zvKitBundle()->folder());
+    auto made = std::make_shared<Bundle>(*zvKitBundle());
     made->setNibValues(nibValue);
     return made;
   }();

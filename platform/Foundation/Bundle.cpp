@@ -27,10 +27,13 @@ Bundle& Bundle::main() {
 std::optional<std::string> Bundle::path(const std::string& name, const std::string& type) const {
   const std::string file = type.empty() ? name : name + '.' + type;
   if (name.empty() || leavesFolder(file)) return std::nullopt;
-  std::string path = folder_ + '/' + file;
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
-  return path;
+  const std::string variant = variant_ ? variant_() : std::string();
+  for (const std::string& folder : {variant.empty() ? folder_ : folder_ + '/' + variant, folder_}) {
+    std::string path = folder + '/' + file;
+    std::error_code error;
+    if (std::filesystem::is_regular_file(path, error)) return path;
+  }
+  return std::nullopt;
 }
 
 } // namespace zuvi

@@ -12,7 +12,15 @@ namespace zuvi {
 
 namespace {
 constexpr double largestWidth = 280, edge = 8, margin = 20, gap = 6, buttonHeight = 48; // points
-}
+
+struct Colors {
+  UIColor ground, text, answer, line;
+};
+constexpr Colors light{UIColor::white(), defaultTextColor, UIColor::bytes(25, 118, 210),
+                       UIColor::bytes(224, 228, 234)};
+constexpr Colors dark{UIColor::bytes(30, 38, 52), UIColor::bytes(238, 242, 248),
+                      UIColor::bytes(140, 192, 255), UIColor::bytes(70, 81, 100)};
+} // namespace
 
 UIAlertController::UIAlertController(std::string title, std::string message)
     : title_(std::move(title)), message_(std::move(message)) {
@@ -21,10 +29,11 @@ UIAlertController::UIAlertController(std::string title, std::string message)
 }
 
 void UIAlertController::loadView() {
+  const Colors& colors = userInterfaceStyle == UIUserInterfaceStyle::Dark ? dark : light;
   const auto backdrop = make<UIView>();
   backdrop->setBackgroundColor(UIColor{0, 0, 0, 0.4});
   box_ = make<UIView>();
-  box_->setBackgroundColor(UIColor::white());
+  box_->setBackgroundColor(colors.ground);
   box_->layer()->setCornerRadius(14);
   box_->setClipsToBounds(true);
   box_->accessibilityRole = UIAccessibilityRole::Dialog;
@@ -32,13 +41,14 @@ void UIAlertController::loadView() {
   backdrop->addSubview(box_);
   scroller_ = make<UIScrollView>();
   box_->addSubview(scroller_);
-  const auto addText = [this](const std::string& text, FontWeight weight, double size) {
+  const auto addText = [this, &colors](const std::string& text, FontWeight weight, double size) {
     if (text.empty()) return;
     const auto label = make<UILabel>();
     label->setFont(UIFont::system(size, weight));
     label->setTextAlignment(NSTextAlignment::Center);
     label->setNumberOfLines(0);
     label->setText(text);
+    label->setTextColor(colors.text);
     scroller_->addSubview(label);
     texts_.push_back(label);
   };
@@ -48,10 +58,10 @@ void UIAlertController::loadView() {
     const auto button = make<UIButton>();
     const bool cancel = actions_[i].style == UIAlertAction::Style::Cancel;
     button->setTitle(actions_[i].title);
-    button->setTitleColor(UIColor::bytes(25, 118, 210));
+    button->setTitleColor(colors.answer);
     button->setFont(UIFont::system(17, cancel ? FontWeight::SemiBold : FontWeight::Regular));
     button->layer()->setBorderWidth(0.5);
-    button->layer()->setBorderColor(UIColor::bytes(224, 228, 234));
+    button->layer()->setBorderColor(colors.line);
     button->addTarget(UIControlEvent::TouchUpInside, [this, i] { choose(i); });
     box_->addSubview(button);
     buttons_.push_back(button);

@@ -31,10 +31,15 @@ public:
   }
   BusService(const BusService&) = delete;
 
+  /// Sends a signal of the interface.
+  void emit(const char* interface, const char* signal, GVariant* values) {
+    g_dbus_connection_emit_signal(bus_, nullptr, object_.path, interface, signal, values, nullptr);
+  }
+
 private:
   void serve() {
     g_main_context_push_thread_default(context_);
-    auto* bus = g_dbus_connection_new_for_address_sync(
+    auto* bus = bus_ = g_dbus_connection_new_for_address_sync(
         object_.bus.c_str(),
         GDBusConnectionFlags(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                              G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
@@ -65,6 +70,7 @@ private:
   }
 
   const Object object_;
+  GDBusConnection* bus_ = nullptr;
   GMainContext* context_ = g_main_context_new();
   std::promise<void> ready_;
   std::atomic<bool> ending_ = false;

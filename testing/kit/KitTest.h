@@ -79,6 +79,8 @@ protected:
     ZVKYC::instance().delegate = delegate;
     ZVKYC::instance().metadata = std::nullopt;
     ZVKYC::instance().identityId = std::nullopt;
+    ZVKYC::instance().textsFile = ZVKYC::instance().language = "";
+    ZVKYC::instance().userInterfaceStyle = UIUserInterfaceStyle::Light; // whatever the desktop says
   }
 
   ~KitTest() override {

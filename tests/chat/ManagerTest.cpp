@@ -56,6 +56,20 @@ protected:
   std::vector<bool> ends;
 };
 
+TEST_F(ManagerTest, GivesTheKeyToNoWindowThatWentMeanwhile) {
+  auto ended = make<UIWindow>();
+  ended->makeKeyAndVisible();
+  manager->presentChat(false, note());
+  time.settle();
+  const std::weak_ptr<UIView> gone = ended;
+  ended->setVisible(false);
+  ended = nullptr;
+  EXPECT_TRUE(gone.expired());
+  manager->dismissChat(false, note());
+  time.settle();
+  EXPECT_TRUE(key() == nullptr || key() == host.get());
+}
+
 TEST_F(ManagerTest, CountsWhatNobodyHasSeen) {
   say("a");
   host->setFrame({0, 0, 300, 400});

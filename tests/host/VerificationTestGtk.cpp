@@ -72,6 +72,23 @@ protected:
       if (window != host) return window;
     return nullptr;
   }
+  /// What a widget draws, as text.
+  static std::string pictureOf(GtkWidget* widget) {
+    GdkPaintable* paintable = gtk_widget_paintable_new(widget);
+    GskRenderNode* node = nullptr;
+    EXPECT_TRUE(waitUntil([&] {
+      GtkSnapshot* snapshot = gtk_snapshot_new();
+      gdk_paintable_snapshot(paintable, snapshot, 280, 60);
+      return (node = gtk_snapshot_free_to_node(snapshot)) != nullptr;
+    }));
+    GBytes* bytes = gsk_render_node_serialize(node);
+    std::string text(static_cast<const char*>(g_bytes_get_data(bytes, nullptr)),
+                     g_bytes_get_size(bytes));
+    g_bytes_unref(bytes);
+    gsk_render_node_unref(node);
+    g_object_unref(paintable);
+    return text;
+  }
   static ZVRootViewController& shell() { return *ZVKYCHelper::instance().rootVC; }
   bool open() {
     click();
@@ -125,6 +142,40 @@ TEST_F(VerificationTest, GoesWithTheWindowOfTheHost) {
   EXPECT_TRUE(waitUntil([this] { return flow() != nullptr; })) << "the next one";
   gtk_window_destroy(flow());
   EXPECT_TRUE(waitUntil([this] { return told.size() == 2; }));
+}
+
+TEST_F(VerificationTest, BelongsToTheProgramAndIsModalWhereItsParentIs) {
+  auto* program = gtk_application_new(nullptr, G_APPLICATION_NON_UNIQUE);
+  g_application_set_default(G_APPLICATION(program));
+  g_application_register(G_APPLICATION(program), nullptr, nullptr);
+  gtk_window_set_modal(host, TRUE);
+  ASSERT_TRUE(open());
+  EXPECT_TRUE(gtk_window_get_modal(flow())) << "else the parent takes its clicks";
+  EXPECT_EQ(gtk_window_get_application(flow()), program) << "which ends with its last window";
+  gtk_window_destroy(flow());
+  ASSERT_TRUE(waitUntil([this] { return !told.empty(); }));
+  g_application_set_default(nullptr);
+  g_object_unref(program);
+}
+
+TEST_F(VerificationTest, HasTheColoursAndTheTextSizeThatTheDesktopAsksFor) {
+  GtkSettings* settings = gtk_settings_get_default();
+  for (const bool dark : {true, false}) {
+    g_object_set(settings, "gtk-application-prefer-dark-theme", gboolean(dark), nullptr);
+    ASSERT_TRUE(open());
+    EXPECT_EQ(shell().view()->backgroundColor() == UIColor::white(), !dark);
+    told.clear();
+    gtk_window_destroy(flow());
+    ASSERT_TRUE(waitUntil([this] { return !told.empty(); }));
+  }
+  int resolution = 0;
+  g_object_get(settings, "gtk-xft-dpi", &resolution, nullptr);
+  const auto usual = pictureOf(button);
+  ASSERT_GT(usual.size(), 1000U);
+  EXPECT_EQ(pictureOf(button), usual);
+  g_object_set(settings, "gtk-xft-dpi", 144 * 1024, nullptr);
+  EXPECT_NE(pictureOf(button), usual);
+  g_object_set(settings, "gtk-xft-dpi", resolution, nullptr);
 }
 
 TEST_F(VerificationTest, TakesTheScreenThatTheHostShows) {

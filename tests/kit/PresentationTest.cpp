@@ -1,6 +1,7 @@
 // Texts, fonts, colours and small views.
 
 #include <ZuviSDK/UIKit/UINib.h>
+#include <ZuviSDK/ZVKYCButton.h>
 #include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVExtensions.h"
@@ -47,6 +48,35 @@ TEST_F(PresentationTest, FallsBackToEnglishThenToTheKey) {
     EXPECT_EQ(ZVLocalizationManager(path).translation("both"), "both");
 }
 
+TEST_F(PresentationTest, TakesTheHostsTextsAndLanguageFirst) {
+  const auto file = [this](const std::string& name, const std::string& entries) {
+    return folder.write(name, "<?xml version=\"1.0\"?><plist><dict>" + entries + "</dict></plist>");
+  };
+  ZVKYC& kit = ZVKYC::instance();
+  const std::string kits = localized("cancel"); // before there is a file
+  kit.textsFile = file("a.plist", R"(<key>login</key><dict><key>de</key><string>Anmelden</string>
+    <key>en</key><string>Sign in</string></dict><key>done</key><string>no texts</string>
+    <key>retake</key><dict><key>de</key><string>größer</string></dict>
+    <key>lgoin</key><dict><key>de</key><string>x</string></dict>)");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(localized("login"), "Sign in");
+  EXPECT_EQ(localized("cancel"), kits);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "ZuviSDK: " + kit.textsFile + ": the kit has no text lgoin.\n");
+  setLanguage(ZVLanguage::spanish);
+  EXPECT_EQ(localized("login"), "Iniciar sesión") << "the kit's own is nearer than English";
+  kit.language = "de";
+  EXPECT_EQ(localized("login"), "Anmelden");
+  EXPECT_EQ(localized("done"), "Done") << "its entry is none, and nobody has German";
+  EXPECT_EQ(uppercased(localized("retake")), "GRÖSSER");
+  EXPECT_EQ(*ZVKYCButton().title, "Anmelden");
+  kit.textsFile = folder.path("none");
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(localized("login"), "Login");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "ZuviSDK: " + kit.textsFile + " has no texts, or can't be read.\n");
+}
+
 TEST_F(PresentationTest, DownloadsPictures) {
   const std::string picture = R"(<svg xmlns="http://www.w3.org/2000/svg" width="8" height="4"/>)";
   backend.answer(picture);
@@ -91,8 +121,11 @@ TEST_F(PresentationTest, NibsNameOnlyTextsAndColoursThatThereAre) {
 
 TEST_F(PresentationTest, APaletteLeavesOutWhatIsNoColour) {
   const auto list = propertyListFromFile(zvKitBundle()->path("Palette", "plist").value());
-  for (const auto& [name, text] : *list.value().dictionary())
-    EXPECT_TRUE(Palette::shared().color(name)) << name;
+  for (const bool dark : {true, false}) {
+    setDark(dark);
+    for (const auto& [name, text] : *list.value().dictionary())
+      EXPECT_TRUE(Palette::shared().color(name)) << name << dark;
+  }
   const Palette palette(folder.write("p.plist", R"(<plist><dict>
     <key>ink</key><string>#01020380</string><key>red</key><string>red</string>
     <key>flag</key><true/></dict></plist>)"));

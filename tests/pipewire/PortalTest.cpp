@@ -1,4 +1,5 @@
 #include "platform/AVFoundation/CameraPortal.h"
+#include "platform/UIKit/DesktopStyle.h"
 #include "testing/desktop/AccessDialogueGio.h"
 #include "testing/support/ScopedEnvironment.h"
 #include "tests/pipewire/PipeWireFixture.h"
@@ -17,7 +18,10 @@ protected:
                                                 test::AccessDialogue::busName +
                                                 "\nInterfaces=org.freedesktop.impl.portal.Access\n"
                                                 "UseIn=zuvitest\n");
-    folder.write("portals/zuvitest-portals.conf", "[preferred]\ndefault=zuvitest\n");
+    folder.write("portals/zuvicolors.portal", std::string("[portal]\nDBusName=") + colorsName +
+                                                  "\nInterfaces=" + settings +
+                                                  "\nUseIn=zuvitest\n");
+    folder.write("portals/zuvitest-portals.conf", "[preferred]\ndefault=zuvitest;zuvicolors\n");
     // No answer outlives its test.
     const test::ScopedEnvironment data("XDG_DATA_HOME", folder.path("data"));
     store_.emplace(std::vector<std::string>{"/usr/libexec/xdg-permission-store"},
@@ -44,9 +48,34 @@ protected:
     return serves(Position::Front, front) && serves(Position::Back, back);
   }
 
+  static constexpr const char* colorsName = "org.freedesktop.impl.portal.desktop.zuvicolors";
+  static constexpr const char* settings = "org.freedesktop.impl.portal.Settings";
+  /// The desktop's settings, of which there is one.
+  test::BusService colors_{
+      {std::getenv("DBUS_SESSION_BUS_ADDRESS"), colorsName, "/org/freedesktop/portal/desktop",
+       R"(<node><interface name="org.freedesktop.impl.portal.Settings"><method name="Read">
+         <arg type="s"/><arg type="s"/><arg type="v" direction="out"/></method>
+         </interface></node>)",
+       [] { return g_variant_new("(v)", g_variant_new_uint32(1)); }}};
   test::AccessDialogue dialogue;
   std::optional<test::ChildProcess> store_, portal_;
 };
+
+TEST_F(DesktopPortalTest, TellsWhichColoursTheDesktopWants) {
+  EXPECT_EQ(desktopStyle(), UIUserInterfaceStyle::Light) << "nobody has answered yet";
+  const auto comes = [&](UIUserInterfaceStyle style) {
+    return time.waitUntil([&] {
+      g_main_context_iteration(nullptr, FALSE);
+      return desktopStyle() == style;
+    });
+  };
+  EXPECT_TRUE(comes(UIUserInterfaceStyle::Dark));
+  constexpr guint32 light = 2;
+  colors_.emit(settings, "SettingChanged",
+               g_variant_new("(ssv)", "org.freedesktop.appearance", "color-scheme",
+                             g_variant_new_uint32(light)));
+  EXPECT_TRUE(comes(UIUserInterfaceStyle::Light));
+}
 
 TEST_F(DesktopPortalTest, EachSideIsServedByTheCamerasThatTheUserHandsOver) {
   std::optional<VirtualCamera> front, back;

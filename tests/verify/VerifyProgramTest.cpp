@@ -1,12 +1,18 @@
 // The program that hosts in any language run, and the call that runs it.
 
 #include <ZuviSDK/Dispatch/MainLoop.h>
+#include <ZuviSDK/Foundation/Bundle.h>
+#include <ZuviSDK/LiveChat.h>
 #include <ZuviSDK/Verification.h>
 #include <ZuviSDK/ZVEndpoints.h>
 #include <ZuviSDK/ZVKYC.h>
+#include "demo/core/Options.h"
+#include "kit/Main/Private/VerificationProgram.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
+#include "platform/Foundation/ProgramRun.h"
 #include "testing/demo/ProgramFixture.h"
 
+#include <csignal>
 #include <gmock/gmock.h>
 
 namespace zuvi::test {
@@ -117,6 +123,73 @@ TEST_F(VerifyProgramTest, RunsForAHostInAProcessOfItsOwn) {
   EXPECT_EQ(missing.result, Verification::Result::Failed);
   EXPECT_EQ(missing.problem, "zuvi-verify could not be run, or a signal ended it");
   ZVEndpoints::setAdditionalAuthorities("");
+}
+
+TEST_F(VerifyProgramTest, HandsOverWhatTheHostSaid) {
+  ZVKYC& kit = ZVKYC::instance();
+  const std::string id = R"(a/b?c#d"e\)";
+  ZVKYCHelper::instance().clinetId = "demo";
+  kit.identityId = id;
+  kit.metadata = Value::Dictionary{{id, 7}};
+  kit.textsFile = folder_.write("texts.plist", "");
+  kit.language = "de";
+  kit.userInterfaceStyle = UIUserInterfaceStyle::Dark;
+  LiveChat::groupId = "3";
+  LiveChat::name = "Ana";
+  LiveChat::email = "ana@host";
+  ZVEndpoints::chatDomain() = "chat.host";
+  Bundle::main().setInfoDictionary(
+      {{"CFBundleVersion", "42"}, {"CFBundleShortVersionString", "1.3"}});
+  const auto parsed = demo::parseOptions({"--input", folder_.write("input", verificationInput())},
+                                         demo::Program::Verify);
+  ASSERT_TRUE(std::holds_alternative<demo::Options>(parsed)) << std::get<std::string>(parsed);
+  const auto& options = std::get<demo::Options>(parsed);
+  EXPECT_EQ(options.identity, id);
+  EXPECT_EQ(*stringValue(options.metadata, id), "7");
+  EXPECT_EQ(options.style, UIUserInterfaceStyle::Dark);
+  const std::vector<std::optional<std::string>> texts{
+      options.clientId,   options.texts,       options.language,
+      options.chatGroup,  options.chatName,    options.chatEmail,
+      options.chatDomain, options.hostVersion, options.hostBuild};
+  EXPECT_EQ(texts, (std::vector<std::optional<std::string>>{"demo", kit.textsFile, "de", "3", "Ana",
+                                                            "ana@host", "chat.host", "1.3", "42"}));
+  for (auto* field : {&LiveChat::groupId, &LiveChat::name, &LiveChat::email})
+    *field = std::nullopt;
+  kit.identityId = std::nullopt;
+  kit.metadata = std::nullopt;
+  kit.textsFile = kit.language = "";
+}
+
+TEST_F(VerifyProgramTest, AMerchantThatComesLateStartsNoSecondRun) {
+  startWith({"merchant:1:delay=5.5"});
+  const Ended end = run({"--input", "-", "--offscreen", "--drive",
+                         folder_.write("late.drive", std::string("wait ZVMainViewController 30\n") +
+                                                         "sleep 1.5\n" + leaving)},
+                        input());
+  EXPECT_EQ(end.status, 3) << end.lines.back();
+}
+
+/// How a program ends that the kit runs, and what it printed.
+std::string endOf(const std::vector<std::string>& command, const std::string& input = {}) {
+  std::string lines;
+  runProgram(
+      command, input, [&](const std::string& line) { lines += line.substr(0, 20) + '|'; },
+      [&](int status) {
+        lines += std::to_string(status);
+        MainLoop::stop();
+      });
+  MainLoop::run();
+  return lines;
+}
+
+TEST(ProgramRun, OutlivesWhatAProgramDoesWrong) {
+  MainLoop::attach();
+  std::signal(SIGPIPE, SIG_DFL); // as a host has it
+  const std::string much(1 << 20, 'x');
+  EXPECT_EQ(endOf({"sh", "-c", "exit 7"}, much), "7") << "ended before it read";
+  EXPECT_EQ(endOf({"sh", "-c", "printf 'a\n\nb'; exit 3"}), "a||b|3");
+  EXPECT_EQ(endOf({"sh", "-c", "cat; kill -9 $$"}, "c\n"), "c|-1");
+  EXPECT_EQ(endOf({"sh", "-c", "yes | tr -d '\\n'"}), "-1") << "a line without an end";
 }
 
 } // namespace

@@ -48,8 +48,7 @@ void Manager::setVariable(const std::string& key, const std::string& value) {
 
 void Manager::presentChat(bool animated, const Completion& completion) {
   UIWindow* key = UIApplication::shared().keyWindow();
-  previousKeyWindow_ =
-      key ? std::static_pointer_cast<UIWindow>(key->weak_from_this().lock()) : nullptr;
+  previousKeyWindow_ = key ? key->weak_from_this() : std::weak_ptr<UIView>();
   if (key != window_.get()) { // otherwise it is presented or moving in
     UIView* focused = UIApplication::shared().firstResponder();
     previousFocus_ = focused ? focused->weak_from_this() : std::weak_ptr<UIView>();
@@ -88,8 +87,8 @@ void Manager::dismissed(bool finished, const Completion& completion) {
 }
 
 void Manager::giveBackTheKey() {
-  if (const auto previous = std::exchange(previousKeyWindow_, nullptr))
-    previous->makeKeyAndVisible();
+  if (const auto previous = std::exchange(previousKeyWindow_, {}).lock())
+    static_cast<UIWindow&>(*previous).makeKeyAndVisible();
   window_->setVisible(false);
   UIApplication::shared().moveFocusBack(std::exchange(previousFocus_, {}));
 }

@@ -49,7 +49,7 @@ private:
   std::shared_ptr<LiveChatOverlayViewController> overlayViewController_;
   std::shared_ptr<PassThroughWindow> window_;
   std::weak_ptr<UIView> previousFocus_;
-  std::shared_ptr<UIWindow> previousKeyWindow_;
+  std::weak_ptr<UIView> previousKeyWindow_; ///< may go while the chat is open
   std::shared_ptr<WebViewBridge> webViewBridge_;
   NotificationObserver activeObserver_;
 };

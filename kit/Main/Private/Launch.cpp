@@ -2,10 +2,12 @@
 
 #include <ZuviSDK/Foundation/Print.h>
 #include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
+#include "platform/UIKit/DesktopStyle.h"
 
 namespace zuvi {
 
@@ -19,6 +21,9 @@ bool canLaunch() {
 void launch(bool animated) {
   ZVKYCHelper& helper = ZVKYCHelper::instance();
   ZVAnalyticsManager::track(MixpanelEvent::zuviButtonClicked);
+  const auto asked = helper.style(); // for the whole run: its screens are made one after another
+  setDark((asked == UIUserInterfaceStyle::Unspecified ? desktopStyle() : asked) ==
+          UIUserInterfaceStyle::Dark);
   const auto shell = make<ZVRootViewController>();
   helper.rootVC = shell;
   if (helper.identity()) shell->isOnlyFaceScan = true;

@@ -1,5 +1,7 @@
 #include "kit/Main/Private/VerificationProgram.h"
 
+#include <ZuviSDK/Foundation/Bundle.h>
+#include <ZuviSDK/LiveChat.h>
 #include <ZuviSDK/ZVEndpoints.h>
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "platform/Foundation/JSONSerialization.h"
@@ -30,14 +32,27 @@ std::string verificationInput() {
                           {"server", ZVEndpoints::serverURL()},
                           {"tracking", ZVEndpoints::trackingURL()},
                           {"chat-template", ZVEndpoints::chatTemplateURL()}};
+  const auto add = [&input](const char* option, const std::optional<std::string>& value) {
+    if (value && !value->empty()) input[option] = *value;
+  };
+  add("chat-domain", ZVEndpoints::chatDomain());
+  add("chat-group", *LiveChat::groupId);
+  add("chat-name", *LiveChat::name);
+  add("chat-email", *LiveChat::email);
+  add("host-version", stringValue(Bundle::main().infoDictionary(), "CFBundleShortVersionString"));
+  add("host-build", stringValue(Bundle::main().infoDictionary(), "CFBundleVersion"));
+  add("texts", helper.textsFile());
+  add("language", helper.language());
+  add("identity", helper.identity());
+  add("ca", ZVEndpoints::additionalAuthorities());
+  if (helper.style() != UIUserInterfaceStyle::Unspecified)
+    input["style"] = helper.style() == UIUserInterfaceStyle::Dark ? "dark" : "light";
   if (const auto metadata = helper.metadata()) {
     Value::Dictionary texts; // as a form carries them; JSON has no dates
     for (const auto& [key, value] : *metadata)
       texts[key] = value.description();
     input["metadata"] = std::move(texts);
   }
-  if (const auto identity = helper.identity()) input["identity"] = *identity;
-  if (const auto& file = ZVEndpoints::additionalAuthorities(); !file.empty()) input["ca"] = file;
   const auto json = JSONSerialization::data(input);
   return json ? json->string() : "{}";
 }

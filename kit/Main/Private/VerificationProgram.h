@@ -9,8 +9,7 @@ namespace zuvi {
 /// are installed, seen from the library. What is not found there is left to PATH.
 std::vector<std::string> locateProgram(std::vector<std::string> command);
 
-/// Client id, metadata, identity and addresses of this process, as `zuvi-verify --input` reads
-/// them.
+/// What the host told the kit in this process, as `zuvi-verify --input` reads it.
 std::string verificationInput();
 
 } // namespace zuvi

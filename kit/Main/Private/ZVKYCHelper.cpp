@@ -20,7 +20,11 @@ namespace zuvi {
 ZVKYCHelper::ZVKYCHelper()
     : merchant(std::make_shared<ZVKYCMerchant>()),
       clinetId(std::nullopt, [this] { clientIdChanged(); }) {
-  setTextLanguage([this] { return merchant->currentLanguage; });
+  setTextLanguage([this] {
+    std::string hosts = language();
+    return hosts.empty() ? std::string(rawValue(merchant->currentLanguage)) : hosts;
+  });
+  setHostTexts([this] { return textsFile(); });
   ZVKYCManager::setMetadataSource([this] { return metadata(); });
 }
 
@@ -40,6 +44,18 @@ std::optional<Value::Dictionary> ZVKYCHelper::metadata() const {
 
 std::optional<std::string> ZVKYCHelper::identity() const {
   return host_ ? host_->identityId : std::nullopt;
+}
+
+std::string ZVKYCHelper::textsFile() const {
+  return host_ ? host_->textsFile : "";
+}
+
+std::string ZVKYCHelper::language() const {
+  return host_ ? host_->language : "";
+}
+
+UIUserInterfaceStyle ZVKYCHelper::style() const {
+  return host_ ? host_->style : UIUserInterfaceStyle::Unspecified;
 }
 
 std::shared_ptr<ZVKYCDelegate> ZVKYCHelper::delegate() const {

@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/Foundation/Observed.h>
 #include <ZuviSDK/Foundation/Value.h>
+#include <ZuviSDK/UIKit/UIUserInterfaceStyle.h>
 #include "kit/Main/Private/ZVKYCMerchant.h"
 
 #include <deque>
@@ -26,6 +27,9 @@ public:
     const std::weak_ptr<ZVKYCDelegate>& delegate;
     const std::optional<Value::Dictionary>& metadata;
     const std::optional<std::string>& identityId;
+    const std::string& textsFile;
+    const std::string& language;
+    const UIUserInterfaceStyle& style;
   };
   /// Call it once, before all other members are used; `firstShell` is the shell until the first
   /// run.
@@ -47,6 +51,10 @@ public:
 
   std::optional<Value::Dictionary> metadata() const;
   std::optional<std::string> identity() const;
+  std::string textsFile() const;
+  std::string language() const;
+  /// As the host asks; `Unspecified` leaves it to the desktop.
+  UIUserInterfaceStyle style() const;
 
   /// Tells the delegate that a run succeeded, with the host's own identity, else with the run's.
   void success();

@@ -7,6 +7,7 @@
 #include "kit/Main/Private/ZVKYCHelper.h"
 #include "kit/UI/ViewControllers/ZVRootViewController.h"
 #include "platform/Dispatch/AssertMainQueue.h"
+#include "platform/UIKit/DesktopStyle.h"
 
 #include <utility>
 
@@ -18,7 +19,9 @@ namespace zuvi {
     (UINib::registerClass<ZVKYCButton>("ZVKYCButton"), true);
 
 ZVKYC::ZVKYC() : helper_(ZVKYCHelper::instance()) {
-  helper_.connect({delegate, metadata, identityId}, make<ZVRootViewController>());
+  helper_.connect({delegate, metadata, identityId, textsFile, language, userInterfaceStyle},
+                  make<ZVRootViewController>());
+  desktopStyle(); // so that the desktop has answered before a run
   ZVAnalyticsManager::setListener(
       [this](const std::string& event, const Value::Dictionary& properties) {
         if (const auto listener = eventListener)

@@ -59,7 +59,7 @@ void ZVKYCButton::dress() {
   CALayer& shape = *layer();
   shape.setCornerRadius(6);
   shape.setMasksToBounds(true);
-  shape.setShadowColor(paletteColor("ink").withAlpha(0.15));
+  shape.setShadowColor(UIColor::bytes(31, 38, 53, 0.15));
   shape.setShadowOpacity(1);
   shape.setMasksToBounds(false); // the shadow lies outside
 }

@@ -9,6 +9,7 @@
 #include <ZuviSDK/UIKit/UIApplication.h>
 #include "kit/Helper/Palette.h"
 #include "kit/Helper/ZVAnalyticsManager.h"
+#include "kit/Helper/ZVBundle.h"
 #include "kit/Helper/ZVExtensions.h"
 #include "kit/Helper/ZVLocalization.h"
 #include "kit/Helper/ZVMixpanelEvents.h"
@@ -142,7 +143,10 @@ void ZVRootViewController::currentPageChanged() {
 void ZVRootViewController::viewDidLoad() {
   ZVScreen::viewDidLoad();
   AVCaptureDevice::discover(); // so that a camera screen need not wait
-  if (const auto dots = pageControl.lock()) dots->setNumberOfPages(pages);
+  if (const auto dots = pageControl.lock()) {
+    dots->setNumberOfPages(pages);
+    dots->setPageIndicatorTintColor(paletteColor("page"));
+  }
   mainNC_ = make<UINavigationController>(make<ZVMainViewController>());
   mainNC_->setNavigationBarHidden(true, false);
   addChild(mainNC_);
@@ -326,6 +330,7 @@ void ZVRootViewController::showNextMessage() {
   if (waiting.empty() || appearance() != Appearance::Appeared || presentedViewController()) return;
   const auto alert = make<UIAlertController>("Support", waiting.front());
   waiting.pop_front();
+  if (isDark()) alert->userInterfaceStyle = UIUserInterfaceStyle::Dark;
   alert->addAction({"Go to Chat", UIAlertAction::Style::Default, [] {
                       ZVKYCHelper::instance().supportMessages.clear();
                       if (!LiveChat::isChatPresented()) LiveChat::presentChat();

@@ -38,8 +38,9 @@ ZUVI_API void verify(GtkWindow* parent, VerificationCompletion completion);
 
 /// Runs a verification in another process, `zuvi-verify`: neither film nor pictures come into this
 /// one, and no failure of the flow can end it. The kit's state here is handed over: client id,
-/// metadata, identity and addresses; cameras are the machine's unless `command` says else. That is
-/// the program with its options; a name without "/" is looked for beside the kit's library and on
+/// metadata, identity, texts, language, style, the chat's visitor, the program's version and
+/// addresses; cameras are the machine's unless `command` says else. That is the program with its
+/// options; a name without "/" is looked for beside the kit's library and on
 /// PATH. Needs no display connection of this process and no toolkit, only GLib's default loop.
 ///
 /// `completion` and `ZVKYC::delegate` are called as `verify` calls them. Main thread only.

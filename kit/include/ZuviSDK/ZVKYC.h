@@ -2,6 +2,7 @@
 
 #include <ZuviSDK/Export.h>
 #include <ZuviSDK/Foundation/Value.h>
+#include <ZuviSDK/UIKit/UIUserInterfaceStyle.h>
 #include <ZuviSDK/ZVKYCDelegate.h>
 
 #include <functional>
@@ -37,6 +38,20 @@ public:
   /// An identity that the host already has. The delegate gets it at the end of a run; absent: the
   /// delegate gets the identity that was made in the run.
   std::optional<std::string> identityId;
+
+  /// A property list with texts of the host's own, which are shown instead of the kit's. It has the
+  /// form of `Localization.plist` in the kit's bundle: for each key the texts by language. What is
+  /// missing there is the kit's, or English. Empty: none. A file that can't be read, or a key that
+  /// the kit does not have, is told on standard error.
+  std::string textsFile;
+
+  /// The language of the screens, a code such as "fr" of the kit's texts or of `textsFile`; empty:
+  /// the merchant's.
+  std::string language;
+
+  /// Whether a run has light or dark screens; otherwise the desktop says it. Read when a run
+  /// begins.
+  UIUserInterfaceStyle userInterfaceStyle = UIUserInterfaceStyle::Unspecified;
 
   /// Gets each user action that is counted, as it is sent to the tracking service: its name and
   /// properties. Called on the main queue, before the request.

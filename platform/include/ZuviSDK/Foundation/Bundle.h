@@ -24,6 +24,10 @@ public:
   /// leave the folder is never found.
   std::optional<std::string> path(const std::string& name, const std::string& type) const;
 
+  /// The folder inside the bundle whose files `path` prefers, such as "dark"; empty: none. Asked at
+  /// each search, on its thread. Set it before another thread searches.
+  void setVariant(std::function<std::string()> variant) { variant_ = std::move(variant); }
+
   /// The path as it was given.
   const std::string& folder() const { return folder_; }
   /// Empty until the host has said something.
@@ -47,6 +51,7 @@ public:
 private:
   std::string folder_;
   Value::Dictionary info_;
+  std::function<std::string()> variant_;
   std::function<std::string()> language_;
   NibValues nibValues_;
 };

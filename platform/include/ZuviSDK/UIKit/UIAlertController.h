@@ -1,6 +1,7 @@
 #pragma once
 
 #include <ZuviSDK/Export.h>
+#include <ZuviSDK/UIKit/UIUserInterfaceStyle.h>
 #include <ZuviSDK/UIKit/UIViewController.h>
 
 #include <functional>
@@ -28,6 +29,8 @@ public:
 
   /// Buttons stand below one another in this order. Only before the alert is presented.
   void addAction(UIAlertAction action) { actions_.push_back(std::move(action)); }
+  /// Its colours; `Unspecified` is light. Only before it is presented.
+  UIUserInterfaceStyle userInterfaceStyle = UIUserInterfaceStyle::Unspecified;
   /// As it was given.
   /// @{
   const std::string& title() const { return title_; }
