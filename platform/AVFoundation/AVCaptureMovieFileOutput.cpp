@@ -21,7 +21,7 @@ void AVCaptureMovieFileOutput::startRecording(
     return recording->refuse(
         {AVFoundationErrorDomain, AVErrorSessionNotRunning, "The session does not run."});
   recording_ = recording;
-  recording_->start(*stream, maxRecordedDuration);
+  recording_->start(*stream);
 }
 
 void AVCaptureMovieFileOutput::stopRecording() {

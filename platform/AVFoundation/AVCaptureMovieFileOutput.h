@@ -28,9 +28,6 @@ public:
   /// A film under way is given up and its file removed; the delegate gets an error.
   ~AVCaptureMovieFileOutput() override;
 
-  /// In seconds; absent: no limit. Holds for recordings that start later.
-  std::optional<double> maxRecordedDuration;
-
   /// Replaces a file that is there. While a recording is under way the call only gives the delegate
   /// an error.
   void startRecording(const std::string& path,

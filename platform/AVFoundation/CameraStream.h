@@ -68,7 +68,6 @@ public:
   virtual void captureStill(StillHandler handler) = 0;
   /// Starts a film. `ended` comes when the file is complete, or given up and an error tells why.
   virtual std::shared_ptr<CameraFilm> startFilm(std::shared_ptr<FilmFile> file,
-                                                std::optional<double> maxDuration,
                                                 FilmHandler ended) = 0;
 
   /// The platform queue on which the callers above hear of results.

@@ -35,9 +35,8 @@ void CameraStreamGStreamer::captureStill(StillHandler handler) {
 }
 
 std::shared_ptr<CameraFilm> CameraStreamGStreamer::startFilm(std::shared_ptr<FilmFile> file,
-                                                             std::optional<double> maxDuration,
                                                              FilmHandler ended) {
-  auto film = make<FilmGStreamer>(std::move(file), maxDuration, std::move(ended));
+  auto film = make<FilmGStreamer>(std::move(file), std::move(ended));
   film->begin();
   if (run_)
     run_->addFilm(film);

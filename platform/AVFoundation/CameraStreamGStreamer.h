@@ -16,9 +16,7 @@ public:
   bool isRunning() const override { return run_ && run_->isRunning(); }
   void addPreview(std::weak_ptr<CameraPreview> preview) override;
   void captureStill(StillHandler handler) override;
-  std::shared_ptr<CameraFilm> startFilm(std::shared_ptr<FilmFile> file,
-                                        std::optional<double> maxDuration,
-                                        FilmHandler ended) override;
+  std::shared_ptr<CameraFilm> startFilm(std::shared_ptr<FilmFile> file, FilmHandler ended) override;
 
 private:
   const CameraOpening opening_;

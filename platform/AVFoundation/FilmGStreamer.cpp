@@ -49,10 +49,10 @@ std::set<FilmGStreamer*>& openFilms() {
 
 } // namespace
 
-FilmGStreamer::FilmGStreamer(std::shared_ptr<FilmFile> file, std::optional<double> maxDuration,
-                             CameraStream::FilmHandler ended, std::vector<FilmEncoder> encoders)
-    : file_(std::move(file)), maxDuration_(maxDuration), asked_(monotonicTime()),
-      ended_(std::move(ended)), encoders_(std::move(encoders)) {}
+FilmGStreamer::FilmGStreamer(std::shared_ptr<FilmFile> file, CameraStream::FilmHandler ended,
+                             std::vector<FilmEncoder> encoders)
+    : file_(std::move(file)), asked_(monotonicTime()), ended_(std::move(ended)),
+      encoders_(std::move(encoders)) {}
 
 void FilmGStreamer::begin() {
   SerialQueue::film().async([self = shared_from_this()] { self->build(); });
@@ -124,7 +124,7 @@ void FilmGStreamer::discardAll() {
 }
 
 bool FilmGStreamer::frame(const CameraFrame& frame) {
-  std::unique_lock lock(mutex_);
+  std::lock_guard lock(mutex_);
   if (stopped_) return false;
   if (frame.time < asked_) return true;
   if (!origin_) origin_ = frame.time - asked_ < startTolerance ? asked_ : frame.time;
@@ -132,12 +132,6 @@ bool FilmGStreamer::frame(const CameraFrame& frame) {
   const GstClockTime place = held_ ? frame.time - *origin_ : 0;
   if (held_) {
     if (place <= heldPlace_) return true;
-    if (maxDuration_ && place >= *maxDuration_ * GST_SECOND) {
-      stopTime_ = *origin_ + GstClockTime(*maxDuration_ * GST_SECOND);
-      lock.unlock();
-      stopBecause(filmError(AVErrorMaximumDurationReached, "The film has reached its limit."));
-      return false;
-    }
     if (uncoded_.size() >= mostUncoded) return true; // the one before shows for longer
     push(place - heldPlace_);
   }

@@ -17,8 +17,8 @@ namespace zuvi {
 class FilmGStreamer final : public CameraFilm, public std::enable_shared_from_this<FilmGStreamer> {
 public:
   /// `encoders` in the order in which they are tried; none: those of this machine.
-  FilmGStreamer(std::shared_ptr<FilmFile> file, std::optional<double> maxDuration,
-                CameraStream::FilmHandler ended, std::vector<FilmEncoder> encoders = {});
+  FilmGStreamer(std::shared_ptr<FilmFile> file, CameraStream::FilmHandler ended,
+                std::vector<FilmEncoder> encoders = {});
 
   void begin();
   /// Adds a picture, whose pixels must be its own; never waits. False when the film takes no more.
@@ -44,7 +44,6 @@ private:
   void coded(GstClockTime place);
 
   const std::shared_ptr<FilmFile> file_;
-  const std::optional<double> maxDuration_;
   const GstClockTime asked_;
 
   // Film queue only

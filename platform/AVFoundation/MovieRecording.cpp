@@ -10,10 +10,9 @@ MovieRecording::MovieRecording(std::string path,
     : file_(std::make_shared<FilmFile>(std::move(path))), delegate_(std::move(delegate)),
       queue_(queue) {}
 
-void MovieRecording::start(CameraStream& stream, std::optional<double> maxDuration) {
-  auto film = stream.startFilm(file_, maxDuration, [self = shared_from_this()](auto error) {
-    self->ended(std::move(error));
-  });
+void MovieRecording::start(CameraStream& stream) {
+  auto film = stream.startFilm(
+      file_, [self = shared_from_this()](auto error) { self->ended(std::move(error)); });
   std::lock_guard lock(mutex_);
   if (state_ == State::Recording) film_ = std::move(film);
 }

@@ -14,7 +14,7 @@ public:
   MovieRecording(std::string path, std::weak_ptr<AVCaptureFileOutputRecordingDelegate> delegate,
                  DispatchQueue& queue);
 
-  void start(CameraStream& stream, std::optional<double> maxDuration);
+  void start(CameraStream& stream);
   /// Ends a recording that cannot begin.
   void refuse(Error error);
   void stop();

@@ -16,18 +16,6 @@ ScriptedFilm::ScriptedFilm(std::shared_ptr<ScriptedCamera> camera, DispatchQueue
   camera_->films.push_back(file_->path());
 }
 
-ScriptedFilm::~ScriptedFilm() {
-  DispatchQueue::main().cancel(limit_);
-}
-
-void ScriptedFilm::limit(double seconds) {
-  limit_ = DispatchQueue::main().asyncAfter(seconds, [weak = weak_from_this()] {
-    if (auto self = weak.lock())
-      self->complete(Error{AVFoundationErrorDomain, AVErrorMaximumDurationReached,
-                           "The film has reached its limit."});
-  });
-}
-
 void ScriptedFilm::stop() {
   if (!ended_) return;
   camera_->filmsStopped++;

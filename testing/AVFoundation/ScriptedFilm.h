@@ -11,10 +11,7 @@ class ScriptedFilm final : public CameraFilm, public std::enable_shared_from_thi
 public:
   ScriptedFilm(std::shared_ptr<ScriptedCamera> camera, DispatchQueue& queue,
                std::shared_ptr<FilmFile> file, CameraStream::FilmHandler ended);
-  ~ScriptedFilm() override;
 
-  /// Ends the film by itself once `seconds` are over.
-  void limit(double seconds);
   void stop() override;
   void discard() override;
   /// Ends the film with an error beside what was filmed.
@@ -27,7 +24,6 @@ private:
   DispatchQueue& queue_;
   std::shared_ptr<FilmFile> file_;
   CameraStream::FilmHandler ended_; // empty once the film has ended
-  WorkId limit_ = 0;
 };
 
 } // namespace zuvi

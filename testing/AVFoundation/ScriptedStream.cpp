@@ -76,10 +76,8 @@ void ScriptedStream::answerStills(const std::optional<Data>& still) {
 }
 
 std::shared_ptr<CameraFilm> ScriptedStream::startFilm(std::shared_ptr<FilmFile> file,
-                                                      std::optional<double> maxDuration,
                                                       FilmHandler ended) {
   auto film = make<ScriptedFilm>(camera_, queue_, std::move(file), std::move(ended));
-  if (maxDuration) film->limit(*maxDuration);
   films_.push_back(film);
   return film;
 }

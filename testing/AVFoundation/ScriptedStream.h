@@ -22,9 +22,7 @@ public:
   bool isRunning() const override { return running_; }
   void addPreview(std::weak_ptr<CameraPreview> preview) override;
   void captureStill(StillHandler handler) override;
-  std::shared_ptr<CameraFilm> startFilm(std::shared_ptr<FilmFile> file,
-                                        std::optional<double> maxDuration,
-                                        FilmHandler ended) override;
+  std::shared_ptr<CameraFilm> startFilm(std::shared_ptr<FilmFile> file, FilmHandler ended) override;
   DispatchQueue& callbackQueue() override { return queue_; }
 
   void answerStills(const std::optional<Data>& still);

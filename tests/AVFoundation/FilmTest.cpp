@@ -228,7 +228,7 @@ protected:
     const auto end = std::make_shared<End>();
     const auto file = std::make_shared<FilmFile>(path);
     auto written = make<FilmGStreamer>(
-        file, std::nullopt,
+        file,
         [end](std::optional<Error> error) {
           end->error = std::move(error);
           end->told = true;
