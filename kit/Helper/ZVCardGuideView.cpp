@@ -35,6 +35,8 @@ void ZVCardGuideView::layoutSubviews() {
 
   const CGRect all = bounds();
   const double above = cardHeight(cards.front()->frame());
+  for (UILabel* label : texts)
+    label->setHidden(false);
   const double column = std::min(widestColumn, all.width * columnShare);
   // Still in the middle, like the camera's picture.
   const CGRect beside{column + margin, margin, all.width - 2 * column - 2 * margin,
@@ -57,7 +59,7 @@ void ZVCardGuideView::layoutSubviews() {
       card->setFrame(beside);
   } else if (above < leastShare * cardHeight(all)) {
     for (std::size_t i = 1; i < texts.size(); i++)
-      texts[i]->setFrame({});
+      texts[i]->setHidden(true);
     for (std::size_t i = 1; i < grounds.size(); i++)
       grounds[i]->setFrame({});
     const double top = grounds.front()->frame().maxY() + gap;
