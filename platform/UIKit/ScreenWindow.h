@@ -35,7 +35,10 @@ public:
   std::function<void()> onDestroy;
 
 private:
+  void takeScreen();
+
   GtkWindow* window_;
+  GtkWidget* screen_;
 };
 
 } // namespace zuvi

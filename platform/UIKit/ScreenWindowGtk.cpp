@@ -50,9 +50,10 @@ ScreenWindow::ScreenWindow(GtkWindow* parent, const std::string& title, Shape sh
   GtkApplication* application = parent ? gtk_window_get_application(parent) : nullptr;
   if (!application && GTK_IS_APPLICATION(running)) application = GTK_APPLICATION(running);
   if (application) gtk_window_set_application(window_, application);
-  GtkWidget* screen = screenWidgetNew();
-  gtk_window_set_child(window_, screen);
-  gtk_window_set_focus(window_, screen); // else the window moves it there as by a Tab
+  screen_ = screenWidgetNew();
+  g_object_ref_sink(screen_);
+  gtk_window_set_child(window_, screen_);
+  gtk_window_set_focus(window_, screen_); // else the window moves it there as by a Tab
   const bool isSmall = display.width < smallWidth || display.height < smallHeight;
   if (shape.fullScreen || (display.width > 0 && isSmall)) gtk_window_fullscreen(window_);
   g_signal_connect(window_, "close-request", G_CALLBACK(+[](GtkWindow*, gpointer self) -> gboolean {
@@ -63,6 +64,7 @@ ScreenWindow::ScreenWindow(GtkWindow* parent, const std::string& title, Shape sh
                    this);
   g_signal_connect(window_, "destroy", G_CALLBACK(+[](GtkWindow*, gpointer data) {
                      auto* self = static_cast<ScreenWindow*>(data);
+                     self->takeScreen();
                      self->window_ = nullptr;
                      const auto action = self->onDestroy;
                      if (action) action();
@@ -74,7 +76,15 @@ ScreenWindow::ScreenWindow(GtkWindow* parent, const std::string& title, Shape sh
 ScreenWindow::~ScreenWindow() {
   if (!window_) return;
   g_signal_handlers_disconnect_by_data(window_, this);
+  takeScreen();
   gtk_window_destroy(window_);
+}
+
+/// An event on its way may hold the widget, which then would go on to be the screen.
+void ScreenWindow::takeScreen() {
+  gtk_window_set_child(window_, nullptr);
+  g_object_run_dispose(G_OBJECT(screen_));
+  g_object_unref(screen_);
 }
 
 void ScreenWindow::present() {

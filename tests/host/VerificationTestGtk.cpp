@@ -144,6 +144,26 @@ TEST_F(VerificationTest, GoesWithTheWindowOfTheHost) {
   EXPECT_TRUE(waitUntil([this] { return told.size() == 2; }));
 }
 
+TEST_F(VerificationTest, TheNextRunHasAWindowThoughTheToolkitHoldsTheLastOnesScreen) {
+  ASSERT_TRUE(open());
+  GtkWidget* held = gtk_window_get_child(flow()); // as by an event that is on its way
+  g_object_ref(held);
+  shell().cancelAction();
+  ASSERT_TRUE(waitUntil([this] { return !told.empty(); }));
+  ASSERT_TRUE(open());
+  EXPECT_TRUE(flow());
+  g_object_unref(held);
+  EXPECT_EQ(told, Texts{"cancelled"});
+  g_object_ref(held = gtk_window_get_child(flow()));
+  gtk_window_destroy(flow());
+  ASSERT_TRUE(waitUntil([this] { return told.size() == 2; }));
+  ASSERT_TRUE(open());
+  EXPECT_TRUE(flow());
+  g_object_unref(held);
+  gtk_window_destroy(flow());
+  ASSERT_TRUE(waitUntil([this] { return told.size() == 3; }));
+}
+
 TEST_F(VerificationTest, BelongsToTheProgramAndIsModalWhereItsParentIs) {
   auto* program = gtk_application_new(nullptr, G_APPLICATION_NON_UNIQUE);
   g_application_set_default(G_APPLICATION(program));
