@@ -32,8 +32,8 @@ using VerificationCompletion = std::function<void(const Verification&)>;
 ///
 /// `completion` is called once, when the window has closed; `ZVKYC::delegate` gets its call as
 /// well, before that. It fails without a display, without a registered client id, and while another
-/// `verify` is under way. Call it on the main thread after `gtk_init`; the main queue is attached
-/// to the event loop by it.
+/// `verify` is under way, whose window then comes to the front. Call it on the main thread after
+/// `gtk_init`; the main queue is attached to the event loop by it.
 ZUVI_API void verify(GtkWindow* parent, VerificationCompletion completion);
 
 /// Runs a verification in another process, `zuvi-verify`: neither film nor pictures come into this
