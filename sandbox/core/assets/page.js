@@ -5,8 +5,8 @@
 const interval = 1000;
 let tag = null;
 
-function keyed(parent, key) {
-  return [...parent.children].find((child) => child.dataset.key === key);
+function byKey(parent) {
+  return new Map([...parent.children].map((child) => [child.dataset.key, child]));
 }
 
 function syncAttributes(old, fresh) {
@@ -28,20 +28,22 @@ function merge(old, fresh) {
     return;
   }
   syncAttributes(old, fresh);
+  const kept = byKey(fresh);
   for (const child of [...old.children]) {
     const key = child.dataset.key;
-    if (key !== undefined && !keyed(fresh, key)) child.remove();
+    if (key !== undefined && !kept.has(key)) child.remove();
   }
   mergeChildren(old, fresh);
 }
 
 function mergeChildren(old, fresh) {
+  const known = byKey(old);
   let place = old.firstElementChild;
   for (const child of [...fresh.children]) {
     const key = child.dataset.key;
     const same = key === undefined
       ? (place && place.dataset.key === undefined && place.tagName === child.tagName ? place : null)
-      : keyed(old, key);
+      : known.get(key);
     if (!same) {
       old.insertBefore(document.adoptNode(child), place);
       continue;

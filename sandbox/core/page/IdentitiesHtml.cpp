@@ -9,9 +9,13 @@
 namespace zuvi::sandbox {
 namespace {
 
+/// So many films show their first picture before they are played: a browser reads and keeps part of
+/// each, and can't hold a thousand.
+constexpr std::ptrdiff_t filmsShown = 20;
+
 class IdentityWriter {
 public:
-  explicit IdentityWriter(std::string_view files) : files_(files) {}
+  IdentityWriter(std::string_view files, bool showsFilm) : files_(files), showsFilm_(showsFilm) {}
 
   std::string write(const Identity& identity) {
     out_ += html(R"(<article class="identity" data-key="%">
@@ -34,8 +38,8 @@ private:
   std::string link(const StoredFile& file) const { return files_ + file.name; }
 
   void film(const Identity& identity) {
-    out_ += html(R"(<figure class="film"><video controls playsinline preload="metadata" src="%")",
-                 link(identity.film));
+    out_ += html(R"(<figure class="film"><video controls playsinline preload="%" src="%")",
+                 showsFilm_ ? "metadata" : "none", link(identity.film));
     if (!identity.still.name.empty()) out_ += html(R"( poster="%")", link(identity.still));
     out_ += html(R"(></video><figcaption><a href="%">Film</a>, %</figcaption></figure>
 )",
@@ -106,6 +110,7 @@ private:
   }
 
   std::string files_;
+  bool showsFilm_;
   std::string out_;
 };
 
@@ -117,7 +122,7 @@ std::string identitiesHtml(const std::vector<Identity>& identities, std::string_
            "What a client sends appears here by itself.</p>\n";
   std::string out;
   for (auto identity = identities.rbegin(); identity != identities.rend(); ++identity)
-    out += IdentityWriter(files).write(*identity);
+    out += IdentityWriter(files, identity - identities.rbegin() < filmsShown).write(*identity);
   return out;
 }
 
