@@ -211,7 +211,7 @@ int showChat(const char* server, const char* authority) {
   g_signal_connect(gdk_surface_get_frame_clock(gtk_native_get_surface(GTK_NATIVE(top))),
                    "after-paint", G_CALLBACK(afterPaint), nullptr);
   const auto window = make<UIWindow>();
-  window->setBackgroundColor(UIColor(0.2, 0.5, 0.4));
+  window->setBackgroundColor(UIColor{0.2, 0.5, 0.4});
   window->makeKeyAndVisible();
 
   ZVEndpoints::chatTemplateURL() = std::string(server) + "/app/mobile/urls.json";

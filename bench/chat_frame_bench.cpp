@@ -88,7 +88,7 @@ void measureFrames() {
   report("memcpy of one frame's pixels", figuresOf(fills));
 
   const auto window = make<UIWindow>();
-  window->setBackgroundColor(UIColor(0.2, 0.5, 0.4));
+  window->setBackgroundColor(UIColor{0.2, 0.5, 0.4});
   window->makeKeyAndVisible();
   LiveChat::licenseId = "1";
   surface.drawFrame();
