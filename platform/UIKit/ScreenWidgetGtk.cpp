@@ -131,9 +131,9 @@ void denyToAncestors(GtkWidget* widget, GdkEventSequence* sequence) {
     GListModel* controllers = gtk_widget_observe_controllers(widget);
     for (guint i = 0; i < g_list_model_get_n_items(controllers); i++) {
       gpointer controller = g_list_model_get_item(controllers, i);
-      if (GTK_IS_GESTURE(controller))
-        gtk_gesture_set_sequence_state(GTK_GESTURE(controller), sequence,
-                                       GTK_EVENT_SEQUENCE_DENIED);
+      if (GTK_IS_GESTURE(controller) &&
+          gtk_gesture_handles_sequence(GTK_GESTURE(controller), sequence))
+        gtk_gesture_set_state(GTK_GESTURE(controller), GTK_EVENT_SEQUENCE_DENIED);
       g_object_unref(controller);
     }
     g_object_unref(controllers);
