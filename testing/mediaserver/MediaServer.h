@@ -88,7 +88,7 @@ public:
   };
 
   /// Returns once the media server has it.
-  VirtualCamera(const std::string& name, Traits traits)
+  VirtualCamera(const std::string& name, const Traits& traits)
       : log_(MediaServer::instance().folder().path(name + ".log")),
         process_({ZUVI_VIRTUAL_CAMERA, name, traits.colour, traits.location}, log_) {
     if (!comesToHold([this] { return !TemporaryFolder::read(log_).empty(); }))
