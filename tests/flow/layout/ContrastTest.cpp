@@ -20,7 +20,7 @@ double luminance(const UIColor& color) {
 }
 
 double contrast(const UIColor& a, const UIColor& b) {
-  const auto [dark, light] = std::minmax(luminance(a), luminance(b));
+  const auto [dark, light] = std::minmax({luminance(a), luminance(b)});
   return (light + 0.05) / (dark + 0.05);
 }
 
